@@ -1,0 +1,55 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace ombrix {
+
+/// A file could not be read or written, or a path leads out of the folders the program may use.
+/// The text names the path and the reason.
+class DriveError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/// A text file being written. Each line reaches the operating system as it is written, so that
+/// a crash loses at most the line in the making.
+class OutputFile {
+  public:
+    virtual ~OutputFile() = default;
+
+    /// Appends the text as it is. @throws DriveError
+    virtual void Write(std::string_view text) = 0;
+    /// The real path, for people and for scripts.
+    virtual std::filesystem::path RealPath() const = 0;
+};
+
+/// The drives as operators know them, on this machine. Paths are Windows-style texts
+/// ("C:\ACUs\…", UTF-8); only a drive knows which real folders stand behind them, and no path
+/// leaves those folders.
+class Drive {
+  public:
+    virtual ~Drive() = default;
+
+    /// Queries answer false for a path that leaves the drive's folders.
+    virtual bool FileExists(std::string_view path) const = 0;
+    virtual bool FolderExists(std::string_view path) const = 0;
+    /// Creates one folder whose parent exists; true when it then exists.
+    virtual bool CreateFolder(std::string_view path) = 0;
+
+    /// Creates a text file, replacing one of that name. @throws DriveError
+    virtual std::unique_ptr<OutputFile> OpenForWriting(std::string_view path) = 0;
+    /// The whole content of a file. @throws DriveError
+    virtual std::string ReadFile(std::string_view path) const = 0;
+    /// Stores a whole file: under a temporary name, flushed, then renamed, so that the name
+    /// holds either what it held or all of the new content. @throws DriveError
+    virtual void ReplaceFile(std::string_view path, std::string_view content) = 0;
+
+    /// The real path behind a path of the program. @throws DriveError
+    virtual std::filesystem::path RealPath(std::string_view path) const = 0;
+};
+
+} // namespace ombrix

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <compare>
+#include <optional>
+
+namespace ombrix {
+
+/// A calendar date and time of day in local time, to the second.
+struct CivilTime {
+    int Year = 1899;
+    int Month = 12;
+    int Day = 30;
+    int Hour = 0;
+    int Minute = 0;
+    int Second = 0;
+
+    auto operator<=>(const CivilTime&) const = default;
+};
+
+/// Date and time as days since 30 December 1899, the fraction being the time of day: the form
+/// in which dates stand in EPROMs and workbooks. 0 means "never".
+/// The count is kept as it is read, so that any 64 bits of an EPROM survive being carried.
+class OleDate {
+  public:
+    constexpr OleDate() = default;
+    constexpr explicit OleDate(double days) : m_Days(days) {}
+
+    /// The date of a calendar time; the time is taken as given, without time zones.
+    static OleDate FromCivil(const CivilTime& time);
+
+    constexpr double Days() const { return m_Days; }
+
+    /// The calendar time, to the nearest second; nothing for a count that is no date of the
+    /// years 100 to 9999 (an EPROM may hold any bits).
+    std::optional<CivilTime> ToCivil() const;
+
+    constexpr bool operator==(const OleDate&) const = default;
+
+  private:
+    double m_Days = 0.0;
+};
+
+} // namespace ombrix

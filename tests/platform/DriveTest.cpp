@@ -1,0 +1,57 @@
+#include "platform/FolderDrive.h"
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+namespace ombrix {
+namespace {
+
+class FolderDriveTest : public ::testing::Test {
+  protected:
+    TemporaryFolder m_Folder;
+    FolderDrive m_Drive{m_Folder.Path() / "data"};
+
+    void SetUp() override { std::filesystem::create_directory(m_Folder.Path() / "data"); }
+};
+
+TEST_F(FolderDriveTest, PathsStayInsideTheDataFolder) {
+    EXPECT_EQ(m_Drive.RealPath(R"(C:\ACUs\ACU00301_M1\report.xlsx)"),
+              m_Folder.Path() / "data" / "ACUs" / "ACU00301_M1" / "report.xlsx");
+    for (const char* path : {R"(C:\ACUs\..\..\etc\passwd)", R"(C:/../x)", R"(\\server\share\x)",
+                             R"(Z:\x)", R"(C:\a:b)", "relative.txt"}) {
+        EXPECT_THROW(m_Drive.RealPath(path), DriveError) << path;
+        EXPECT_FALSE(m_Drive.FileExists(path)) << path;
+        EXPECT_THROW(m_Drive.OpenForWriting(path), DriveError) << path;
+    }
+}
+
+TEST_F(FolderDriveTest, MountedFolderTakesItsPartOfTheTree) {
+    std::filesystem::create_directory(m_Folder.Path() / "program");
+    m_Drive.Mount(R"(C:\Program Files\Ombrix)", m_Folder.Path() / "program");
+    EXPECT_EQ(m_Drive.RealPath(R"(C:\Program Files\Ombrix\Templates)"),
+              m_Folder.Path() / "program" / "Templates");
+    EXPECT_EQ(m_Drive.RealPath(R"(C:\Program Files\Other)"),
+              m_Folder.Path() / "data" / "Program Files" / "Other");
+}
+
+TEST_F(FolderDriveTest, LinesReachTheFileAsTheyAreWritten) {
+    const auto file = m_Drive.OpenForWriting(R"(C:\log.csv)");
+    file->Write("first\r\n");
+    EXPECT_EQ(m_Drive.ReadFile(R"(C:\log.csv)"), "first\r\n");
+    file->Write("second\r\n");
+    EXPECT_EQ(ReadWholeFile(file->RealPath()), "first\r\nsecond\r\n");
+}
+
+TEST_F(FolderDriveTest, AFailedReplacementLeavesTheOldFileAndNoOther) {
+    m_Drive.ReplaceFile(R"(C:\report.xlsx)", "old");
+    // A folder of the wanted name makes the final rename fail, whoever runs the test.
+    std::filesystem::create_directories(m_Drive.RealPath(R"(C:\taken.xlsx\inside)"));
+    EXPECT_THROW(m_Drive.ReplaceFile(R"(C:\taken.xlsx)", "new"), DriveError);
+    EXPECT_THROW(m_Drive.ReplaceFile(R"(C:\no such folder\report.xlsx)", "new"), DriveError);
+    EXPECT_EQ(m_Drive.ReadFile(R"(C:\report.xlsx)"), "old");
+    const auto entries = std::filesystem::directory_iterator(m_Folder.Path() / "data");
+    EXPECT_EQ(std::distance(begin(entries), end(entries)), 2);
+}
+
+} // namespace
+} // namespace ombrix

@@ -1,0 +1,44 @@
+#include "board/Detection.h"
+
+#include <fmt/format.h>
+
+namespace ombrix {
+
+namespace {
+
+std::string TimeOfDayText(const Clock& clock) {
+    const CivilTime now = clock.Now().ToCivil().value_or(CivilTime{});
+    return fmt::format("{:02}:{:02}:{:02}", now.Hour, now.Minute, now.Second);
+}
+
+void ProgramBoard(Station& station, DetectionView& view, std::int32_t index) {
+    clsAIB& board = *station.g_AIBList.AIB(index);
+    const std::string bus = board.BusTypeText();
+    const std::int32_t serial = board.DevSerialNum();
+    view.SetTabCaption(index, fmt::format("{} AIB Detected ({})", bus, serial));
+    view.ShowInitState(fmt::format("Initialising ACU {}: {}", index + 1, bus));
+    view.ShowProgramming(fmt::format("Programming: AIB {}", index + 1), "Please Wait...");
+    view.SetTabCaption(index, fmt::format("Programming {} AIB...", bus));
+    station.World.Events.ProcessPendingEvents();
+    board.StartFPGAUpload();
+    view.SetTabCaption(index, fmt::format("AIB_{}: {}", serial, bus));
+}
+
+} // namespace
+
+bool DetectAndProgramBoards(Station& station, DetectionView& view) {
+    std::int32_t count = 0;
+    station.g_AIBList.OpenAIBAPI(count);
+    if (count == 0) {
+        view.ShowOutcome(TimeOfDayText(station.World.Time) + " - No AIBs detected");
+        return false;
+    }
+    view.ShowOutcome(fmt::format("ACUs Detected: {}", count));
+    for (std::int32_t index = 0; index < count; ++index)
+        ProgramBoard(station, view, index);
+    view.ShowProgramming("Programming Completed", fmt::format("{} board(s) detected and programmed",
+                                                              station.g_AIBList.AIBCount()));
+    return true;
+}
+
+} // namespace ombrix

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "board/AIBControl.h"
+
+#include <memory>
+
+namespace ombrix {
+
+/// The board library, loaded from its file at first use and bound function by function: C
+/// linkage, 32-bit integers, out arguments as pointers, texts as NUL-terminated Windows-1252.
+class LoadedAIBControl final : public AIBControl {
+  public:
+    /// @param file name or path of the shared library; found as the system finds libraries
+    explicit LoadedAIBControl(std::string file);
+    ~LoadedAIBControl() override;
+
+    /// @throws AIBLibraryError when the file or a function of it is missing
+    std::int32_t OpenAIBAPI() override;
+    AIBStatus CloseAIBAPI() override;
+    AIBStatus GetAccessoryInfo(std::int32_t index, AccessoryInfoRecord& record) override;
+    AIBStatus UploadFPGAImage(std::int32_t index, const std::string& path) override;
+    AIBStatus WriteReg(std::int32_t index, std::int32_t address, std::int32_t value) override;
+    AIBStatus ReadReg(std::int32_t index, std::int32_t address, std::int32_t& value) override;
+    AIBStatus ConfigureGPIO(std::int32_t index, std::int32_t mask) override;
+    AIBStatus SetGPO(std::int32_t index, std::int32_t pin) override;
+    AIBStatus ClearGPO(std::int32_t index, std::int32_t pin) override;
+    AIBStatus SetExtGPO(std::int32_t index, std::int32_t pin) override;
+    AIBStatus ClearExtGPO(std::int32_t index, std::int32_t pin) override;
+    AIBStatus GetGPI(std::int32_t index, std::int32_t pin, std::int32_t& level) override;
+    AIBStatus SetDAC(std::int32_t index, std::int32_t channel, std::int32_t value) override;
+    AIBStatus GetADC(std::int32_t index, std::int32_t channel, std::int32_t& value) override;
+    AIBStatus WriteAIBInfo(std::int32_t index, std::int32_t first, std::int32_t code,
+                           std::int32_t serial) override;
+    AIBStatus WriteEEPROM(std::int32_t index, std::int32_t address, std::int32_t word) override;
+    AIBStatus ReadEEPROM(std::int32_t index, std::int32_t address, std::int32_t& word) override;
+    AIBStatus DumpEEPROM(std::int32_t index, const std::string& path) override;
+    AIBStatus MFCSetFlowrate(std::int32_t index, std::int32_t channel,
+                             std::int32_t setPoint) override;
+    AIBStatus MFCGetFlowrate(std::int32_t index, std::int32_t channel, std::int32_t& flow) override;
+    AIBStatus MFCSetParameter(std::int32_t index, const MFCParameter& parameter,
+                              std::int32_t value) override;
+    AIBStatus MFCGetParameter(std::int32_t index, const MFCParameter& parameter,
+                              std::int32_t& value) override;
+    AIBStatus GetVariable(std::int32_t index, std::int32_t number, std::int32_t& value) override;
+    AIBStatus SetVariable(std::int32_t index, std::int32_t number, std::int32_t value) override;
+
+  private:
+    struct Functions;
+    const Functions& Bound();
+
+    std::string m_File;
+    std::unique_ptr<Functions> m_Functions;
+};
+
+} // namespace ombrix

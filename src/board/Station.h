@@ -1,0 +1,28 @@
+#pragma once
+
+#include "board/clsAIBList.h"
+#include "platform/ProcedureGate.h"
+
+#include <memory>
+#include <string>
+
+namespace ombrix {
+
+/// What the whole program shares: the boards, the board of the selected tab, the folder of
+/// automatically saved workbooks, and the gate that lets one procedure run at a time. Made by
+/// main and handed down.
+struct Station {
+    explicit Station(const BoardServices& services)
+        : World(services.World), g_AIBList(services),
+          g_CurrentAIB(std::make_shared<clsAIB>(services)) {}
+
+    Platform& World;
+    clsAIBList g_AIBList;
+    /// Never empty: until a board is selected an empty board object stands in.
+    std::shared_ptr<clsAIB> g_CurrentAIB;
+    /// Built with the first automatic save and kept for the rest of the program's run.
+    std::string g_AutoSaveFolder;
+    ProcedureGate Procedures;
+};
+
+} // namespace ombrix

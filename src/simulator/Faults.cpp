@@ -1,0 +1,114 @@
+#include "simulator/Faults.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+namespace ombrix {
+
+namespace {
+
+constexpr std::string_view Forms =
+    "status:N, status:N@CALL, eprom-readonly, eprom-flip, stuck-bit:N, not-ready:CH, "
+    "hysteresis:CH,BITS, gain:CH,PERCENT, no-air, pressure-frozen, unplug@SECONDS";
+
+constexpr std::array<std::string_view, 22> Operations = {
+    "CloseAIBAPI",     "GetAccessoryInfo", "UploadFPGAImage", "WriteReg",       "ReadReg",
+    "ConfigureGPIO",   "SetGPO",           "ClearGPO",        "SetExtGPO",      "ClearExtGPO",
+    "GetGPI",          "SetDAC",           "GetADC",          "WriteAIBInfo",   "WriteEEPROM",
+    "ReadEEPROM",      "DumpEEPROM",       "MFCSetFlowrate",  "MFCGetFlowrate", "MFCSetParameter",
+    "MFCGetParameter", "GetVariable"};
+
+[[noreturn]] void Reject(std::string_view text, std::string_view why) {
+    throw FaultError(fmt::format("\"{}\" is no fault of the simulated bench: {}. Faults are {}.",
+                                 text, why, Forms));
+}
+
+template <class Number>
+Number ParseValue(std::string_view fault, std::string_view text) {
+    Number value{};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc{} || end != text.data() + text.size())
+        Reject(fault, fmt::format("\"{}\" is not a number", text));
+    return value;
+}
+
+template <class Number>
+Number ParseInRange(std::string_view fault, std::string_view text, Number first, Number last) {
+    const auto value = ParseValue<Number>(fault, text);
+    if (!(value >= first && value <= last))
+        Reject(fault, fmt::format("{} is not within {} to {}", text, first, last));
+    return value;
+}
+
+std::int32_t ParseChannel(std::string_view fault, std::string_view text) {
+    return ParseInRange<std::int32_t>(fault, text, 0, 1);
+}
+
+Faults::ChannelFault ParseChannelFault(std::string_view fault, std::string_view text) {
+    const std::size_t comma = text.find(',');
+    if (comma == std::string_view::npos)
+        Reject(fault, "a channel and an amount are wanted");
+    return {ParseChannel(fault, text.substr(0, comma)),
+            ParseInRange(fault, text.substr(comma + 1), -65535.0, 65535.0)};
+}
+
+Faults::FailingCall ParseStatus(std::string_view fault, std::string_view text) {
+    const std::size_t at = text.find('@');
+    const auto status = ParseValue<std::int32_t>(fault, text.substr(0, at));
+    if (at == std::string_view::npos)
+        return {status, {}};
+    const std::string_view operation = text.substr(at + 1);
+    if (std::find(Operations.begin(), Operations.end(), operation) == Operations.end())
+        Reject(fault, fmt::format("\"{}\" is no operation of the board library", operation));
+    return {status, std::string(operation)};
+}
+
+void ParseOne(std::string_view text, Faults& faults) {
+    const std::size_t nameEnd = std::min(text.find_first_of(":@"), text.size());
+    const std::string_view name = text.substr(0, nameEnd);
+    const std::string_view value =
+        nameEnd < text.size() ? text.substr(nameEnd + 1) : std::string_view{};
+    if (name == "status")
+        faults.FailingCalls.push_back(ParseStatus(text, value));
+    else if (text == "eprom-readonly")
+        faults.EpromReadOnly = true;
+    else if (text == "eprom-flip")
+        faults.EpromFlip = true;
+    else if (name == "stuck-bit")
+        faults.StuckBits.push_back(ParseInRange(text, value, 0, 15));
+    else if (name == "not-ready")
+        faults.NotReadyChannels.push_back(ParseChannel(text, value));
+    else if (name == "hysteresis")
+        faults.Hysteresis_bits.push_back(ParseChannelFault(text, value));
+    else if (name == "gain")
+        faults.Gain_percent.push_back(ParseChannelFault(text, value));
+    else if (text == "no-air")
+        faults.NoAir = true;
+    else if (text == "pressure-frozen")
+        faults.PressureFrozen = true;
+    else if (name == "unplug")
+        faults.UnplugAt_s = ParseInRange(text, value, 0.0, 1e9);
+    else
+        Reject(text, "the name is not known");
+}
+
+} // namespace
+
+Faults Faults::Parse(std::span<const std::string> texts) {
+    Faults faults;
+    for (const std::string& text : texts)
+        ParseOne(text, faults);
+    return faults;
+}
+
+double Faults::Sum(const std::vector<ChannelFault>& faults, std::int32_t channel) {
+    double sum = 0.0;
+    for (const ChannelFault& fault : faults)
+        sum += fault.Channel == channel ? fault.Amount : 0.0;
+    return sum;
+}
+
+} // namespace ombrix

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "board/clsAIB.h"
+#include "calibration/ACURecord.h"
+
+#include <string>
+
+namespace ombrix {
+
+/// A calibration as it was last done: when (0 = never), by whom, with what result.
+struct LastCalibration {
+    OleDate CalDate;
+    std::string User;
+    bool Passed = false;
+};
+
+/// The record of the ACU behind a board, mirrored field by field into the board's EPROM.
+/// Reading never writes, except when the operator agrees to initialise a blank EPROM. A word
+/// that cannot be transferred is noted by the board; the next fields are still dealt with.
+class clsACUCalibration : private ACURecord {
+  public:
+    explicit clsACUCalibration(Platform& world) : m_World(world) {}
+
+    /// All fields, for those who show or store them.
+    const ACURecord& Record() const { return *this; }
+
+    bool ACUInitialised() const { return m_ACUInitialised; }
+    /// The MFC number without surrounding blanks.
+    std::string ACUMFCNumber() const;
+    /// The MFC number reduced to A–Z and 0–9, as it stands in file and folder names.
+    std::string MFCSerialNumber_Clean() const;
+    std::int32_t PressureConfig() const { return m_DigitalPressureConfig; }
+    std::int32_t CalibrationPoints() const { return m_CalibrationPoints; }
+    /// ml/min at full scale. @param channel 0 to 3 @throws std::out_of_range
+    float ChannelCapacity(std::int32_t channel) const;
+    LastCalibration LastCalDone_Velocity_System() const;
+    LastCalibration LastCalDone_Velocity_Audit() const;
+    LastCalibration LastCalDone_Pressure_System() const;
+    LastCalibration LastCalDone_Pressure_Audit() const;
+    /// "ACU" and the board's serial number with five digits.
+    std::string SerialNumberStr() const;
+
+    /// Writes the header of a fresh unit: 5000 and 200 ml/min, 10 points, solenoid valves.
+    void Init_VelocityHeader();
+
+    /// Writes the whole record. The writing operations return true; whether the words arrived
+    /// shows only in reading them back.
+    bool WriteEPROM();
+    bool WriteEPROM_Header();
+    /// An empty number rewrites the present one.
+    bool WriteEPROM_MFCNumber(const std::string& mfcNumber);
+    bool WriteEPROM_VelocityHeader();
+    /// The channel's table; channel 0 also writes the demands, which all channels share.
+    bool WriteEPROM_VelocitySystem(std::int32_t channel);
+    bool WriteEPROM_VelocityDateUserSystem();
+    bool WriteEPROM_VelocityDateUserAudit();
+    bool WriteEPROM_PressureHeader();
+    /// @param zeroOnly marks the pressure as uncalibrated instead of storing coefficients
+    bool WriteEPROM_PressureSystem(bool zeroOnly);
+    bool WriteEPROM_PressureDateUserSystem();
+    bool WriteEPROM_PressureDateUserAudit();
+
+    /// Binds the record to the board and reads it. False when the EPROM holds no record.
+    bool ReadEPROMValues(clsAIB& board);
+    /// Reads a record of version 1 or 2 from the bound board.
+    bool ReadEPROMValues_v02(bool showErrors);
+
+  private:
+    void ReadEPROMValues_Velocity();
+    void ReadEPROMValues_Pressure();
+    void ReadVelocityTables();
+    void CalculatePressureScaling();
+    void Tell(const std::string& text, MessageIcon icon) const;
+
+    /// Reads of one field; the address is where the field stands.
+    std::int32_t ReadLong(std::int32_t address, std::string_view label) const;
+    float ReadSingle(std::int32_t address, std::string_view label) const;
+    OleDate ReadDate(std::int32_t address, std::string_view label) const;
+    std::string ReadText(std::int32_t address, std::int32_t length, std::string_view label) const;
+    std::string ReadVelocityUser(std::int32_t address, std::string_view label) const;
+    void WriteLong(std::int32_t address, std::int32_t value) const;
+    void WriteSingle(std::int32_t address, float value) const;
+    void WriteDateUser(std::int32_t dateAddress, OleDate date, std::int32_t passedAddress,
+                       std::int32_t passed, std::int32_t userAddress,
+                       const std::string& user) const;
+    void WriteText(std::int32_t address, std::int32_t length, const std::string& text) const;
+
+    Platform& m_World;
+    clsAIB* m_AIB = nullptr;
+};
+
+} // namespace ombrix

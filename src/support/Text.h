@@ -1,0 +1,39 @@
+#pragma once
+
+#include "platform/OleDate.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace ombrix {
+
+/// The texts in which numbers and dates are shown and stored. None depends on the locale: the
+/// decimal sign is a point in every file, wherever it was written.
+
+/// General decimal text: at most 7 significant digits of a Single, 15 of a Double; no trailing
+/// zeros; an exponent ("1.5E+20") only beyond that many digits or below 0.0001.
+std::string GeneralText(float value);
+std::string GeneralText(double value);
+
+/// Text with a fixed number of decimals, as the formats "0", "0.0" and "0.00" give it.
+std::string FixedText(double value, int decimals);
+
+/// Upper-case hexadecimal of the 32 bits, without prefix or leading zeros.
+std::string HexText(std::int32_t value);
+
+/// Text of a number that an operator typed; nothing when it is no number.
+std::optional<double> ParseNumber(std::string_view text);
+
+/// The text without surrounding blanks (and the zero bytes that fill up fixed-width texts).
+std::string Trimmed(std::string_view text);
+
+/// The text cut or filled with blanks to a number of characters.
+std::string FixedWidth(std::string_view text, std::size_t characters);
+
+/// A date in a pattern of yyyy, yy, mm, dd, hh, nn (minutes) and ss; every other character
+/// stands for itself. Bits that are no date give "(no date)".
+std::string DateText(OleDate date, std::string_view pattern);
+
+} // namespace ombrix

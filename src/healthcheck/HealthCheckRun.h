@@ -1,0 +1,88 @@
+#pragma once
+
+#include "board/DACSliders.h"
+#include "board/Station.h"
+#include "healthcheck/GraphSurface.h"
+#include "healthcheck/HealthCheckProgramme.h"
+#include "support/OpenExcel.h"
+
+#include <filesystem>
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace ombrix {
+
+/// What became of one sequence.
+struct SequenceResult {
+    std::string Sheet;
+    int Steps = 0;
+    double Seconds = 0.0;
+    int Samples = 0;
+    /// A step's record was full before the step ended.
+    bool RecordFull = false;
+};
+
+struct HealthCheckResult {
+    enum class Outcome { Completed, Cancelled, Failed, NotSaved };
+
+    Outcome End = Outcome::Completed;
+    std::vector<SequenceResult> Sequences;
+    /// Real paths of what was written.
+    std::vector<std::filesystem::path> Files;
+    /// Why the run failed or was not saved; the operator has been told.
+    std::string Error;
+};
+
+/// Where a running health check shows; each of them may be none.
+struct HealthCheckView {
+    const GraphSurfaces* Graphs = nullptr;
+    ValueLabels* Labels = nullptr;
+    StepList* Steps = nullptr;
+    /// Told the share of the whole run that is done, 0 to 1.
+    std::function<void(double share)> Progress = {};
+};
+
+/// The run of a health check: its sequences one after the other on the current board, each
+/// exported to the report workbook, which is saved into the ACU's folder in the end. Whatever
+/// way it ends, both air channels are at zero and what was measured is saved.
+/// One object serves one run; Station::Procedures must be free when it starts.
+class HealthCheckRun {
+  public:
+    /// @param templates path of the folder with the report templates, ended by a backslash
+    HealthCheckRun(Station& station, DACSliders& sliders, SpreadsheetLauncher launcher,
+                   OpenExcelView& wait, std::string templates);
+
+    HealthCheckResult Run(std::span<const HealthCheckOption> options, const HealthCheckView& view);
+    /// Ends the run at its next pass; nothing more is run.
+    void Cancel() { m_Cancel.Request(); }
+
+  private:
+    void RunAll(const std::vector<SequencePlan>& plan, const HealthCheckView& view,
+                HealthCheckResult& result);
+    void RunOne(const SequencePlan& plan, const HealthCheckView& view, double done_s,
+                double total_s, HealthCheckResult& result);
+    Answer AskPrompt(const SequencePlan& plan);
+    std::string DistinctSheetName(const std::string& name,
+                                  const std::vector<SequenceResult>& taken) const;
+    bool OpenReport(HealthCheckResult& result);
+    void Fail(HealthCheckResult& result, HealthCheckResult::Outcome outcome,
+              const std::string& heading, const std::string& reason);
+    void Finish(HealthCheckResult& result);
+    void Save(HealthCheckResult& result);
+    void Keep(const std::string& fileName, HealthCheckResult& result);
+    std::string FileName() const;
+    void Tell(const std::string& text, MessageIcon icon) const;
+
+    Station& m_Station;
+    DACSliders& m_Sliders;
+    SpreadsheetLauncher m_Launcher;
+    OpenExcelView& m_Wait;
+    std::string m_Templates;
+    Cancellation m_Cancel;
+    OpenedWorkbook m_Report;
+    std::int32_t m_OverviewRow = 7;
+};
+
+} // namespace ombrix

@@ -1,0 +1,80 @@
+#include "app/Assembly.h"
+
+#include "board/LoadedAIBControl.h"
+#include "calibration/clsACUCalibration.h"
+#include "platform/SystemClock.h"
+#include "platform/VirtualClock.h"
+#include "simulator/SimulatorFolder.h"
+
+#include <system_error>
+
+namespace ombrix {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view ProgramFolder = R"(C:\Program Files\Ombrix)";
+
+/// A checkout has the templates beside the programs, an installation in its shared data.
+fs::path FolderWithTemplates() {
+    const fs::path programs = fs::canonical("/proc/self/exe").parent_path();
+    const fs::path installed = programs.parent_path() / "share" / "ombrix";
+    return !fs::exists(programs / "Templates") && fs::exists(installed / "Templates") ? installed
+                                                                                      : programs;
+}
+
+const fs::path& Made(const fs::path& folder) {
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (error)
+        throw DriveError("The data folder " + folder.string() + " cannot be made: " +
+                         error.message() + ". Choose another one with --data-root.");
+    return folder;
+}
+
+std::unique_ptr<Clock> MakeClock(double timeScale, Clock& base) {
+    if (timeScale == 0.0)
+        return std::make_unique<VirtualClock>(base.Now());
+    return std::make_unique<ScaledClock>(base, timeScale);
+}
+
+} // namespace
+
+Assembly::Assembly(const StationOptions& options, const UserPorts& ports)
+    : m_Options(options), m_Drive(Made(fs::absolute(options.DataRoot))),
+      m_BaseClock(std::make_unique<SystemClock>()),
+      m_Clock(options.TimeScale == 1.0 ? std::make_unique<SystemClock>()
+                                       : MakeClock(options.TimeScale, *m_BaseClock)),
+      m_World{*m_Clock, ports.Events, ports.Messages, m_Drive, ports.Documents, ports.End},
+      m_Library(MakeLibrary()) {
+    m_Drive.Mount(ProgramFolder, FolderWithTemplates());
+    m_Drive.Mount("T:", fs::temp_directory_path());
+    if (!options.Share.empty())
+        m_Drive.Mount("S:", options.Share);
+    m_Station = std::make_unique<Station>(BoardServices{
+        *m_Library, m_World, [this] { return std::make_shared<clsACUCalibration>(m_World); }});
+}
+
+std::unique_ptr<AIBControl> Assembly::MakeLibrary() const {
+    if (!IsSimulated())
+        return std::make_unique<LoadedAIBControl>(m_Options.Library);
+    auto bench = std::make_unique<SimulatedBench>(
+        *m_Clock, BenchOptions{m_Options.Bench, Faults::Parse(m_Options.FaultTexts), m_Options.Seed,
+                               PrepareSimulatorFolder(fs::absolute(m_Options.DataRoot))});
+    if (!m_Options.EpromImage.empty() && m_Options.Board < bench->OpenAIBAPI())
+        bench->LoadEprom(m_Options.Board, ReadWholeFile(m_Options.EpromImage));
+    return bench;
+}
+
+SpreadsheetLauncher Assembly::Launcher() {
+    return [this]() -> std::unique_ptr<SpreadsheetApplication> {
+        throw SpreadsheetError("engine in the making");
+    };
+}
+
+std::string Assembly::TemplatesFolder() {
+    return std::string(ProgramFolder) + R"(\Templates\)";
+}
+
+} // namespace ombrix

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "app/StationOptions.h"
+#include "board/Station.h"
+#include "platform/FolderDrive.h"
+#include "simulator/SimulatedBench.h"
+#include "support/Spreadsheet.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace ombrix {
+
+/// The ports that differ between the desktop program and the terminal.
+struct UserPorts {
+    EventPump& Events;
+    Operator& Messages;
+    DocumentOpener& Documents;
+    ProgramEnd& End;
+};
+
+/// Chooses the implementations that the command line asks for and wires them to a station.
+class Assembly {
+  public:
+    /// @throws DriveError when the data folder or an image cannot be used
+    Assembly(const StationOptions& options, const UserPorts& ports);
+
+    Station& TheStation() { return *m_Station; }
+    Drive& Files() { return m_Drive; }
+    Clock& Time() { return *m_Clock; }
+    SpreadsheetLauncher Launcher();
+    /// Path of the folder with the report templates, ended by a backslash.
+    static std::string TemplatesFolder();
+    bool IsSimulated() const { return !m_Options.Bench.empty(); }
+
+  private:
+    std::unique_ptr<AIBControl> MakeLibrary() const;
+
+    StationOptions m_Options;
+    FolderDrive m_Drive;
+    std::unique_ptr<Clock> m_BaseClock;
+    std::unique_ptr<Clock> m_Clock;
+    Platform m_World;
+    std::unique_ptr<AIBControl> m_Library;
+    std::unique_ptr<Station> m_Station;
+};
+
+} // namespace ombrix

@@ -1,0 +1,99 @@
+#include "app/StationOptions.h"
+
+#include "simulator/BenchDescription.h"
+#include "simulator/Faults.h"
+
+#include <CLI/CLI.hpp>
+
+#include <charconv>
+#include <cstdlib>
+
+namespace ombrix {
+
+namespace {
+
+/// The user's data folder as the XDG base directories say.
+std::filesystem::path DefaultDataRoot() {
+    if (const char* dataHome = std::getenv("XDG_DATA_HOME");
+        dataHome != nullptr && *dataHome == '/')
+        return std::filesystem::path(dataHome) / "ombrix";
+    const char* home = std::getenv("HOME");
+    return std::filesystem::path(home == nullptr ? "." : home) / ".local" / "share" / "ombrix";
+}
+
+/// The text of an error, empty when the operation raises none: the form of a value check.
+template <class Error, class Operation>
+std::string ErrorOf(Operation operation) {
+    try {
+        operation();
+        return {};
+    } catch (const Error& error) {
+        return error.what();
+    }
+}
+
+std::string CheckBench(const std::string& name) {
+    return ErrorOf<BenchError>([&name] { DescribeBench(name); });
+}
+
+std::string CheckFault(const std::string& text) {
+    return ErrorOf<FaultError>([&text] { Faults::Parse({&text, 1}); });
+}
+
+double ParseTimeScale(const std::string& text) {
+    constexpr double largest = 1e6;
+    if (text == "max")
+        return 0.0;
+    double scale = 0.0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), scale);
+    if (error != std::errc{} || end != text.data() + text.size() || !(scale > 0.0) ||
+        scale > largest)
+        throw CLI::ValidationError("--time-scale",
+                                   "\"" + text + "\" is neither \"max\" nor a number above 0");
+    return scale;
+}
+
+} // namespace
+
+void AddStationOptions(CLI::App& app, StationOptions& options) {
+    options.DataRoot = DefaultDataRoot();
+    CLI::Option* simulate =
+        app.add_flag("--simulate{acu}", options.Bench,
+                     "Use the simulated bench of that name: acu, fresh, plain, pair, rig, "
+                     "airflow or none; alone it means acu")
+            ->check(CheckBench);
+    app.add_option("--library", options.Library, "The board library to load")
+        ->type_name("FILE")
+        ->capture_default_str();
+    app.add_option("--fault", options.FaultTexts,
+                   "A fault of the simulated bench, such as no-air or status:32; may be repeated")
+        ->type_name("NAME")
+        ->allow_extra_args(false)
+        ->check(CheckFault)
+        ->needs(simulate);
+    app.add_option("--seed", options.Seed, "Seed of the bench's noise")
+        ->type_name("N")
+        ->capture_default_str()
+        ->needs(simulate);
+    app.add_option("--eprom", options.EpromImage,
+                   "First load this 2048-byte image into the chosen board")
+        ->type_name("FILE")
+        ->needs(simulate);
+    app.add_option_function<std::string>(
+           "--time-scale",
+           [&options](const std::string& text) { options.TimeScale = ParseTimeScale(text); },
+           "The simulated bench runs N times faster; max: in virtual time")
+        ->type_name("N|max")
+        ->needs(simulate);
+    app.add_option("--data-root", options.DataRoot, "The folder that stands for drive C:")
+        ->type_name("DIR")
+        ->capture_default_str();
+    app.add_option("--share", options.Share, "The production file server's share")
+        ->type_name("DIR");
+    app.add_option("--board", options.Board, "Board index, from 0")
+        ->type_name("N")
+        ->check(CLI::NonNegativeNumber)
+        ->capture_default_str();
+}
+
+} // namespace ombrix

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace ombrix {
+
+/// What the command line says of the bench and the folders; the same for both programs.
+struct StationOptions {
+    /// Name of the simulated bench; empty for the board library.
+    std::string Bench;
+    std::string Library = "libAIBControl.so";
+    std::vector<std::string> FaultTexts;
+    std::uint64_t Seed = 1;
+    /// Image that is first loaded into the chosen board of the simulated bench.
+    std::filesystem::path EpromImage;
+    /// How many times faster the simulated bench runs; 0 for virtual time.
+    double TimeScale = 1.0;
+    std::filesystem::path DataRoot;
+    std::filesystem::path Share;
+    std::int32_t Board = 0;
+};
+
+/// Adds the options to a command line, with checks of their values.
+void AddStationOptions(CLI::App& app, StationOptions& options);
+
+} // namespace ombrix

@@ -1,0 +1,91 @@
+// The program from a terminal: one line does one job.
+#include "app/Assembly.h"
+#include "terminal/CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <span>
+
+namespace {
+
+using namespace ombrix;
+
+struct Output {
+    bool AsJson = false;
+
+    int Print(const std::string& command, const CommandResult& result) const {
+        const bool done = result.Status == ExitStatus::Done;
+        if (AsJson) {
+            nlohmann::ordered_json object = {{"command", command}, {"ok", done}};
+            object.update(result.Json);
+            if (!done)
+                object["error"] = result.Error;
+            // Texts of a damaged EPROM may be no UTF-8.
+            fmt::print("{}\n",
+                       object.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+        } else {
+            fmt::print("{}", result.Text);
+        }
+        if (!done)
+            fmt::print(stderr, "ombrixctl: {}\n", result.Error);
+        return static_cast<int>(result.Status);
+    }
+};
+
+CommandResult Failure(ExitStatus status, const std::string& error) {
+    CommandResult result;
+    result.Status = status;
+    result.Error = error;
+    return result;
+}
+
+CommandResult RunCommand(const ChosenCommand& command, const StationOptions& options, bool yes) {
+    Interrupts interrupts;
+    TerminalEventPump events(interrupts);
+    TerminalOperator messages(interrupts, yes);
+    TerminalDocuments documents;
+    TerminalProgramEnd end;
+    try {
+        Assembly assembly(options, {events, messages, documents, end});
+        CommandContext context{
+            assembly.TheStation(),       events,       messages, interrupts, assembly.Launcher(),
+            Assembly::TemplatesFolder(), options.Board};
+        return command.Run(context);
+    } catch (const ProgramEndRequest& request) {
+        return Failure(request.Status, WithPlainLineEnds(messages.LastTrouble()));
+    } catch (const CommandError& error) {
+        return Failure(error.Status(), error.what());
+    } catch (const DriveError& error) {
+        return Failure(ExitStatus::NotStored, error.what());
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app{"Production and service tool for powder-testing accessories", "ombrixctl"};
+    StationOptions options;
+    ChosenCommand command;
+    Output output;
+    bool yes = false;
+    AddStationOptions(app, options);
+    app.add_flag("--yes", yes, "Answer every prompt in the affirmative");
+    app.add_flag("--json", output.AsJson, "The result as one JSON object on standard output");
+    app.set_version_flag("--version", "ombrixctl " OMBRIX_VERSION);
+    AddCommands(app, command);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success& success) {
+        return app.exit(success); // --help, --version
+    } catch (const CLI::ParseError& error) {
+        // A line that cannot be parsed may still ask for JSON.
+        const std::span<char*> words(argv, static_cast<std::size_t>(argc));
+        output.AsJson =
+            std::find(words.begin(), words.end(), std::string_view("--json")) != words.end();
+        return output.Print("", Failure(ExitStatus::WrongUsage, error.what()));
+    }
+    return output.Print(command.Name, RunCommand(command, options, yes));
+}

@@ -1,0 +1,195 @@
+#include "terminal/BoardCommands.h"
+
+#include "board/ACUMemoryMap.h"
+#include "board/Detection.h"
+#include "calibration/modACUCalibration.h"
+#include "support/Text.h"
+
+#include <fmt/format.h>
+
+namespace ombrix {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+/// A command's result says all that is worth knowing of a detection.
+class QuietDetectionView final : public DetectionView {
+  public:
+    void ShowOutcome(const std::string& /*text*/) override {}
+    void ShowInitState(const std::string& /*text*/) override {}
+    void ShowProgramming(const std::string& /*first*/, const std::string& /*second*/) override {}
+    void SetTabCaption(std::int32_t /*board*/, const std::string& /*caption*/) override {}
+};
+
+Json BoardJson(clsAIB& board) {
+    return {{"index", board.BoardIndex()},       {"bus", board.BusTypeText()},
+            {"serial", board.DevSerialNum()},    {"hwVersion", board.HWVersion()},
+            {"devType", board.DevType()},        {"vendor", Trimmed(board.Vendor())},
+            {"module", Trimmed(board.Module())}, {"buildDate", Trimmed(board.BuildDate())},
+            {"configBits", board.ConfigBits()},  {"digitalSetup", board.IsDigitalSetup()},
+            {"mfcReady", board.MFCReady()},      {"fpgaFile", board.FPGAFileName()}};
+}
+
+std::string BoardText(clsAIB& board) {
+    return fmt::format("AIB_{}: {}, {}, {}, build {}, {} setup, MFCs {}\n", board.DevSerialNum(),
+                       board.BusTypeText(), Trimmed(board.Vendor()), Trimmed(board.Module()),
+                       Trimmed(board.BuildDate()), board.IsDigitalSetup() ? "digital" : "analog",
+                       board.MFCReady() ? "ready" : "not ready");
+}
+
+void Require(AIBStatus status, std::string_view what) {
+    if (status != Status::NoError)
+        throw CommandError(ExitStatus::NotPassed,
+                           fmt::format("{}: {}", what, clsAIB::AIBErrorStr(status)));
+}
+
+} // namespace
+
+void DetectBoards(CommandContext& context) {
+    QuietDetectionView view;
+    if (DetectAndProgramBoards(context.TheStation, view))
+        return;
+    const std::string& trouble = context.Messages.LastTrouble();
+    throw CommandError(ExitStatus::NoBoard,
+                       trouble.empty() ? "No AIBs have been detected. Please check cables and "
+                                         "power of the boards."
+                                       : WithPlainLineEnds(trouble));
+}
+
+clsAIB& ChosenBoard(CommandContext& context) {
+    DetectBoards(context);
+    Station& station = context.TheStation;
+    const std::int32_t count = station.g_AIBList.AIBCount();
+    if (context.Board >= count)
+        throw CommandError(
+            ExitStatus::NoBoard,
+            fmt::format("There is no board {}: {} found, counted from 0.", context.Board, count));
+    station.g_CurrentAIB = station.g_AIBList.AIB(context.Board);
+    station.g_CurrentAIB->Calibration().ReadEPROMValues(*station.g_CurrentAIB);
+    return *station.g_CurrentAIB;
+}
+
+CommandResult RunDetect(CommandContext& context) {
+    CommandResult result;
+    result.Json["boards"] = Json::array();
+    try {
+        DetectBoards(context);
+    } catch (const CommandError& error) {
+        result.Status = error.Status();
+        result.Error = error.what();
+        return result;
+    }
+    clsAIBList& list = context.TheStation.g_AIBList;
+    for (std::int32_t index = 0; index < list.AIBCount(); ++index) {
+        clsAIB& board = *list.AIB(index);
+        result.Json["boards"].push_back(BoardJson(board));
+        result.Text += BoardText(board);
+    }
+    return result;
+}
+
+CommandResult RunInfo(CommandContext& context) {
+    clsAIB& board = ChosenBoard(context);
+    const CalibrationSummary summary = ReadCalibrationSummary(board);
+    CommandResult result;
+    result.Json = {{"board", BoardJson(board)},
+                   {"acuInitialised", summary.ACUInitialised},
+                   {"mfcNumber", summary.MFCNumber},
+                   {"velocitySystem", summary.VelocitySystem.Text},
+                   {"velocityAudit", summary.VelocityAudit.Text},
+                   {"pressureSystem", summary.PressureSystem.Text},
+                   {"pressureAudit", summary.PressureAudit.Text}};
+    result.Text =
+        BoardText(board) + fmt::format("ACU record       {}\nMFC number       {}\n"
+                                       "Velocity system  {}\nVelocity audit   {}\n"
+                                       "Pressure system  {}\nPressure audit   {}\n",
+                                       summary.ACUInitialised ? "initialised" : "not initialised",
+                                       summary.MFCNumber, summary.VelocitySystem.Text,
+                                       summary.VelocityAudit.Text, summary.PressureSystem.Text,
+                                       summary.PressureAudit.Text);
+    return result;
+}
+
+CommandResult RunSelfTest(CommandContext& context) {
+    clsAIB& board = ChosenBoard(context);
+    std::vector<int> failedBits;
+    const bool registersPassed = board.RunWalkingRegisterTest(&failedBits);
+    const bool mfcReady = board.CheckMFCReady();
+    CommandResult result;
+    result.Json = {
+        {"registersPassed", registersPassed}, {"failedBits", failedBits}, {"mfcReady", mfcReady}};
+    result.Text = fmt::format("Registers: {}\nMFCs: {}\n", registersPassed ? "passed" : "failed",
+                              mfcReady ? "ready" : "not ready");
+    if (!registersPassed || !mfcReady) {
+        result.Status = ExitStatus::NotPassed;
+        result.Error = registersPassed ? "The MFCs are not ready."
+                                       : fmt::format("Register bits {} do not read back.",
+                                                     fmt::join(failedBits, ", "));
+    }
+    return result;
+}
+
+CommandResult RunAdc(CommandContext& context) {
+    clsAIB& board = ChosenBoard(context);
+    CommandResult result;
+    result.Json["adc"] = Json::array();
+    for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel) {
+        std::int32_t value = 0;
+        Require(board.GetADC(channel, value), fmt::format("ADC {} cannot be read", channel));
+        result.Json["adc"].push_back(value);
+        result.Text += fmt::format("ADC {}    {}\n", channel, value);
+    }
+    std::int32_t pressure = 0;
+    Require(board.ReadReg(clsAIB::PressureRegister, pressure),
+            "The pressure register cannot be read");
+    result.Json["pressureRegister"] = pressure;
+    result.Text += fmt::format("Pressure {}\n", pressure);
+    return result;
+}
+
+CommandResult RunDac(CommandContext& context, std::int32_t channel, std::int32_t value) {
+    clsAIB& board = ChosenBoard(context);
+    const std::int32_t sent = DACSliders::HeldToRange(value);
+    Require(board.SetDAC(channel, sent), fmt::format("DAC {} cannot be set", channel));
+    CommandResult result;
+    result.Json["value"] = sent;
+    result.Text = fmt::format("DAC {}    {}\n", channel, sent);
+    return result;
+}
+
+CommandResult RunIdentity(CommandContext& context, std::int32_t serial, const std::string& setup) {
+    clsAIB& board = ChosenBoard(context);
+    const std::int32_t code = setup == "analog" ? 0 : setup == "both" ? 1 : 2;
+    const AIBStatus status = board.WriteAIBInfo(0, code, serial);
+    if (status != Status::NoError)
+        throw CommandError(ExitStatus::NotStored,
+                           "The identity could not be written: " + clsAIB::AIBErrorStr(status));
+    context.Messages.Ask({"The AIB has been programmed - restart application to check.",
+                          MessageIcon::Information, MessageButtons::Ok});
+    CommandResult result;
+    result.Json = {{"serial", serial}, {"code", code}};
+    result.Text = fmt::format("Serial number {}, hardware configuration {}\n", serial, code);
+    return result;
+}
+
+CommandResult RunMFCNumber(CommandContext& context, const std::string& number) {
+    clsAIB& board = ChosenBoard(context);
+    clsACUCalibration& record = board.Calibration();
+    record.WriteEPROM_MFCNumber(number);
+    const std::string written = record.ACUMFCNumber();
+    std::string stored;
+    std::int32_t address = ACUMemoryMap::MFCNumber;
+    board.ReadEPROMString(address, stored, ACUMemoryMap::MFCNumberLength, "Read MFC Number");
+    CommandResult result;
+    result.Json["mfcNumber"] = Trimmed(stored);
+    result.Text = fmt::format("MFC number {}\n", Trimmed(stored));
+    if (Trimmed(stored) != written) {
+        result.Status = ExitStatus::NotStored;
+        result.Error =
+            fmt::format("The EPROM holds \"{}\" instead of \"{}\".", Trimmed(stored), written);
+    }
+    return result;
+}
+
+} // namespace ombrix

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "board/DACSliders.h"
+#include "board/Station.h"
+#include "platform/ProgramEnd.h"
+#include "support/Spreadsheet.h"
+#include "terminal/TerminalPorts.h"
+
+#include <nlohmann/json.hpp>
+
+#include <stdexcept>
+#include <string>
+
+namespace ombrix {
+
+/// What a command of the terminal program came to.
+struct CommandResult {
+    ExitStatus Status = ExitStatus::Done;
+    /// The keys of the command; those that every command has are added when it is printed.
+    nlohmann::ordered_json Json = nlohmann::ordered_json::object();
+    /// The same for a person to read.
+    std::string Text;
+    /// Why the status is not Done.
+    std::string Error;
+};
+
+/// A command cannot go on.
+class CommandError : public std::runtime_error {
+  public:
+    CommandError(ExitStatus status, const std::string& text)
+        : std::runtime_error(text), m_Status(status) {}
+    ExitStatus Status() const noexcept { return m_Status; }
+
+  private:
+    ExitStatus m_Status;
+};
+
+/// What the commands work with.
+struct CommandContext {
+    Station& TheStation;
+    TerminalEventPump& Events;
+    TerminalOperator& Messages;
+    Interrupts& Signals;
+    SpreadsheetLauncher Launcher;
+    std::string TemplatesFolder;
+    std::int32_t Board = 0;
+};
+
+/// Detects and programs the boards as the window does at its start.
+/// @throws CommandError when there is none
+void DetectBoards(CommandContext& context);
+
+/// The chosen board, made current, with its record read. @throws CommandError
+clsAIB& ChosenBoard(CommandContext& context);
+
+} // namespace ombrix

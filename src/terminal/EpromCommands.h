@@ -1,0 +1,17 @@
+#pragma once
+
+#include "terminal/Command.h"
+
+#include <filesystem>
+
+namespace ombrix {
+
+/// Addresses are byte addresses, 0 to 2044 in steps of 4; another one throws CommandError.
+CommandResult RunEpromRead(CommandContext& context, std::int32_t address, std::int32_t words);
+CommandResult RunEpromWrite(CommandContext& context, std::int32_t address, std::int32_t value);
+CommandResult RunEpromFill(CommandContext& context, std::int32_t value);
+CommandResult RunEpromSave(CommandContext& context, const std::filesystem::path& file);
+CommandResult RunEpromRestore(CommandContext& context, const std::filesystem::path& file);
+CommandResult RunEpromShow(CommandContext& context);
+
+} // namespace ombrix

@@ -1,0 +1,67 @@
+#include "terminal/HealthCheckCommand.h"
+
+#include "healthcheck/HealthCheckRun.h"
+#include "terminal/ProgressBar.h"
+
+#include <fmt/format.h>
+
+namespace ombrix {
+
+namespace {
+
+/// Opening a report takes no time worth a word on a terminal.
+class NoWaitWindow final : public OpenExcelView {
+  public:
+    void Show(const std::string& /*message*/) override {}
+    void Close() override {}
+};
+
+ExitStatus StatusOf(HealthCheckResult::Outcome outcome) {
+    switch (outcome) {
+    case HealthCheckResult::Outcome::Completed: return ExitStatus::Done;
+    case HealthCheckResult::Outcome::NotSaved: return ExitStatus::NotStored;
+    default: return ExitStatus::NotPassed;
+    }
+}
+
+} // namespace
+
+CommandResult RunHealthCheckCommand(CommandContext& context,
+                                    const std::vector<HealthCheckOption>& options) {
+    ChosenBoard(context);
+    BoardDACSliders sliders(context.TheStation);
+    NoWaitWindow wait;
+    HealthCheckRun run(context.TheStation, sliders, context.Launcher, wait,
+                       context.TemplatesFolder);
+    context.Events.OnInterrupt = [&run] { run.Cancel(); };
+    HealthCheckResult outcome;
+    {
+        ProgressBar bar;
+        outcome = run.Run(options, {.Progress = [&bar](double share) { bar.Show(share); }});
+    }
+    context.Events.OnInterrupt = nullptr;
+
+    CommandResult result;
+    result.Status = StatusOf(outcome.End);
+    result.Error = outcome.End == HealthCheckResult::Outcome::Cancelled
+                       ? "The health check has been cancelled."
+                       : WithPlainLineEnds(outcome.Error);
+    result.Json["sequences"] = nlohmann::ordered_json::array();
+    for (const SequenceResult& sequence : outcome.Sequences) {
+        result.Json["sequences"].push_back({{"sheet", sequence.Sheet},
+                                            {"steps", sequence.Steps},
+                                            {"seconds", sequence.Seconds},
+                                            {"samples", sequence.Samples}});
+        result.Text += fmt::format("{:<16} {:3} steps {:6} s {:6} samples{}\n", sequence.Sheet,
+                                   sequence.Steps, sequence.Seconds, sequence.Samples,
+                                   sequence.RecordFull ? "  (record full)" : "");
+    }
+    result.Json["files"] = nlohmann::ordered_json::array();
+    for (const auto& file : outcome.Files) {
+        result.Json["files"].push_back(file.string());
+        result.Text += fmt::format("{}\n", file.string());
+    }
+    return result;
+}
+
+} // namespace ombrix

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "platform/DocumentOpener.h"
+#include "platform/EventPump.h"
+#include "platform/Operator.h"
+#include "platform/ProgramEnd.h"
+#include "terminal/Interrupts.h"
+
+#include <chrono>
+#include <functional>
+#include <string>
+
+namespace ombrix {
+
+/// Lets a running procedure be interrupted from the terminal.
+class TerminalEventPump final : public EventPump {
+  public:
+    explicit TerminalEventPump(Interrupts& interrupts) : m_Interrupts(interrupts) {}
+
+    /// What an interrupt does while a procedure runs; nothing in between.
+    std::function<void()> OnInterrupt;
+
+    void ProcessPendingEvents() override;
+    /// An interrupt cancels the procedure; the program then ends by itself.
+    bool ProgramEnding() const override { return false; }
+
+  private:
+    Interrupts& m_Interrupts;
+    std::chrono::steady_clock::time_point m_LastLook;
+};
+
+/// The operator at a terminal: messages and prompts on standard error, answers from standard
+/// input. Once the input has ended, every question is declined.
+class TerminalOperator final : public Operator {
+  public:
+    /// @param yes answers for an unattended station, without asking: yes to everything but
+    ///        whether to try again, and input boxes with what they propose
+    TerminalOperator(Interrupts& interrupts, bool yes) : m_Interrupts(interrupts), m_Yes(yes) {}
+
+    Answer Ask(const Message& message) override;
+    std::optional<std::string> AskText(const std::string& prompt, const std::string& proposed,
+                                       const std::string& title) override;
+
+    /// The last warning or critical message; empty when there was none.
+    const std::string& LastTrouble() const { return m_LastTrouble; }
+
+  private:
+    Interrupts& m_Interrupts;
+    bool m_Yes;
+    std::string m_LastTrouble;
+};
+
+/// No desktop program is started from a terminal: the path is named instead.
+class TerminalDocuments final : public DocumentOpener {
+  public:
+    bool OpenDocument(const std::filesystem::path& path) override;
+};
+
+/// The program is to end with this status.
+struct ProgramEndRequest {
+    ExitStatus Status;
+};
+
+class TerminalProgramEnd final : public ProgramEnd {
+  public:
+    [[noreturn]] void EndProgram(ExitStatus status) override { throw ProgramEndRequest{status}; }
+};
+
+/// Text without the carriage returns of message texts.
+std::string WithPlainLineEnds(const std::string& text);
+
+} // namespace ombrix

@@ -100,11 +100,11 @@ void ReplaceWholeFile(const fs::path& path, std::string_view content) {
     }
 }
 
-FolderDrive::FolderDrive(fs::path dataRoot) {
-    Mount("C:", std::move(dataRoot));
+FolderDrive::FolderDrive(const fs::path& dataRoot) {
+    Mount("C:", dataRoot);
 }
 
-void FolderDrive::Mount(std::string_view prefix, fs::path folder) {
+void FolderDrive::Mount(std::string_view prefix, const fs::path& folder) {
     m_Mounts.push_back({Components(prefix).value(), fs::absolute(folder)});
     // The longest prefix is found first.
     std::stable_sort(m_Mounts.begin(), m_Mounts.end(),

@@ -10,10 +10,10 @@ namespace ombrix {
 class FolderDrive final : public Drive {
   public:
     /// @param dataRoot the folder that stands for drive C:; made when first needed
-    explicit FolderDrive(std::filesystem::path dataRoot);
+    explicit FolderDrive(const std::filesystem::path& dataRoot);
 
     /// Puts a real folder behind a path prefix, such as "S:" or a folder of drive C:.
-    void Mount(std::string_view prefix, std::filesystem::path folder);
+    void Mount(std::string_view prefix, const std::filesystem::path& folder);
 
     bool FileExists(std::string_view path) const override;
     bool FolderExists(std::string_view path) const override;

@@ -9,7 +9,7 @@ namespace ombrix {
 namespace fs = std::filesystem;
 
 fs::path PrepareSimulatorFolder(const fs::path& dataRoot) {
-    const fs::path folder = dataRoot / "simulator";
+    fs::path folder = dataRoot / "simulator";
     if (fs::exists(folder))
         return folder;
     const fs::path systemFolder = dataRoot / "Program Files" / "Pulvatron" / "System";

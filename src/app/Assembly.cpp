@@ -5,6 +5,7 @@
 #include "platform/SystemClock.h"
 #include "platform/VirtualClock.h"
 #include "simulator/SimulatorFolder.h"
+#include "support/XlsxApplication.h"
 
 #include <system_error>
 
@@ -68,9 +69,7 @@ std::unique_ptr<AIBControl> Assembly::MakeLibrary() const {
 }
 
 SpreadsheetLauncher Assembly::Launcher() {
-    return [this]() -> std::unique_ptr<SpreadsheetApplication> {
-        throw SpreadsheetError("engine in the making");
-    };
+    return [this] { return std::make_unique<XlsxApplication>(m_Drive, m_Converter); };
 }
 
 std::string Assembly::TemplatesFolder() {

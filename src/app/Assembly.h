@@ -4,6 +4,7 @@
 #include "board/Station.h"
 #include "platform/FolderDrive.h"
 #include "simulator/SimulatedBench.h"
+#include "support/LibreOfficeConverter.h"
 #include "support/Spreadsheet.h"
 
 #include <memory>
@@ -39,6 +40,7 @@ class Assembly {
 
     StationOptions m_Options;
     FolderDrive m_Drive;
+    LibreOfficeConverter m_Converter;
     std::unique_ptr<Clock> m_BaseClock;
     std::unique_ptr<Clock> m_Clock;
     Platform m_World;

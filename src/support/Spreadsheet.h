@@ -113,6 +113,11 @@ class Worksheet {
     /// Sets one edge of every area of the address on its own.
     virtual void SetBorder(std::string_view areas, BorderEdge edge, LineStyle style) = 0;
     virtual SheetBox Box(std::string_view area) const = 0;
+    virtual void SetRowHeight(int firstRow, int lastRow, double height_pt) = 0;
+    /// Has a new page begin with a row when the sheet is printed.
+    virtual void AddPageBreak(int row) = 0;
+    /// Limits what is printed of the sheet to an area.
+    virtual void SetPrintArea(std::string_view area) = 0;
     /// The chart lives as long as the workbook.
     virtual Chart& AddChart(ChartType type, const SheetBox& box) = 0;
 };
@@ -131,6 +136,8 @@ class Workbook {
     /// Stores the workbook under a path of the program ("C:\ACUs\…"). The name holds either
     /// what it held or the whole workbook.
     virtual void SaveAs(std::string_view path, FileFormat format) = 0;
+    /// The path under which the workbook is stored; empty while it is stored nowhere.
+    virtual std::string FullName() const = 0;
     /// Forgets the workbook without saving it again; the object is gone afterwards.
     virtual void Close() = 0;
 };

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+namespace ombrix {
+
+struct ChildOutcome {
+    enum Kind { Exited, Killed, TimedOut, NotStarted };
+    Kind Kind = NotStarted;
+    /// Exit status, signal or, when not started, the system's error number.
+    int Code = 0;
+};
+
+/// Runs a program and waits for it; no shell has a part in it. Its output goes nowhere. One
+/// that takes too long is ended together with the programs it has started.
+/// @param arguments the program first
+ChildOutcome RunChild(const std::vector<std::string>& arguments, std::chrono::milliseconds timeout);
+
+} // namespace ombrix

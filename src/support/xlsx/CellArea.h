@@ -1,0 +1,72 @@
+#pragma once
+
+#include <compare>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ombrix::xlsx {
+
+inline constexpr int MaxRow = 1048576;
+inline constexpr int MaxColumn = 16384;
+
+/// A cell's place on a sheet; rows and columns count from 1.
+struct CellPosition {
+    int Row = 1;
+    int Column = 1;
+
+    auto operator<=>(const CellPosition&) const = default;
+};
+
+/// A rectangle of cells, both corners included.
+struct CellArea {
+    CellPosition First;
+    CellPosition Last;
+
+    int Rows() const { return Last.Row - First.Row + 1; }
+    int Columns() const { return Last.Column - First.Column + 1; }
+    bool Contains(CellPosition cell) const {
+        return cell.Row >= First.Row && cell.Row <= Last.Row && cell.Column >= First.Column &&
+               cell.Column <= Last.Column;
+    }
+    bool Contains(const CellArea& area) const {
+        return Contains(area.First) && Contains(area.Last);
+    }
+    bool operator==(const CellArea&) const = default;
+};
+
+struct ColumnRange {
+    int First = 1;
+    int Last = 1;
+};
+
+/// "D5" or "$D$5"; nothing when the text is no cell of a sheet.
+std::optional<CellPosition> FindCell(std::string_view text);
+/// "B7:O9" or a single cell.
+std::optional<CellArea> FindArea(std::string_view text);
+/// Areas side by side, parted by commas or blanks; nothing when one of them is no area.
+std::optional<std::vector<CellArea>> FindAreas(std::string_view text);
+
+/// The same, for addresses that callers give. @throws SpreadsheetError
+CellPosition ParseCell(std::string_view text);
+CellArea ParseArea(std::string_view text);
+std::vector<CellArea> ParseAreas(std::string_view text);
+/// Whole columns: "A:A,F:J". @throws SpreadsheetError
+std::vector<ColumnRange> ParseColumns(std::string_view text);
+
+/// 1 gives "A"; 0 when the letters are no column.
+std::string ColumnLetters(int column);
+int ColumnNumber(std::string_view letters);
+
+std::string ToText(CellPosition cell);
+std::string ToText(const CellArea& area);
+/// With dollar signs, as charts and names refer to cells.
+std::string ToAbsoluteText(const CellArea& area);
+
+std::optional<CellArea> Intersection(const CellArea& left, const CellArea& right);
+/// What is left of an area when another is cut out of it: up to four areas.
+std::vector<CellArea> Difference(const CellArea& area, const CellArea& cut);
+CellArea Moved(const CellArea& area, int rows, int columns);
+
+} // namespace ombrix::xlsx

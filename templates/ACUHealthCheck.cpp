@@ -1,0 +1,232 @@
+// The program writes the measured values; the sheets here give them their form and judge them:
+// a step passes when each channel's end value is near enough to its demand.
+#include "ACUHealthCheck.h"
+
+#include "TemplateBuilder.h"
+
+#include <fmt/format.h>
+
+namespace ombrix::templates {
+
+namespace {
+
+constexpr double FullScale_bits = 65535;
+constexpr double Tolerance = 0.01;
+/// Blocks begin in row 7. All ten sequences together reach to row 607.
+constexpr int FirstStepRow = 10;
+constexpr int LastStepRow = 700;
+
+constexpr const char* Dark = "1F3A5F";
+constexpr const char* Grey = "6B7785";
+constexpr const char* HeadFill = "DDE5EF";
+constexpr const char* SubHeadFill = "EEF2F7";
+const Highlight Good{"1E6B34", "D5EDDB"};
+const Highlight Bad{"9C1C1C", "F6D5D5"};
+const PageTexts Pages{"ACU Health Check", "Ombrix"};
+
+const Look Label{.Colour = Grey};
+const Look Heading{.Size_pt = 20, .Bold = true, .Colour = Dark};
+const Look HeadCell{
+    .Bold = true, .Colour = Dark, .Fill = HeadFill, .Horizontal = Align::Centre, .Wrapped = true};
+const Look UnitCell{.Size_pt = 9, .Colour = Grey, .Fill = SubHeadFill, .Horizontal = Align::Centre};
+
+Look With(Look look, unsigned edges) {
+    look.Edges = edges;
+    return look;
+}
+
+Look Values(const std::string& number) {
+    return {.Number = number, .Horizontal = Align::Centre};
+}
+
+void LayOutColumns(SheetBuilder& sheet) {
+    sheet.Column("A", 2).Column("B", 15, {.Horizontal = Align::Left, .Indent = 1});
+    sheet.Column("C:D", 10, Values("0.0%")).Column("E", 10, Values("0.0"));
+    sheet.Column("F:K", 10, Values("0")).Column("L", 34, {.Horizontal = Align::Left, .Indent = 1});
+    sheet.Column("M", 2).Column("N:O", 12, {.Horizontal = Align::Centre});
+}
+
+void LayOutUnit(SheetBuilder& sheet) {
+    const Look value{.Bold = true, .Horizontal = Align::Left};
+    Look date = value;
+    date.Number = "yyyy-mm-dd hh:mm:ss";
+    sheet.RowHeight(1, 34).Text("B1", "ACU Health Check", Heading);
+    sheet.Text("B2", "Board serial", Label).Merge("C2:E2", value);
+    sheet.Text("B3", "MFC number", Label).Merge("C3:E3", value);
+    sheet.Text("B5", "Date and time", Label).Merge("C5:E5", date);
+}
+
+void LayOutSummary(SheetBuilder& sheet) {
+    const auto column = [](const char* letters) {
+        return fmt::format("${0}${1}:${0}${2}", letters, FirstStepRow, LastStepRow);
+    };
+    const std::string steps = column("B");
+    const std::string first = column("N");
+    const std::string second = column("O");
+    const Look count{.Bold = true, .Number = "0", .Horizontal = Align::Left};
+    const auto line = [&](int row, const char* text, const std::string& formula) {
+        sheet.Merge(fmt::format("G{0}:H{0}", row), Label)
+            .Text(fmt::format("G{}", row), text, Label)
+            .Formula(fmt::format("I{}", row), formula, count);
+    };
+    line(2, "Steps recorded", fmt::format("SUMPRODUCT(--(LEFT({},5)=\"Step \"))", steps));
+    line(3, "Steps passed",
+         fmt::format("SUMPRODUCT((({0}=\"Pass\")+({1}=\"Pass\")>0)*({0}<>\"Fail\")*"
+                     "({1}<>\"Fail\"))",
+                     first, second));
+    line(4, "Steps failed",
+         fmt::format("SUMPRODUCT(--(({}=\"Fail\")+({}=\"Fail\")>0))", first, second));
+    line(5, "Not evaluated", "I2-I3-I4");
+}
+
+void LayOutVerdict(SheetBuilder& sheet) {
+    const Look verdict{.Size_pt = 20,
+                       .Bold = true,
+                       .Colour = Grey,
+                       .Fill = SubHeadFill,
+                       .Horizontal = Align::Centre,
+                       .Edges = BoxLines};
+    const Look note{.Size_pt = 9, .Italic = true, .Colour = Grey};
+    sheet.Merge("L2:L4", verdict)
+        .Formula("L2", "IF(I4>0,\"FAIL\",IF(I3>0,\"PASS\",\"NO RESULT\"))", verdict)
+        .HighlightText("L2:L4", "PASS", Good)
+        .HighlightText("L2:L4", "FAIL", Bad);
+    sheet.Formula("L5",
+                  "IF(I2=0,\"\",IF(I5=0,\"Every step was evaluated.\","
+                  "\"Steps of up to 2 s are not evaluated.\"))",
+                  note);
+    sheet.Text("N2", "Limit", Label)
+        .Number("O2", Tolerance, {.Bold = true, .Number = "0.0%", .Horizontal = Align::Right});
+    sheet.Text("N3", "Full scale", Label)
+        .Number("O3", FullScale_bits, {.Bold = true, .Number = "0", .Horizontal = Align::Right});
+    Look explanation = note;
+    explanation.Wrapped = true;
+    sheet.Merge("N4:O5", explanation)
+        .Text("N4", "End value against demand, of full scale", explanation);
+}
+
+/// The block header that the program copies for every further sequence.
+void LayOutBlockHeader(SheetBuilder& sheet) {
+    const Look top = With(HeadCell, LeftLine | RightLine | TopLine);
+    const Look boxed = With(HeadCell, BoxLines);
+    sheet.RowHeight(7, 18).Merge("B7:B9", boxed).Text("B7", "Step", boxed);
+    sheet.Text("E7", "Duration", top).Format("E8", With(HeadCell, LeftLine | RightLine));
+    sheet.Text("E9", "s", With(UnitCell, LeftLine | RightLine | BottomLine));
+    sheet.Merge("L7:L9", boxed).Text("L7", "Description", boxed);
+    const auto pair = [&](char left, char right, const char* title, const char* leftName,
+                          const char* rightName, const char* unit) {
+        sheet.Merge(fmt::format("{}7:{}7", left, right), top)
+            .Text(fmt::format("{}7", left), title, top)
+            .Text(fmt::format("{}8", left), leftName, With(HeadCell, LeftLine))
+            .Text(fmt::format("{}8", right), rightName, With(HeadCell, RightLine))
+            .Text(fmt::format("{}9", left), unit, With(UnitCell, LeftLine | BottomLine))
+            .Text(fmt::format("{}9", right), unit, With(UnitCell, RightLine | BottomLine));
+    };
+    pair('C', 'D', "Demand", "Ch1", "Ch2", "% of full scale");
+    pair('F', 'G', "Ch1 reading", "Min", "Max", "bits");
+    pair('H', 'I', "Ch2 reading", "Min", "Max", "bits");
+    pair('J', 'K', "End value", "Ch1", "Ch2", "bits");
+    sheet.Merge("N7:O7", top).Text("N7", "Pressure", top);
+    sheet.Merge("N8:O8", With(HeadCell, LeftLine | RightLine))
+        .Text("N8", "Evaluation", With(HeadCell, LeftLine | RightLine));
+    sheet.Text("N9", "Ch1", With(UnitCell, LeftLine | BottomLine))
+        .Text("O9", "Ch2", With(UnitCell, RightLine | BottomLine));
+}
+
+/// Steps may lie in any row, so every row judges itself and shows nothing where there is no
+/// step. The end value is the mean of the last 2 s; a step that was no longer has none (0).
+void LayOutEvaluation(SheetBuilder& sheet) {
+    const Look result{.Horizontal = Align::Centre};
+    for (int row = FirstStepRow; row <= LastStepRow; ++row) {
+        const auto judge = [&](char cell, char demand, char value) {
+            sheet.Formula(fmt::format("{}{}", cell, row),
+                          fmt::format("IF(LEFT($B{0},5)<>\"Step \",\"\",IF(AND({2}{0}=0,$E{0}<=2),"
+                                      "\"-\",IF(ABS({2}{0}-{1}{0}*$O$3)<=$O$2*$O$3,\"Pass\","
+                                      "\"Fail\")))",
+                                      row, demand, value),
+                          result);
+        };
+        judge('N', 'C', 'J');
+        judge('O', 'D', 'K');
+    }
+    const std::string area = fmt::format("N{}:O{}", FirstStepRow, LastStepRow);
+    sheet.HighlightText(area, "Pass", Good).HighlightText(area, "Fail", Bad);
+}
+
+void LayOutOverview(SheetBuilder& sheet) {
+    sheet.WithoutGrid().Pages(Pages);
+    LayOutColumns(sheet);
+    LayOutUnit(sheet);
+    LayOutSummary(sheet);
+    LayOutVerdict(sheet);
+    LayOutBlockHeader(sheet);
+    LayOutEvaluation(sheet);
+}
+
+void LayOutGraphs(SheetBuilder& sheet) {
+    const Look text{.Wrapped = true};
+    const Look cell{.Horizontal = Align::Left, .Indent = 1, .Edges = BoxLines};
+    sheet.WithoutGrid().Pages(Pages).Column("A", 2).Column("B", 5).Column("C", 16).Column("D", 62);
+    sheet.Column("E", 18);
+    sheet.RowHeight(1, 34).Text("B1", "All Graphs", Heading);
+    sheet.RowHeight(2, 48)
+        .Merge("B2:E2", text)
+        .Text("B2",
+              "Every sequence has its graph twice: on \"Overview\", below the table of its steps, "
+              "and "
+              "on the sheet that carries its name, beside the samples it is drawn from. All graphs "
+              "use "
+              "the same lines:",
+              text);
+    const Look head = With(HeadCell, BoxLines);
+    sheet.Format("B4", head).Text("C4", "Line", head).Text("D4", "Meaning", head);
+    sheet.Text("E4", "Scale", head);
+    struct LineMeaning {
+        const char* Colour;
+        const char* Name;
+        const char* Meaning;
+        const char* Scale;
+    };
+    constexpr LineMeaning Lines[] = {
+        {"A9B8CE", "Ch1 Demand", "What channel 1 was told to deliver", "left, %"},
+        {"1F5FBF", "Ch1 Reading", "What channel 1 delivered", "left, %"},
+        {"B4CDA6", "Ch2 Demand", "What channel 2 was told to deliver", "left, %"},
+        {"2B8A3E", "Ch2 Reading", "What channel 2 delivered", "left, %"},
+        {"E8790B", "Pressure", "Reading of the pressure sensor, as it came", "right, bits"}};
+    int row = 5;
+    for (const LineMeaning& line : Lines) {
+        sheet.Format(fmt::format("B{}", row), {.Fill = line.Colour, .Edges = BoxLines})
+            .Text(fmt::format("C{}", row), line.Name, cell)
+            .Text(fmt::format("D{}", row), line.Meaning, cell)
+            .Text(fmt::format("E{}", row), line.Scale, cell);
+        ++row;
+    }
+}
+
+/// Copied for every sequence and filled with its samples; the graph lies over M2:AD36.
+void LayOutData(SheetBuilder& sheet) {
+    // The graph is what is worth paper; the samples would fill hundreds of pages.
+    sheet.Pages(Pages).FreezeRows(1).PrintArea("$M$1:$AD$37");
+    sheet.Column("A", 10, Values("0.00")).Column("B:E", 10, Values("0"));
+    sheet.Column("F:I", 13, Values("0.00%")).Column("J", 19, Values("0"));
+    const Look head = With(HeadCell, BoxLines);
+    sheet.RowHeight(1, 32);
+    constexpr const char* Names[] = {"Time (s)",    "Ch1 DAC",    "Ch1 ADC",     "Ch2 DAC",
+                                     "Ch2 ADC",     "Ch1 Demand", "Ch1 Reading", "Ch2 Demand",
+                                     "Ch2 Reading", "Pressure"};
+    char column = 'A';
+    for (const char* name : Names)
+        sheet.Text(fmt::format("{}1", column++), name, head);
+}
+
+} // namespace
+
+std::string MakeACUHealthCheck() {
+    TemplateBuilder builder("ACU Health Check");
+    LayOutOverview(builder.AddSheet("Overview"));
+    LayOutGraphs(builder.AddSheet("All Graphs"));
+    LayOutData(builder.AddSheet("DataTemplate"));
+    return builder.Build();
+}
+
+} // namespace ombrix::templates

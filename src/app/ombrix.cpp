@@ -1,0 +1,55 @@
+// The desktop program.
+#include "app/Assembly.h"
+#include "mainwindow/QtDocumentOpener.h"
+#include "mainwindow/QtEventPump.h"
+#include "mainwindow/QtOperator.h"
+#include "mainwindow/QtProgramEnd.h"
+#include "mainwindow/frmAIBAccessories.h"
+
+#include <CLI/CLI.hpp>
+#include <QApplication>
+#include <QTimer>
+
+#include <exception>
+
+namespace {
+
+using namespace ombrix;
+
+int RunWindows(const StationOptions& options) {
+    QtEventPump events;
+    QtOperator messages;
+    QtDocumentOpener documents;
+    QtProgramEnd end;
+    try {
+        Assembly assembly(options, {events, messages, documents, end});
+        frmAIBAccessories window(assembly.TheStation(),
+                                 {[&events] { events.EndProgram(); }, assembly.Launcher(),
+                                  Assembly::TemplatesFolder(), OMBRIX_VERSION});
+        window.show();
+        QTimer::singleShot(0, &window, &frmAIBAccessories::DetectAndProgramAIBs);
+        return QApplication::exec();
+    } catch (const std::exception& error) {
+        messages.Ask({error.what(), MessageIcon::Critical, MessageButtons::Ok});
+        return static_cast<int>(ExitStatus::NotStored);
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app{"Production and service tool for powder-testing accessories", "ombrix"};
+    StationOptions options;
+    AddStationOptions(app, options);
+    app.set_version_flag("--version", "ombrix " OMBRIX_VERSION);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success& success) {
+        return app.exit(success); // --help, --version
+    } catch (const CLI::ParseError& error) {
+        app.exit(error);
+        return static_cast<int>(ExitStatus::WrongUsage);
+    }
+    const QApplication application(argc, argv);
+    return RunWindows(options);
+}

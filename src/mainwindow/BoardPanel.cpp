@@ -1,0 +1,80 @@
+#include "mainwindow/BoardPanel.h"
+
+#include "mainwindow/AirTestPanel.h"
+#include "mainwindow/CalibrationPanel.h"
+#include "mainwindow/DACPanel.h"
+#include "mainwindow/DeviceInfoPanel.h"
+#include "mainwindow/EPROMPanel.h"
+#include "mainwindow/GIOPanel.h"
+#include "mainwindow/IdentityPanel.h"
+#include "mainwindow/TestsPanel.h"
+#include "support/Controls.h"
+
+#include <QHBoxLayout>
+
+namespace ombrix {
+
+BoardPanel::BoardPanel(Station& station, QWidget* parent)
+    : QWidget(parent), m_Station(station), m_DeviceInfo(new DeviceInfoPanel(this)),
+      m_Calibration(new CalibrationPanel(this)), m_DAC(new DACPanel(station, this)),
+      m_GIO(new GIOPanel(station, this)), m_Tests(new TestsPanel(this)),
+      m_Identity(new IdentityPanel(this)) {
+    Named(this, QStringLiteral("picACU"), tr("Board"));
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addLayout(MakeIdentityColumn());
+    layout->addLayout(MakeLiveColumn(), 1);
+    layout->addLayout(MakeCommandColumn());
+    connect(m_Tests, &TestsPanel::HealthCheckWanted, this, &BoardPanel::HealthCheckWanted);
+    connect(m_GIO, &GIOPanel::UpdateWanted, this, &BoardPanel::UpdateWanted);
+}
+
+QLayout* BoardPanel::MakeIdentityColumn() {
+    auto* column = new QVBoxLayout;
+    column->addWidget(m_DeviceInfo);
+    column->addWidget(m_Calibration, 1);
+    return column;
+}
+
+QLayout* BoardPanel::MakeLiveColumn() {
+    auto* column = new QVBoxLayout;
+    column->addWidget(m_DAC, 1);
+    column->addWidget(m_GIO);
+    return column;
+}
+
+QLayout* BoardPanel::MakeCommandColumn() {
+    auto* column = new QVBoxLayout;
+    column->addWidget(m_Tests);
+    column->addWidget(m_Identity);
+    column->addWidget(new EPROMPanel(this));
+    column->addWidget(new AirTestPanel(this));
+    column->addStretch(1);
+    return column;
+}
+
+void BoardPanel::ShowBoard() {
+    clsAIB& board = *m_Station.g_CurrentAIB;
+    m_DeviceInfo->ShowBoard(board);
+    m_Calibration->ShowSummary(ReadCalibrationSummary(board));
+    m_Identity->ShowBoard(board.IsUsb());
+    m_GIO->ShowBoard();
+    m_DAC->ShowBoard();
+}
+
+void BoardPanel::Reset() {
+    m_GIO->Reset();
+    m_DAC->Zero();
+}
+
+void BoardPanel::Refresh() {
+    m_DAC->Refresh();
+    m_GIO->Refresh();
+}
+
+void BoardPanel::TakeCommands(bool take) {
+    for (QWidget* panel : std::initializer_list<QWidget*>{m_DAC, m_GIO, m_Tests})
+        panel->setEnabled(take);
+}
+
+} // namespace ombrix

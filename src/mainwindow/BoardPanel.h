@@ -1,0 +1,53 @@
+#pragma once
+
+#include "board/Station.h"
+
+#include <QWidget>
+
+class QLayout;
+
+namespace ombrix {
+
+class CalibrationPanel;
+class DACPanel;
+class DeviceInfoPanel;
+class GIOPanel;
+class IdentityPanel;
+class TestsPanel;
+
+/// Everything that shows and drives the current board (`picACU`).
+class BoardPanel final : public QWidget {
+    Q_OBJECT
+
+  public:
+    BoardPanel(Station& station, QWidget* parent);
+
+    DACPanel& Sliders() { return *m_DAC; }
+    /// Fills every panel for the current board.
+    void ShowBoard();
+    /// Brings outputs and pins to the state after the start.
+    void Reset();
+    /// Reads and shows the live values of the current board.
+    void Refresh();
+    /// While a procedure runs nothing here can be operated: it would disturb the measurement.
+    void TakeCommands(bool take);
+
+  signals:
+    void HealthCheckWanted();
+    void UpdateWanted();
+
+  private:
+    QLayout* MakeIdentityColumn();
+    QLayout* MakeLiveColumn();
+    QLayout* MakeCommandColumn();
+
+    Station& m_Station;
+    DeviceInfoPanel* m_DeviceInfo;
+    CalibrationPanel* m_Calibration;
+    DACPanel* m_DAC;
+    GIOPanel* m_GIO;
+    TestsPanel* m_Tests;
+    IdentityPanel* m_Identity;
+};
+
+} // namespace ombrix

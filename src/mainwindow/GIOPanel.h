@@ -1,0 +1,54 @@
+#pragma once
+
+#include "board/Station.h"
+
+#include <QGroupBox>
+
+#include <array>
+
+class QCheckBox;
+class QGridLayout;
+
+namespace ombrix {
+
+class ValueLabel;
+
+/// Frame "General IO (GIO)": direction and level of the 20 pins, and the power of the MFCs.
+class GIOPanel final : public QGroupBox {
+    Q_OBJECT
+
+  public:
+    GIOPanel(Station& station, QWidget* parent);
+
+    /// Makes pin 0 the only output of the current board, as after the start.
+    void Reset();
+    /// Shows which power outputs the current board has.
+    void ShowBoard();
+    /// Reads the level of every input pin.
+    void Refresh();
+
+  signals:
+    /// The operator wants the whole live panel read now.
+    void UpdateWanted();
+
+  private:
+    static constexpr std::size_t Pins = clsAIB::GPIOPins;
+
+    void AddPin(QGridLayout& grid, int pin);
+    QWidget* MakeFooter();
+    QCheckBox* MakePowerBox(int index, const QString& caption, QWidget* parent);
+    void TickFirstPinOnly();
+    void SendDirections();
+    void ShowGIOColumns();
+    void SetOutput(int pin, bool high);
+    clsAIB& Board() const { return *m_Station.g_CurrentAIB; }
+
+    Station& m_Station;
+    std::array<QCheckBox*, Pins> m_IsOutput{};
+    std::array<QCheckBox*, Pins> m_Output{};
+    std::array<ValueLabel*, Pins> m_Input{};
+    std::array<QCheckBox*, 2> m_Power{};
+    ValueLabel* m_Mask;
+};
+
+} // namespace ombrix

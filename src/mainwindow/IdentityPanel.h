@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QGroupBox>
+
+#include <array>
+
+class QPushButton;
+
+namespace ombrix {
+
+/// The place of the commands that write the board's identity (`cmdSetSerial_0` … `_2`).
+class IdentityPanel final : public QGroupBox {
+    Q_OBJECT
+
+  public:
+    explicit IdentityPanel(QWidget* parent);
+
+    /// Analog MFCs are for USB boards alone.
+    void ShowBoard(bool isUsb);
+
+  private:
+    std::array<QPushButton*, 3> m_SetSerial{};
+};
+
+} // namespace ombrix

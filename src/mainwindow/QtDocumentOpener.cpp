@@ -1,0 +1,14 @@
+#include "mainwindow/QtDocumentOpener.h"
+
+#include "support/QtText.h"
+
+#include <QDesktopServices>
+#include <QUrl>
+
+namespace ombrix {
+
+bool QtDocumentOpener::OpenDocument(const std::filesystem::path& path) {
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(ToQt(path.string())));
+}
+
+} // namespace ombrix

@@ -1,0 +1,72 @@
+#include "mainwindow/QtOperator.h"
+
+#include "support/QtText.h"
+
+#include <QApplication>
+#include <QInputDialog>
+#include <QMessageBox>
+
+namespace ombrix {
+
+namespace {
+
+QMessageBox::Icon IconOf(MessageIcon icon) {
+    switch (icon) {
+    case MessageIcon::Question: return QMessageBox::Question;
+    case MessageIcon::Warning: return QMessageBox::Warning;
+    case MessageIcon::Critical: return QMessageBox::Critical;
+    case MessageIcon::Information: break;
+    }
+    return QMessageBox::Information;
+}
+
+QMessageBox::StandardButtons ButtonsOf(MessageButtons buttons) {
+    switch (buttons) {
+    case MessageButtons::OkCancel: return QMessageBox::Ok | QMessageBox::Cancel;
+    case MessageButtons::YesNo: return QMessageBox::Yes | QMessageBox::No;
+    case MessageButtons::YesNoCancel:
+        return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    case MessageButtons::RetryCancel: return QMessageBox::Retry | QMessageBox::Cancel;
+    case MessageButtons::Ok: break;
+    }
+    return QMessageBox::Ok;
+}
+
+Answer AnswerOf(int button) {
+    switch (button) {
+    case QMessageBox::Yes: return Answer::Yes;
+    case QMessageBox::No: return Answer::No;
+    case QMessageBox::Cancel: return Answer::Cancel;
+    case QMessageBox::Retry: return Answer::Retry;
+    default: return Answer::Ok;
+    }
+}
+
+QString TitleOf(const std::string& title) {
+    return title.empty() ? QGuiApplication::applicationDisplayName() : ToQt(title);
+}
+
+} // namespace
+
+Answer QtOperator::Ask(const Message& message) {
+    QMessageBox box(IconOf(message.Icon), TitleOf(message.Title), LinesToQt(message.Text),
+                    ButtonsOf(message.Buttons), QApplication::activeWindow());
+    box.setObjectName(QStringLiteral("messageBox"));
+    box.setTextFormat(Qt::PlainText);
+    return AnswerOf(box.exec());
+}
+
+std::optional<std::string> QtOperator::AskText(const std::string& prompt,
+                                               const std::string& proposed,
+                                               const std::string& title) {
+    QInputDialog box(QApplication::activeWindow());
+    box.setObjectName(QStringLiteral("inputBox"));
+    box.setWindowTitle(TitleOf(title));
+    box.setLabelText(LinesToQt(prompt));
+    box.setTextValue(ToQt(proposed));
+    if (box.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return box.textValue().toStdString();
+}
+
+} // namespace ombrix

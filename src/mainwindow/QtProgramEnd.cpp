@@ -1,0 +1,11 @@
+#include "mainwindow/QtProgramEnd.h"
+
+#include <cstdlib>
+
+namespace ombrix {
+
+void QtProgramEnd::EndProgram(ExitStatus status) {
+    std::_Exit(static_cast<int>(status));
+}
+
+} // namespace ombrix

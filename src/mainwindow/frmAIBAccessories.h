@@ -1,0 +1,86 @@
+#pragma once
+
+#include "board/Detection.h"
+#include "support/Spreadsheet.h"
+
+#include <QMainWindow>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+class QAction;
+class QTabBar;
+
+namespace ombrix {
+
+class BoardPanel;
+class InfoPanel;
+class NoBoardPanel;
+class frmACUHealthCheck;
+
+/// What main hands to the main window beside the station.
+struct MainWindowServices {
+    /// Tells running procedures that the window is closing and the program ends.
+    std::function<void()> EndProgram;
+    SpreadsheetLauncher Launcher;
+    /// Folder of the report templates, ended by a backslash.
+    std::string Templates;
+    /// "major.minor.revision"
+    std::string Version;
+};
+
+/// The main window: one tab for each board, and the panels that show and drive the board of the
+/// selected tab.
+class frmAIBAccessories final : public QMainWindow, private DetectionView {
+    Q_OBJECT
+
+  public:
+    frmAIBAccessories(Station& station, MainWindowServices services);
+    ~frmAIBAccessories() override;
+
+    /// Finds the boards and programs them. True when there is at least one.
+    bool DetectAndProgramAIBs();
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    void MakeMenus();
+    void LayOut();
+    bool Detect();
+    void SwitchOutputsOff();
+    void ResetPanels();
+    void RemoveTabsFrom(int count);
+    void SelectBoard(int tab);
+    void ShowPanels(bool boardsFound);
+    void Tick();
+    void ProcedureRunning(bool running);
+    void UpdateCommands();
+    void ShowHealthCheck();
+    void OpenDataFolder();
+    void ShowAbout();
+    void EndAndClose();
+
+    void ShowOutcome(const std::string& text) override;
+    void ShowInitState(const std::string& text) override;
+    void ShowProgramming(const std::string& first, const std::string& second) override;
+    void SetTabCaption(std::int32_t board, const std::string& caption) override;
+
+    Station& m_Station;
+    MainWindowServices m_Services;
+    QTabBar* m_Tabs;
+    NoBoardPanel* m_NoBoards;
+    InfoPanel* m_Info;
+    BoardPanel* m_Board;
+    QAction* m_DetectAction = nullptr;
+    QTimer* m_UpdateInput;
+    QTimer* m_RecordData;
+    std::unique_ptr<frmACUHealthCheck> m_HealthCheck;
+    ProcedureGate::Subscription m_Procedures;
+    bool m_BoardsFound = false;
+    bool m_Closing = false;
+};
+
+} // namespace ombrix

@@ -1,0 +1,47 @@
+#include "support/Controls.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QPushButton>
+
+namespace ombrix {
+
+namespace {
+
+/// A caption as it is read out: "&&" stands for one "&".
+QString Spoken(QString caption) {
+    return caption.replace(QStringLiteral("&&"), QStringLiteral("&"));
+}
+
+} // namespace
+
+QString ElementName(const char* array, int index) {
+    return QStringLiteral("%1_%2").arg(QLatin1String(array)).arg(index);
+}
+
+QPushButton* MakeButton(const QString& objectName, const QString& caption, QWidget* parent) {
+    auto* button = Named(new QPushButton(caption, parent), objectName, Spoken(caption));
+    button->setAutoDefault(false);
+    return button;
+}
+
+QCheckBox* MakeCheckBox(const QString& objectName, const QString& caption, QWidget* parent) {
+    return Named(new QCheckBox(caption, parent), objectName, Spoken(caption));
+}
+
+QLabel* MakeCaption(const QString& caption, QWidget* parent) {
+    auto* label = new QLabel(caption, parent);
+    label->setTextFormat(Qt::PlainText);
+    label->setAccessibleName(caption);
+    return label;
+}
+
+void SayItComesLater(QWidget& control, const QString& whatItWillDo) {
+    const QString tip = QStringLiteral("Not available yet: ") + whatItWillDo;
+    control.setEnabled(false);
+    control.setToolTip(tip);
+    for (QWidget* part : control.findChildren<QWidget*>())
+        part->setToolTip(tip);
+}
+
+} // namespace ombrix

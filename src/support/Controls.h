@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QWidget>
+
+class QCheckBox;
+class QLabel;
+class QPushButton;
+
+namespace ombrix {
+
+/// Control arrays carry their index in the name: "chkGIO_0" … "chkGIO_19".
+QString ElementName(const char* array, int index);
+
+/// Gives a control its name in the program and its name for those who cannot see it.
+template <class Control>
+Control* Named(Control* control, const QString& objectName, const QString& accessibleName) {
+    control->setObjectName(objectName);
+    control->setAccessibleName(accessibleName);
+    return control;
+}
+
+QPushButton* MakeButton(const QString& objectName, const QString& caption, QWidget* parent);
+QCheckBox* MakeCheckBox(const QString& objectName, const QString& caption, QWidget* parent);
+/// A text that never changes.
+QLabel* MakeCaption(const QString& caption, QWidget* parent);
+
+/// A control, or a frame of them, whose command is not there yet stands in its place, disabled,
+/// and says in its tool tip what it will do.
+void SayItComesLater(QWidget& control, const QString& whatItWillDo);
+
+template <class Control>
+Control* ComesLater(Control* control, const QString& whatItWillDo) {
+    SayItComesLater(*control, whatItWillDo);
+    return control;
+}
+
+} // namespace ombrix

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QMessageBox>
+
+#include <functional>
+
+namespace ombrix {
+
+/// Asks Yes or No beside a running procedure: the procedure goes on until Yes is chosen, so that
+/// a measurement is not disturbed by a question that may be answered No.
+/// @param window takes the box; asked again while it stands, it is raised
+void AskWhileRunning(QWidget& window, const QString& text, std::function<void()> onYes);
+
+} // namespace ombrix

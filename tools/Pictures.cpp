@@ -1,0 +1,184 @@
+// Makes the pictures of the documentation: the windows at work on the simulated bench, in
+// virtual time, so that every run gives the same pictures.
+#include "app/Assembly.h"
+#include "mainwindow/QtDocumentOpener.h"
+#include "mainwindow/QtEventPump.h"
+#include "mainwindow/QtProgramEnd.h"
+#include "mainwindow/frmAIBAccessories.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QProgressBar>
+#include <QSlider>
+#include <QStyleFactory>
+#include <QTimer>
+#include <fmt/format.h>
+
+#include <exception>
+#include <filesystem>
+
+namespace {
+
+using namespace ombrix;
+
+constexpr QSize Screen(1366, 728);
+
+/// Nobody sits before the pictures: gauges count as placed, offers are declined.
+class AbsentOperator final : public Operator {
+  public:
+    Answer Ask(const Message& message) override {
+        switch (message.Buttons) {
+        case MessageButtons::YesNoCancel: return Answer::Yes;
+        case MessageButtons::YesNo: return Answer::No;
+        default: return Answer::Ok;
+        }
+    }
+    std::optional<std::string> AskText(const std::string& /*prompt*/,
+                                       const std::string& /*proposed*/,
+                                       const std::string& /*title*/) override {
+        return std::nullopt;
+    }
+};
+
+QPalette DarkPalette() {
+    const QColor window(42, 45, 50);
+    const QColor base(30, 32, 36);
+    const QColor text(225, 228, 232);
+    const QColor faint(124, 128, 134);
+    QPalette palette(text, window);
+    palette.setColor(QPalette::Base, base);
+    palette.setColor(QPalette::Text, text);
+    palette.setColor(QPalette::Button, QColor(56, 60, 66));
+    palette.setColor(QPalette::ToolTipBase, base);
+    palette.setColor(QPalette::ToolTipText, text);
+    palette.setColor(QPalette::Highlight, QColor(38, 110, 180));
+    for (const auto role : {QPalette::WindowText, QPalette::ButtonText, QPalette::Text})
+        palette.setColor(QPalette::Disabled, role, faint);
+    return palette;
+}
+
+template <class Control>
+Control& Find(QWidget& window, const QString& name) {
+    auto* control = window.findChild<Control*>(name);
+    if (control == nullptr)
+        throw std::runtime_error("no control " + name.toStdString());
+    return *control;
+}
+
+class Photographer {
+  public:
+    Photographer(Assembly& assembly, frmAIBAccessories& window, std::filesystem::path folder)
+        : m_Assembly(assembly), m_Window(window), m_Folder(std::move(folder)) {
+        m_Window.resize(Screen);
+        m_Window.show();
+        m_Window.DetectAndProgramAIBs();
+    }
+
+    void MainWindow(const char* file) {
+        Refresh();
+        Take(m_Window, file);
+    }
+
+    void LivePanel(const char* file) {
+        const std::array<int, 4> positions = {19660, 9830, 16384, 26214};
+        for (int channel = 0; channel < 4; ++channel)
+            Find<QSlider>(m_Window, QStringLiteral("sldDACValue_%1").arg(channel))
+                .setValue(positions.at(static_cast<std::size_t>(channel)));
+        for (const char* ticked : {"optHexBin_1", "chkGIO_3", "chkGIOOn_3", "chkExtGPIO_0"})
+            Find<QAbstractButton>(m_Window, QLatin1String(ticked)).setChecked(true);
+        constexpr double onTheWay_s = 0.2; // the flows are still rising
+        LetTimePass(onTheWay_s);
+        Refresh();
+        Take(m_Window, file);
+    }
+
+    void HealthCheck(const char* file) {
+        Find<QAbstractButton>(m_Window, QStringLiteral("Command3")).click();
+        QWidget& window = HealthCheckWindow();
+        window.resize(Screen);
+        Find<QAbstractButton>(window, QStringLiteral("chkPressureCheck")).click();
+        auto& progress = Find<QProgressBar>(window, QStringLiteral("prgRun"));
+        QTimer moment;
+        QObject::connect(&moment, &QTimer::timeout, &window, [&] {
+            constexpr int midway = 400;
+            if (progress.value() < midway)
+                return;
+            moment.stop();
+            Take(window, file);
+            Find<QAbstractButton>(window, QStringLiteral("cmdCancel")).click();
+        });
+        moment.start(0);
+        Find<QAbstractButton>(window, QStringLiteral("cmdStart")).click();
+        window.close();
+    }
+
+  private:
+    static QWidget& HealthCheckWindow() {
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            if (window->objectName() == QLatin1String("frmACUHealthCheck"))
+                return *window;
+        }
+        throw std::runtime_error("no health check window");
+    }
+
+    void LetTimePass(double seconds) {
+        constexpr double rest_s = 0.001;
+        for (double passed_s = 0.0; passed_s < seconds; passed_s += rest_s)
+            m_Assembly.Time().Rest(rest_s);
+    }
+
+    void Refresh() {
+        Find<QAbstractButton>(m_Window, QStringLiteral("cmdUpdate")).click();
+        QCoreApplication::processEvents();
+    }
+
+    void Take(QWidget& window, const char* file) {
+        const std::string path = m_Folder / file;
+        if (!window.grab().save(QString::fromStdString(path)))
+            throw std::runtime_error(path + " cannot be written");
+    }
+
+    Assembly& m_Assembly;
+    frmAIBAccessories& m_Window;
+    std::filesystem::path m_Folder;
+};
+
+void MakePictures(const std::filesystem::path& folder, const std::filesystem::path& dataRoot) {
+    StationOptions options;
+    options.Bench = "acu";
+    options.TimeScale = 0.0;
+    options.DataRoot = dataRoot;
+    QtEventPump events;
+    AbsentOperator messages;
+    QtDocumentOpener documents;
+    QtProgramEnd end;
+    Assembly assembly(options, {events, messages, documents, end});
+    frmAIBAccessories window(assembly.TheStation(),
+                             {[&events] { events.EndProgram(); }, assembly.Launcher(),
+                              Assembly::TemplatesFolder(), OMBRIX_VERSION});
+    Photographer photographer(assembly, window, folder);
+    photographer.MainWindow("main-window.png");
+    photographer.LivePanel("live-panel.png");
+    photographer.HealthCheck("health-check.png");
+    QApplication::setPalette(DarkPalette());
+    photographer.LivePanel("dark-main-window.png");
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    if (argc != 3) {
+        fmt::print(stderr, "usage: ombrix_pictures FOLDER DATA-FOLDER\n");
+        return 2;
+    }
+    try {
+        MakePictures(argv[1], argv[2]);
+        return 0;
+    } catch (const std::exception& error) {
+        fmt::print(stderr, "ombrix_pictures: {}\n", error.what());
+        return 1;
+    }
+}

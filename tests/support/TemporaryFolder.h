@@ -2,9 +2,8 @@
 
 #include <filesystem>
 #include <stdexcept>
-#include <string>
-
 #include <stdlib.h>
+#include <string>
 
 namespace ombrix {
 

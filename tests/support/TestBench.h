@@ -76,7 +76,7 @@ class ScriptedOperator final : public Operator {
         Prompts.push_back(prompt);
         if (Texts.empty())
             return proposed;
-        const auto text = Texts.front();
+        auto text = Texts.front();
         Texts.pop_front();
         return text;
     }
@@ -106,9 +106,10 @@ class TestBench {
   public:
     explicit TestBench(const std::string& bench = "acu",
                        const std::vector<std::string>& faults = {})
-        : Bench(Time, {bench, Faults::Parse(faults), 1, PrepareSimulatorFolder(Folder.Path())}),
+        : Bench(Time, {bench, Faults::Parse(faults), 1, {}}),
           Services{Bench, World, [this] { return std::make_shared<clsACUCalibration>(World); }},
           TheStation(Services) {
+        PrepareSimulatorFolder(Folder.Path()); // for the FPGA files; EPROMs stay in memory
         std::filesystem::create_directory(Folder.Path() / "Kept");
         Files.Mount("T:", Folder.Path() / "Kept");
     }

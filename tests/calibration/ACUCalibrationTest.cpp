@@ -1,0 +1,225 @@
+#include "board/ACUMemoryMap.h"
+#include "calibration/modACUCalibration.h"
+#include "support/TestBench.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+
+namespace ombrix {
+namespace {
+
+namespace Map = ACUMemoryMap;
+
+std::int32_t Bits(float value) {
+    return std::bit_cast<std::int32_t>(value);
+}
+
+/// A unit whose EPROM is made to hold what a test needs.
+class ACUCalibrationTest : public ::testing::Test {
+  protected:
+    void UseBench(const char* name, std::int32_t board = 0) {
+        m_Bench = std::make_unique<TestBench>(name);
+        m_Board = &m_Bench->Detect(board);
+    }
+    void SetUp() override { UseBench("acu"); }
+
+    void Put(std::int32_t address, std::int32_t word) { m_Board->WriteEPROM(address, word); }
+    std::int32_t Word(std::int32_t address) {
+        std::int32_t word = 0;
+        m_Board->ReadEPROM(address, word);
+        return word;
+    }
+    bool Read() { return Calibration().ReadEPROMValues(*m_Board); }
+    clsACUCalibration& Calibration() { return m_Board->Calibration(); }
+    const ACURecord& Record() { return Calibration().Record(); }
+    const std::vector<Message>& Shown() { return m_Bench->Messages.Shown; }
+
+    std::unique_ptr<TestBench> m_Bench;
+    clsAIB* m_Board = nullptr;
+};
+
+TEST_F(ACUCalibrationTest, ReadsACalibratedUnit) {
+    ASSERT_TRUE(Read());
+    EXPECT_TRUE(Calibration().ACUInitialised());
+    EXPECT_EQ(Calibration().ACUMFCNumber(), "M9200301A");
+    EXPECT_EQ(Calibration().SerialNumberStr(), "ACU00301");
+    EXPECT_FLOAT_EQ(Calibration().ChannelCapacity(0), 5000.0F);
+    EXPECT_FLOAT_EQ(Calibration().ChannelCapacity(1), 200.0F);
+    EXPECT_EQ(Record().m_VelocityCal[0].Demand[9], 62257);
+    EXPECT_EQ(Record().m_VelocityCal[1].Demand, Record().m_VelocityCal[0].Demand);
+    EXPECT_NEAR(Record().m_VelocityCal[1].M[8], 1.0F, 0.01F);
+    EXPECT_EQ(Record().m_VelocityCal[2], ACUChannelCal{}) << "a channel without capacity";
+    EXPECT_TRUE(Record().m_PressurePresent);
+    EXPECT_FLOAT_EQ(Record().m_PressureScale, 1000.0F / 52427.2F);
+    EXPECT_NEAR(Record().m_PressureOffset, -125.0F, 0.01F);
+    EXPECT_NEAR(Record().m_PressureSpan, 1000.0F, 0.01F);
+    EXPECT_NEAR(Record().m_PressureCoeff[0], 6553.4F, 0.1F);
+    EXPECT_TRUE(Calibration().LastCalDone_Velocity_Audit().Passed);
+    EXPECT_TRUE(Shown().empty());
+}
+
+struct VersionCase {
+    std::int32_t Version;
+    bool Initialised;
+};
+
+TEST_F(ACUCalibrationTest, TheVersionDecidesWhetherThereIsARecord) {
+    for (const auto& [version, initialised] :
+         {VersionCase{-1, false}, VersionCase{0, false}, VersionCase{3, false},
+          VersionCase{1, true}, VersionCase{4711, true}}) {
+        Put(Map::DataVersion_USB, version);
+        EXPECT_EQ(Read(), initialised) << version;
+        EXPECT_EQ(Calibration().ACUInitialised(), initialised) << version;
+    }
+}
+
+TEST_F(ACUCalibrationTest, AFireWireBoardKeepsItsVersionElsewhere) {
+    UseBench("pair", 1);
+    EXPECT_TRUE(Read());
+    Put(Map::DataVersion_FireWire, Map::AIBvMark);
+    Put(Map::DataVersion_USB, 3);
+    EXPECT_FALSE(Read());
+    Put(Map::DataVersion_USB, 2);
+    EXPECT_TRUE(Read());
+    EXPECT_EQ(Calibration().ACUMFCNumber(), "M9200007E");
+}
+
+TEST_F(ACUCalibrationTest, AVersion1RecordHasNoPassedFlags) {
+    Put(Map::DataVersion_USB, 1);
+    Read();
+    EXPECT_FALSE(Calibration().LastCalDone_Velocity_System().Passed);
+    EXPECT_FALSE(Calibration().LastCalDone_Velocity_Audit().Passed);
+    EXPECT_TRUE(Calibration().LastCalDone_Pressure_System().Passed);
+}
+
+class UnsetCapacity : public ACUCalibrationTest,
+                      public ::testing::WithParamInterface<std::int32_t> {};
+
+TEST_P(UnsetCapacity, AsksBeforeItInitialises) {
+    Put(Map::ChannelCapacity + 4, GetParam());
+    m_Bench->Messages.Answers = {Answer::No};
+    EXPECT_TRUE(Read());
+    ASSERT_EQ(Shown().size(), 2U);
+    EXPECT_EQ(Shown()[0].Text, "This ACU has not been initialised.\r\n\r\n"
+                               "Would you like to Initialise the EPROM now?");
+    EXPECT_EQ(Shown()[1].Text, "There was an error reading the EPROM in the AIB");
+    EXPECT_EQ(Word(Map::ChannelCapacity + 4), GetParam()) << "nothing is written against a no";
+
+    Read();
+    EXPECT_EQ(Word(Map::ChannelCapacity), Bits(5000.0F));
+    EXPECT_EQ(Word(Map::ChannelCapacity + 4), Bits(200.0F));
+    EXPECT_EQ(Word(Map::CalibrationPoints), 10);
+    EXPECT_EQ(Word(Map::HasSolenoidValves), -1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Capacities, UnsetCapacity,
+                         ::testing::Values(0, Bits(-1.0F), -1 /* erased: no number */));
+
+TEST_F(ACUCalibrationTest, NoCalibrationPointsAreAnError) {
+    Put(Map::CalibrationPoints, 0);
+    Read();
+    ASSERT_EQ(Shown().size(), 2U);
+    EXPECT_EQ(Shown()[0].Text, "Zero Calibration Points");
+}
+
+TEST_F(ACUCalibrationTest, WithoutAVelocityCalibrationNothingElseIsRead) {
+    std::int32_t address = Map::VelocitySystemDate;
+    m_Board->WriteEPROMDate(address, OleDate());
+    Read();
+    EXPECT_EQ(Record().m_VelocityCal[0], ACUChannelCal{});
+    EXPECT_EQ(Calibration().LastCalDone_Velocity_Audit().CalDate, OleDate());
+    EXPECT_EQ(Calibration().LastCalDone_Pressure_System().CalDate, OleDate());
+    EXPECT_FLOAT_EQ(Record().m_PressureScale, 0.0F);
+}
+
+TEST_F(ACUCalibrationTest, AnUnknownSensorRangeIsToldAndReplaced) {
+    Put(Map::MaxPressure, Bits(600.0F));
+    Read();
+    ASSERT_EQ(Shown().size(), 1U);
+    EXPECT_EQ(Shown()[0].Text,
+              "Un-recognised Pressure Value: 600\r\n\r\nUsing Default of 1000mBar");
+    EXPECT_FLOAT_EQ(Record().m_MaxPressure, 1000.0F);
+    Put(Map::MaxPressure, 0);
+    Read();
+    EXPECT_EQ(Shown().size(), 1U) << "0 is replaced silently";
+    EXPECT_FLOAT_EQ(Record().m_MaxPressure, 1000.0F);
+}
+
+TEST_F(ACUCalibrationTest, AnErasedUserIsNobody) {
+    Put(Map::VelocitySystemUser, -1);
+    Read();
+    EXPECT_EQ(Record().m_VelocitySystemUser, std::string(32, ' '));
+}
+
+TEST_F(ACUCalibrationTest, ClearedPressureDataDoNotShowFromAnEarlierReading) {
+    Read();
+    for (std::int32_t address = 600; address < 1024; address += 4)
+        Put(address, 0);
+    Read();
+    EXPECT_EQ(Calibration().LastCalDone_Pressure_System().CalDate, OleDate());
+}
+
+TEST_F(ACUCalibrationTest, WritingTheWholeRecordStoresWhatWasRead) {
+    Read();
+    const std::string before = m_Bench->Bench.Board(0).Eprom().Image();
+    for (std::int32_t address = 8; address < 1024; address += 4) {
+        // Words that belong to no field must stay as they are.
+        const bool isGap = (address >= 608 && address < 644) || address > 760 ||
+                           (address > 36 && address < 48) || address == 12;
+        if (!isGap)
+            Put(address, 0x5A5A5A5A);
+    }
+    Calibration().WriteEPROM();
+    const std::string after = m_Bench->Bench.Board(0).Eprom().Image();
+    // Beside the record's own fields: the unused demand areas of channels 1 to 3, the tables
+    // of channels that do not exist, and the gap behind the velocity users.
+    for (std::size_t address = 0; address < before.size(); address += 4) {
+        const bool isUnused =
+            (address >= 160 && address < 200) || (address >= 272 && address < 496) ||
+            (address >= 584 && address < 600) || (address >= 732 && address < 748);
+        if (isUnused)
+            continue;
+        EXPECT_EQ(after.substr(address, 4), before.substr(address, 4)) << address;
+    }
+}
+
+TEST_F(ACUCalibrationTest, TheMFCNumberIsCutPaddedAndKept) {
+    Read();
+    Calibration().WriteEPROM_MFCNumber("m92-001 23Z and more");
+    EXPECT_EQ(Word(Map::MFCNumber + 8), 0x205A3332) << "\"23Z \"";
+    EXPECT_EQ(Calibration().MFCSerialNumber_Clean(), "9200123Z");
+    Calibration().WriteEPROM_MFCNumber("M1");
+    Put(Map::MFCNumber, 0);
+    Calibration().WriteEPROM_MFCNumber("");
+    EXPECT_EQ(Word(Map::MFCNumber), 0x2020314D) << "an empty number rewrites the present one";
+}
+
+TEST_F(ACUCalibrationTest, AnUncalibratedPressureStoresOnlyItsMark) {
+    Read();
+    const std::int32_t coefficient = Word(Map::PressureCoeff);
+    Calibration().WriteEPROM_PressureSystem(true);
+    EXPECT_EQ(Word(Map::BaseDiameter), 0);
+    EXPECT_EQ(Word(Map::PressureCoeff), coefficient);
+}
+
+TEST_F(ACUCalibrationTest, SummaryShowsWhatTheOperatorSees) {
+    const CalibrationSummary summary = ReadCalibrationSummary(*m_Board);
+    EXPECT_EQ(summary.VelocitySystem.Text, "12/03/2024 09:41 - QUILLON");
+    EXPECT_EQ(summary.VelocitySystem.TextColour, (Colour{0, 0, 255}));
+
+    const ColouredText failed = ShowLastCalibration({OleDate(36526.5), "ME", false}, true);
+    EXPECT_EQ(failed.Text, "01/01/2000 12:00 - ME");
+    EXPECT_EQ(failed.TextColour, (Colour{255, 0, 0}));
+    EXPECT_EQ(ShowLastCalibration({}, true).Text, "Never");
+    EXPECT_EQ(ShowLastCalibration({}, true).TextColour, (Colour{128, 128, 128}));
+    EXPECT_EQ(ShowLastCalibration({}, false).Text, "ACU Data Not Initialised");
+    EXPECT_EQ(ShowLastCalibration({}, false).TextColour, (Colour{192, 64, 0}));
+
+    UseBench("fresh");
+    EXPECT_FALSE(ReadCalibrationSummary(*m_Board).ACUInitialised);
+    EXPECT_TRUE(Shown().empty()) << "a blank unit is no reason for a message";
+}
+
+} // namespace
+} // namespace ombrix

@@ -1,0 +1,148 @@
+// What holds for every control of the windows: names for screen readers, reach by keyboard, and
+// texts that are not cut on the smallest screen the program is made for.
+#include "mainwindow/WindowBench.h"
+
+#include <QAbstractSlider>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabBar>
+
+#include <set>
+
+namespace ombrix {
+namespace {
+
+/// 1366 × 768 less a desktop's panel.
+constexpr QSize SmallestScreen(1366, 728);
+
+bool IsOperated(const QWidget* widget) {
+    return qobject_cast<const QAbstractButton*>(widget) != nullptr ||
+           qobject_cast<const QAbstractSlider*>(widget) != nullptr ||
+           qobject_cast<const QLineEdit*>(widget) != nullptr ||
+           qobject_cast<const QTabBar*>(widget) != nullptr ||
+           qobject_cast<const QListWidget*>(widget) != nullptr;
+}
+
+/// Parts that the toolkit puts into its own controls: arrows of tab bars, bars of lists.
+bool BelongsToToolkit(const QWidget* widget) {
+    const QWidget* parent = widget->parentWidget();
+    return widget->objectName().startsWith("qt_") || parent->objectName().startsWith("qt_") ||
+           qobject_cast<const QTabBar*>(parent) != nullptr;
+}
+
+std::vector<QWidget*> ControlsOf(const QWidget& window) {
+    std::vector<QWidget*> controls;
+    for (QWidget* widget : window.findChildren<QWidget*>()) {
+        if (!BelongsToToolkit(widget) &&
+            (IsOperated(widget) || qobject_cast<QLabel*>(widget) != nullptr))
+            controls.push_back(widget);
+    }
+    return controls;
+}
+
+std::string NameOf(const QWidget* widget) {
+    return widget->metaObject()->className() + (" " + widget->objectName()).toStdString();
+}
+
+void ExpectNamesAndFocus(const QWidget& window) {
+    const std::vector<QWidget*> controls = ControlsOf(window);
+    ASSERT_GE(controls.size(), 15U);
+    for (const QWidget* control : controls) {
+        EXPECT_FALSE(control->accessibleName().isEmpty()) << NameOf(control);
+        const bool focusable = (control->focusPolicy() & Qt::TabFocus) != 0;
+        EXPECT_TRUE(focusable || !IsOperated(control)) << NameOf(control);
+    }
+}
+
+/// A tab key does not stop at a radio button whose neighbour is chosen: the arrows go there.
+bool IsTabStop(const QWidget* control) {
+    const auto* radio = qobject_cast<const QRadioButton*>(control);
+    return IsOperated(control) && control->isEnabled() && control->isVisible() &&
+           (radio == nullptr || radio->isChecked());
+}
+
+void ExpectEveryControlReachedByTab(QWidget& window, QWidget& first) {
+    window.activateWindow();
+    QCoreApplication::processEvents();
+    first.setFocus();
+    std::set<const QWidget*> reached;
+    for (QWidget* focus = QApplication::focusWidget(); reached.insert(focus).second;
+         focus = QApplication::focusWidget())
+        QTest::keyClick(focus, Qt::Key_Tab);
+    for (const QWidget* control : ControlsOf(window)) {
+        EXPECT_TRUE(reached.count(control) == 1 || !IsTabStop(control)) << NameOf(control);
+    }
+}
+
+bool ShowsWholeText(const QLabel& label) {
+    const int height =
+        label.wordWrap() ? label.heightForWidth(label.width()) : label.fontMetrics().height();
+    const int width = label.wordWrap() ? 0 : label.fontMetrics().horizontalAdvance(label.text());
+    return label.contentsRect().width() >= width && label.height() >= height;
+}
+
+bool ShowsWholeText(const QWidget& control) {
+    if (const auto* label = qobject_cast<const QLabel*>(&control))
+        return ShowsWholeText(*label);
+    if (qobject_cast<const QAbstractButton*>(&control) == nullptr)
+        return true;
+    return control.width() >= control.sizeHint().width() &&
+           control.height() >= control.minimumSizeHint().height();
+}
+
+void ExpectNoCutText(QWidget& window) {
+    window.resize(SmallestScreen);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.size(), SmallestScreen);
+    for (const QWidget* control : ControlsOf(window))
+        EXPECT_TRUE(!control->isVisible() || ShowsWholeText(*control)) << NameOf(control);
+}
+
+TEST(Accessibility, EveryControlOfTheMainWindowHasANameAndTakesTheFocus) {
+    WindowBench bench;
+    ExpectNamesAndFocus(bench.Window);
+}
+
+TEST(Accessibility, EveryControlOfTheHealthCheckHasANameAndTakesTheFocus) {
+    WindowBench bench;
+    bench.Click("Command3");
+    ExpectNamesAndFocus(*WindowBench::TopLevel("frmACUHealthCheck"));
+}
+
+TEST(Accessibility, TabKeyReachesEveryControlOfTheMainWindow) {
+    WindowBench bench;
+    bench.Update();
+    ExpectEveryControlReachedByTab(bench.Window, bench.Find<QWidget>("Command3"));
+}
+
+TEST(Accessibility, TabKeyReachesEveryControlOfTheHealthCheck) {
+    WindowBench bench;
+    bench.Click("Command3");
+    QWidget& window = *WindowBench::TopLevel("frmACUHealthCheck");
+    WindowBench::TickIn(window, "chkShort");
+    ExpectEveryControlReachedByTab(window, WindowBench::FindIn<QWidget>(window, "cmdStart"));
+}
+
+TEST(Accessibility, NoTextIsCutOnTheSmallestScreen) {
+    for (const char* name : {"acu", "pair", "fresh", "none"}) {
+        SCOPED_TRACE(name);
+        WindowBench bench(name);
+        ExpectNoCutText(bench.Window);
+    }
+}
+
+TEST(Accessibility, NoTextOfTheHealthCheckIsCutOnTheSmallestScreen) {
+    WindowBench bench;
+    bench.Click("Command3");
+    ExpectNoCutText(*WindowBench::TopLevel("frmACUHealthCheck"));
+}
+
+TEST(Accessibility, ValueIsPartOfTheNameOfItsLabel) {
+    WindowBench bench;
+    EXPECT_EQ(bench.Find<QLabel>("lblDeviceInfo_3").accessibleName(), "DEV Serial: 301");
+}
+
+} // namespace
+} // namespace ombrix

@@ -1,0 +1,150 @@
+#include "support/SampleReport.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace ombrix {
+
+namespace {
+
+constexpr float FullScale = 65535.0F;
+constexpr float TimeConstant_s = 0.4F;
+
+struct Trace {
+    std::vector<float> Times;
+    std::vector<std::int32_t> Bits;
+    std::vector<float> Fractions;
+    std::vector<std::int32_t> Pressures;
+    std::vector<float> EndValues;
+};
+
+Trace MakeTrace(const SampleSequence& sequence) {
+    Trace trace;
+    const auto samples = static_cast<int>(sequence.StepTime_s / sequence.SampleSpacing_s);
+    float flow = 0.0F;
+    for (std::size_t step = 0; step < sequence.Demands.size(); ++step) {
+        const float demand = sequence.Demands[step];
+        const float target = std::max(demand - sequence.Error, 0.0F);
+        for (int i = 0; i < samples; ++i) {
+            flow += (target - flow) * std::min(sequence.SampleSpacing_s / TimeConstant_s, 1.0F);
+            const float ripple = 0.0004F * std::sin(static_cast<float>(i) * 1.7F);
+            const auto reading =
+                static_cast<std::int32_t>(std::max(flow + ripple, 0.0F) * FullScale);
+            const auto output = static_cast<std::int32_t>(demand * FullScale);
+            trace.Times.push_back(static_cast<float>(step) * sequence.StepTime_s +
+                                  static_cast<float>(i) * sequence.SampleSpacing_s);
+            for (const std::int32_t bits : {output, reading, 0, 21 + i % 3}) {
+                trace.Bits.push_back(bits);
+                trace.Fractions.push_back(static_cast<float>(bits) / FullScale);
+            }
+            trace.Pressures.push_back(4200 + static_cast<std::int32_t>(flow * 30000.0F));
+        }
+        // The program has no end value for a step of up to 2 s.
+        trace.EndValues.push_back(sequence.StepTime_s > 2.0F ? flow * FullScale : 0.0F);
+    }
+    return trace;
+}
+
+void FillData(Worksheet& sheet, const Trace& trace) {
+    const std::size_t last = trace.Times.size() + 1;
+    sheet.SetValues(fmt::format("A2:A{}", last), CellBlock<float>{trace.Times, 1});
+    sheet.SetValues(fmt::format("B2:E{}", last), CellBlock<std::int32_t>{trace.Bits, 4});
+    sheet.SetValues(fmt::format("F2:I{}", last), CellBlock<float>{trace.Fractions, 4});
+    sheet.SetValues(fmt::format("J2:J{}", last), CellBlock<std::int32_t>{trace.Pressures, 1});
+}
+
+void AddChart(const Worksheet& data, Worksheet& target, const std::string& title,
+              const std::string& area) {
+    Chart& chart = target.AddChart(ChartType::XYScatterSmoothNoMarkers, target.Box(area));
+    chart.SetSourceData(data, "A:A,F:J");
+    chart.SetElement(ChartElement::TitleAboveChart);
+    chart.SetTitle(title);
+    for (int series = 1; series <= 5; ++series)
+        chart.SetSeriesSmooth(series, false);
+    chart.SetSeriesLineWeight(1, 1.0);
+    chart.SetSeriesLineWeight(3, 1.0);
+    chart.SetSeriesAxisGroup(5, AxisGroup::Secondary);
+}
+
+void FillSteps(Worksheet& overview, const SampleSequence& sequence, const Trace& trace, int row) {
+    for (std::size_t step = 0; step < sequence.Demands.size(); ++step, ++row) {
+        const auto write = [&](char column, const CellValue& value) {
+            overview.SetValue(fmt::format("{}{}", column, row), value);
+        };
+        write('B', fmt::format("Step {}", step + 1));
+        write('C', sequence.Demands[step]);
+        write('D', 0.0F);
+        write('E', sequence.StepTime_s);
+        write('F', std::int32_t{12});
+        write('G', static_cast<std::int32_t>(sequence.Demands[step] * FullScale));
+        write('H', std::int32_t{19});
+        write('I', std::int32_t{24});
+        write('J', trace.EndValues[step]);
+        write('K', sequence.StepTime_s > 2.0F ? 22.0F : 0.0F);
+        write('L', step == 0 ? std::string("First in Sequence")
+                             : fmt::format("CH1 to {:.1f}%", sequence.Demands[step] * 100.0F));
+    }
+}
+
+void BoxSteps(Worksheet& overview, int first, int last) {
+    std::string areas;
+    for (const char* columns : {"B B", "C E", "F G", "H I", "J K", "L L", "N O"})
+        areas += fmt::format("{}{}{}:{}{}", areas.empty() ? "" : ",", columns[0], first, columns[2],
+                             last);
+    for (const BorderEdge edge :
+         {BorderEdge::Left, BorderEdge::Top, BorderEdge::Bottom, BorderEdge::Right})
+        overview.SetBorder(areas, edge, LineStyle::Continuous);
+    for (const BorderEdge edge : {BorderEdge::DiagonalDown, BorderEdge::DiagonalUp,
+                                  BorderEdge::InsideVertical, BorderEdge::InsideHorizontal})
+        overview.SetBorder(areas, edge, LineStyle::None);
+}
+
+} // namespace
+
+int FillSampleReport(Workbook& book, const std::vector<SampleSequence>& sequences) {
+    Worksheet& overview = book.Sheet("Overview");
+    int row = 7;
+    for (const SampleSequence& sequence : sequences) {
+        const Trace trace = MakeTrace(sequence);
+        const auto steps = static_cast<int>(sequence.Demands.size());
+        book.Sheet("DataTemplate").CopyAfter(book.Sheet(book.WorksheetCount() - 1));
+        Worksheet& data = book.Sheet(book.WorksheetCount() - 1);
+        overview.SetValue("C2", std::int32_t{301});
+        overview.SetValue("C3", std::string("M9200123Z"));
+        overview.SetValue("C5", OleDate::FromCivil({2026, 1, 16, 14, 30, 5}));
+        data.SetName(sequence.Name);
+        data.SetValue("J1", std::string("Pressure (Analog)"));
+        overview.SetValue("N7", data.Value("J1"));
+        FillData(data, trace);
+        AddChart(data, data, sequence.Name, "M2:AD36");
+        if (row > 10) {
+            overview.CopyRange("B7:O9", fmt::format("B{}:O{}", row, row + 2));
+            overview.AddPageBreak(row);
+        }
+        row += 3;
+        FillSteps(overview, sequence, trace, row);
+        BoxSteps(overview, row, row + steps - 1);
+        if (steps > 3)
+            overview.SetRowHeight(row + steps, row + 2 * steps - 3, 2.0);
+        row += 2 * steps - 2;
+        if (steps > 8)
+            overview.AddPageBreak(row);
+        overview.SetPrintArea(fmt::format("A1:O{}", row + 25));
+        AddChart(data, overview, sequence.Name, fmt::format("B{}:L{}", row, row + 25));
+        row += 29;
+    }
+    book.Sheet("DataTemplate").SetVisible(SheetVisibility::Hidden);
+    overview.Select();
+    return row;
+}
+
+std::vector<SampleSequence> ShortReport() {
+    return {{"Zero - Ch1", {0.0F, 0.2F, 0.0F}, 10.0F},
+            {"Zero - Ch1 (2)", {0.0F, 0.6F, 0.0F}, 10.0F, 0.05F, 0.02F},
+            {"Low - Ch1", {0.0F, 0.02F, 0.0F}, 10.0F},
+            {"Zero - Ch2", {0.0F, 0.2F, 0.0F}, 2.0F, 0.01F}};
+}
+
+} // namespace ombrix

@@ -1,0 +1,172 @@
+#include "support/SampleReport.h"
+#include "support/WorkbookFixture.h"
+
+#include <fmt/format.h>
+
+#include <array>
+
+namespace ombrix {
+namespace {
+
+/// A workbook with one sequence and its chart beside the samples.
+class WorkbookChartsTest : public ::testing::Test {
+  protected:
+    WorkbookFixture m_Fixture;
+    Worksheet& m_Data = m_Fixture.Sheet("DataTemplate");
+    Chart& m_Chart = m_Data.AddChart(ChartType::XYScatterSmoothNoMarkers, m_Data.Box("M2:AD36"));
+
+    void Fill(std::span<const float> fractions) {
+        const std::array<float, 3> times = {0.0F, 11.9F, 23.95F};
+        m_Data.SetValues("A2:A4", CellBlock<float>{times, 1});
+        m_Data.SetValues("F2:I4", CellBlock<float>{fractions, 4});
+        m_Chart.SetSourceData(m_Data, "A:A,F:J");
+    }
+    pugi::xml_node Saved(const std::string& sheet = "DataTemplate") {
+        m_Saved.emplace(m_Fixture.Saved());
+        return m_Saved->Xml(m_Saved->Charts(sheet).at(0)).document_element();
+    }
+    static std::string Text(const pugi::xml_node& chart, const char* path) {
+        const auto found = chart.select_node(path);
+        return found.attribute() ? found.attribute().value() : found.node().text().get();
+    }
+
+    std::optional<WorkbookProbe> m_Saved;
+    const std::array<float, 12> m_Wide = {0, 0, 0, 0, 0.2F, 0.1F, 0, 0, 0.2F, 0.19F, 0, 0};
+};
+
+TEST_F(WorkbookChartsTest, SeriesReachFromTheNamesToTheLastFilledRow) {
+    Fill(m_Wide);
+    m_Data.SetValue("J5", std::int32_t{4200}); // the longest column counts
+    const pugi::xml_node chart = Saved();
+    EXPECT_EQ(chart.select_nodes("//c:ser").size(), 5U);
+    EXPECT_EQ(Text(chart, "//c:ser[2]/c:tx//c:f"), "'DataTemplate'!$G$1");
+    EXPECT_EQ(Text(chart, "//c:ser[2]/c:tx//c:v"), "Ch1 Reading");
+    EXPECT_EQ(Text(chart, "//c:ser[2]/c:xVal//c:f"), "'DataTemplate'!$A$2:$A$5");
+    EXPECT_EQ(Text(chart, "//c:ser[2]/c:yVal//c:f"), "'DataTemplate'!$G$2:$G$5");
+    EXPECT_TRUE(chart.select_nodes("//c:symbol[@val!='none']").empty());
+}
+
+TEST_F(WorkbookChartsTest, ReferencesFollowTheSheetsName) {
+    Fill(m_Wide);
+    m_Data.SetName("Zero - Ch1");
+    EXPECT_EQ(Text(Saved("Zero - Ch1"), "//c:ser[1]/c:yVal//c:f"), "'Zero - Ch1'!$F$2:$F$4");
+}
+
+TEST_F(WorkbookChartsTest, SeriesLookAndStandAsTold) {
+    Fill(m_Wide);
+    m_Chart.SetTitle("Zero & <Ch1>");
+    m_Chart.SetSeriesLineWeight(3, 1.0);
+    m_Chart.SetSeriesSmooth(3, false);
+    m_Chart.SetSeriesAxisGroup(5, AxisGroup::Secondary);
+    const pugi::xml_node chart = Saved();
+    EXPECT_EQ(Text(chart, "//c:chart/c:title//a:t"), "Zero & <Ch1>");
+    EXPECT_EQ(Text(chart, "//c:ser[3]//a:ln/@w"), "12700");
+    EXPECT_EQ(Text(chart, "//c:ser[3]/c:smooth/@val"), "0");
+    EXPECT_EQ(Text(chart, "//c:ser[2]/c:smooth/@val"), "1");
+    EXPECT_EQ(chart.select_nodes("//c:scatterChart[1]/c:ser").size(), 4U);
+    EXPECT_EQ(Text(chart, "//c:scatterChart[2]/c:ser/c:order/@val"), "4");
+    // The second pair of axes: pressure at the right, its x axis hidden.
+    const std::string right = Text(chart, "//c:scatterChart[2]/c:axId[2]/@val");
+    const std::string axis = fmt::format("//c:valAx[c:axId/@val='{}']", right);
+    EXPECT_EQ(Text(chart, (axis + "/c:axPos/@val").c_str()), "r");
+    EXPECT_EQ(Text(chart, (axis + "/c:title//a:t").c_str()), "Pressure");
+    EXPECT_EQ(chart.select_nodes("//c:delete[@val='1']").size(), 1U);
+    for (const int series : {0, 6})
+        EXPECT_THROW(m_Chart.SetSeriesSmooth(series, true), SpreadsheetError);
+    EXPECT_THROW(m_Chart.SetSeriesLineWeight(1, 0.0), SpreadsheetError);
+}
+
+TEST_F(WorkbookChartsTest, TheTimeAxisEndsAtTheMarkBehindTheLastSample) {
+    Fill(m_Wide);
+    const pugi::xml_node chart = Saved();
+    EXPECT_EQ(Text(chart, "//c:valAx[1]/c:title//a:t"), "Time (s)");
+    EXPECT_EQ(Text(chart, "//c:valAx[1]//c:max/@val"), "24");
+    EXPECT_EQ(Text(chart, "//c:valAx[1]/c:majorUnit/@val"), "2");
+}
+
+TEST_F(WorkbookChartsTest, PercentagesHaveTheDecimalsThatTellTheMarksApart) {
+    const auto format = [this](float highest) {
+        std::array<float, 12> values = {};
+        values.back() = highest;
+        Fill(values);
+        return Text(Saved(), "//c:valAx[2]/c:numFmt/@formatCode");
+    };
+    EXPECT_EQ(format(0.9F), "0%");
+    EXPECT_EQ(format(0.04F), "0.0%");
+    EXPECT_EQ(format(0.002F), "0.00%");
+}
+
+TEST_F(WorkbookChartsTest, AChartWithoutDataIsStillSound) {
+    EXPECT_EQ(Saved().select_nodes("//c:scatterChart").size(), 1U);
+    EXPECT_TRUE(Saved().select_nodes("//c:ser").empty());
+    WorkbookFixture other;
+    EXPECT_THROW(m_Chart.SetSourceData(m_Data, "A1:A2"), SpreadsheetError);
+    EXPECT_THROW(m_Data.AddChart(static_cast<ChartType>(5), {}), SpreadsheetError);
+}
+
+TEST_F(WorkbookChartsTest, TheChartCoversTheCellsItsBoxWasTakenFrom) {
+    const SheetBox exact = m_Data.Box("B3:H9");
+    // The program hands over whole points.
+    const SheetBox whole = {std::trunc(exact.Left), std::trunc(exact.Top),
+                            std::trunc(exact.Left + exact.Width) - std::trunc(exact.Left),
+                            std::trunc(exact.Top + exact.Height) - std::trunc(exact.Top)};
+    m_Data.AddChart(ChartType::XYScatterSmoothNoMarkers, whole);
+    WorkbookProbe saved = m_Fixture.Saved();
+    const std::string drawing = saved.Related(saved.SheetPart("DataTemplate"), "/drawing").at(0);
+    const pugi::xml_node root = saved.Xml(drawing).document_element();
+    const auto corner = [&](const char* name) {
+        std::string text;
+        for (const auto& part :
+             root.select_node(fmt::format("*[2]/{}", name).c_str()).node().children())
+            text += std::string(part.text().get()) + " ";
+        return text;
+    };
+    EXPECT_EQ(corner("xdr:from"), "1 0 2 0 ");
+    EXPECT_EQ(corner("xdr:to"), "8 0 9 0 ");
+    EXPECT_EQ(root.select_nodes("*[1]//@id[.=../../../*[2]//@id]").size(), 0U);
+}
+
+TEST_F(WorkbookChartsTest, ACopiedSheetsChartsDrawFromTheCopy) {
+    Fill(m_Wide);
+    m_Data.CopyAfter(m_Fixture.Sheet("Overview"));
+    m_Fixture.Book->Sheet(2).SetName("Copy");
+    EXPECT_EQ(Text(Saved("Copy"), "//c:ser[1]/c:yVal//c:f"), "'Copy'!$F$2:$F$4");
+    EXPECT_EQ(Text(Saved(), "//c:ser[1]/c:yVal//c:f"), "'DataTemplate'!$F$2:$F$4");
+    EXPECT_NE(m_Saved->Charts("Copy"), m_Saved->Charts("DataTemplate"));
+}
+
+TEST_F(WorkbookChartsTest, ChartsOfATemplateFollowItsSheets) {
+    Fill(m_Wide);
+    m_Fixture.Saved();
+    WorkbookFixture second(m_Fixture.Files.ReadFile(R"(C:\saved.xlsx)"));
+    second.Sheet("DataTemplate").CopyAfter(second.Sheet("Overview"));
+    second.Sheet("DataTemplate").SetName("Renamed");
+    WorkbookProbe saved = second.Saved();
+    const auto reference = [&](const char* sheet) {
+        return Text(saved.Xml(saved.Charts(sheet).at(0)).document_element(),
+                    "//c:ser[1]/c:yVal//c:f");
+    };
+    EXPECT_EQ(reference("Renamed"), "'Renamed'!$F$2:$F$4");
+    EXPECT_EQ(reference("DataTemplate (2)"), "'DataTemplate (2)'!$F$2:$F$4");
+}
+
+TEST_F(WorkbookChartsTest, EveryPartIsListedWithItsKind) {
+    FillSampleReport(*m_Fixture.Book, ShortReport());
+    WorkbookProbe saved = m_Fixture.Saved();
+    const auto& types = saved.Xml("[Content_Types].xml");
+    for (const auto& [part, content] : saved.Parts()) {
+        const auto own = fmt::format("//Override[@PartName='/{}']", part);
+        const auto kind =
+            fmt::format("//Default[@Extension='{}']", part.substr(part.rfind('.') + 1));
+        EXPECT_TRUE(types.select_node(own.c_str()) || types.select_node(kind.c_str())) << part;
+        if (part.starts_with("xl/charts/")) {
+            const std::string type =
+                types.select_node(own.c_str()).node().attribute("ContentType").value();
+            EXPECT_TRUE(type.ends_with("drawingml.chart+xml")) << part;
+        }
+    }
+    EXPECT_EQ(saved.Charts("Overview").size(), 4U);
+}
+
+} // namespace
+} // namespace ombrix

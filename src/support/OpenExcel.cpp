@@ -31,9 +31,8 @@ OpenedWorkbook OpenWorkbookFromTemplate(Platform& world, const SpreadsheetLaunch
     return opened;
 }
 
-OpenedWorkbook OpenExcel(OpenExcelView& view, Platform& world,
-                         const SpreadsheetLauncher& launcher, const std::string& message,
-                         const std::string& templatePath) {
+OpenedWorkbook OpenExcel(OpenExcelView& view, Platform& world, const SpreadsheetLauncher& launcher,
+                         const std::string& message, const std::string& templatePath) {
     view.Show(message);
     world.Events.ProcessPendingEvents();
     return OpenWorkbookFromTemplate(world, launcher, templatePath);

@@ -35,9 +35,8 @@ OpenedWorkbook OpenWorkbookFromTemplate(Platform& world, const SpreadsheetLaunch
                                         const std::string& templatePath);
 
 /// The same with the wait window, which the caller closes when it has filled the sheet.
-OpenedWorkbook OpenExcel(OpenExcelView& view, Platform& world,
-                         const SpreadsheetLauncher& launcher, const std::string& message,
-                         const std::string& templatePath);
+OpenedWorkbook OpenExcel(OpenExcelView& view, Platform& world, const SpreadsheetLauncher& launcher,
+                         const std::string& message, const std::string& templatePath);
 
 /// Saves in the binary format where the application knows it (version 12 on). A save that
 /// fails makes the application visible, so that the workbook is kept, and still counts as done.

@@ -129,7 +129,7 @@ void WorkbookEngine(benchmark::State& state) {
     Station station;
     const std::vector<Samples>& all = AllSamples();
     double peak_MiB = 0.0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         const PeakMemory memory;
         XlsxApplication application(station.Files, station.Converter);
         Workbook& book = application.Add(R"(C:\ACUHealthCheck.xltx)");
@@ -185,7 +185,7 @@ void WriterLibrary(benchmark::State& state) {
         all.push_back(CellsOf(samples));
     const std::string path = (station.Folder.Path() / "out.xlsx").string();
     double peak_MiB = 0.0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         const PeakMemory memory;
         lxw_workbook_options options = {};
         options.constant_memory = LXW_TRUE;
@@ -213,7 +213,7 @@ BENCHMARK(WriterLibrary)->Unit(benchmark::kMillisecond)->UseRealTime();
 void ShortReportExport(benchmark::State& state) {
     Station station;
     const std::vector<SampleSequence> sequences = ShortReport();
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         XlsxApplication application(station.Files, station.Converter);
         Workbook& book = application.Add(R"(C:\ACUHealthCheck.xltx)");
         FillSampleReport(book, sequences);

@@ -42,7 +42,7 @@ Look Values(const std::string& number) {
 void LayOutColumns(SheetBuilder& sheet) {
     sheet.Column("A", 2).Column("B", 15, {.Horizontal = Align::Left, .Indent = 1});
     sheet.Column("C:D", 10, Values("0.0%")).Column("E", 10, Values("0.0"));
-    sheet.Column("F:K", 10, Values("0")).Column("L", 34, {.Horizontal = Align::Left, .Indent = 1});
+    sheet.Column("F:K", 10, Values("0")).Column("L", 40, {.Horizontal = Align::Left, .Indent = 1});
     sheet.Column("M", 2).Column("N:O", 12, {.Horizontal = Align::Centre});
 }
 

@@ -191,8 +191,8 @@ std::string SheetBuilder::Xml(bool isFirst) const {
     }
     xml += m_Highlights;
     xml += fmt::format("<printOptions horizontalCentered=\"1\"/>"
-                       "<pageMargins left=\"0.5\" right=\"0.5\" top=\"0.75\" bottom=\"0.75\" "
-                       "header=\"0.3\" footer=\"0.3\"/>"
+                       "<pageMargins left=\"0.5\" right=\"0.5\" top=\"0.6\" bottom=\"0.6\" "
+                       "header=\"0.25\" footer=\"0.25\"/>"
                        "<pageSetup paperSize=\"{}\" orientation=\"landscape\" fitToWidth=\"1\" "
                        "fitToHeight=\"0\"/>",
                        PaperA4);

@@ -12,6 +12,9 @@ namespace ombrix {
 
 namespace {
 
+/// From the first to the last row of an overview chart.
+constexpr std::int32_t ChartRows = 25;
+
 void AddChart(const Worksheet& dataSheet, Worksheet& target, const std::string& title,
               const std::string& topLeft, const std::string& bottomRight) {
     const SheetBox first = target.Box(topLeft);
@@ -45,6 +48,18 @@ void BoxSteps(Worksheet& overview, std::int32_t first, std::int32_t last) {
         overview.SetBorder(areas, edge, LineStyle::None);
 }
 
+/// Long blocks leave as many rows free as they have steps: these close up, and a chart that
+/// would not fit below its steps goes onto a page of its own.
+void LayOutForPrint(Worksheet& overview, std::int32_t freeRow, std::int32_t chartRow) {
+    constexpr double closed_points = 2.0;
+    constexpr std::int32_t rowsThatFit = 10;
+    if (chartRow - freeRow > 1)
+        overview.SetRowHeight(freeRow, chartRow - 2, closed_points);
+    if (chartRow - freeRow > rowsThatFit)
+        overview.AddPageBreak(chartRow);
+    overview.SetPrintArea(fmt::format("A1:O{}", chartRow + ChartRows));
+}
+
 } // namespace
 
 void clsMFCSequence::ExportToWorkbook(clsAIB& board, OleDate now, Workbook& workbook,
@@ -72,9 +87,8 @@ void clsMFCSequence::ExportToWorkbook(clsAIB& board, OleDate now, Workbook& work
     AddChart(dataSheet, dataSheet, sheetName, "M2", "AD36");
 
     ExportOverviewBlock(overview, overviewRow);
-    constexpr std::int32_t chartRows = 25;
     AddChart(dataSheet, overview, sheetName, fmt::format("B{}", overviewRow),
-             fmt::format("L{}", overviewRow + chartRows));
+             fmt::format("L{}", overviewRow + ChartRows));
     constexpr std::int32_t nextBlock = 29;
     overviewRow += nextBlock;
 }
@@ -82,14 +96,18 @@ void clsMFCSequence::ExportToWorkbook(clsAIB& board, OleDate now, Workbook& work
 void clsMFCSequence::ExportOverviewBlock(Worksheet& overview, std::int32_t& row) const {
     constexpr std::int32_t headerRows = 3;
     constexpr std::int32_t firstBlockEnd = 10;
-    if (row > firstBlockEnd)
+    if (row > firstBlockEnd) {
         overview.CopyRange("B7:O9", fmt::format("B{}:O{}", row, row + headerRows - 1));
+        overview.AddPageBreak(row);
+    }
     row += headerRows;
     const std::int32_t firstStep = row;
     for (const clsMFCStep& step : m_Steps)
         step.ExportStepData(row++, overview);
     BoxSteps(overview, firstStep, row - 1);
-    row += StepCount() - 2;
+    const std::int32_t chart = row + StepCount() - 2;
+    LayOutForPrint(overview, row, chart);
+    row = chart;
 }
 
 } // namespace ombrix

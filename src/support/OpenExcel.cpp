@@ -1,23 +1,17 @@
 #include "support/OpenExcel.h"
 
+#include "support/TemplateFile.h"
+
 #include <cstdlib>
 
 namespace ombrix {
-
-namespace {
-
-bool TemplateExists(const Drive& drive, const std::string& path) {
-    return drive.FileExists(path) || (path.ends_with(".xlt") && drive.FileExists(path + "x"));
-}
-
-} // namespace
 
 OpenedWorkbook OpenWorkbookFromTemplate(Platform& world, const SpreadsheetLauncher& launcher,
                                         const std::string& templatePath) {
     OpenedWorkbook opened;
     try {
         opened.Application = launcher();
-        if (!TemplateExists(world.Files, templatePath)) {
+        if (!FindTemplateFile(world.Files, templatePath)) {
             world.Messages.Ask({"Unable to find File: \r\n\r\n  " + templatePath,
                                 MessageIcon::Information, MessageButtons::Ok});
             return opened;

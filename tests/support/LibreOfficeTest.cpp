@@ -43,7 +43,7 @@ TEST(LibreOfficeTest, AProgramThatFailsOrGivesNothingIsAnError) {
     EXPECT_TRUE(std::filesystem::is_empty(scratch.Path()));
 }
 
-TEST(LibreOfficeTest, AProgramThatHangsIsEndedWithWhatItStarted) {
+TEST(LibreOfficeTest, AProgramThatHangsIsEnded) {
     const TemporaryFolder programs;
     const TemporaryFolder scratch;
     const std::string program = Script(programs, "sleep 60 & wait");

@@ -84,6 +84,19 @@ TEST_F(WorkbookChartsTest, TheTimeAxisEndsAtTheMarkBehindTheLastSample) {
     EXPECT_EQ(Text(chart, "//c:valAx[1]/c:majorUnit/@val"), "2");
 }
 
+TEST_F(WorkbookChartsTest, ASteadyReadingIsNotBlownUpToItsNoise) {
+    const std::array<std::int32_t, 3> pressures = {4000, 4012, 4003};
+    m_Data.SetValues("J2:J4", CellBlock<std::int32_t>{pressures, 1});
+    Fill(m_Wide);
+    m_Chart.SetSeriesAxisGroup(5, AxisGroup::Secondary);
+    const pugi::xml_node chart = Saved();
+    EXPECT_EQ(Text(chart, "//c:valAx[3]//c:min/@val"), "0");
+    EXPECT_EQ(Text(chart, "//c:valAx[3]//c:max/@val"), "4500");
+    const std::array<std::int32_t, 3> below = {-5, 4012, 4003};
+    m_Data.SetValues("J2:J4", CellBlock<std::int32_t>{below, 1});
+    EXPECT_EQ(Text(Saved(), "//c:valAx[3]//c:max/@val"), "") << "left to the spreadsheet program";
+}
+
 TEST_F(WorkbookChartsTest, PercentagesHaveTheDecimalsThatTellTheMarksApart) {
     const auto format = [this](float highest) {
         std::array<float, 12> values = {};
@@ -100,6 +113,7 @@ TEST_F(WorkbookChartsTest, AChartWithoutDataIsStillSound) {
     EXPECT_EQ(Saved().select_nodes("//c:scatterChart").size(), 1U);
     EXPECT_TRUE(Saved().select_nodes("//c:ser").empty());
     WorkbookFixture other;
+    EXPECT_THROW(m_Chart.SetSourceData(other.Sheet("DataTemplate"), "A:A,F:J"), SpreadsheetError);
     EXPECT_THROW(m_Chart.SetSourceData(m_Data, "A1:A2"), SpreadsheetError);
     EXPECT_THROW(m_Data.AddChart(static_cast<ChartType>(5), {}), SpreadsheetError);
 }

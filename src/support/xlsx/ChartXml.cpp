@@ -165,10 +165,10 @@ std::string ChartXml(const ChartDescription& chart) {
         "<c:plotArea><c:layout/>{}{}{}</c:plotArea>"
         "<c:legend><c:legendPos val=\"b\"/><c:overlay val=\"0\"/>{}</c:legend>"
         "<c:plotVisOnly val=\"0\"/><c:dispBlanksAs val=\"gap\"/></c:chart>"
-        "<c:spPr><a:solidFill><a:srgbClr val=\"FFFFFF\"/></a:solidFill>{}</c:spPr>"
-        "</c:chartSpace>",
+        "<c:spPr><a:solidFill><a:srgbClr val=\"FFFFFF\"/></a:solidFill>"
+        "<a:ln><a:noFill/></a:ln></c:spPr></c:chartSpace>",
         title, title.empty() ? 1 : 0, GroupXml(chart, false, PrimaryIds), secondary,
-        AxesXml(chart, !secondary.empty()), LabelLook(), Line("D0D0D0", 0.75));
+        AxesXml(chart, !secondary.empty()), LabelLook());
 }
 
 } // namespace ombrix::xlsx

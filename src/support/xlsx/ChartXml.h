@@ -12,7 +12,7 @@ struct ChartSeries {
     std::string Name;
     std::string XReference;
     std::string YReference;
-    double Weight_pt = 1.5;
+    double Weight_pt = 1.25;
     bool Smooth = true;
     bool Secondary = false;
 };

@@ -19,12 +19,33 @@ constexpr double HeaviestLine_pt = 1584.0;
 
 /// A value that misses a mark by this share of a step counts as on it.
 constexpr double Nearly = 0.001;
+/// Keeps a line at the highest value off the chart's edge.
+constexpr double Headroom = 0.02;
 
 /// 1, 2 or 5 times a power of ten, so that a span has 5 to 12 steps.
 double RoundStep(double span) {
     const double power = std::pow(10.0, std::floor(std::log10(span)));
     const double leading = span / power;
     return leading < 2.4 ? power / 5.0 : leading < 6.0 ? power / 2.0 : power;
+}
+
+/// From zero to the first mark behind the highest value: the lines fill the chart, and the
+/// noise of a steady reading stays as small as it is. Below zero the spreadsheet program chooses.
+/// @param headroom share of the highest value that is left free above it
+void ScaleFromZero(ChartAxis& axis, const std::optional<std::pair<double, double>>& range,
+                   double headroom) {
+    if (!range || range->first < 0.0 || range->second <= 0.0 || !std::isfinite(range->second))
+        return;
+    axis.Step = RoundStep(range->second);
+    const double highest = range->second * (1.0 + headroom);
+    axis.Most = std::ceil(highest / axis.Step - Nearly) * axis.Step;
+}
+
+/// As many decimals as tell the marks apart.
+std::string PercentFormat(double step) {
+    if (step <= 0.0 || step >= 0.01)
+        return "0%";
+    return step >= 0.001 ? "0.0%" : "0.00%";
 }
 
 CellArea Down(int column, int firstRow, int lastRow) {
@@ -35,7 +56,7 @@ CellArea Down(int column, int firstRow, int lastRow) {
 
 void XlsxChart::SetSourceData(const Worksheet& data, std::string_view columns) {
     const auto* sheet = dynamic_cast<const XlsxWorksheet*>(&data);
-    if (sheet == nullptr)
+    if (sheet == nullptr || &sheet->Book() != m_Book)
         throw SpreadsheetError("a chart draws from a sheet of its own workbook");
     std::vector<Series> series;
     for (const ColumnRange& range : ParseColumns(columns))
@@ -112,28 +133,25 @@ ChartSeries XlsxChart::Describe(const Series& series, int lastRow) const {
             series.Secondary};
 }
 
-/// Percentages get the decimals that tell the axis labels apart; other numbers need no format.
-std::string XlsxChart::NumberFormat(const StyleSheet& styles, int column) const {
-    if (!styles.ShowsPercent(m_Data->Cells().FormatAt({FirstDataRow, column})))
-        return "General";
-    double span = 0.0;
-    for (const Series& series : m_Series)
-        if (const auto range = m_Data->Cells().BlockRange(series.Column);
-            range && !series.Secondary)
-            span = std::max(span, range->second - range->first);
-    return span > 0.1 ? "0%" : span > 0.01 ? "0.0%" : "0.00%";
-}
-
-/// From zero to the first mark behind the last value, so that the lines fill the chart.
 ChartAxis XlsxChart::DescribeX() const {
     ChartAxis axis;
     axis.Title = NameOf(m_XColumn);
-    const auto range = m_Data->Cells().BlockRange(m_XColumn);
-    if (range && range->first >= 0.0 && range->second > 0.0 && std::isfinite(range->second)) {
-        axis.Step = RoundStep(range->second);
-        axis.Most = std::ceil(range->second / axis.Step - Nearly) * axis.Step;
-    }
+    ScaleFromZero(axis, m_Data->Cells().BlockRange(m_XColumn), 0.0);
     return axis;
+}
+
+/// The lowest and highest value of the series of one axis.
+XlsxChart::Range XlsxChart::RangeOf(bool secondary) const {
+    Range whole;
+    for (const Series& series : m_Series) {
+        const Range own = m_Data->Cells().BlockRange(series.Column);
+        if (!own || series.Secondary != secondary)
+            continue;
+        whole = whole ? std::pair(std::min(whole->first, own->first),
+                                  std::max(whole->second, own->second))
+                      : *own;
+    }
+    return whole;
 }
 
 /// An axis that serves one series carries its name.
@@ -142,8 +160,13 @@ ChartAxis XlsxChart::DescribeAxis(const StyleSheet& styles, bool secondary) cons
     const auto first = std::find_if(m_Series.begin(), m_Series.end(), belongs);
     if (first == m_Series.end())
         return {};
-    const bool single = std::count_if(m_Series.begin(), m_Series.end(), belongs) == 1;
-    return {single ? NameOf(first->Column) : "", NumberFormat(styles, first->Column)};
+    ChartAxis axis;
+    ScaleFromZero(axis, RangeOf(secondary), Headroom);
+    if (std::count_if(m_Series.begin(), m_Series.end(), belongs) == 1)
+        axis.Title = NameOf(first->Column);
+    if (styles.ShowsPercent(m_Data->Cells().FormatAt({FirstDataRow, first->Column})))
+        axis.NumberFormat = PercentFormat(axis.Step);
+    return axis;
 }
 
 std::string XlsxChart::Xml(const StyleSheet& styles) const {

@@ -4,19 +4,24 @@
 #include "support/xlsx/CellArea.h"
 #include "support/xlsx/ChartXml.h"
 
+#include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace ombrix::xlsx {
 
 class StyleSheet;
+class XlsxWorkbook;
 class XlsxWorksheet;
 
 /// A chart added to a sheet. It is put into words only when the workbook is written, because
 /// the sheets it draws from may be filled or renamed until then.
 class XlsxChart final : public Chart {
   public:
-    explicit XlsxChart(std::string partName) : m_PartName(std::move(partName)) {}
+    XlsxChart(const XlsxWorkbook& book, std::string partName)
+        : m_Book(&book), m_PartName(std::move(partName)) {}
 
     void SetSourceData(const Worksheet& data, std::string_view columns) override;
     void SetElement(ChartElement element) override;
@@ -35,7 +40,7 @@ class XlsxChart final : public Chart {
   private:
     struct Series {
         int Column;
-        double Weight_pt = 1.5;
+        double Weight_pt = 1.25;
         bool Smooth = true;
         bool Secondary = false;
     };
@@ -45,10 +50,12 @@ class XlsxChart final : public Chart {
     std::string Reference(const CellArea& area) const;
     std::string NameOf(int column) const;
     ChartSeries Describe(const Series& series, int lastRow) const;
+    using Range = std::optional<std::pair<double, double>>;
+    Range RangeOf(bool secondary) const;
     ChartAxis DescribeX() const;
     ChartAxis DescribeAxis(const StyleSheet& styles, bool secondary) const;
-    std::string NumberFormat(const StyleSheet& styles, int column) const;
 
+    const XlsxWorkbook* m_Book;
     std::string m_PartName;
     const XlsxWorksheet* m_Data = nullptr;
     int m_XColumn = 1;

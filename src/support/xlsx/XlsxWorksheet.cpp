@@ -217,7 +217,7 @@ Chart& XlsxWorksheet::AddChart(ChartType type, const SheetBox& box) {
     parts.SetContentType(chart, ChartPartType);
     const std::string id = parts.Relate(drawing, std::string(RelationshipTypes) + "chart", chart);
     parts.SetContent(drawing, WithChart(parts.Content(drawing), drawing, box, m_Cells, id));
-    m_Charts.push_back(std::make_unique<XlsxChart>(chart));
+    m_Charts.push_back(std::make_unique<XlsxChart>(m_Book, chart));
     return *m_Charts.back();
 }
 

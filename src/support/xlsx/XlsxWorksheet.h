@@ -40,6 +40,7 @@ class XlsxWorksheet final : public Worksheet {
     void SetPrintArea(std::string_view area) override;
     Chart& AddChart(ChartType type, const SheetBox& box) override;
 
+    const XlsxWorkbook& Book() const { return m_Book; }
     const std::string& PartName() const { return m_PartName; }
     const CellStore& Cells() const { return m_Cells; }
     CellValue ValueAt(CellPosition cell) const;

@@ -69,7 +69,7 @@ void DrawSample(benchmark::State& state) {
         traces.DrawSample();
     constexpr int measured = 1000;
     int drawn = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         traces.DrawSample();
         if (++drawn % measured == 0)
             traces.RewindTo(before);

@@ -93,6 +93,10 @@ class Photographer {
     }
 
     void HealthCheck(const char* file) {
+        for (int channel = 0; channel < 4; ++channel)
+            Find<QSlider>(m_Window, QStringLiteral("sldDACValue_%1").arg(channel)).setValue(0);
+        constexpr double settled_s = 5.0;
+        LetTimePass(settled_s);
         Find<QAbstractButton>(m_Window, QStringLiteral("Command3")).click();
         QWidget& window = HealthCheckWindow();
         window.resize(Screen);
@@ -122,9 +126,11 @@ class Photographer {
     }
 
     void LetTimePass(double seconds) {
-        constexpr double rest_s = 0.001;
-        for (double passed_s = 0.0; passed_s < seconds; passed_s += rest_s)
-            m_Assembly.Time().Rest(rest_s);
+        const Clock& clock = m_Assembly.Time();
+        const auto until = clock.Counter() + static_cast<std::int64_t>(
+                                                 seconds * static_cast<double>(clock.Frequency()));
+        while (clock.Counter() < until)
+            m_Assembly.Time().Rest(seconds);
     }
 
     void Refresh() {

@@ -81,7 +81,7 @@ HealthCheckResult frmACUHealthCheck::RunHealthCheck() {
     };
     m_Progress->setValue(0);
     const std::vector<HealthCheckOption> chosen = m_Options->Chosen();
-    const HealthCheckResult result = m_Run->Run(chosen, view);
+    HealthCheckResult result = m_Run->Run(chosen, view);
     if (result.End == HealthCheckResult::Outcome::Completed)
         m_Progress->setValue(ProgressSteps);
     return result;

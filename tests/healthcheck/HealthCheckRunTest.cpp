@@ -27,6 +27,31 @@ class NoConverter final : public DocumentConverter {
     }
 };
 
+/// A drive whose C: has no room left for whole files.
+class FullDisk final : public Drive {
+  public:
+    explicit FullDisk(Drive& drive) : m_Drive(drive) {}
+
+    bool FileExists(std::string_view path) const override { return m_Drive.FileExists(path); }
+    bool FolderExists(std::string_view path) const override { return m_Drive.FolderExists(path); }
+    bool CreateFolder(std::string_view path) override { return m_Drive.CreateFolder(path); }
+    std::unique_ptr<OutputFile> OpenForWriting(std::string_view path) override {
+        return m_Drive.OpenForWriting(path);
+    }
+    std::string ReadFile(std::string_view path) const override { return m_Drive.ReadFile(path); }
+    void ReplaceFile(std::string_view path, std::string_view content) override {
+        if (path.starts_with("C:"))
+            throw DriveError("No space left on device");
+        m_Drive.ReplaceFile(path, content);
+    }
+    std::filesystem::path RealPath(std::string_view path) const override {
+        return m_Drive.RealPath(path);
+    }
+
+  private:
+    Drive& m_Drive;
+};
+
 constexpr std::string_view Templates = R"(C:\Program Files\Ombrix\Templates)";
 
 class HealthCheckRunTest : public ::testing::Test {
@@ -43,7 +68,10 @@ class HealthCheckRunTest : public ::testing::Test {
         BoardDACSliders sliders(m_Bench->TheStation);
         HealthCheckRun run(
             m_Bench->TheStation, sliders,
-            [this] { return std::make_unique<XlsxApplication>(m_Bench->Files, m_Converter); },
+            [this] {
+                Drive& files = m_FullDisk ? static_cast<Drive&>(*m_FullDisk) : m_Bench->Files;
+                return std::make_unique<XlsxApplication>(files, m_Converter);
+            },
             m_Wait, std::string(Templates) + "\\");
         m_Cancel = [&run] { run.Cancel(); };
         HealthCheckResult result = run.Run(options, view);
@@ -61,6 +89,7 @@ class HealthCheckRunTest : public ::testing::Test {
     std::string LastMessage() const { return m_Bench->Messages.Shown.back().Text; }
 
     NoConverter m_Converter;
+    std::unique_ptr<FullDisk> m_FullDisk;
     RecordedWaitWindow m_Wait;
     std::unique_ptr<TestBench> m_Bench;
     clsAIB* m_Board = nullptr;
@@ -200,6 +229,18 @@ TEST_F(HealthCheckRunTest, WithoutAFolderTheReportIsKeptAndSaidWhere) {
     ASSERT_EQ(result.Files.size(), 1U);
     EXPECT_EQ(result.Files[0].parent_path(), m_Bench->Folder.Path() / "Kept");
     EXPECT_EQ(Open(result.Files[0]).WorksheetCount(), 7);
+}
+
+TEST_F(HealthCheckRunTest, AFullDiskLosesNothing) {
+    m_FullDisk = std::make_unique<FullDisk>(m_Bench->Files);
+    const HealthCheckResult result = Run({Option::Short});
+    EXPECT_EQ(result.End, Outcome::NotSaved);
+    EXPECT_NE(m_Bench->Messages.Shown[0].Text.find("No space left on device"), std::string::npos);
+    ASSERT_EQ(result.Files.size(), 1U);
+    EXPECT_EQ(result.Files[0].parent_path(), m_Bench->Folder.Path() / "Kept");
+    EXPECT_EQ(Open(result.Files[0]).WorksheetCount(), 7);
+    EXPECT_TRUE(std::filesystem::is_empty(m_Bench->Folder.Path() / "ACUs/ACU00301_M9200301A"))
+        << "nothing half-written";
 }
 
 } // namespace

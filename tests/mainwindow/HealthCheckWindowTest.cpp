@@ -72,7 +72,7 @@ TEST_F(HealthCheckWindowTest, ShortRunMovesTheMainWindowsSlidersAndLocksTheContr
         EXPECT_EQ(Board().DAC(0), 13106);
         EXPECT_EQ(Find<QListWidget>("lstSteps").count(), 3);
         EXPECT_EQ(Find<QListWidget>("lstSteps").currentRow(), 1);
-        EXPECT_NEAR(Find<QProgressBar>("prgRun").value(), 3 * 1000 / 24, 2);
+        EXPECT_NEAR(Find<QProgressBar>("prgRun").value(), 3.0 / 24.0 * 1000.0, 2.0);
         EXPECT_TRUE(Find<QLabel>("lblValue_0").text().startsWith("13106  :  "));
     });
     Click("cmdStart");

@@ -27,7 +27,10 @@ int RunWindows(const StationOptions& options) {
                                  {[&events] { events.EndProgram(); }, assembly.Launcher(),
                                   Assembly::TemplatesFolder(), OMBRIX_VERSION});
         window.show();
-        QTimer::singleShot(0, &window, &frmAIBAccessories::DetectAndProgramAIBs);
+        QTimer::singleShot(0, &window, [&window, &options] {
+            if (window.DetectAndProgramAIBs())
+                window.ShowTab(options.Board);
+        });
         return QApplication::exec();
     } catch (const std::exception& error) {
         messages.Ask({error.what(), MessageIcon::Critical, MessageButtons::Ok});

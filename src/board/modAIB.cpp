@@ -85,11 +85,12 @@ std::string GetSystemFolder(Drive& drive, std::string_view subFolder, std::strin
 }
 
 std::string ColumnLetters(int column) {
-    const auto letter = [](int index) { return static_cast<char>('A' + index); };
+    constexpr int letterCount = 26;
     std::string letters;
-    if (column >= 26)
-        letters += letter(column / 26 - 1);
-    return letters += letter(column % 26);
+    // Letters count without a zero: AA follows Z.
+    for (int rest = column + 1; rest > 0; rest = (rest - 1) / letterCount)
+        letters.insert(letters.begin(), static_cast<char>('A' + (rest - 1) % letterCount));
+    return letters;
 }
 
 std::string CellAddress(int column, std::int64_t row) {

@@ -43,7 +43,7 @@ std::string GetSystemFolder(Drive& drive, std::string_view subFolder, std::strin
 inline constexpr std::array<std::string_view, 2> SystemFolders = {
     R"(C:\Program Files\Pulvatron\System\)", R"(C:\Program Files (x86)\Pulvatron\System\)"};
 
-/// Spreadsheet column letters of a column, from 0: A … Z, AA … ZZ (701).
+/// Spreadsheet column letters of a column, from 0: A … Z, AA … ZZ (701), AAA ….
 std::string ColumnLetters(int column);
 
 /// Spreadsheet address of a cell, column from 0: column 0, row 5 is A5.

@@ -45,12 +45,12 @@ bool HealthCheckRun::OpenReport(HealthCheckResult& result) {
     m_Wait.Close();
     if (m_Report)
         return true;
-    result.End = HealthCheckResult::Outcome::Failed;
     if (m_Report.Error.empty()) {
+        result.End = HealthCheckResult::Outcome::NotSaved;
         result.Error = "The template of the report has not been found.";
         return false;
     }
-    Fail(result, HealthCheckResult::Outcome::Failed, "The report could not be opened.",
+    Fail(result, HealthCheckResult::Outcome::NotSaved, "The report could not be opened.",
          m_Report.Error);
     return false;
 }

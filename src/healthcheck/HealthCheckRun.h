@@ -25,6 +25,8 @@ struct SequenceResult {
 };
 
 struct HealthCheckResult {
+    /// Failed: the run was stopped by an error. NotSaved: there is no report, or not where it
+    /// belongs.
     enum class Outcome { Completed, Cancelled, Failed, NotSaved };
 
     Outcome End = Outcome::Completed;

@@ -3,8 +3,12 @@
 #include "support/QtText.h"
 
 #include <QApplication>
+#include <QGridLayout>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QSpacerItem>
+
+#include <algorithm>
 
 namespace ombrix {
 
@@ -46,6 +50,20 @@ QString TitleOf(const std::string& title) {
     return title.empty() ? QGuiApplication::applicationDisplayName() : ToQt(title);
 }
 
+/// Widens a box to its longest line, so that a path is not broken behind its drive letter.
+void FitToLines(QMessageBox& box) {
+    constexpr int widest = 900;
+    constexpr int iconAndMargins = 80;
+    int width = 0;
+    for (const QString& line : box.text().split(QLatin1Char('\n')))
+        width = std::max(width, box.fontMetrics().horizontalAdvance(line));
+    auto* grid = qobject_cast<QGridLayout*>(box.layout());
+    if (grid == nullptr)
+        return;
+    grid->addItem(new QSpacerItem(std::min(width + iconAndMargins, widest), 0), grid->rowCount(), 0,
+                  1, grid->columnCount());
+}
+
 } // namespace
 
 Answer QtOperator::Ask(const Message& message) {
@@ -53,6 +71,7 @@ Answer QtOperator::Ask(const Message& message) {
                     ButtonsOf(message.Buttons), QApplication::activeWindow());
     box.setObjectName(QStringLiteral("messageBox"));
     box.setTextFormat(Qt::PlainText);
+    FitToLines(box);
     return AnswerOf(box.exec());
 }
 

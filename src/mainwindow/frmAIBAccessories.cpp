@@ -108,6 +108,10 @@ bool frmAIBAccessories::DetectAndProgramAIBs() {
     return m_BoardsFound;
 }
 
+void frmAIBAccessories::ShowTab(int board) {
+    m_Tabs->setCurrentIndex(board);
+}
+
 bool frmAIBAccessories::Detect() {
     SwitchOutputsOff();
     const bool found = DetectAndProgramBoards(m_Station, *this);

@@ -42,6 +42,8 @@ class frmAIBAccessories final : public QMainWindow, private DetectionView {
 
     /// Finds the boards and programs them. True when there is at least one.
     bool DetectAndProgramAIBs();
+    /// Selects the tab of a board, from 0; there may be none.
+    void ShowTab(int board);
 
   protected:
     void closeEvent(QCloseEvent* event) override;

@@ -14,12 +14,12 @@ constexpr std::string_view Forms =
     "status:N, status:N@CALL, eprom-readonly, eprom-flip, stuck-bit:N, not-ready:CH, "
     "hysteresis:CH,BITS, gain:CH,PERCENT, no-air, pressure-frozen, unplug@SECONDS";
 
-constexpr std::array<std::string_view, 22> Operations = {
+constexpr std::array<std::string_view, 23> Operations = {
     "CloseAIBAPI",     "GetAccessoryInfo", "UploadFPGAImage", "WriteReg",       "ReadReg",
     "ConfigureGPIO",   "SetGPO",           "ClearGPO",        "SetExtGPO",      "ClearExtGPO",
     "GetGPI",          "SetDAC",           "GetADC",          "WriteAIBInfo",   "WriteEEPROM",
     "ReadEEPROM",      "DumpEEPROM",       "MFCSetFlowrate",  "MFCGetFlowrate", "MFCSetParameter",
-    "MFCGetParameter", "GetVariable"};
+    "MFCGetParameter", "GetVariable",      "SetVariable"};
 
 [[noreturn]] void Reject(std::string_view text, std::string_view why) {
     throw FaultError(fmt::format("\"{}\" is no fault of the simulated bench: {}. Faults are {}.",

@@ -20,8 +20,8 @@ TEST(ModAIB, TextsAndPaths) {
 }
 
 TEST(ModAIB, ColumnLettersCarry) {
-    const std::vector<std::pair<int, const char*>> cases = {{0, "A"},   {25, "Z"},  {26, "AA"},
-                                                            {51, "AZ"}, {52, "BA"}, {701, "ZZ"}};
+    const std::vector<std::pair<int, const char*>> cases = {
+        {0, "A"}, {25, "Z"}, {26, "AA"}, {51, "AZ"}, {52, "BA"}, {701, "ZZ"}, {16383, "XFD"}};
     for (const auto& [column, letters] : cases)
         EXPECT_EQ(ColumnLetters(column), letters);
     EXPECT_EQ(CellAddress(0, 5), "A5");

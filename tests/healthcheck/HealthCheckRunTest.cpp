@@ -202,7 +202,7 @@ TEST_F(HealthCheckRunTest, AMissingTemplateRunsNothing) {
     m_Bench->Files.Mount(std::string(Templates) + R"(\ACUHealthCheck.xltx)",
                          m_Bench->Folder.Path() / "gone.xltx");
     const HealthCheckResult result = Run({Option::Short});
-    EXPECT_EQ(result.End, Outcome::Failed);
+    EXPECT_EQ(result.End, Outcome::NotSaved);
     ASSERT_EQ(m_Bench->Messages.Shown.size(), 1U);
     EXPECT_EQ(LastMessage(), "Unable to find File: \r\n\r\n  "
                              "C:\\Program Files\\Ombrix\\Templates\\ACUHealthCheck.xltx");
@@ -212,7 +212,7 @@ TEST_F(HealthCheckRunTest, ADamagedTemplateIsNamed) {
     const auto damaged = m_Bench->Folder.Path() / "damaged.xltx";
     ReplaceWholeFile(damaged, "this is no workbook");
     m_Bench->Files.Mount(std::string(Templates) + R"(\ACUHealthCheck.xltx)", damaged);
-    EXPECT_EQ(Run({Option::Short}).End, Outcome::Failed);
+    EXPECT_EQ(Run({Option::Short}).End, Outcome::NotSaved);
     EXPECT_NE(LastMessage().find("ACUHealthCheck.xltx"), std::string::npos) << LastMessage();
 }
 

@@ -42,6 +42,14 @@ TEST(Detection, ClickOnTheSecondTabMakesItsBoardCurrent) {
     EXPECT_EQ(bench.LabelText("lblDACValue_2"), "1234");
 }
 
+TEST(Detection, TheBoardChosenAtTheStartIsShownIfItIsThere) {
+    WindowBench bench("pair");
+    bench.Window.ShowTab(1);
+    EXPECT_EQ(bench.Bench.TheStation.g_CurrentAIB->BoardIndex(), 1);
+    bench.Window.ShowTab(7);
+    EXPECT_EQ(bench.Bench.TheStation.g_CurrentAIB->BoardIndex(), 1);
+}
+
 TEST(Detection, FireWireBoardsHaveNoAnalogSetupAndNoPowerOutputs) {
     WindowBench bench("pair");
     const auto isOffered = [&bench](const QString& name) {

@@ -1,5 +1,6 @@
 #include "support/xlsx/CellArea.h"
 
+#include "board/modAIB.h"
 #include "support/Spreadsheet.h"
 
 #include <fmt/format.h>
@@ -50,10 +51,7 @@ int ColumnNumber(std::string_view letters) {
 }
 
 std::string ColumnLetters(int column) {
-    std::string letters;
-    for (; column > 0; column = (column - 1) / 26)
-        letters.insert(letters.begin(), static_cast<char>('A' + (column - 1) % 26));
-    return letters;
+    return ombrix::ColumnLetters(column - 1);
 }
 
 std::optional<CellPosition> FindCell(std::string_view text) {

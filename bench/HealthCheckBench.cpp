@@ -2,6 +2,7 @@
 #include "healthcheck/HealthCheckRun.h"
 #include "healthcheck/clsMFCStep.h"
 #include "platform/SystemClock.h"
+#include "support/NoConverter.h"
 #include "support/TestBench.h"
 #include "support/XlsxApplication.h"
 
@@ -98,14 +99,6 @@ class NoWaitWindow final : public OpenExcelView {
   public:
     void Show(const std::string&) override {}
     void Close() override {}
-};
-
-/// The report needs no other format than the engine's own.
-class NoConverter final : public DocumentConverter {
-  public:
-    std::string Convert(std::string_view, std::string_view, std::string_view) override {
-        throw SpreadsheetError("no conversion is expected");
-    }
 };
 
 /// All options, 1208 s of test time, with the report; time is processor time.

@@ -33,7 +33,6 @@ HealthCheckResult HealthCheckRun::Run(std::span<const HealthCheckOption> options
         Fail(result, HealthCheckResult::Outcome::Failed, "The health check has been stopped.",
              error.what());
     }
-    bothChannelsToZero();
     if (!result.Sequences.empty())
         Finish(result);
     return result;

@@ -105,13 +105,14 @@ bool clsMFCStep::ReadSample(clsAIB& board, Sample& sample) {
     constexpr std::int32_t analogPressureChannel = 2;
     std::int32_t analogPressure = 0;
     std::int32_t digitalPressure = 0;
+    AIBStatus worst = Status::NoError;
     for (const AIBStatus status : {board.GetADC(0, sample[2]), board.GetADC(1, sample[4]),
                                    board.GetADC(analogPressureChannel, analogPressure),
-                                   board.ReadReg(clsAIB::PressureRegister, digitalPressure)}) {
-        m_Answers.Note(status, m_Timer->ElapsedTime());
-        if (status != Status::NoError)
-            return false;
-    }
+                                   board.ReadReg(clsAIB::PressureRegister, digitalPressure)})
+        worst = status != Status::NoError ? status : worst;
+    m_Answers.Note(worst, m_Timer->ElapsedTime());
+    if (worst != Status::NoError)
+        return false;
     sample[1] = board.DAC(0);
     sample[3] = board.DAC(1);
     const std::int32_t sensor = board.Calibration().PressureConfig();

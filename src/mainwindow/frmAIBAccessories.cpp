@@ -232,6 +232,8 @@ void frmAIBAccessories::closeEvent(QCloseEvent* event) {
     m_Services.EndProgram();
     m_UpdateInput->stop();
     m_BoardsFound = false;
+    // Nobody is left who could switch off what the sliders have switched on.
+    Guarded(m_Station.World.Messages, [this] { SwitchOutputsOff(); });
     if (m_HealthCheck)
         m_HealthCheck->close();
     event->accept();

@@ -1,5 +1,6 @@
 #include "healthcheck/HealthCheckRun.h"
 
+#include "support/NoConverter.h"
 #include "support/TestBench.h"
 #include "support/XlsxApplication.h"
 
@@ -18,13 +19,6 @@ class RecordedWaitWindow final : public OpenExcelView {
     std::vector<std::string> Story;
     void Show(const std::string& message) override { Story.push_back(message); }
     void Close() override { Story.emplace_back("closed"); }
-};
-
-class NoConverter final : public DocumentConverter {
-  public:
-    std::string Convert(std::string_view, std::string_view, std::string_view) override {
-        throw SpreadsheetError("no conversion is expected");
-    }
 };
 
 /// A drive whose C: has no room left for whole files.
@@ -77,6 +71,9 @@ class HealthCheckRunTest : public ::testing::Test {
         HealthCheckResult result = run.Run(options, view);
         EXPECT_EQ(m_Board->DAC(0), 0);
         EXPECT_EQ(m_Board->DAC(1), 0);
+        if (result.End != Outcome::Failed) { // a board that is gone cannot be told
+            EXPECT_LT(m_Bench->FlowLater_bits(), TestBench::NoFlow_bits);
+        }
         EXPECT_FALSE(m_Bench->TheStation.Procedures.Running());
         return result;
     }

@@ -1,6 +1,7 @@
 #include "mainwindow/WindowBench.h"
 
 #include <QMessageBox>
+#include <QSlider>
 #include <QTimer>
 
 namespace ombrix {
@@ -26,6 +27,14 @@ TEST(Closing, IdleWindowClosesAtOnceAndEndsTheProgram) {
     EXPECT_TRUE(bench.Bench.Events.ProgramEnding());
     EXPECT_FALSE(bench.Find<QTimer>("timUpdateInput").isActive());
     EXPECT_EQ(WindowBench::TopLevel("frmACUHealthCheck"), nullptr);
+}
+
+TEST(Closing, AirThatTheSlidersSwitchedOnIsSwitchedOff) {
+    WindowBench bench;
+    bench.Find<QSlider>("sldDACValue_0").setValue(20000);
+    ASSERT_GT(bench.Bench.FlowLater_bits(), 1000);
+    bench.Window.close();
+    EXPECT_LT(bench.Bench.FlowLater_bits(), TestBench::NoFlow_bits);
 }
 
 TEST(Closing, ProcedureThatRunsIsAskedAboutAndGoesOnAfterNo) {

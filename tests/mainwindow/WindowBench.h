@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mainwindow/frmAIBAccessories.h"
+#include "support/NoConverter.h"
 #include "support/TestBench.h"
 #include "support/XlsxApplication.h"
 
@@ -16,14 +17,6 @@
 #include <vector>
 
 namespace ombrix {
-
-class NoConverter final : public DocumentConverter {
-  public:
-    std::string Convert(std::string_view /*document*/, std::string_view /*from*/,
-                        std::string_view /*to*/) override {
-        throw SpreadsheetError("no conversion is expected");
-    }
-};
 
 /// The main window on a simulated bench in virtual time; events are handled with every pass of
 /// a running procedure.

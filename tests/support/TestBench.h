@@ -126,6 +126,17 @@ class TestBench {
     BoardServices Services;
     Station TheStation;
 
+    /// What flows on a board's channels a few seconds later, both together in bits.
+    std::int32_t FlowLater_bits(std::int32_t index = 0) {
+        constexpr double settled_s = 5.0;
+        Time.Advance(settled_s);
+        const double now_s =
+            static_cast<double>(Time.Counter()) / static_cast<double>(Time.Frequency());
+        SimulatedBoard& board = Bench.Board(index);
+        return board.FlowReading(0, now_s) + board.FlowReading(1, now_s);
+    }
+    static constexpr std::int32_t NoFlow_bits = 40;
+
     /// Opens the library and makes the board current.
     clsAIB& Detect(std::int32_t index = 0) {
         std::int32_t count = 0;

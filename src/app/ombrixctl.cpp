@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <exception>
+#include <filesystem>
 #include <span>
 
 namespace {
@@ -60,6 +62,10 @@ CommandResult RunCommand(const ChosenCommand& command, const StationOptions& opt
         return Failure(error.Status(), error.what());
     } catch (const DriveError& error) {
         return Failure(ExitStatus::NotStored, error.what());
+    } catch (const std::filesystem::filesystem_error& error) {
+        return Failure(ExitStatus::NotStored, error.what());
+    } catch (const std::exception& error) {
+        return Failure(ExitStatus::NotPassed, error.what());
     }
 }
 

@@ -17,9 +17,7 @@ ColouredText ShowLastCalibration(const LastCalibration& calibration, bool initia
             calibration.Passed ? passedBlue : failedRed};
 }
 
-CalibrationSummary ReadCalibrationSummary(clsAIB& board) {
-    clsACUCalibration& record = board.Calibration();
-    record.ReadEPROMValues(board);
+CalibrationSummary SumUp(const clsACUCalibration& record) {
     const bool initialised = record.ACUInitialised();
     return {initialised,
             ShowLastCalibration(record.LastCalDone_Velocity_System(), initialised),
@@ -27,6 +25,11 @@ CalibrationSummary ReadCalibrationSummary(clsAIB& board) {
             ShowLastCalibration(record.LastCalDone_Pressure_System(), initialised),
             ShowLastCalibration(record.LastCalDone_Pressure_Audit(), initialised),
             record.MFCSerialNumber_Clean()};
+}
+
+CalibrationSummary ReadCalibrationSummary(clsAIB& board) {
+    board.Calibration().ReadEPROMValues(board);
+    return SumUp(board.Calibration());
 }
 
 } // namespace ombrix

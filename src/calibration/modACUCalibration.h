@@ -28,6 +28,9 @@ struct CalibrationSummary {
     std::string MFCNumber;
 };
 
+/// Sums up a record as it was last read.
+CalibrationSummary SumUp(const clsACUCalibration& record);
+
 /// Reads the record from the board's EPROM and sums it up.
 CalibrationSummary ReadCalibrationSummary(clsAIB& board);
 

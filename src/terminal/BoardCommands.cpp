@@ -91,7 +91,7 @@ CommandResult RunDetect(CommandContext& context) {
 
 CommandResult RunInfo(CommandContext& context) {
     clsAIB& board = ChosenBoard(context);
-    const CalibrationSummary summary = ReadCalibrationSummary(board);
+    const CalibrationSummary summary = SumUp(board.Calibration());
     CommandResult result;
     result.Json = {{"board", BoardJson(board)},
                    {"acuInitialised", summary.ACUInitialised},

@@ -68,6 +68,10 @@ TEST_F(OmbrixctlTest, InfoTellsWhatTheLabelsShow) {
     EXPECT_EQ(outcome.Result["velocitySystem"], "12/03/2024 09:41 - QUILLON");
     EXPECT_EQ(outcome.Result["mfcNumber"], "M9200301A");
     EXPECT_EQ(Run("--simulate=fresh info").Result["pressureAudit"], "ACU Data Not Initialised");
+
+    RunSimulated("eprom write 20 0"); // no capacity: the record is to be initialised
+    RunSimulated("info", "no\\nyes\\n");
+    EXPECT_EQ(RunSimulated("eprom read 20").Result["words"][0]["value"], 0) << "asked once only";
 }
 
 TEST_F(OmbrixctlTest, SelfTestHasAVerdict) {

@@ -21,6 +21,8 @@ class DACSliders {
     /// Moves a slider (channel 0 to 3, position 0 to Max) and sends twice its position to the
     /// DAC, also when the slider stands there already.
     virtual void SetValue(std::int32_t channel, std::int32_t position) = 0;
+    /// Moves a slider as a display of what the board has been told already.
+    virtual void Show(std::int32_t channel, std::int32_t position) = 0;
 
     static constexpr std::int32_t HeldToRange(std::int32_t value) {
         return std::clamp(value, 0, LargestDAC);
@@ -36,6 +38,7 @@ class BoardDACSliders final : public DACSliders {
     void SetValue(std::int32_t channel, std::int32_t position) override {
         m_Station.g_CurrentAIB->SetDAC(channel, HeldToRange(position * 2));
     }
+    void Show(std::int32_t /*channel*/, std::int32_t /*position*/) override {}
 
   private:
     Station& m_Station;

@@ -26,4 +26,9 @@ class Clock {
     virtual void Rest(double longest_s) = 0;
 };
 
+/// The monotonic counter in seconds.
+inline double MonotonicSeconds(const Clock& clock) {
+    return static_cast<double>(clock.Counter()) / static_cast<double>(clock.Frequency());
+}
+
 } // namespace ombrix

@@ -2,6 +2,7 @@
 // a step passes when each channel's end value is near enough to its demand.
 #include "ACUHealthCheck.h"
 
+#include "ReportLook.h"
 #include "TemplateBuilder.h"
 
 #include <fmt/format.h>
@@ -16,28 +17,7 @@ constexpr double Tolerance = 0.01;
 constexpr int FirstStepRow = 10;
 constexpr int LastStepRow = 700;
 
-constexpr const char* Dark = "1F3A5F";
-constexpr const char* Grey = "6B7785";
-constexpr const char* HeadFill = "DDE5EF";
-constexpr const char* SubHeadFill = "EEF2F7";
-const Highlight Good{"1E6B34", "D5EDDB"};
-const Highlight Bad{"9C1C1C", "F6D5D5"};
 const PageTexts Pages{"ACU Health Check", "Ombrix"};
-
-const Look Label{.Colour = Grey};
-const Look Heading{.Size_pt = 20, .Bold = true, .Colour = Dark};
-const Look HeadCell{
-    .Bold = true, .Colour = Dark, .Fill = HeadFill, .Horizontal = Align::Centre, .Wrapped = true};
-const Look UnitCell{.Size_pt = 9, .Colour = Grey, .Fill = SubHeadFill, .Horizontal = Align::Centre};
-
-Look With(Look look, unsigned edges) {
-    look.Edges = edges;
-    return look;
-}
-
-Look Values(const std::string& number) {
-    return {.Number = number, .Horizontal = Align::Centre};
-}
 
 void LayOutColumns(SheetBuilder& sheet) {
     sheet.Column("A", 2).Column("B", 15, {.Horizontal = Align::Left, .Indent = 1});
@@ -47,9 +27,8 @@ void LayOutColumns(SheetBuilder& sheet) {
 }
 
 void LayOutUnit(SheetBuilder& sheet) {
-    const Look value{.Bold = true, .Horizontal = Align::Left};
-    Look date = value;
-    date.Number = "yyyy-mm-dd hh:mm:ss";
+    const Look value = FieldValue();
+    const Look date = FieldValue(DateAndTime);
     sheet.RowHeight(1, 34).Text("B1", "ACU Health Check", Heading);
     sheet.Text("B2", "Board serial", Label).Merge("C2:E2", value);
     sheet.Text("B3", "MFC number", Label).Merge("C3:E3", value);
@@ -63,7 +42,7 @@ void LayOutSummary(SheetBuilder& sheet) {
     const std::string steps = column("B");
     const std::string first = column("N");
     const std::string second = column("O");
-    const Look count{.Bold = true, .Number = "0", .Horizontal = Align::Left};
+    const Look count = FieldValue("0");
     const auto line = [&](int row, const char* text, const std::string& formula) {
         sheet.Merge(fmt::format("G{0}:H{0}", row), Label)
             .Text(fmt::format("G{}", row), text, Label)
@@ -80,26 +59,19 @@ void LayOutSummary(SheetBuilder& sheet) {
 }
 
 void LayOutVerdict(SheetBuilder& sheet) {
-    const Look verdict{.Size_pt = 20,
-                       .Bold = true,
-                       .Colour = Grey,
-                       .Fill = SubHeadFill,
-                       .Horizontal = Align::Centre,
-                       .Edges = BoxLines};
-    const Look note{.Size_pt = 9, .Italic = true, .Colour = Grey};
-    sheet.Merge("L2:L4", verdict)
-        .Formula("L2", "IF(I4>0,\"FAIL\",IF(I3>0,\"PASS\",\"NO RESULT\"))", verdict)
+    sheet.Merge("L2:L4", VerdictCell)
+        .Formula("L2", "IF(I4>0,\"FAIL\",IF(I3>0,\"PASS\",\"NO RESULT\"))", VerdictCell)
         .HighlightText("L2:L4", "PASS", Good)
         .HighlightText("L2:L4", "FAIL", Bad);
     sheet.Formula("L5",
                   "IF(I2=0,\"\",IF(I5=0,\"Every step was evaluated.\","
                   "\"Steps of up to 2 s are not evaluated.\"))",
-                  note);
+                  Note);
     sheet.Text("N2", "Limit", Label)
         .Number("O2", Tolerance, {.Bold = true, .Number = "0.0%", .Horizontal = Align::Right});
     sheet.Text("N3", "Full scale", Label)
         .Number("O3", FullScale_bits, {.Bold = true, .Number = "0", .Horizontal = Align::Right});
-    Look explanation = note;
+    Look explanation = Note;
     explanation.Wrapped = true;
     sheet.Merge("N4:O5", explanation)
         .Text("N4", "End value against demand, of full scale", explanation);

@@ -131,6 +131,12 @@ SheetBuilder& SheetBuilder::Pages(const PageTexts& texts) {
     return *this;
 }
 
+SheetBuilder& SheetBuilder::OnOnePage(Orientation orientation) {
+    m_Orientation = orientation;
+    m_OnOnePage = true;
+    return *this;
+}
+
 std::string SheetBuilder::DefinedNames(std::size_t sheet) const {
     const std::string prefix = xlsx::QuotedSheetName(m_Name) + "!";
     std::string xml;
@@ -193,9 +199,10 @@ std::string SheetBuilder::Xml(bool isFirst) const {
     xml += fmt::format("<printOptions horizontalCentered=\"1\"/>"
                        "<pageMargins left=\"0.5\" right=\"0.5\" top=\"0.6\" bottom=\"0.6\" "
                        "header=\"0.25\" footer=\"0.25\"/>"
-                       "<pageSetup paperSize=\"{}\" orientation=\"landscape\" fitToWidth=\"1\" "
-                       "fitToHeight=\"0\"/>",
-                       PaperA4);
+                       "<pageSetup paperSize=\"{}\" orientation=\"{}\" fitToWidth=\"1\" "
+                       "fitToHeight=\"{}\"/>",
+                       PaperA4, m_Orientation == Orientation::Portrait ? "portrait" : "landscape",
+                       m_OnOnePage ? 1 : 0);
     xml += fmt::format("<headerFooter><oddHeader>{}</oddHeader><oddFooter>{}</oddFooter>"
                        "</headerFooter></worksheet>",
                        Escaped("&L" + m_Pages.Title + "&R" + m_Pages.Product),

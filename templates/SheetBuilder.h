@@ -19,6 +19,8 @@ class TextTable {
     std::vector<std::string> m_Texts;
 };
 
+enum class Orientation { Landscape, Portrait };
+
 /// What is printed at the top and bottom of each page.
 struct PageTexts {
     std::string Title;
@@ -53,6 +55,8 @@ class SheetBuilder {
     /// Areas with dollar signs, one page set each: "$M$1:$AD$37,$A:$J".
     SheetBuilder& PrintArea(std::string_view areas);
     SheetBuilder& Pages(const PageTexts& texts);
+    /// Prints small enough to fit a single page; otherwise only the width is fitted.
+    SheetBuilder& OnOnePage(Orientation orientation);
 
     const std::string& Name() const { return m_Name; }
     /// The names that belong to this sheet alone.
@@ -83,6 +87,8 @@ class SheetBuilder {
     std::string m_RepeatedRows;
     std::string m_PrintArea;
     PageTexts m_Pages;
+    Orientation m_Orientation = Orientation::Landscape;
+    bool m_OnOnePage = false;
 };
 
 } // namespace ombrix::templates

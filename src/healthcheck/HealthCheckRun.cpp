@@ -3,6 +3,8 @@
 #include "calibration/clsACUCalibration.h"
 #include "healthcheck/SaveFolder.h"
 #include "healthcheck/clsMFCSequence.h"
+#include "support/KeptWorkbook.h"
+#include "platform/TellOperator.h"
 #include "support/Text.h"
 
 #include <fmt/format.h>
@@ -171,26 +173,12 @@ void HealthCheckRun::Save(HealthCheckResult& result) {
 }
 
 void HealthCheckRun::Keep(const std::string& fileName, HealthCheckResult& result) {
-    // Nothing that was measured may be lost because a folder is full or locked.
-    const std::string file = R"(T:\)" + fileName;
-    try {
-        m_Report.Book->SaveAs(file, FileFormat::ByExtension);
-        result.Files.push_back(m_Station.World.Files.RealPath(file));
-        Tell("The report has been kept in the folder for temporary files:\r\n\r\n   " +
-                 result.Files.back().string() + "\r\n\r\nPlease move it to a safe place.",
-             MessageIcon::Information);
-    } catch (const std::exception& error) {
-        Tell(std::string("The report could not be kept in the folder for temporary files "
-                         "either:\r\n\r\n") +
-                 error.what(),
-             MessageIcon::Critical);
-    }
+    if (const auto path = KeepWorkbook(m_Station.World, *m_Report.Book, fileName))
+        result.Files.push_back(*path);
 }
 
 void HealthCheckRun::Tell(const std::string& text, MessageIcon icon) const {
-    // Nobody is there any more to read a box of a program that is being closed.
-    if (!m_Station.World.Events.ProgramEnding())
-        m_Station.World.Messages.Ask({text, icon, MessageButtons::Ok});
+    TellOperator(m_Station.World, text, icon);
 }
 
 } // namespace ombrix

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "board/DACSliders.h"
+#include "board/Station.h"
+#include "calibration/CalibrationView.h"
+#include "support/OpenExcel.h"
+
+#include <string>
+
+namespace ombrix {
+
+/// What calibrations and their reports work with, beside the record itself.
+struct CalibrationServices {
+    Station& TheStation;
+    DACSliders& Sliders;
+    CalibrationView& Stages;
+    OpenExcelView& Wait;
+    SpreadsheetLauncher Launcher;
+    /// Folder of the report templates, ended by a backslash.
+    std::string Templates;
+};
+
+} // namespace ombrix

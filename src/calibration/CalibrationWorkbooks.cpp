@@ -1,0 +1,82 @@
+#include "calibration/CalibrationWorkbooks.h"
+
+#include "board/modAIB.h"
+#include "calibration/clsACUCalibration.h"
+#include "platform/TellOperator.h"
+#include "support/Text.h"
+
+#include <algorithm>
+
+namespace ombrix {
+
+namespace {
+
+std::string TimeStamp(Station& station) {
+    return DateText(station.World.Time.Now(), "yymmdd_hhnnss");
+}
+
+OpenedWorkbook Failed(const CalibrationServices& services, const std::string& heading,
+                      const std::string& reason) {
+    TellOperator(services.TheStation.World, heading + "\r\n\r\n" + reason, MessageIcon::Critical);
+    return {};
+}
+
+} // namespace
+
+std::string FileNamePart(std::string text) {
+    // A point would turn a folder's name into a file's, two of them lead out of the folder.
+    std::replace_if(
+        text.begin(), text.end(),
+        [](char character) {
+            constexpr unsigned char firstPrintable = 0x20;
+            constexpr unsigned char deleted = 0x7F;
+            const auto code = static_cast<unsigned char>(character);
+            return code < firstPrintable || code == deleted ||
+                   std::string_view(R"(\/:*?"<>|.)").find(character) != std::string_view::npos;
+        },
+        '_');
+    return text;
+}
+
+bool MakeAutoSaveFolder(Station& station, const clsACUCalibration& record) {
+    std::string& folder = station.g_AutoSaveFolder;
+    if (folder.empty()) {
+        const std::string mfcNumber = FileNamePart(record.ACUMFCNumber());
+        folder = R"(C:\)" + record.SerialNumberStr() + "\\" +
+                 (mfcNumber.empty() ? "UNKNOWN" : mfcNumber) + "_" + TimeStamp(station);
+    }
+    return CheckFolderExists(station.World.Files, station.World.Messages, folder,
+                             FolderMode::Create);
+}
+
+std::string AutoSaveName(Station& station, const clsACUCalibration& record,
+                         const std::string& prefix, const std::string& ending) {
+    if (!MakeAutoSaveFolder(station, record))
+        return "";
+    return AddBackslash(station.g_AutoSaveFolder) + prefix + record.SerialNumberStr() + "_" +
+           FileNamePart(record.ACUMFCNumber()) + "_" + TimeStamp(station) + ending;
+}
+
+OpenedWorkbook OpenFilled(const CalibrationServices& services, const std::string& message,
+                          const std::string& templateName,
+                          const std::function<void(Workbook&)>& fill) {
+    OpenedWorkbook opened = OpenExcel(services.Wait, services.TheStation.World, services.Launcher,
+                                      message, services.Templates + templateName);
+    if (!opened) {
+        services.Wait.Close();
+        // A missing template has been told already.
+        return opened.Error.empty()
+                   ? OpenedWorkbook()
+                   : Failed(services, "The report could not be opened.", opened.Error);
+    }
+    try {
+        fill(*opened.Book);
+        services.Wait.Close();
+        return opened;
+    } catch (const std::exception& error) {
+        services.Wait.Close();
+        return Failed(services, "The report could not be filled.", error.what());
+    }
+}
+
+} // namespace ombrix

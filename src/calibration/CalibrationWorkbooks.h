@@ -1,0 +1,51 @@
+#pragma once
+
+#include "calibration/ACURecord.h"
+#include "calibration/CalibrationServices.h"
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace ombrix {
+
+class clsACUCalibration;
+
+/// What became of a workbook.
+struct WorkbookOutcome {
+    bool Saved = false;
+    /// Where it lies; nothing when it lies nowhere.
+    std::optional<std::filesystem::path> File;
+};
+
+/// A text as a part of a file's name: an MFC number comes from an EPROM, which may hold anything.
+/// What cannot stand in a file name becomes "_".
+std::string FileNamePart(std::string text);
+
+/// Builds the folder of automatically saved workbooks with the first call of the program's run,
+/// from serial number, MFC number and time, and makes sure that it is there.
+bool MakeAutoSaveFolder(Station& station, const clsACUCalibration& record);
+
+/// Full name of an automatically saved workbook: the automatic save folder, a prefix ("ACU_"),
+/// serial number, MFC number, time, and the ending ("_System.xls"). Empty when there is no such
+/// folder. What cannot stand in a file name becomes "_".
+std::string AutoSaveName(Station& station, const clsACUCalibration& record,
+                         const std::string& prefix, const std::string& ending);
+
+/// Opens a template and has its workbook filled, under the wait window. What goes wrong is told
+/// to the operator; there is no workbook then.
+/// @param templateName file name in the folder of the templates
+OpenedWorkbook OpenFilled(const CalibrationServices& services, const std::string& message,
+                          const std::string& templateName,
+                          const std::function<void(Workbook&)>& fill);
+
+/// Saves a filled workbook. An operator who is there is asked whether to view it; whatever goes
+/// wrong is told, with the offer to try again, and in the end the workbook is kept in the folder
+/// for temporary files, so that nothing measured is lost.
+/// @param autoSave nobody is asked whether to view the results
+WorkbookOutcome SaveCalibrationExcelWorkbook(const CalibrationServices& services,
+                                             OpenedWorkbook& workbook, std::string fileName,
+                                             bool autoSave);
+
+} // namespace ombrix

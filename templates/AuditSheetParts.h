@@ -1,0 +1,18 @@
+#pragma once
+
+#include "ReportLook.h"
+
+namespace ombrix::templates {
+
+/// What the audit sheets have in common: rows 5 on hold a label, a value and what it means.
+
+inline constexpr int FirstFieldRow = 5;
+
+/// Cells of the fields above the tables: label in C, value in D and E, explanation from F on.
+/// The first field is the date.
+void LayOutFields(SheetBuilder& sheet, int fields);
+
+/// Shows "Pass" and "Fail" in their colours.
+void HighlightResults(SheetBuilder& sheet, const char* area);
+
+} // namespace ombrix::templates

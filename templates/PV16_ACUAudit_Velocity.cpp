@@ -1,0 +1,143 @@
+// The program writes the fixed texts, demands, recorded flows and criteria; the sheet works out
+// what was expected and by how much the unit missed it. Channel 1 has columns D to I, channel 2
+// columns J to O.
+#include "AuditSheetParts.h"
+#include "CalibrationTemplates.h"
+#include "TemplateBuilder.h"
+
+#include <fmt/format.h>
+
+namespace ombrix::templates {
+
+namespace {
+
+constexpr int FirstPointRow = 17;
+constexpr int LastPointRow = 26;
+constexpr int CountHeadRow = 28;
+constexpr int StepTitleRow = 32;
+constexpr int StepHeadRow = 33;
+constexpr int FirstStepRow = 34;
+constexpr int LastStepRow = 35;
+
+struct ChannelColumns {
+    const char* Title;
+    char Expected;
+    char Recorded;
+    char Difference;
+    char Percent;
+    char Criterion;
+    char Result;
+    /// Where the program puts the channel's full scale.
+    const char* Capacity;
+};
+constexpr ChannelColumns Channels[] = {{"Channel 1", 'D', 'E', 'F', 'G', 'H', 'I', "$D$8"},
+                                       {"Channel 2", 'J', 'K', 'L', 'M', 'N', 'O', "$D$9"}};
+
+std::string Cell(char column, int row) {
+    return fmt::format("{}{}", column, row);
+}
+
+void LayOutHeader(SheetBuilder& sheet) {
+    sheet.WithoutGrid().Pages({"PV16 Air Velocity Audit", "Ombrix"});
+    sheet.OnOnePage(Orientation::Landscape).PrintArea("$A$1:$O$36");
+    sheet.Column("A", 2).Column("B", 8, Values("0")).Column("C", 20, Values("0"));
+    sheet.Column("D:O", 14);
+    Look title = Heading;
+    title.Size_pt = 16;
+    sheet.RowHeight(2, 30).Format("B2", title);
+    LayOutFields(sheet, 6);
+    sheet.Format("D13", Section);
+}
+
+/// Differences show nothing until something has been recorded.
+void LayOutDifference(SheetBuilder& sheet, const ChannelColumns& channel, int row) {
+    const std::string recorded = Cell(channel.Recorded, row);
+    const std::string expected = Cell(channel.Expected, row);
+    sheet.Formula(Cell(channel.Difference, row),
+                  fmt::format("IF({0}=\"\",\"\",ABS({0}-{1}))", recorded, expected),
+                  Boxed("0.000"));
+    sheet.Formula(Cell(channel.Percent, row),
+                  fmt::format("IF({0}=\"\",\"\",IF({1}=0,\"-\",{2}/{1}*100))", recorded, expected,
+                              Cell(channel.Difference, row)),
+                  Boxed("0.00"));
+    sheet.Format(recorded,
+                 WithNumber(With({.Bold = true, .Horizontal = Align::Centre}, BoxLines), "0.000"));
+}
+
+void LayOutPoints(SheetBuilder& sheet, const ChannelColumns& channel) {
+    const Look head = With(HeadCell, BoxLines);
+    const std::string title = fmt::format("{}15:{}15", channel.Expected, channel.Result);
+    sheet.Merge(title, head).Text(Cell(channel.Expected, 15), channel.Title, head);
+    sheet.Format(fmt::format("{}16:{}16", channel.Expected, channel.Result), head);
+    for (int row = FirstPointRow; row <= LastPointRow; ++row) {
+        sheet.Formula(Cell(channel.Expected, row),
+                      fmt::format("IF(C{0}=\"\",\"\",C{0}*{1}/100)", row, channel.Capacity),
+                      Boxed("0.000"));
+        LayOutDifference(sheet, channel, row);
+        sheet.Format(Cell(channel.Criterion, row), Boxed())
+            .Format(Cell(channel.Result, row), Boxed());
+    }
+    HighlightResults(
+        sheet, fmt::format("{0}{1}:{0}{2}", channel.Result, FirstPointRow, LastPointRow).c_str());
+}
+
+/// How many points passed and failed; the program writes the heads of the first three columns.
+void LayOutCounts(SheetBuilder& sheet) {
+    const Look head = With(HeadCell, BoxLines);
+    sheet.Format(fmt::format("B{0}:D{0}", CountHeadRow), head)
+        .Text(fmt::format("E{}", CountHeadRow), "Result", head);
+    int row = CountHeadRow;
+    for (const ChannelColumns& channel : Channels) {
+        ++row;
+        const std::string results =
+            fmt::format("{0}{1}:{0}{2}", channel.Result, FirstPointRow, LastPointRow);
+        sheet.Formula(Cell('B', row), fmt::format("COUNTIF({},\"Pass\")", results), Boxed("0"));
+        sheet.Formula(Cell('C', row), fmt::format("COUNTIF({},\"Fail\")", results), Boxed("0"));
+        sheet.Number(Cell('D', row), row - CountHeadRow, Boxed("0"));
+        sheet.Formula(Cell('E', row),
+                      fmt::format("IF(C{0}>0,\"Fail\",IF(B{0}>0,\"Pass\",\"-\"))", row), Boxed());
+    }
+    HighlightResults(sheet, fmt::format("E{}:E{}", CountHeadRow + 1, row).c_str());
+    sheet.Format(Cell('N', CountHeadRow), Label)
+        .Number(Cell('O', CountHeadRow), 1, FieldValue("0"));
+}
+
+void LayOutSteps(SheetBuilder& sheet) {
+    const Look head = With(HeadCell, BoxLines);
+    sheet.Text(Cell('B', StepTitleRow), "Flow set from zero air", Section);
+    sheet.RowHeight(StepHeadRow, 34)
+        .Text(Cell('B', StepHeadRow), "Step", head)
+        .Text(Cell('C', StepHeadRow), "Point", head);
+    for (int row = FirstStepRow; row <= LastStepRow; ++row)
+        sheet.Number(Cell('B', row), row - FirstStepRow + 1, Boxed("0"))
+            .Format(Cell('C', row), Boxed("0"));
+    for (const ChannelColumns& channel : Channels) {
+        sheet.Text(Cell(channel.Expected, StepHeadRow), "Demand, ml/min", head)
+            .Text(Cell(channel.Recorded, StepHeadRow), "Reading, ml/min", head)
+            .Text(Cell(channel.Difference, StepHeadRow), "Difference, ml/min", head)
+            .Text(Cell(channel.Percent, StepHeadRow), "% Difference", head);
+        for (int row = FirstStepRow; row <= LastStepRow; ++row) {
+            sheet.Format(Cell(channel.Expected, row), Boxed("0.000"));
+            LayOutDifference(sheet, channel, row);
+        }
+    }
+}
+
+} // namespace
+
+std::string MakePV16_ACUAudit_Velocity() {
+    TemplateBuilder builder("PV16 Air Velocity Audit");
+    SheetBuilder& sheet = builder.AddSheet("Audit");
+    LayOutHeader(sheet);
+    sheet.RowHeight(16, 34).Format("B16:C16", With(HeadCell, BoxLines));
+    for (int row = FirstPointRow; row <= LastPointRow; ++row)
+        sheet.Number(Cell('B', row), row - FirstPointRow + 1, Boxed("0"))
+            .Format(Cell('C', row), Boxed("0"));
+    for (const ChannelColumns& channel : Channels)
+        LayOutPoints(sheet, channel);
+    LayOutCounts(sheet);
+    LayOutSteps(sheet);
+    return builder.Build();
+}
+
+} // namespace ombrix::templates

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "calibration/AcceptanceChecks.h"
+#include "calibration/AirUnits.h"
+#include "calibration/CurveFit.h"
+#include "platform/FolderDrive.h"
+#include "support/WorkbookProbe.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace ombrix {
+
+/// A reading with a short trace. @param flow_ml_m the mean flow
+inline PointReading Reading(std::int32_t bits, float flow_ml_m) {
+    return {bits, flow_ml_m, true, {{0.0F, 0}, {0.5F, bits - 2}, {1.0F, bits}}};
+}
+
+/// A channel that delivers a bit more when the air falls. All of its points have readings.
+inline ChannelMeasurement MeasuredChannel(CalibrationKind kind, float capacity_ml_m) {
+    constexpr std::int32_t hysteresis_bits = 40;
+    ChannelMeasurement measured;
+    measured.Capacity_ml_m = capacity_ml_m;
+    for (std::int32_t point = 0; point < 10; ++point) {
+        PointDemand demand = DemandOfPoint(point, kind, capacity_ml_m);
+        demand.Bits = RoundHalfEven(static_cast<double>(demand.Flow_ml_m) * FullScale_bits /
+                                    static_cast<double>(capacity_ml_m));
+        const std::int32_t fallen = demand.Bits + hysteresis_bits;
+        measured.Demand.push_back(demand);
+        measured.Rising.push_back(Reading(demand.Bits, demand.Flow_ml_m));
+        measured.Falling.push_back(Reading(fallen, FlowOfBits(fallen, capacity_ml_m)));
+    }
+    for (const std::int32_t point : {1, 3}) {
+        const PointDemand& demand = measured.Demand.at(static_cast<std::size_t>(point));
+        measured.Steps.push_back(
+            {point, demand, Reading(demand.Bits + 10, demand.Flow_ml_m + 1.0F)});
+    }
+    return measured;
+}
+
+/// Both channels of a run that has been judged good.
+inline VelocityMeasurement GoodRun(CalibrationKind kind) {
+    VelocityMeasurement run{kind, {MeasuredChannel(kind, 5000.0F), MeasuredChannel(kind, 200.0F)}};
+    for (ChannelMeasurement& channel : run.Channels) {
+        channel.DataAcceptable = true;
+        channel.AuditPassed = kind == CalibrationKind::Audit;
+        channel.BestFit = {1.0F, 20.0F};
+        channel.NewVelocityCal = FitSegments(channel);
+    }
+    return run;
+}
+
+/// The same, cancelled in the falling sweep of its first channel.
+inline VelocityMeasurement CancelledRun(CalibrationKind kind) {
+    VelocityMeasurement run{kind, {MeasuredChannel(kind, 5000.0F), {}}};
+    run.Channels[0].Steps.clear();
+    for (std::size_t point = 0; point < 7; ++point)
+        run.Channels[0].Falling.at(point) = {};
+    run.Channels[1].Capacity_ml_m = 200.0F;
+    return run;
+}
+
+/// Looks into a saved workbook.
+inline WorkbookProbe ProbeOf(const std::optional<std::filesystem::path>& file) {
+    EXPECT_TRUE(file && std::filesystem::exists(*file));
+    return WorkbookProbe(ReadWholeFile(file.value()));
+}
+
+} // namespace ombrix

@@ -12,6 +12,9 @@ inline constexpr std::size_t ACUChannels = 4;
 inline constexpr std::size_t MaxCalibrationPoints = 10;
 inline constexpr std::size_t MaxCalibrationSegments = MaxCalibrationPoints - 1;
 
+/// The user that stands in reports and in every calibration date block.
+inline constexpr const char* CalibrationUser = "QUILLON";
+
 /// One channel's velocity calibration. Segment j runs from point j to point j + 1 and maps a
 /// demand to the measured output: output bits = M(j) × demand bits + C(j).
 struct ACUChannelCal {
@@ -21,6 +24,13 @@ struct ACUChannelCal {
     std::array<float, MaxCalibrationSegments> C{};
 
     bool operator==(const ACUChannelCal&) const = default;
+};
+
+/// What a pressure calibration determines.
+struct PressureCal {
+    float BaseDiameter_mm = 0.0F;
+    /// Back-pressure in bits: c0 + c1·F + c2·F², F in ml/min; the fourth is not used.
+    std::array<float, 4> Coefficients{};
 };
 
 /// Everything that is known about one Aeration Control Unit. Flags are stored as 32-bit values,

@@ -2,6 +2,8 @@
 
 #include "board/clsAIB.h"
 #include "calibration/ACURecord.h"
+#include "calibration/AirChannelControl.h"
+#include "platform/ProcedureGate.h"
 
 #include <string>
 
@@ -14,7 +16,12 @@ struct LastCalibration {
     bool Passed = false;
 };
 
-/// The record of the ACU behind a board, mirrored field by field into the board's EPROM.
+struct CalibrationServices;
+struct CalibrationOutcome;
+enum class CalibrationKind;
+
+/// The record of the ACU behind a board, mirrored field by field into the board's EPROM, and the
+/// door to what can be done with the unit.
 /// Reading never writes, except when the operator agrees to initialise a blank EPROM. A word
 /// that cannot be transferred is noted by the board; the next fields are still dealt with.
 class clsACUCalibration : private ACURecord {
@@ -65,11 +72,53 @@ class clsACUCalibration : private ACURecord {
     /// Reads a record of version 1 or 2 from the bound board.
     bool ReadEPROMValues_v02(bool showErrors);
 
+    /// Drives and reads the air channels. @param display shows what they are told
+    /// @throws std::logic_error for a record that no board has been bound to
+    AirChannelControl Air(DACSliders& display);
+    /// One velocity calibration. @param unattended one of several that were started together
+    CalibrationOutcome CalibrateACUAirVelocity(const CalibrationServices& services,
+                                               CalibrationKind kind, bool unattended);
+    /// Has the running calibration end at its next pass.
+    void CancelCalibration();
+    /// Replaces the stored table by a measured one, in the EPROM too, with date and user.
+    void SaveVelocitySystemCalibration(const std::array<ACUChannelCal, ACUChannels>& measured);
+    /// Takes note of an audit's result; WriteEPROM_VelocityDateUserAudit stores it.
+    void NoteVelocityAudit(bool passed);
+
+    /// One pressure calibration. @param autoSave the audit sheet is stored without asking
+    CalibrationOutcome CalibrateACUPressure(const CalibrationServices& services,
+                                            CalibrationKind kind, bool autoSave);
+    /// The present pressure in mBar, without the back-pressure of the flow and the zero.
+    float PressureGet_mBar(AirChannelControl& air) const;
+    /// Takes the present reading as zero.
+    void PressureZero(AirChannelControl& air);
+    PressureCal Pressure() const;
+    /// Replaces base and polynomial by measured ones, in the EPROM too, with date and user.
+    void SavePressureSystemCalibration(const PressureCal& measured);
+    /// Stores an audit's result with date and user.
+    void SavePressureAudit(const PressureCal& measured, bool passed);
+
+    /// Stands for a calibration that is running: meanwhile CancelCalibration reaches it.
+    class RunningCalibration {
+      public:
+        RunningCalibration(clsACUCalibration& record, Cancellation& cancel) : m_Record(record) {
+            m_Record.m_RunningCalibration = &cancel;
+        }
+        RunningCalibration(const RunningCalibration&) = delete;
+        RunningCalibration& operator=(const RunningCalibration&) = delete;
+        ~RunningCalibration() { m_Record.m_RunningCalibration = nullptr; }
+
+      private:
+        clsACUCalibration& m_Record;
+    };
+
   private:
     void ReadEPROMValues_Velocity();
     void ReadEPROMValues_Pressure();
     void ReadVelocityTables();
     void CalculatePressureScaling();
+    std::int32_t PressureFlowOffset(float flow_ml_m) const;
+    void CopyPressureCal(const PressureCal& source);
     void Tell(const std::string& text, MessageIcon icon) const;
 
     /// Reads of one field; the address is where the field stands.
@@ -87,6 +136,9 @@ class clsACUCalibration : private ACURecord {
 
     Platform& m_World;
     clsAIB* m_AIB = nullptr;
+    AirChannelState m_AirState;
+    /// Not owned; none while no calibration runs.
+    Cancellation* m_RunningCalibration = nullptr;
 };
 
 } // namespace ombrix

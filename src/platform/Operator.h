@@ -30,6 +30,8 @@ class Operator {
     /// Asks for a line of text; nothing when the operator cancels.
     virtual std::optional<std::string>
     AskText(const std::string& prompt, const std::string& proposed, const std::string& title) = 0;
+    /// Nobody is there: every answer is the proposed one, so that asking again changes nothing.
+    virtual bool Unattended() const { return false; }
 };
 
 } // namespace ombrix

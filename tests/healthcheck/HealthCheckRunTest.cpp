@@ -1,5 +1,6 @@
 #include "healthcheck/HealthCheckRun.h"
 
+#include "support/FullDisk.h"
 #include "support/NoConverter.h"
 #include "support/TestBench.h"
 #include "support/XlsxApplication.h"
@@ -19,31 +20,6 @@ class RecordedWaitWindow final : public OpenExcelView {
     std::vector<std::string> Story;
     void Show(const std::string& message) override { Story.push_back(message); }
     void Close() override { Story.emplace_back("closed"); }
-};
-
-/// A drive whose C: has no room left for whole files.
-class FullDisk final : public Drive {
-  public:
-    explicit FullDisk(Drive& drive) : m_Drive(drive) {}
-
-    bool FileExists(std::string_view path) const override { return m_Drive.FileExists(path); }
-    bool FolderExists(std::string_view path) const override { return m_Drive.FolderExists(path); }
-    bool CreateFolder(std::string_view path) override { return m_Drive.CreateFolder(path); }
-    std::unique_ptr<OutputFile> OpenForWriting(std::string_view path) override {
-        return m_Drive.OpenForWriting(path);
-    }
-    std::string ReadFile(std::string_view path) const override { return m_Drive.ReadFile(path); }
-    void ReplaceFile(std::string_view path, std::string_view content) override {
-        if (path.starts_with("C:"))
-            throw DriveError("No space left on device");
-        m_Drive.ReplaceFile(path, content);
-    }
-    std::filesystem::path RealPath(std::string_view path) const override {
-        return m_Drive.RealPath(path);
-    }
-
-  private:
-    Drive& m_Drive;
 };
 
 constexpr std::string_view Templates = R"(C:\Program Files\Ombrix\Templates)";

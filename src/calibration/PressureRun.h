@@ -1,0 +1,76 @@
+#pragma once
+
+#include "board/AnswerWatch.h"
+#include "board/ProcedureWait.h"
+#include "calibration/CalibrationLog.h"
+#include "calibration/CalibrationOutcome.h"
+#include "calibration/CalibrationServices.h"
+#include "calibration/VelocityMeasurement.h"
+#include "calibration/clsACUCalibration.h"
+
+#include <array>
+#include <functional>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ombrix {
+
+/// A point of a pressure calibration.
+struct PressurePoint {
+    float Flow_ml_m = 0.0F;
+    /// Bits in a system run, mBar in an audit.
+    float Reading = 0.0F;
+};
+
+/// One calibration of the pressure sensor on the 50 mm base. Air that flows out through an open
+/// base makes a back-pressure; a system run measures it at five flows and stores its polynomial,
+/// an audit verifies that the pressure reads as zero at those flows. All air goes through
+/// channel 0. One object serves one run.
+class PressureRun {
+  public:
+    /// @param autoSave the audit sheet is stored without asking whether to view it
+    PressureRun(clsACUCalibration& record, const CalibrationServices& services,
+                CalibrationKind kind, bool autoSave);
+
+    CalibrationOutcome CalibrateACUPressure();
+
+  private:
+    static constexpr std::size_t Points = 5;
+
+    bool IsAudit() const { return m_Kind == CalibrationKind::Audit; }
+    bool Running() const { return !m_Wait.Ended(); }
+    std::string Unready() const;
+    bool Confirmed();
+    void Run();
+    bool CalibratePressureBase();
+    void AskForHose();
+    void MeasurePoints();
+    float RecordPressurePoint(float flow_ml_m);
+    bool Pass(clsHiResTimer& timer, double duration_s, const std::function<void()>& work);
+    void ShowPressure();
+    void SetChannelAir_ml_m(std::int32_t channel, float flow_ml_m);
+    bool FitPolynomial();
+    void LogFit(const std::vector<float>& coefficients);
+    bool CheckAudit();
+    void FinishSystem(bool passed);
+    void FinishAudit(bool passed);
+    void Stop(const std::string& reason);
+    void Log(std::initializer_list<std::string_view> lines);
+
+    clsACUCalibration& m_Record;
+    const CalibrationServices& m_Services;
+    CalibrationKind m_Kind;
+    bool m_AutoSave;
+    Platform& m_World;
+    Cancellation m_Cancel;
+    ProcedureWait m_Wait;
+    AnswerWatch m_Watch;
+    CalibrationLog m_Log;
+    std::array<PressurePoint, Points> m_Points{};
+    PressureCal m_Measured;
+    CalibrationOutcome m_Outcome;
+};
+
+} // namespace ombrix

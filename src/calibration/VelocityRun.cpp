@@ -1,0 +1,220 @@
+#include "calibration/VelocityRun.h"
+
+#include "calibration/AuditSheets.h"
+#include "calibration/ChannelVelocityRun.h"
+#include "calibration/clsACUCalibration.h"
+#include "platform/TellOperator.h"
+
+#include <fmt/format.h>
+
+namespace ombrix {
+
+VelocityRun::VelocityRun(clsACUCalibration& record, const CalibrationServices& services,
+                         CalibrationKind kind, bool unattended)
+    : m_Record(record), m_Services(services), m_Kind(kind), m_Unattended(unattended),
+      m_World(services.TheStation.World), m_Log(m_World), m_Report(services, record) {
+    m_Measured.Kind = kind;
+}
+
+CalibrationOutcome VelocityRun::CalibrateACUAirVelocity() {
+    m_Services.Stages.Stage_RunNext();
+    m_Log.OpenCalibrationLog("ACUCal_AirVel", m_Record.SerialNumberStr());
+    m_Log.LogCalibration(std::string("Calibration Type,") + (IsAudit() ? "Audit" : "System"));
+    if (m_Unattended || Confirmed()) {
+        const clsACUCalibration::RunningCalibration running(m_Record, m_Cancel);
+        Attempt([this] { Measure(); });
+        Attempt([this] { Store(); });
+    } else {
+        m_Cancel.Request();
+    }
+    m_Outcome.Aborted = !Running();
+    if (m_Outcome.Aborted)
+        m_Log.LogCalibration("Calibration cancelled by the operator");
+    m_Log.CloseCalibrationLog();
+    m_Outcome.Files.insert(m_Outcome.Files.begin(), m_Log.Files().begin(), m_Log.Files().end());
+    m_Outcome.AllStored = m_Outcome.AllStored && m_Log.AllStored();
+    m_Services.Stages.Stage_Complete(m_Outcome.Aborted, m_Outcome.Passed);
+    return m_Outcome;
+}
+
+bool VelocityRun::Running() const {
+    return !m_Cancel.Requested() && !m_World.Events.ProgramEnding();
+}
+
+bool VelocityRun::Confirmed() {
+    const std::string text = fmt::format(
+        "{}\r\n\r\n{}\r\n  - The air supply is connected and turned on\r\n"
+        "  - The power supply is connected and turned on\r\n\r\n"
+        "Click OK to Start or Cancel to exit.",
+        IsAudit() ? "Note - this procedure will verify the calibration parameters"
+                  : "Caution - this procedure will reset the calibration parameters",
+        IsAudit() ? "To continue, please ensure:" : "If you wish to continue, please ensure:");
+    const Message prompt{
+        text, IsAudit() ? MessageIcon::Question : MessageIcon::Warning, MessageButtons::OkCancel,
+        IsAudit() ? "Air Velocity Audit Calibration" : "Air Velocity System Calibration"};
+    return m_World.Messages.Ask(prompt) == Answer::Ok;
+}
+
+/// Whatever goes wrong ends the run in order: air off, log closed, stage marked.
+template <class Work>
+void VelocityRun::Attempt(Work work) {
+    try {
+        work();
+    } catch (const std::exception& error) {
+        Stop(error.what());
+    }
+}
+
+void VelocityRun::Measure() {
+    if (!m_Record.ACUInitialised())
+        m_Record.ReadEPROMValues(*m_Services.TheStation.g_CurrentAIB);
+    m_Report.Open(m_Kind);
+    MeasureChannels();
+    m_Outcome.Passed = Running() && ReasonOfFailure().empty();
+}
+
+void VelocityRun::Store() {
+    FillReport();
+    if (!m_Outcome.Error.empty())
+        SaveReport(); // what was measured before the error is kept
+    else if (!IsAudit())
+        FinishSystem();
+    else if (Running())
+        FinishAudit();
+}
+
+void VelocityRun::MeasureChannels() {
+    AirChannelControl air = m_Record.Air(m_Services.Sliders);
+    ProcedureWait wait(m_World.Time, m_World.Events, m_Cancel);
+    const ACURecord& record = m_Record.Record();
+    MeasuringLoop loop(*m_Services.TheStation.g_CurrentAIB, air, wait, m_World.Time,
+                       record.m_VelocitySystemDate == OleDate());
+    const ChannelRunServices services{record, air,          loop, m_Services.Stages,
+                                      m_Log,  m_World.Time, wait};
+    loop.AwaitAnswer();
+    const auto measure = [&](std::size_t channel) {
+        ChannelVelocityRun(services, m_Kind, static_cast<std::int32_t>(channel))
+            .CalibrateChannelVelocity(m_Measured.Channels.at(channel));
+        TellIfNotAcceptable(channel);
+    };
+    if (IsAudit() || m_Record.ACUInitialised() || (m_Unattended && Running()))
+        measure(0);
+    if (Running() && (IsAudit() || m_Measured.Channels[0].DataAcceptable))
+        measure(1);
+}
+
+void VelocityRun::TellIfNotAcceptable(std::size_t channel) {
+    const ChannelMeasurement& measured = m_Measured.Channels.at(channel);
+    if (!IsAudit() && !measured.DataAcceptable && measured.Capacity_ml_m > 0.0F && Running() &&
+        !m_Unattended)
+        TellOperator(m_World,
+                     fmt::format("The values recieved during calibration on Channel {} were not "
+                                 "acceptable.",
+                                 channel + 1),
+                     MessageIcon::Information);
+}
+
+std::string VelocityRun::ReasonOfFailure() const {
+    for (std::size_t channel = 0; channel < AirChannels; ++channel) {
+        if (!m_Measured.Channels.at(channel).DataAcceptable)
+            return fmt::format("The data collected from channel {} was not acceptable",
+                               channel + 1);
+    }
+    for (std::size_t channel = 0; channel < AirChannels; ++channel) {
+        if (IsAudit() && !m_Measured.Channels.at(channel).AuditPassed)
+            return fmt::format("Channel {} failed the audit calibration", channel + 1);
+    }
+    return {};
+}
+
+void VelocityRun::FinishSystem() {
+    const std::string reason = ReasonOfFailure();
+    if (!m_Outcome.Passed) {
+        if (Running() && !m_Unattended)
+            TellOperator(m_World, "The System Calibration Failed\r\n\r\n" + reason,
+                         MessageIcon::Information);
+    } else {
+        m_Outcome.Saved = m_Unattended || WantsToSave();
+        if (m_Outcome.Saved)
+            SaveCoefficients();
+        if (!m_Unattended)
+            TellOperator(m_World,
+                         m_Outcome.Saved ? "Calibration Coefficients Saved"
+                                         : "Calibration Coefficients NOT Saved",
+                         MessageIcon::Information);
+    }
+    SaveReport();
+}
+
+bool VelocityRun::WantsToSave() {
+    return AskYesNo("Would you like to save the calibration?") == Answer::Yes ||
+           AskYesNo("Are you sure you want to lose the calibration data?") != Answer::Yes;
+}
+
+void VelocityRun::SaveCoefficients() {
+    std::array<ACUChannelCal, ACUChannels> table;
+    for (std::size_t channel = 0; channel < AirChannels; ++channel)
+        table.at(channel) = m_Measured.Channels.at(channel).NewVelocityCal;
+    m_Record.SaveVelocitySystemCalibration(table);
+}
+
+void VelocityRun::FinishAudit() {
+    m_Record.NoteVelocityAudit(m_Outcome.Passed);
+    const std::string offer = "Would you like to save the data as a report?";
+    const std::string text =
+        m_Outcome.Passed
+            ? "The Audit Calibration has passed.\r\n\r\n" + offer
+            : "The Audit Calibration has failed for the following reason:\r\n\r\n" +
+                  ReasonOfFailure() +
+                  "\r\n\r\nIf a failure has occurred more than once, please contact Quillon."
+                  "\r\n\r\n" +
+                  offer;
+    if (m_Unattended || AskYesNo(text) == Answer::Yes) {
+        Note(CreateAuditSheet_PV16(m_Services, m_Record, m_Measured, m_Unattended));
+        m_Record.NoteVelocityAudit(m_Outcome.Passed);
+        m_Record.WriteEPROM_VelocityDateUserAudit();
+    }
+    SaveReport();
+}
+
+void VelocityRun::FillReport() {
+    if (!m_Report.IsOpen())
+        return;
+    try {
+        m_Report.Fill(m_Measured, m_Outcome.Passed);
+    } catch (const std::exception& error) {
+        m_Outcome.AllStored = false;
+        TellOperator(m_World,
+                     std::string("The calibration report could not be filled:\r\n\r\n") +
+                         error.what(),
+                     MessageIcon::Critical);
+    }
+}
+
+void VelocityRun::SaveReport() {
+    if (m_Report.IsOpen())
+        Note(m_Report.Save(m_Kind));
+    else
+        m_Outcome.AllStored = false;
+}
+
+void VelocityRun::Note(const WorkbookOutcome& workbook) {
+    m_Outcome.AllStored = m_Outcome.AllStored && workbook.Saved;
+    if (workbook.File)
+        m_Outcome.Files.push_back(*workbook.File);
+}
+
+void VelocityRun::Stop(const std::string& reason) {
+    m_Record.Air(m_Services.Sliders).AllChannelsOff();
+    m_Outcome.Passed = false;
+    m_Outcome.Error = reason;
+    m_Log.LogCalibration("Calibration stopped: " + reason.substr(0, reason.find("\r\n")));
+    TellOperator(m_World, "The calibration has been stopped.\r\n\r\n" + reason,
+                 MessageIcon::Critical);
+}
+
+Answer VelocityRun::AskYesNo(const std::string& text) const {
+    return m_World.Messages.Ask({text, MessageIcon::Question, MessageButtons::YesNo});
+}
+
+} // namespace ombrix

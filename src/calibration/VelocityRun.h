@@ -1,0 +1,60 @@
+#pragma once
+
+#include "calibration/CalibrationLog.h"
+#include "calibration/CalibrationOutcome.h"
+#include "calibration/CalibrationReport.h"
+#include "calibration/CalibrationServices.h"
+#include "calibration/VelocityMeasurement.h"
+#include "platform/ProcedureGate.h"
+
+#include <string>
+
+namespace ombrix {
+
+/// One velocity calibration of the ACU on the current board. A system run measures both channels
+/// and replaces the stored table; an audit sets flows through the stored table and verifies
+/// them. Nothing is written to the EPROM before the data have been judged good.
+/// One object serves one run.
+class VelocityRun {
+  public:
+    /// @param unattended one of several runs that were started together: no prompts, and good
+    ///        data are saved without asking
+    VelocityRun(clsACUCalibration& record, const CalibrationServices& services,
+                CalibrationKind kind, bool unattended);
+
+    CalibrationOutcome CalibrateACUAirVelocity();
+
+  private:
+    bool IsAudit() const { return m_Kind == CalibrationKind::Audit; }
+    bool Running() const;
+    bool Confirmed();
+    template <class Work>
+    void Attempt(Work work);
+    void Measure();
+    void MeasureChannels();
+    void Store();
+    void TellIfNotAcceptable(std::size_t channel);
+    void FinishSystem();
+    void FinishAudit();
+    void SaveCoefficients();
+    bool WantsToSave();
+    std::string ReasonOfFailure() const;
+    void FillReport();
+    void SaveReport();
+    void Note(const WorkbookOutcome& workbook);
+    void Stop(const std::string& reason);
+    Answer AskYesNo(const std::string& text) const;
+
+    clsACUCalibration& m_Record;
+    const CalibrationServices& m_Services;
+    CalibrationKind m_Kind;
+    bool m_Unattended;
+    Platform& m_World;
+    Cancellation m_Cancel;
+    CalibrationLog m_Log;
+    CalibrationReport m_Report;
+    VelocityMeasurement m_Measured;
+    CalibrationOutcome m_Outcome;
+};
+
+} // namespace ombrix

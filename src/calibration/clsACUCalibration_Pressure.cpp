@@ -1,0 +1,76 @@
+// The pressure of the unit: reading it, and what its calibrations leave in the record.
+#include "board/ACUMemoryMap.h"
+#include "calibration/PressureRun.h"
+#include "calibration/clsACUCalibration.h"
+#include "platform/Rounding.h"
+#include "support/Text.h"
+
+namespace ombrix {
+
+namespace {
+
+constexpr std::int32_t PressureInput = 2;
+constexpr std::int32_t Passed = 1;
+constexpr std::size_t UserLength = ACUMemoryMap::UserLength;
+
+} // namespace
+
+CalibrationOutcome clsACUCalibration::CalibrateACUPressure(const CalibrationServices& services,
+                                                           CalibrationKind kind, bool autoSave) {
+    return PressureRun(*this, services, kind, autoSave).CalibrateACUPressure();
+}
+
+std::int32_t clsACUCalibration::PressureFlowOffset(float flow_ml_m) const {
+    const double flow = flow_ml_m;
+    const auto sum = static_cast<float>(static_cast<double>(m_PressureCoeff[2]) * (flow * flow) +
+                                        static_cast<double>(m_PressureCoeff[1]) * flow +
+                                        static_cast<double>(m_PressureCoeff[0]));
+    return RoundHalfEven(static_cast<double>(sum));
+}
+
+float clsACUCalibration::PressureGet_mBar(AirChannelControl& air) const {
+    const std::int32_t raw = m_AIB->MyGetADC(PressureInput);
+    const float flow_ml_m = m_HasSolenoidValves != 0
+                                ? air.CurrentChannelAir_ml_m(m_AirState.m_ValveState)
+                                : air.CurrentChannelAir_ml_m(0) + air.CurrentChannelAir_ml_m(1);
+    // In Double: damaged coefficients must not overflow the 32 bits.
+    const double bits = static_cast<double>(raw) - PressureFlowOffset(flow_ml_m) - m_PressureZero;
+    return static_cast<float>(static_cast<double>(m_PressureScale) * bits);
+}
+
+void clsACUCalibration::PressureZero(AirChannelControl& air) {
+    const std::int32_t raw = m_AIB->MyGetADC(PressureInput);
+    // Of both channels, whether the unit has valves or not.
+    const float flow_ml_m = air.CurrentChannelAir_ml_m(0) + air.CurrentChannelAir_ml_m(1);
+    m_PressureZero = RoundHalfEven(static_cast<double>(raw) - PressureFlowOffset(flow_ml_m));
+}
+
+PressureCal clsACUCalibration::Pressure() const {
+    return {m_BaseDiameter, m_PressureCoeff};
+}
+
+void clsACUCalibration::CopyPressureCal(const PressureCal& source) {
+    m_BaseDiameter = source.BaseDiameter_mm;
+    m_PressureCoeff = source.Coefficients;
+}
+
+void clsACUCalibration::SavePressureSystemCalibration(const PressureCal& measured) {
+    m_PressureSystemDate = m_World.Time.Now();
+    m_PressureSystemUser = FixedWidth(CalibrationUser, UserLength);
+    m_PressureSystemPassed = Passed;
+    CopyPressureCal(measured);
+    // Four times over, as the units in the field have been written.
+    for (int time = 0; time < 4; ++time)
+        WriteEPROM_PressureSystem(false);
+    WriteEPROM_PressureDateUserSystem();
+}
+
+void clsACUCalibration::SavePressureAudit(const PressureCal& measured, bool passed) {
+    m_PressureAuditDate = m_World.Time.Now();
+    m_PressureAuditUser = FixedWidth(CalibrationUser, UserLength);
+    m_PressureAuditPassed = passed ? Passed : 0;
+    CopyPressureCal(measured);
+    WriteEPROM_PressureDateUserAudit();
+}
+
+} // namespace ombrix

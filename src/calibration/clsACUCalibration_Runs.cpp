@@ -1,0 +1,52 @@
+// What can be done with the unit: its air, its calibrations and what they leave in the record.
+#include "board/ACUMemoryMap.h"
+#include "calibration/VelocityRun.h"
+#include "calibration/clsACUCalibration.h"
+#include "support/Text.h"
+
+#include <stdexcept>
+
+namespace ombrix {
+
+namespace {
+
+constexpr std::int32_t True = -1;
+constexpr std::size_t UserLength = ACUMemoryMap::UserLength;
+
+} // namespace
+
+AirChannelControl clsACUCalibration::Air(DACSliders& display) {
+    if (m_AIB == nullptr)
+        throw std::logic_error("The ACU's record has not been read from a board yet");
+    return {*m_AIB, *this, m_AirState, m_World.Time, display};
+}
+
+CalibrationOutcome clsACUCalibration::CalibrateACUAirVelocity(const CalibrationServices& services,
+                                                              CalibrationKind kind,
+                                                              bool unattended) {
+    return VelocityRun(*this, services, kind, unattended).CalibrateACUAirVelocity();
+}
+
+void clsACUCalibration::CancelCalibration() {
+    if (m_RunningCalibration != nullptr)
+        m_RunningCalibration->Request();
+}
+
+void clsACUCalibration::SaveVelocitySystemCalibration(
+    const std::array<ACUChannelCal, ACUChannels>& measured) {
+    m_VelocityCal = measured;
+    m_VelocitySystemPassed = True;
+    m_VelocitySystemDate = m_World.Time.Now();
+    m_VelocitySystemUser = FixedWidth(CalibrationUser, UserLength);
+    WriteEPROM_VelocitySystem(0);
+    WriteEPROM_VelocitySystem(1);
+    WriteEPROM_VelocityDateUserSystem();
+}
+
+void clsACUCalibration::NoteVelocityAudit(bool passed) {
+    m_VelocityAuditPassed = passed ? True : 0;
+    m_VelocityAuditDate = m_World.Time.Now();
+    m_VelocityAuditUser = FixedWidth(CalibrationUser, UserLength);
+}
+
+} // namespace ombrix

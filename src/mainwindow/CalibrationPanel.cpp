@@ -1,5 +1,7 @@
 #include "mainwindow/CalibrationPanel.h"
 
+#include "board/ACUMemoryMap.h"
+#include "calibration/ACUSetUp.h"
 #include "support/Controls.h"
 #include "support/QtText.h"
 #include "support/ValueLabel.h"
@@ -13,33 +15,38 @@ namespace ombrix {
 
 namespace {
 
-struct CommandText {
+struct InitialiseCommand {
     const char* ObjectName;
     const char* Caption;
-    const char* WhatItWillDo;
+    const char* WhatItDoes;
+    bool Velocity;
+    bool Pressure;
 };
-
-// One row each: velocity, pressure, both.
-constexpr std::array<CommandText, 3> Initialise = {{
+constexpr std::array<InitialiseCommand, 3> Initialise = {{
     {"cmdVelocity_Init", "Initalise Velocity",
-     "runs two velocity system calibrations and two audits."},
-    {"cmdPressure_Init", "Initalise Pressure", "runs the pressure calibrations."},
-    {"cmdACU_InitBoth", "Init Both", "initialises velocity, then pressure."},
-}};
-constexpr std::array<CommandText, 3> Verify = {{
-    {"cmdVelocity_PV16", "Run PV16", "verifies the velocity calibration."},
-    {"cmdPressure_PV17", "Run PV17", "verifies the pressure calibration."},
-    {"cmdACU_PVBoth", "PV Both", "verifies velocity and pressure."},
-}};
-constexpr std::array<CommandText, 2> RecordCommands = {{
-    {"cmdClearPV17", "Clear Pressure", "clears the pressure part of the ACU's record."},
-    {"cmdCreateACUInfoDoc", "Create ACU Info XLS", "writes the ACU information workbook."},
+     "Runs two velocity system calibrations and two audits.", true, false},
+    {"cmdPressure_Init", "Initalise Pressure",
+     "Writes the MFC number; pressure runs are not implemented.", false, true},
+    {"cmdACU_InitBoth", "Init Both", "Initialises velocity; pressure runs are not implemented.",
+     true, true},
 }};
 
-QPushButton* MakeLaterCommand(const CommandText& text, QWidget* parent) {
-    return ComesLater(
-        MakeButton(QLatin1String(text.ObjectName), CalibrationPanel::tr(text.Caption), parent),
-        CalibrationPanel::tr(text.WhatItWillDo));
+struct IdleCommand {
+    const char* ObjectName;
+    const char* Caption;
+};
+constexpr std::array<IdleCommand, 3> Verify = {{
+    {"cmdVelocity_PV16", "Run PV16"},
+    {"cmdPressure_PV17", "Run PV17"},
+    {"cmdACU_PVBoth", "PV Both"},
+}};
+
+QPushButton* MakeIdleCommand(const IdleCommand& command, QWidget* parent) {
+    auto* button = MakeButton(QLatin1String(command.ObjectName),
+                              CalibrationPanel::tr(command.Caption), parent);
+    button->setEnabled(false);
+    button->setToolTip(CalibrationPanel::tr("This button has no function."));
+    return button;
 }
 
 void Show(ValueLabel& label, const ColouredText& state) {
@@ -64,18 +71,23 @@ CalibrationPanel::CalibrationPanel(QWidget* parent)
           MakeState("lblACUPresure_System", tr("Pressure system calibration done"), this)),
       m_PressureAudit(
           MakeState("lblACUPresure_Audit", tr("Pressure audit calibration done"), this)),
-      m_Hint(new ValueLabel(QStringLiteral("lblIntMsg"), tr("What to do"), this)) {
+      m_Hint(new ValueLabel(QStringLiteral("lblIntMsg"), tr("What to do"), this)),
+      m_ClearProgress(new ValueLabel(QStringLiteral("lblClearProgress"),
+                                     tr("Clearing the pressure calibration"), this)) {
     m_Hint->setWordWrap(true);
     m_Hint->setAlignment(Qt::AlignTop);
     m_Hint->ShowValue(tr("To initialise the ACU, simply click on th e'Intialise Velocity' or "
                          "'Intialise Pressure' button."));
     HoldHintLines();
+    m_ClearProgress->CutToFit();
+    m_ClearProgress->setFixedHeight(fontMetrics().lineSpacing());
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(MakeNumberRow());
     layout->addLayout(MakeCommands());
     layout->addWidget(MakeStateFrame(tr("Velocity"), m_VelocitySystem, m_VelocityAudit));
     layout->addWidget(MakeStateFrame(tr("Pressure"), m_PressureSystem, m_PressureAudit));
     layout->addLayout(MakeRecordCommands());
+    layout->addWidget(m_ClearProgress);
     layout->addWidget(m_Hint);
     layout->addStretch(1);
 }
@@ -91,23 +103,38 @@ void CalibrationPanel::HoldHintLines() {
 }
 
 QLayout* CalibrationPanel::MakeNumberRow() {
-    m_MFCNumber->setText(QStringLiteral("M9200123Z"));
-    m_MFCNumber->setReadOnly(true);
-    m_MFCNumber->setToolTip(tr("The MFC number in the ACU's record. Not available yet: changing "
-                               "it here."));
+    m_MFCNumber->setText(QLatin1String(ACUSetUp::MFCNumberPlaceholder));
+    m_MFCNumber->setMaxLength(ACUMemoryMap::MFCNumberLength);
+    m_MFCNumber->setToolTip(tr("The MFC number in the ACU's record. The commands that initialise "
+                               "write it."));
+    m_Commands.push_back(m_MFCNumber);
     auto* row = new QHBoxLayout;
     row->addWidget(MakeCaption(tr("MFC Number:"), this));
     row->addWidget(m_MFCNumber, 1);
     return row;
 }
 
+QPushButton* CalibrationPanel::MakeCommand(const char* objectName, const QString& caption,
+                                           const QString& whatItDoes) {
+    auto* button = MakeButton(QLatin1String(objectName), caption, this);
+    button->setToolTip(whatItDoes);
+    m_Commands.push_back(button);
+    return button;
+}
+
 QLayout* CalibrationPanel::MakeCommands() {
     auto* grid = new QGridLayout;
-    for (std::size_t column = 0; column < Initialise.size(); ++column) {
-        const int gridColumn = static_cast<int>(column);
-        grid->addWidget(MakeLaterCommand(Initialise.at(column), this), 0, gridColumn);
-        grid->addWidget(MakeLaterCommand(Verify.at(column), this), 1, gridColumn);
+    int column = 0;
+    for (const InitialiseCommand& command : Initialise) {
+        auto* button = MakeCommand(command.ObjectName, tr(command.Caption), tr(command.WhatItDoes));
+        connect(button, &QPushButton::clicked, this, [this, &command] {
+            emit InitialisationWanted(m_MFCNumber->text(), command.Velocity, command.Pressure);
+        });
+        grid->addWidget(button, 0, column++);
     }
+    column = 0;
+    for (const IdleCommand& command : Verify)
+        grid->addWidget(MakeIdleCommand(command, this), 1, column++);
     return grid;
 }
 
@@ -126,9 +153,15 @@ QGroupBox* CalibrationPanel::MakeStateFrame(const QString& title, ValueLabel* sy
 }
 
 QLayout* CalibrationPanel::MakeRecordCommands() {
+    auto* clear = MakeCommand("cmdClearPV17", tr("Clear Pressure"),
+                              tr("Sets the pressure part of the ACU's record to zero."));
+    auto* info = MakeCommand("cmdCreateACUInfoDoc", tr("Create ACU Info XLS"),
+                             tr("Writes a workbook with the ACU's record and the raw EPROM."));
+    connect(clear, &QPushButton::clicked, this, &CalibrationPanel::ClearPressureWanted);
+    connect(info, &QPushButton::clicked, this, &CalibrationPanel::InfoWorkbookWanted);
     auto* row = new QHBoxLayout;
-    for (const CommandText& text : RecordCommands)
-        row->addWidget(MakeLaterCommand(text, this));
+    row->addWidget(clear);
+    row->addWidget(info);
     return row;
 }
 
@@ -139,6 +172,19 @@ void CalibrationPanel::ShowSummary(const CalibrationSummary& summary) {
     Show(*m_PressureAudit, summary.PressureAudit);
     m_Hint->setVisible(!summary.ACUInitialised);
     m_MFCNumber->setText(ToQt(summary.MFCNumber));
+}
+
+void CalibrationPanel::ShowClearProgress(std::int32_t address) {
+    m_ClearProgress->ShowValue(tr("Clearing EPROM address %1").arg(address));
+}
+
+void CalibrationPanel::HideClearProgress() {
+    m_ClearProgress->ShowValue({});
+}
+
+void CalibrationPanel::TakeCommands(bool take) {
+    for (QWidget* command : m_Commands)
+        command->setEnabled(take);
 }
 
 } // namespace ombrix

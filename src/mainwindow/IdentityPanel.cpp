@@ -7,16 +7,33 @@
 
 namespace ombrix {
 
+namespace {
+
+struct MFCConfiguration {
+    const char* Caption;
+    bool Digital;
+    bool Analog;
+};
+constexpr std::array<MFCConfiguration, 3> Configurations = {{
+    {"Update: Analog Only", false, true},
+    {"Update: Digital && Analog", true, true},
+    {"Update: Digital Only", true, false},
+}};
+
+} // namespace
+
 IdentityPanel::IdentityPanel(QWidget* parent) : QGroupBox(tr("Board Identity"), parent) {
-    const std::array<QString, 3> captions = {
-        tr("Update: Analog Only"), tr("Update: Digital && Analog"), tr("Update: Digital Only")};
     auto* layout = new QVBoxLayout(this);
-    for (std::size_t index = 0; index < captions.size(); ++index) {
-        m_SetSerial.at(index) = MakeButton(ElementName("cmdSetSerial", static_cast<int>(index)),
-                                           captions.at(index), this);
-        layout->addWidget(m_SetSerial.at(index));
+    for (std::size_t index = 0; index < Configurations.size(); ++index) {
+        const MFCConfiguration& mfcs = Configurations.at(index);
+        auto* button = MakeButton(ElementName("cmdSetSerial", static_cast<int>(index)),
+                                  tr(mfcs.Caption), this);
+        button->setToolTip(tr("Writes serial number and MFC configuration to the board."));
+        connect(button, &QPushButton::clicked, this,
+                [this, &mfcs] { emit IdentityWanted(mfcs.Digital, mfcs.Analog); });
+        m_SetSerial.at(index) = button;
+        layout->addWidget(button);
     }
-    ComesLater(this, tr("writes serial number and MFC configuration to the board."));
 }
 
 void IdentityPanel::ShowBoard(bool isUsb) {

@@ -8,7 +8,7 @@ class QPushButton;
 
 namespace ombrix {
 
-/// The place of the commands that write the board's identity (`cmdSetSerial_0` … `_2`).
+/// The commands that write the board's identity (`cmdSetSerial_0` … `_2`).
 class IdentityPanel final : public QGroupBox {
     Q_OBJECT
 
@@ -17,6 +17,10 @@ class IdentityPanel final : public QGroupBox {
 
     /// Analog MFCs are for USB boards alone.
     void ShowBoard(bool isUsb);
+
+  signals:
+    /// Serial number and MFC configuration are to be written.
+    void IdentityWanted(bool digital, bool analog);
 
   private:
     std::array<QPushButton*, 3> m_SetSerial{};

@@ -33,4 +33,9 @@ void AskWhileRunning(QWidget& window, const QString& text, std::function<void()>
     box->open();
 }
 
+void WithdrawQuestion(QWidget& window) {
+    if (QMessageBox* standing = StandingBox(window))
+        standing->reject();
+}
+
 } // namespace ombrix

@@ -11,4 +11,8 @@ namespace ombrix {
 /// @param window takes the box; asked again while it stands, it is raised
 void AskWhileRunning(QWidget& window, const QString& text, std::function<void()> onYes);
 
+/// Takes back the question that stands over a window, as if it had been answered No: what it
+/// asks about is over.
+void WithdrawQuestion(QWidget& window);
+
 } // namespace ombrix

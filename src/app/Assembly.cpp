@@ -44,6 +44,7 @@ std::unique_ptr<Clock> MakeClock(double timeScale, Clock& base) {
 
 Assembly::Assembly(const StationOptions& options, const UserPorts& ports)
     : m_Options(options), m_Drive(Made(fs::absolute(options.DataRoot))),
+      m_Converter({.WhileWaiting = [&events = ports.Events] { events.ProcessPendingEvents(); }}),
       m_BaseClock(std::make_unique<SystemClock>()),
       m_Clock(options.TimeScale == 1.0 ? std::make_unique<SystemClock>()
                                        : MakeClock(options.TimeScale, *m_BaseClock)),

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
-#include <cstdint>
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
@@ -64,19 +63,24 @@ int Spawn(const std::vector<std::string>& arguments, pid_t& child) {
 }
 
 /// True when the child has ended before the time was up.
-bool AwaitEnd(pid_t child, std::chrono::milliseconds timeout) {
+bool AwaitEnd(pid_t child, std::chrono::milliseconds timeout,
+              const std::function<void()>& whileWaiting) {
     const FileDescriptor ended(static_cast<int>(::syscall(SYS_pidfd_open, child, 0)));
     if (!ended.IsOpen())
         return true; // waiting for the child then takes as long as it takes
     const auto deadline = std::chrono::steady_clock::now() + timeout;
+    constexpr std::chrono::milliseconds betweenCalls(10);
     while (true) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(
-            deadline - std::chrono::steady_clock::now());
+        const auto left = std::max(std::chrono::ceil<std::chrono::milliseconds>(
+                                       deadline - std::chrono::steady_clock::now()),
+                                   std::chrono::milliseconds::zero());
+        const auto slice = whileWaiting ? std::min(left, betweenCalls) : left;
         pollfd entry{ended.Get(), POLLIN, 0};
-        const int count =
-            ::poll(&entry, 1, static_cast<int>(std::max<std::int64_t>(left.count(), 0)));
-        if (count >= 0 || errno != EINTR)
+        const int count = ::poll(&entry, 1, static_cast<int>(slice.count()));
+        if (count > 0 || (count < 0 && errno != EINTR) || left.count() == 0)
             return count > 0;
+        if (whileWaiting)
+            whileWaiting();
     }
 }
 
@@ -91,12 +95,12 @@ ChildOutcome Collect(pid_t child) {
 
 } // namespace
 
-ChildOutcome RunChild(const std::vector<std::string>& arguments,
-                      std::chrono::milliseconds timeout) {
+ChildOutcome RunChild(const std::vector<std::string>& arguments, std::chrono::milliseconds timeout,
+                      const std::function<void()>& whileWaiting) {
     pid_t child = 0;
     if (const int error = Spawn(arguments, child); error != 0)
         return {ChildOutcome::NotStarted, error};
-    const bool inTime = AwaitEnd(child, timeout);
+    const bool inTime = AwaitEnd(child, timeout, whileWaiting);
     if (!inTime)
         ::kill(-child, SIGKILL);
     const ChildOutcome outcome = Collect(child);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,8 @@ struct ChildOutcome {
 /// Runs a program and waits for it; no shell has a part in it. Its output goes nowhere. One
 /// that takes too long is ended together with the programs it has started.
 /// @param arguments the program first
-ChildOutcome RunChild(const std::vector<std::string>& arguments, std::chrono::milliseconds timeout);
+/// @param whileWaiting called every few milliseconds meanwhile, when given; must not throw
+ChildOutcome RunChild(const std::vector<std::string>& arguments, std::chrono::milliseconds timeout,
+                      const std::function<void()>& whileWaiting = {});
 
 } // namespace ombrix

@@ -79,7 +79,7 @@ std::vector<std::string> Arguments(const std::string& program, const fs::path& f
 }
 
 void Run(const LibreOfficeSettings& settings, const std::vector<std::string>& arguments) {
-    const ChildOutcome outcome = RunChild(arguments, settings.Timeout);
+    const ChildOutcome outcome = RunChild(arguments, settings.Timeout, settings.WhileWaiting);
     if (outcome.Kind == ChildOutcome::NotStarted)
         throw SpreadsheetError(
             fmt::format("this needs LibreOffice, and its program \"{}\" cannot be started ({}). "

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <functional>
 #include <string>
 
 namespace ombrix {
@@ -15,6 +16,8 @@ struct LibreOfficeSettings {
     std::filesystem::path ScratchFolder = std::filesystem::temp_directory_path();
     /// The first start makes a user profile and takes several seconds on a slow machine.
     std::chrono::milliseconds Timeout = std::chrono::minutes(2);
+    /// Called every few milliseconds while LibreOffice works, so that windows stay alive.
+    std::function<void()> WhileWaiting = {};
 };
 
 /// Converts workbooks with LibreOffice, started without a window.

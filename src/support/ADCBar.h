@@ -7,13 +7,14 @@
 
 namespace ombrix {
 
-/// Bar picture of an input beside the output that drives it (`picADC_0` … `picADC_3`), from
+/// Bar picture of an input beside the output that drives it (`picADC_0`, `picADC_1` …), from
 /// 0 at the bottom to 65536 at the top.
 class ADCBar final : public QWidget {
     Q_OBJECT
 
   public:
-    ADCBar(int channel, QWidget* parent);
+    /// @param index of the control array
+    ADCBar(int index, const QString& meaning, QWidget* parent);
 
     /// @param reading none when the input could not be read: then only the output shows
     void Draw(std::optional<std::int32_t> reading, std::int32_t dacValue);

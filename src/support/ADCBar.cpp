@@ -1,4 +1,4 @@
-#include "mainwindow/ADCBar.h"
+#include "support/ADCBar.h"
 
 #include "support/Controls.h"
 
@@ -20,8 +20,8 @@ constexpr int HintHeight = 180;
 
 } // namespace
 
-ADCBar::ADCBar(int channel, QWidget* parent) : QWidget(parent) {
-    Named(this, ElementName("picADC", channel), tr("Bars of ADC %1 and DAC %1").arg(channel));
+ADCBar::ADCBar(int index, const QString& meaning, QWidget* parent) : QWidget(parent) {
+    Named(this, ElementName("picADC", index), meaning);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
     setToolTip(tr("Wide bar: ADC reading. Narrow bar: DAC value. The dark line joins them."));
 }

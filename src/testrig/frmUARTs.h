@@ -1,0 +1,61 @@
+#pragma once
+
+#include "board/Station.h"
+
+#include <QWidget>
+
+#include <array>
+#include <memory>
+#include <string>
+
+class QLayout;
+class QListWidget;
+class QTimer;
+
+namespace ombrix {
+
+class UARTChannel;
+class ValueLabel;
+
+/// The UART console: the two digital MFCs of the first board are set and read by hand, and every
+/// exchange that failed is listed. It keeps still while a procedure runs.
+class frmUARTs final : public QWidget {
+    Q_OBJECT
+
+  public:
+    explicit frmUARTs(Station& station);
+
+    /// Finds the board and opens the window. False when there is none and the operator does not
+    /// try again.
+    bool Open();
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    static constexpr int Channels = 2;
+
+    QLayout* MakeErrorColumn();
+    bool FindBoard();
+    void Set(int channel, std::int32_t value);
+    void Get(int channel);
+    void ReadTickedChannels();
+    void ReportUARTResult(AIBStatus status, const std::string& text);
+    void GiveChannelsBack();
+    void ProcedureRunning(bool running);
+    template <class Work>
+    void Guard(Work work);
+
+    Station& m_Station;
+    ValueLabel* m_BoardName;
+    std::array<UARTChannel*, Channels> m_Channels{};
+    /// Channels that the console has set since it was opened.
+    std::array<bool, Channels> m_Taken{};
+    QListWidget* m_Errors;
+    QTimer* m_Update;
+    std::shared_ptr<clsAIB> m_Board;
+    ProcedureGate::Subscription m_Procedures;
+    bool m_Reading = false;
+};
+
+} // namespace ombrix

@@ -4,6 +4,8 @@
 
 #include <QWidget>
 
+class QPushButton;
+
 namespace ombrix {
 
 /// The strip with the outcome of the programming and the bench tests (`picInfo`).
@@ -14,10 +16,22 @@ class InfoPanel final : public QWidget {
     explicit InfoPanel(QWidget* parent);
 
     void ShowProgramming(const QString& first, const QString& second);
+    /// While the air flow is tested, its command's caption is the progress line.
+    void ShowAirFlowCaption(const QString& text);
+    void ShowAirFlowTest(bool running);
+    void TakeCommands(bool take);
+
+  signals:
+    void AirFlowTestWanted();
+    void CancelWanted();
+    void TestRigWanted();
 
   private:
     ValueLabel* m_First;
     ValueLabel* m_Second;
+    QPushButton* m_AirFlow;
+    QPushButton* m_Cancel;
+    QPushButton* m_TestRig;
 };
 
 } // namespace ombrix

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "board/AnswerWatch.h"
+#include "board/BenchProcedure.h"
+#include "board/DACSliders.h"
+#include "board/ProcedureWait.h"
+#include "mainwindow/BenchTestView.h"
+
+#include <cstdint>
+#include <functional>
+#include <utility>
+
+namespace ombrix {
+
+struct SpeedResult {
+    ProcedureOutcome Outcome;
+    double Analog_s = 0.0;
+    double Digital_s = 0.0;
+};
+
+/// Drives both air channels of the current board 2000 times in analog and then in digital mode,
+/// and takes the time of each. Both channels end at zero, the board in the mode it had.
+/// One object serves one run.
+class SpeedTest {
+  public:
+    static constexpr std::int32_t Pairs = 2000;
+
+    /// @param sliders show what the channels are told
+    /// @param modeChanged told when the board has changed between analog and digital mode
+    SpeedTest(Station& station, DACSliders& sliders, std::function<void()> modeChanged)
+        : m_Station(station), m_Sliders(sliders), m_ModeChanged(std::move(modeChanged)),
+          m_Wait(station.World.Time, station.World.Events, m_Cancel) {}
+
+    SpeedResult Run(const BenchTestView& view);
+    void Cancel() { m_Cancel.Request(); }
+
+  private:
+    bool DrivePairs(clsHiResTimer& timer, bool digital, const BenchTestView& view,
+                    double& duration_s);
+    void SetMode(bool digital);
+    AIBStatus SetOutput(std::int32_t channel, std::int32_t bits);
+    void BothChannelsToZero();
+
+    Station& m_Station;
+    DACSliders& m_Sliders;
+    std::function<void()> m_ModeChanged;
+    Cancellation m_Cancel;
+    ProcedureWait m_Wait;
+    AnswerWatch m_Watch;
+};
+
+} // namespace ombrix

@@ -5,13 +5,16 @@
 #include "mainwindow/QtEventPump.h"
 #include "mainwindow/QtProgramEnd.h"
 #include "mainwindow/frmAIBAccessories.h"
+#include "support/ctrlProgressBar.h"
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QLineEdit>
 #include <QProgressBar>
 #include <QSlider>
 #include <QStyleFactory>
 #include <QTimer>
+#include <QTreeWidget>
 #include <fmt/format.h>
 
 #include <exception>
@@ -23,13 +26,16 @@ using namespace ombrix;
 
 constexpr QSize Screen(1366, 728);
 
-/// Nobody sits before the pictures: gauges count as placed, offers are declined.
+/// Nobody sits before the pictures: gauges count as placed, questions are all answered alike.
 class AbsentOperator final : public Operator {
   public:
+    /// @param toQuestions No declines what is offered, Yes starts what was clicked
+    explicit AbsentOperator(Answer toQuestions) : m_ToQuestions(toQuestions) {}
+
     Answer Ask(const Message& message) override {
         switch (message.Buttons) {
         case MessageButtons::YesNoCancel: return Answer::Yes;
-        case MessageButtons::YesNo: return Answer::No;
+        case MessageButtons::YesNo: return m_ToQuestions;
         default: return Answer::Ok;
         }
     }
@@ -38,6 +44,9 @@ class AbsentOperator final : public Operator {
                                        const std::string& /*title*/) override {
         return std::nullopt;
     }
+
+  private:
+    Answer m_ToQuestions;
 };
 
 QPalette DarkPalette() {
@@ -98,7 +107,7 @@ class Photographer {
         constexpr double settled_s = 5.0;
         LetTimePass(settled_s);
         Find<QAbstractButton>(m_Window, QStringLiteral("Command3")).click();
-        QWidget& window = HealthCheckWindow();
+        QWidget& window = TopLevel("frmACUHealthCheck");
         window.resize(Screen);
         Find<QAbstractButton>(window, QStringLiteral("chkPressureCheck")).click();
         auto& progress = Find<QProgressBar>(window, QStringLiteral("prgRun"));
@@ -116,13 +125,43 @@ class Photographer {
         window.close();
     }
 
+    /// The stage window in the middle of a measurement of the second stage.
+    void Calibration(const char* file) {
+        QTimer moment;
+        QObject::connect(&moment, &QTimer::timeout, &m_Window, [&] {
+            QWidget& window = TopLevel("frmACUCalibration");
+            if (!IsMidwayInStage(window, 1))
+                return;
+            moment.stop();
+            Take(window, file);
+            Find<QAbstractButton>(window, QStringLiteral("cmdCancel")).click();
+        });
+        moment.start(0);
+        Find<QLineEdit>(m_Window, QStringLiteral("txtMFCNumber"))
+            .setText(QStringLiteral("M9200302C"));
+        Find<QAbstractButton>(m_Window, QStringLiteral("cmdVelocity_Init")).click();
+    }
+
   private:
-    static QWidget& HealthCheckWindow() {
+    static bool IsMidwayInStage(QWidget& window, int stage) {
+        constexpr int resultColumn = 2;
+        // From before the middle on: the last measurement of the stage before stands at its end.
+        constexpr float from = 0.4F;
+        constexpr float to = 0.6F;
+        const auto& progress = Find<ctrlProgressBar>(window, QStringLiteral("ctrlProgressBar"));
+        const auto* line =
+            Find<QTreeWidget>(window, QStringLiteral("lvwStage")).topLevelItem(stage);
+        return line != nullptr && line->text(resultColumn) == QLatin1String("Running...") &&
+               progress.Value() > from * progress.MaxVal() &&
+               progress.Value() < to * progress.MaxVal();
+    }
+
+    static QWidget& TopLevel(const char* name) {
         for (QWidget* window : QApplication::topLevelWidgets()) {
-            if (window->objectName() == QLatin1String("frmACUHealthCheck"))
+            if (window->objectName() == QLatin1String(name))
                 return *window;
         }
-        throw std::runtime_error("no health check window");
+        throw std::runtime_error(std::string("no window ") + name);
     }
 
     void LetTimePass(double seconds) {
@@ -149,25 +188,49 @@ class Photographer {
     std::filesystem::path m_Folder;
 };
 
-void MakePictures(const std::filesystem::path& folder, const std::filesystem::path& dataRoot) {
+/// A simulated bench with the main window before it.
+class Studio {
+  public:
+    Studio(const StationOptions& options, Answer toQuestions, const std::filesystem::path& folder)
+        : m_Messages(toQuestions), m_Assembly(options, {m_Events, m_Messages, m_Documents, m_End}),
+          m_Window(m_Assembly.TheStation(),
+                   {[this] { m_Events.EndProgram(); }, m_Assembly.Launcher(),
+                    Assembly::TemplatesFolder(), OMBRIX_VERSION}),
+          m_Photographer(m_Assembly, m_Window, folder) {}
+
+    Photographer* operator->() { return &m_Photographer; }
+
+  private:
+    QtEventPump m_Events;
+    AbsentOperator m_Messages;
+    QtDocumentOpener m_Documents;
+    QtProgramEnd m_End;
+    Assembly m_Assembly;
+    frmAIBAccessories m_Window;
+    Photographer m_Photographer;
+};
+
+StationOptions InVirtualTime(const char* bench, const std::filesystem::path& dataRoot) {
     StationOptions options;
-    options.Bench = "acu";
+    options.Bench = bench;
     options.TimeScale = 0.0;
     options.DataRoot = dataRoot;
-    QtEventPump events;
-    AbsentOperator messages;
-    QtDocumentOpener documents;
-    QtProgramEnd end;
-    Assembly assembly(options, {events, messages, documents, end});
-    frmAIBAccessories window(assembly.TheStation(),
-                             {[&events] { events.EndProgram(); }, assembly.Launcher(),
-                              Assembly::TemplatesFolder(), OMBRIX_VERSION});
-    Photographer photographer(assembly, window, folder);
-    photographer.MainWindow("main-window.png");
-    photographer.LivePanel("live-panel.png");
-    photographer.HealthCheck("health-check.png");
+    return options;
+}
+
+void MakePictures(const std::filesystem::path& folder, const std::filesystem::path& dataRoot) {
+    const StationOptions fresh = InVirtualTime("fresh", dataRoot);
+    Studio(fresh, Answer::Yes, folder)->Calibration("calibration.png");
+    StationOptions faulty = fresh;
+    faulty.FaultTexts = {"hysteresis:1,4000"};
+    Studio(faulty, Answer::Yes, folder)->Calibration("calibration-failed.png");
+
+    Studio studio(InVirtualTime("acu", dataRoot), Answer::No, folder);
+    studio->MainWindow("main-window.png");
+    studio->LivePanel("live-panel.png");
+    studio->HealthCheck("health-check.png");
     QApplication::setPalette(DarkPalette());
-    photographer.LivePanel("dark-main-window.png");
+    studio->LivePanel("dark-main-window.png");
 }
 
 } // namespace

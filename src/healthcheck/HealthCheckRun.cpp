@@ -3,8 +3,8 @@
 #include "calibration/clsACUCalibration.h"
 #include "healthcheck/SaveFolder.h"
 #include "healthcheck/clsMFCSequence.h"
-#include "support/KeptWorkbook.h"
 #include "platform/TellOperator.h"
+#include "support/KeptWorkbook.h"
 #include "support/Text.h"
 
 #include <fmt/format.h>

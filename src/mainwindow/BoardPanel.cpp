@@ -18,7 +18,8 @@ BoardPanel::BoardPanel(Station& station, QWidget* parent)
     : QWidget(parent), m_Station(station), m_DeviceInfo(new DeviceInfoPanel(this)),
       m_Calibration(new CalibrationPanel(this)), m_DAC(new DACPanel(station, this)),
       m_GIO(new GIOPanel(station, this)), m_Tests(new TestsPanel(this)),
-      m_Identity(new IdentityPanel(this)) {
+      m_Identity(new IdentityPanel(this)), m_EPROM(new EPROMPanel(station, this)),
+      m_AirTests(new AirTestPanel(this)) {
     Named(this, QStringLiteral("picACU"), tr("Board"));
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -47,8 +48,8 @@ QLayout* BoardPanel::MakeCommandColumn() {
     auto* column = new QVBoxLayout;
     column->addWidget(m_Tests);
     column->addWidget(m_Identity);
-    column->addWidget(new EPROMPanel(this));
-    column->addWidget(new AirTestPanel(this));
+    column->addWidget(m_EPROM);
+    column->addWidget(m_AirTests);
     column->addStretch(1);
     return column;
 }
@@ -56,10 +57,15 @@ QLayout* BoardPanel::MakeCommandColumn() {
 void BoardPanel::ShowBoard() {
     clsAIB& board = *m_Station.g_CurrentAIB;
     m_DeviceInfo->ShowBoard(board);
-    m_Calibration->ShowSummary(ReadCalibrationSummary(board));
+    ShowSummary();
     m_Identity->ShowBoard(board.IsUsb());
+    m_EPROM->ShowBoard();
     m_GIO->ShowBoard();
     m_DAC->ShowBoard();
+}
+
+void BoardPanel::ShowSummary() {
+    m_Calibration->ShowSummary(ReadCalibrationSummary(*m_Station.g_CurrentAIB));
 }
 
 void BoardPanel::Reset() {
@@ -73,8 +79,11 @@ void BoardPanel::Refresh() {
 }
 
 void BoardPanel::TakeCommands(bool take) {
-    for (QWidget* panel : std::initializer_list<QWidget*>{m_DAC, m_GIO, m_Tests})
+    for (QWidget* panel : std::initializer_list<QWidget*>{m_DAC, m_GIO, m_Identity, m_EPROM})
         panel->setEnabled(take);
+    m_Calibration->TakeCommands(take);
+    m_Tests->TakeCommands(take);
+    m_AirTests->TakeCommands(take);
 }
 
 } // namespace ombrix

@@ -8,9 +8,11 @@ class QLayout;
 
 namespace ombrix {
 
+class AirTestPanel;
 class CalibrationPanel;
 class DACPanel;
 class DeviceInfoPanel;
+class EPROMPanel;
 class GIOPanel;
 class IdentityPanel;
 class TestsPanel;
@@ -23,8 +25,14 @@ class BoardPanel final : public QWidget {
     BoardPanel(Station& station, QWidget* parent);
 
     DACPanel& Sliders() { return *m_DAC; }
+    CalibrationPanel& Calibration() { return *m_Calibration; }
+    IdentityPanel& Identity() { return *m_Identity; }
+    TestsPanel& Tests() { return *m_Tests; }
+    AirTestPanel& AirTests() { return *m_AirTests; }
     /// Fills every panel for the current board.
     void ShowBoard();
+    /// Reads the ACU's record anew and shows its state.
+    void ShowSummary();
     /// Brings outputs and pins to the state after the start.
     void Reset();
     /// Reads and shows the live values of the current board.
@@ -48,6 +56,8 @@ class BoardPanel final : public QWidget {
     GIOPanel* m_GIO;
     TestsPanel* m_Tests;
     IdentityPanel* m_Identity;
+    EPROMPanel* m_EPROM;
+    AirTestPanel* m_AirTests;
 };
 
 } // namespace ombrix

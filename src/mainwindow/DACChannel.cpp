@@ -1,7 +1,7 @@
 #include "mainwindow/DACChannel.h"
 
 #include "board/DACSliders.h"
-#include "mainwindow/ADCBar.h"
+#include "support/ADCBar.h"
 #include "support/Controls.h"
 
 #include <QGridLayout>
@@ -37,7 +37,7 @@ QSlider* MakeSlider(int channel, QWidget* parent) {
 
 DACChannel::DACChannel(int channel, QWidget* parent)
     : QWidget(parent), m_Channel(channel), m_Slider(MakeSlider(channel, this)),
-      m_Bar(new ADCBar(channel, this)),
+      m_Bar(new ADCBar(channel, tr("Bars of ADC %1 and DAC %1").arg(channel), this)),
       m_Output(new ValueLabel(ElementName("lblDACValue", channel),
                               tr("Value of DAC %1").arg(channel), this)),
       m_Input(new ValueLabel(ElementName("lblADC", channel), tr("Reading of ADC %1").arg(channel),

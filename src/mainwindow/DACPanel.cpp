@@ -2,6 +2,7 @@
 
 #include "mainwindow/DACChannel.h"
 #include "mainwindow/PressurePanel.h"
+#include "mainwindow/RecordingBox.h"
 #include "support/Controls.h"
 #include "support/Guarded.h"
 
@@ -54,12 +55,10 @@ QWidget* DACPanel::MakeSideColumn() {
     m_MFCsReady = new ValueLabel(QStringLiteral("lblMFCsReady"), tr("MFC readiness"), column);
     m_MFCsReady->ShowValue(tr("MFCs Readt Status"));
     m_Pressure = new PressurePanel(m_Station, column);
-    auto* record = ComesLater(
-        MakeCheckBox(QStringLiteral("chkRecordADCs"), tr("Record ADCs"), column),
-        tr("records the four inputs and the pressure register into a file on drive C:."));
-    auto* speed =
-        ComesLater(MakeButton(QStringLiteral("cmdTestSpeed"), tr("Speed"), column),
-                   tr("drives both air channels 2000 times in analog, then in digital mode."));
+    auto* record = new RecordingBox(m_Station, column);
+    auto* speed = MakeButton(QStringLiteral("cmdTestSpeed"), tr("Speed"), column);
+    speed->setToolTip(tr("Drives both air channels 2000 times in analog, then in digital mode."));
+    connect(speed, &QPushButton::clicked, this, &DACPanel::SpeedTestWanted);
     auto* layout = new QVBoxLayout(column);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_MFCsReady);
@@ -110,15 +109,26 @@ void DACPanel::SetValue(std::int32_t channel, std::int32_t position) {
     SetDAC(channel, position * 2);
 }
 
+void DACPanel::Show(std::int32_t channel, std::int32_t position) {
+    const bool outer = std::exchange(m_SettingDAC, true);
+    m_Channels.at(static_cast<std::size_t>(channel))
+        ->ShowOutput(position * 2, Status::NoError, Base());
+    m_SettingDAC = outer;
+}
+
 void DACPanel::Zero() {
     for (int channel = 0; channel < clsAIB::DACChannels; ++channel)
         SetDAC(channel, 0);
 }
 
 void DACPanel::ShowBoard() {
-    m_IsDigitalSetup->setChecked(Board().IsDigitalSetup());
+    ShowDigitalSetup();
     for (int channel = 0; channel < clsAIB::DACChannels; ++channel)
         SetDAC(channel, Board().DAC(channel));
+}
+
+void DACPanel::ShowDigitalSetup() {
+    m_IsDigitalSetup->setChecked(Board().IsDigitalSetup());
 }
 
 void DACPanel::Refresh() {

@@ -27,12 +27,18 @@ class DACPanel final : public QGroupBox, public DACSliders {
     /// Sends a value to the board, held to what the panel may send, and shows it.
     void SetDAC(std::int32_t channel, std::int32_t value);
     void SetValue(std::int32_t channel, std::int32_t position) override;
+    void Show(std::int32_t channel, std::int32_t position) override;
     /// Puts every slider to 0.
     void Zero();
     /// Shows what the current board was last told.
     void ShowBoard();
+    /// Shows whether the current board's MFCs are driven digitally.
+    void ShowDigitalSetup();
     /// Reads and shows what the current board measures.
     void Refresh();
+
+  signals:
+    void SpeedTestWanted();
 
   private:
     QWidget* MakeCaptionColumn();

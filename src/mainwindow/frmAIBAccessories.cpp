@@ -2,10 +2,13 @@
 
 #include "board/modAIB.h"
 #include "healthcheck/frmACUHealthCheck.h"
+#include "mainwindow/ACUCommands.h"
+#include "mainwindow/BenchTestCommands.h"
 #include "mainwindow/BoardPanel.h"
 #include "mainwindow/DACPanel.h"
 #include "mainwindow/InfoPanel.h"
 #include "mainwindow/NoBoardPanel.h"
+#include "mainwindow/ToolWindows.h"
 #include "mainwindow/WindowCaption.h"
 #include "support/Controls.h"
 #include "support/Guarded.h"
@@ -36,7 +39,7 @@ frmAIBAccessories::frmAIBAccessories(Station& station, MainWindowServices servic
     : m_Station(station), m_Services(std::move(services)), m_Tabs(new QTabBar(this)),
       m_NoBoards(new NoBoardPanel(this)), m_Info(new InfoPanel(this)),
       m_Board(new BoardPanel(station, this)), m_UpdateInput(MakeTimer("timUpdateInput", 50, this)),
-      m_RecordData(MakeTimer("timRecordData", 20, this)) {
+      m_Tools(std::make_unique<ToolWindows>(station)) {
     QCoreApplication::setApplicationName(tr("AIB Test Form"));
     const QString caption = ToQt(WindowCaption(m_Services.Version));
     Named(this, QStringLiteral("frmAIBAccessories"), caption);
@@ -52,6 +55,11 @@ frmAIBAccessories::frmAIBAccessories(Station& station, MainWindowServices servic
     connect(m_Board, &BoardPanel::HealthCheckWanted, this, &frmAIBAccessories::ShowHealthCheck);
     connect(m_Board, &BoardPanel::UpdateWanted, this, &frmAIBAccessories::Tick);
     connect(m_UpdateInput, &QTimer::timeout, this, &frmAIBAccessories::Tick);
+    m_ACUCommands =
+        std::make_unique<ACUCommands>(station, *m_Board, m_Services.Launcher, m_Services.Templates);
+    m_BenchTests = std::make_unique<BenchTestCommands>(station, *m_Board, *m_Info);
+    connect(m_Info, &InfoPanel::TestRigWanted, m_Tools.get(), &ToolWindows::ShowTestRigOptions);
+    connect(m_Tools.get(), &ToolWindows::RigShown, this, &frmAIBAccessories::RigShown);
     m_Procedures = station.Procedures.Listen([this](bool running) { ProcedureRunning(running); });
 }
 
@@ -64,6 +72,14 @@ void frmAIBAccessories::MakeMenus() {
     file->addAction(tr("Open Data &Folder"), this, &frmAIBAccessories::OpenDataFolder);
     file->addSeparator();
     file->addAction(tr("&Quit"), QKeySequence(QKeySequence::Quit), this, &QWidget::close);
+    QMenu* tools = menuBar()->addMenu(tr("&Tools"));
+    m_PressureActions = {
+        tools->addAction(tr("&Pressure System Calibration"), this,
+                         [this] { m_ACUCommands->CalibratePressure(CalibrationKind::System); }),
+        tools->addAction(tr("Pressure &Audit Calibration"), this,
+                         [this] { m_ACUCommands->CalibratePressure(CalibrationKind::Audit); })};
+    tools->addSeparator();
+    m_UARTsAction = tools->addAction(tr("&UART Console"), m_Tools.get(), &ToolWindows::ShowUARTs);
     QMenu* help = menuBar()->addMenu(tr("&Help"));
     help->addAction(tr("&About"), this, &frmAIBAccessories::ShowAbout);
     const auto name = [](QObject* object, const char* objectName) {
@@ -72,6 +88,9 @@ void frmAIBAccessories::MakeMenus() {
     name(m_DetectAction, "mnuDetectAIBs");
     name(file->actions().at(1), "mnuOpenDataFolder");
     name(file->actions().back(), "mnuQuit");
+    name(m_PressureActions[0], "mnuPressureSystem");
+    name(m_PressureActions[1], "mnuPressureAudit");
+    name(m_UARTsAction, "mnuUARTs");
     name(help->actions().back(), "mnuAbout");
 }
 
@@ -98,6 +117,7 @@ bool frmAIBAccessories::DetectAndProgramAIBs() {
         return false;
     m_NoBoards->ShowDetecting(true);
     m_BoardsFound = false;
+    m_Tools->CloseAll(); // they work with the boards that are there now
     Guarded(m_Station.World.Messages, [this] {
         const RunningProcedure detection(m_Station.Procedures, [] {});
         m_BoardsFound = Detect();
@@ -180,9 +200,13 @@ void frmAIBAccessories::ProcedureRunning(bool running) {
 void frmAIBAccessories::UpdateCommands() {
     const bool free = !m_Station.Procedures.Running();
     m_DetectAction->setEnabled(free);
+    m_UARTsAction->setEnabled(free);
+    for (QAction* action : m_PressureActions)
+        action->setEnabled(free && m_BoardsFound);
     m_Tabs->setEnabled(free);
     m_Board->TakeCommands(free);
-    if (free && m_BoardsFound)
+    m_Info->TakeCommands(free);
+    if (free && m_BoardsFound && !m_Tools->RigIsOpen())
         m_UpdateInput->start();
     else
         m_UpdateInput->stop();
@@ -195,6 +219,13 @@ void frmAIBAccessories::ShowHealthCheck() {
     m_HealthCheck->show();
     m_HealthCheck->raise();
     m_HealthCheck->activateWindow();
+}
+
+void frmAIBAccessories::RigShown(bool open) {
+    UpdateCommands();
+    // The rig drives the outputs past the sliders.
+    if (!open && m_BoardsFound)
+        m_Board->Sliders().ShowBoard();
 }
 
 void frmAIBAccessories::OpenDataFolder() {
@@ -234,6 +265,7 @@ void frmAIBAccessories::closeEvent(QCloseEvent* event) {
     m_BoardsFound = false;
     // Nobody is left who could switch off what the sliders have switched on.
     Guarded(m_Station.World.Messages, [this] { SwitchOutputsOff(); });
+    m_Tools->CloseAll();
     if (m_HealthCheck)
         m_HealthCheck->close();
     event->accept();

@@ -6,6 +6,7 @@
 #include <QMainWindow>
 #include <QTimer>
 
+#include <array>
 #include <functional>
 #include <memory>
 #include <string>
@@ -15,9 +16,12 @@ class QTabBar;
 
 namespace ombrix {
 
+class ACUCommands;
+class BenchTestCommands;
 class BoardPanel;
 class InfoPanel;
 class NoBoardPanel;
+class ToolWindows;
 class frmACUHealthCheck;
 
 /// What main hands to the main window beside the station.
@@ -61,6 +65,7 @@ class frmAIBAccessories final : public QMainWindow, private DetectionView {
     void ProcedureRunning(bool running);
     void UpdateCommands();
     void ShowHealthCheck();
+    void RigShown(bool open);
     void OpenDataFolder();
     void ShowAbout();
     void EndAndClose();
@@ -77,9 +82,13 @@ class frmAIBAccessories final : public QMainWindow, private DetectionView {
     InfoPanel* m_Info;
     BoardPanel* m_Board;
     QAction* m_DetectAction = nullptr;
+    std::array<QAction*, 2> m_PressureActions{};
+    QAction* m_UARTsAction = nullptr;
     QTimer* m_UpdateInput;
-    QTimer* m_RecordData;
     std::unique_ptr<frmACUHealthCheck> m_HealthCheck;
+    std::unique_ptr<ACUCommands> m_ACUCommands;
+    std::unique_ptr<BenchTestCommands> m_BenchTests;
+    std::unique_ptr<ToolWindows> m_Tools;
     ProcedureGate::Subscription m_Procedures;
     bool m_BoardsFound = false;
     bool m_Closing = false;

@@ -36,12 +36,4 @@ QLabel* MakeCaption(const QString& caption, QWidget* parent) {
     return label;
 }
 
-void SayItComesLater(QWidget& control, const QString& whatItWillDo) {
-    const QString tip = QStringLiteral("Not available yet: ") + whatItWillDo;
-    control.setEnabled(false);
-    control.setToolTip(tip);
-    for (QWidget* part : control.findChildren<QWidget*>())
-        part->setToolTip(tip);
-}
-
 } // namespace ombrix

@@ -24,14 +24,4 @@ QCheckBox* MakeCheckBox(const QString& objectName, const QString& caption, QWidg
 /// A text that never changes.
 QLabel* MakeCaption(const QString& caption, QWidget* parent);
 
-/// A control, or a frame of them, whose command is not there yet stands in its place, disabled,
-/// and says in its tool tip what it will do.
-void SayItComesLater(QWidget& control, const QString& whatItWillDo);
-
-template <class Control>
-Control* ComesLater(Control* control, const QString& whatItWillDo) {
-    SayItComesLater(*control, whatItWillDo);
-    return control;
-}
-
 } // namespace ombrix

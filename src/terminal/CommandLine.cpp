@@ -1,8 +1,13 @@
 #include "terminal/CommandLine.h"
 
+#include "mainwindow/OutputSweep.h"
 #include "terminal/BoardCommands.h"
+#include "terminal/CalibrationCommands.h"
 #include "terminal/EpromCommands.h"
 #include "terminal/HealthCheckCommand.h"
+#include "terminal/RecordCommand.h"
+#include "terminal/RigCommands.h"
+#include "terminal/TestCommands.h"
 
 #include <CLI/CLI.hpp>
 
@@ -23,10 +28,12 @@ struct Arguments {
     std::int32_t Address = 0;
     std::int32_t WordCount = 1;
     std::int32_t Serial = 0;
+    double Seconds = 0.0;
     std::string Setup;
     std::string Text;
     std::string File;
     std::array<bool, 6> Options{};
+    SweepOptions Sweep;
 };
 
 class CommandAdder {
@@ -140,6 +147,77 @@ void AddHealthCheck(CLI::App& app, CommandAdder& adder, const std::shared_ptr<Ar
     group->require_option(1, 0);
 }
 
+void AddCalibrationCommands(CLI::App& app, CommandAdder& adder,
+                            const std::shared_ptr<Arguments>& args) {
+    CLI::App* calibrate = app.add_subcommand("calibrate", "Calibrate or audit the ACU");
+    calibrate->require_subcommand(1);
+    CLI::App* init =
+        adder.Add(*calibrate, "velocity-init", "Fresh header, two system runs and two audits",
+                  [args](CommandContext& context) { return RunVelocityInit(context, args->Text); });
+    init->add_option("--mfc-number", args->Text, "The MFC number, at most 12 characters");
+    adder.Add(*calibrate, "velocity-system", "Measure and store a new velocity calibration",
+              [](CommandContext& context) {
+                  return RunVelocityCalibration(context, CalibrationKind::System);
+              });
+    adder.Add(*calibrate, "velocity-audit", "Verify the stored velocity calibration",
+              [](CommandContext& context) {
+                  return RunVelocityCalibration(context, CalibrationKind::Audit);
+              });
+    adder.Add(*calibrate, "pressure-system", "Measure and store a new pressure calibration",
+              [](CommandContext& context) {
+                  return RunPressureCalibration(context, CalibrationKind::System);
+              });
+    adder.Add(*calibrate, "pressure-audit", "Verify the stored pressure calibration",
+              [](CommandContext& context) {
+                  return RunPressureCalibration(context, CalibrationKind::Audit);
+              });
+    adder.Add(app, "pressure", "The present pressure in mBar", RunPressure);
+    CLI::App* record =
+        adder.Add(app, "record", "Record the inputs and the pressure register",
+                  [args](CommandContext& context) { return RunRecord(context, args->Seconds); });
+    record->add_option("--seconds", args->Seconds, "How long")
+        ->required()
+        ->check(CLI::PositiveNumber);
+    adder.Add(app, "clear-pressure", "Clear the pressure part of the EPROM", RunClearPressure);
+    adder.Add(app, "info-workbook", "Write the ACU information workbook", RunInfoWorkbook);
+}
+
+void AddBenchTests(CLI::App& test, CommandAdder& adder, const std::shared_ptr<Arguments>& args) {
+    adder.Add(test, "mfc", "Ten demand steps on each channel, up compared with down", RunMFCTest);
+    adder.Add(test, "air-flow", "A flow board against a measure board", RunAirFlowTest);
+    adder.Add(test, "speed", "Both channels 2000 times in analog and in digital mode",
+              RunSpeedTest);
+    CLI::App* sweep = adder.Add(
+        test, "air-sweep", "Step the outputs and log the inputs; without options the upper half",
+        [args](CommandContext& context) { return RunAirSweep(context, args->Sweep); });
+    sweep->add_option("--step", args->Sweep.Step_bits, "Step in bits, over the whole range")
+        ->check(CLI::Range(1, SweepPlan::LargestStep_bits));
+    sweep->add_option("--delay", args->Sweep.Delay_ms, "Milliseconds after each step")
+        ->check(CLI::Range(0, SweepPlan::LongestDelay_ms));
+    sweep->add_flag("--both-ways", args->Sweep.BothWays, "Down again afterwards");
+}
+
+void AddRigCommands(CLI::App& app, CLI::App& test, CommandAdder& adder,
+                    const std::shared_ptr<Arguments>& args) {
+    adder.Add(test, "rig", "The outputs of the second board through the inputs of the first",
+              RunTestRig);
+    CLI::App* uart = app.add_subcommand("uart", "The digital MFC link of the first board");
+    uart->require_subcommand(1);
+    CLI::App* set = adder.Add(*uart, "set", "Set a demand", [args](CommandContext& context) {
+        return RunUartSet(context, args->Channel, args->Value);
+    });
+    CLI::App* get = adder.Add(*uart, "get", "Read a channel", [args](CommandContext& context) {
+        return RunUartGet(context, args->Channel);
+    });
+    for (CLI::App* command : {set, get})
+        command->add_option("CHANNEL", args->Channel, "0 or 1")
+            ->required()
+            ->check(CLI::Range(0, 1));
+    set->add_option("VALUE", args->Value, "0 to 65535")
+        ->required()
+        ->check(CLI::Range(0, clsAIB::DACFullScale));
+}
+
 } // namespace
 
 void AddCommands(CLI::App& app, ChosenCommand& chosen) {
@@ -150,6 +228,12 @@ void AddCommands(CLI::App& app, ChosenCommand& chosen) {
     AddBoardCommands(app, adder, arguments);
     AddEpromCommands(app, adder, arguments);
     AddHealthCheck(app, adder, arguments);
+    AddCalibrationCommands(app, adder, arguments);
+
+    CLI::App* test = app.add_subcommand("test", "Run a bench test");
+    test->require_subcommand(1);
+    AddBenchTests(*test, adder, arguments);
+    AddRigCommands(app, *test, adder, arguments);
 }
 
 } // namespace ombrix

@@ -1,20 +1,15 @@
 #include "terminal/HealthCheckCommand.h"
 
 #include "healthcheck/HealthCheckRun.h"
+#include "terminal/ProcedureResult.h"
 #include "terminal/ProgressBar.h"
+#include "terminal/TerminalStages.h"
 
 #include <fmt/format.h>
 
 namespace ombrix {
 
 namespace {
-
-/// Opening a report takes no time worth a word on a terminal.
-class NoWaitWindow final : public OpenExcelView {
-  public:
-    void Show(const std::string& /*message*/) override {}
-    void Close() override {}
-};
 
 ExitStatus StatusOf(HealthCheckResult::Outcome outcome) {
     switch (outcome) {
@@ -56,11 +51,7 @@ CommandResult RunHealthCheckCommand(CommandContext& context,
                                    sequence.Steps, sequence.Seconds, sequence.Samples,
                                    sequence.RecordFull ? "  (record full)" : "");
     }
-    result.Json["files"] = nlohmann::ordered_json::array();
-    for (const auto& file : outcome.Files) {
-        result.Json["files"].push_back(file.string());
-        result.Text += fmt::format("{}\n", file.string());
-    }
+    AddFiles(result, outcome.Files);
     return result;
 }
 

@@ -40,6 +40,7 @@ class TerminalOperator final : public Operator {
     Answer Ask(const Message& message) override;
     std::optional<std::string> AskText(const std::string& prompt, const std::string& proposed,
                                        const std::string& title) override;
+    bool Unattended() const override { return m_Yes; }
 
     /// The last warning or critical message; empty when there was none.
     const std::string& LastTrouble() const { return m_LastTrouble; }

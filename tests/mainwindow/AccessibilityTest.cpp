@@ -3,6 +3,7 @@
 #include "mainwindow/WindowBench.h"
 
 #include <QAbstractSlider>
+#include <QAction>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -109,6 +110,21 @@ TEST(Accessibility, EveryControlOfTheHealthCheckHasANameAndTakesTheFocus) {
     WindowBench bench;
     bench.Click("Command3");
     ExpectNamesAndFocus(*WindowBench::TopLevel("frmACUHealthCheck"));
+}
+
+TEST(Accessibility, ControlsOfTheBenchToolsHaveNamesTakeTheFocusAndAreNotCut) {
+    WindowBench bench("rig");
+    bench.Find<QAction>("mnuUARTs").trigger();
+    bench.Click("cmdRunTests");
+    QTest::mouseClick(&WindowBench::FindIn<QWidget>(*WindowBench::TopLevel("frmAIBTestRigOptions"),
+                                                    "cmdOption_1"),
+                      Qt::LeftButton);
+    QCoreApplication::processEvents();
+    for (const char* name : {"frmUARTs", "frmAIBTestRig"}) {
+        SCOPED_TRACE(name);
+        ExpectNamesAndFocus(*WindowBench::TopLevel(name));
+        ExpectNoCutText(*WindowBench::TopLevel(name));
+    }
 }
 
 TEST(Accessibility, TabKeyReachesEveryControlOfTheMainWindow) {

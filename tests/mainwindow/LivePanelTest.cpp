@@ -1,3 +1,4 @@
+#include "mainwindow/DACPanel.h"
 #include "mainwindow/WindowBench.h"
 
 #include <QCheckBox>
@@ -50,6 +51,15 @@ TEST(LivePanel, OddValueIsSentAsTypedThoughTheSliderHoldsHalfOfIt) {
     Type(bench, "txtDACVal_2", "201");
     EXPECT_EQ(Board(bench).DAC(2), 201); // the slider's own change would have sent 200
     EXPECT_EQ(bench.Find<QSlider>("sldDACValue_2").value(), 100);
+}
+
+TEST(LivePanel, ShownPositionMovesTheSliderAndSendsNothing) {
+    WindowBench bench;
+    Board(bench).SetDAC(2, 30000);
+    bench.Window.findChild<DACPanel*>()->Show(2, 100);
+    EXPECT_EQ(bench.Find<QSlider>("sldDACValue_2").value(), 100);
+    EXPECT_EQ(bench.LabelText("lblDACValue_2"), "C8");
+    EXPECT_EQ(Board(bench).DAC(2), 30000);
 }
 
 TEST(LivePanel, BaseOfTheNumbersFollowsTheChoice) {

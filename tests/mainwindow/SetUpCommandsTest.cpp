@@ -4,6 +4,7 @@
 #include "mainwindow/WindowBench.h"
 #include "support/Text.h"
 
+#include <QAction>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QSlider>
@@ -120,6 +121,15 @@ TEST(SetUpCommands, PlaceholderOfTheMFCNumberIsAskedFor) {
     EXPECT_EQ(bench.Bench.Messages.Prompts,
               std::vector<std::string>(2, "Please enter the MFC Number"));
     EXPECT_EQ(StoredMFCNumber(bench), "M9200777B");
+}
+
+TEST(SetUpCommands, AUnitWithoutAnMFCNumberIsAskedForOne) {
+    WindowBench bench("fresh");
+    bench.Bench.Messages.Texts = {"M9200777C"};
+    bench.Bench.Messages.Answers = {Answer::No};
+    bench.Click("cmdVelocity_Init");
+    EXPECT_EQ(bench.Bench.Messages.Prompts.size(), 1U);
+    EXPECT_EQ(StoredMFCNumber(bench), "M9200777C");
 }
 
 TEST(SetUpCommands, MFCNumberHasNoMoreCharactersThanTheRecord) {
@@ -322,6 +332,45 @@ TEST_F(InitialisationTest, MainWindowThatIsClosedInMidRunEndsItWithoutFurtherQue
     EXPECT_EQ(StageWindow(), nullptr);
     EXPECT_FALSE(m_Bench->Window.isVisible());
     ExpectNoAir();
+}
+
+TEST(SetUpCommands, ThePressureIsCalibratedFromTheToolsMenu) {
+    WindowBench bench("plain");
+    std::string seen;
+    LookRarely(bench, [&seen] {
+        if (QWidget* window = StageWindow(); window != nullptr && seen.empty()) {
+            const QString line = WindowBench::FindIn<QLabel>(*window, "lblAccessoryCal5").text();
+            if (line.startsWith("Current pressure: "))
+                seen =
+                    WindowBench::FindIn<QLabel>(*window, "lblAccessoryCal4").text().toStdString();
+        }
+    });
+    bench.Find<QAction>("mnuPressureSystem").trigger();
+    EXPECT_EQ(seen, "Flow rate: 0 ml/min");
+    EXPECT_EQ(Texts(bench.Bench.Messages.Shown).back(), "ACU Pressure System Caibration Passed");
+    EXPECT_TRUE(bench.LabelText("lblACUPresure_System").startsWith("15/03/2024 14:06"));
+    EXPECT_EQ(StageWindow(), nullptr);
+    bench.Bench.Messages.Answers = {Answer::Cancel};
+    bench.Find<QAction>("mnuPressureAudit").trigger();
+    EXPECT_EQ(bench.Bench.Messages.Shown.back().Icon, MessageIcon::Question);
+}
+
+TEST(SetUpCommands, ClosingTheProgramEndsACalibrationSafely) {
+    WindowBench bench;
+    const auto before = bench.Bench.Bench.Board(0).Eprom().Image();
+    bench.Bench.Events.At(40.0, [&bench] { bench.Window.close(); });
+    bench.Bench.Events.At(40.5, [&bench] {
+        auto* box = bench.Window.findChild<QMessageBox*>("boxWhileRunning");
+        ASSERT_NE(box, nullptr);
+        QTest::mouseClick(box->button(QMessageBox::Yes), Qt::LeftButton);
+    });
+    bench.Find<QAction>("mnuPressureSystem").trigger();
+    EXPECT_LT(bench.Bench.Time.Counter(), 42 * bench.Bench.Time.Frequency());
+    EXPECT_LT(bench.Bench.FlowLater_bits(), TestBench::NoFlow_bits);
+    EXPECT_EQ(bench.Bench.Bench.Board(0).Eprom().Image(), before);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(bench.Window.isVisible());
+    EXPECT_EQ(StageWindow(), nullptr);
 }
 
 } // namespace

@@ -1,50 +1,7 @@
-#include "platform/FolderDrive.h"
-#include "support/TemporaryFolder.h"
-
-#include <fmt/format.h>
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
-
-#include <array>
-#include <cstdio>
-#include <string>
-#include <sys/wait.h>
+#include "terminal/OmbrixctlTest.h"
 
 namespace ombrix {
 namespace {
-
-using nlohmann::json;
-
-struct Outcome {
-    int Status = -1;
-    json Result;
-};
-
-class OmbrixctlTest : public ::testing::Test {
-  protected:
-    /// @param input what is typed at the prompts; nothing ends the input at once
-    /// @param under a command that runs the program
-    Outcome Run(const std::string& arguments, const std::string& input = "",
-                const std::string& under = "") const {
-        const std::string line =
-            fmt::format("printf '{}' | {} '{}' --json --data-root '{}' {} 2>'{}'", input, under,
-                        OMBRIXCTL, m_Folder.Path().string(), arguments, ErrorFile().string());
-        std::string output;
-        FILE* pipe = ::popen(line.c_str(), "r");
-        std::array<char, 4096> buffer{};
-        while (const std::size_t count = std::fread(buffer.data(), 1, buffer.size(), pipe))
-            output.append(buffer.data(), count);
-        const int status = ::pclose(pipe);
-        return {WEXITSTATUS(status), json::parse(output)};
-    }
-    Outcome RunSimulated(const std::string& arguments, const std::string& input = "") const {
-        return Run("--simulate " + arguments, input);
-    }
-    std::filesystem::path ErrorFile() const { return m_Folder.Path() / "stderr.txt"; }
-    std::string Errors() const { return ReadWholeFile(ErrorFile()); }
-
-    TemporaryFolder m_Folder;
-};
 
 TEST_F(OmbrixctlTest, DetectListsTheBoards) {
     const Outcome outcome = Run("--simulate=pair detect");

@@ -1,0 +1,158 @@
+#include "terminal/CalibrationCommands.h"
+
+#include "board/ACUMemoryMap.h"
+#include "calibration/ACUSetUp.h"
+#include "calibration/modACUCalibration.h"
+#include "terminal/ProcedureResult.h"
+#include "terminal/TerminalStages.h"
+
+#include <fmt/format.h>
+
+namespace ombrix {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+/// The set-up commands on a terminal. While it lives, an interrupt cancels the calibration.
+class TerminalSetUp {
+  public:
+    explicit TerminalSetUp(CommandContext& context)
+        : m_Context(context), m_Board(ChosenBoard(context)), m_Sliders(context.TheStation),
+          SetUp({context.TheStation, m_Sliders, Stages, m_Wait, context.Launcher,
+                 context.TemplatesFolder}) {
+        context.Events.OnInterrupt = [this] { m_Board.Calibration().CancelCalibration(); };
+    }
+    TerminalSetUp(const TerminalSetUp&) = delete;
+    TerminalSetUp& operator=(const TerminalSetUp&) = delete;
+    ~TerminalSetUp() { m_Context.Events.OnInterrupt = nullptr; }
+
+    clsAIB& Board() { return m_Board; }
+    float Pressure_mBar() {
+        AirChannelControl air = m_Board.Calibration().Air(m_Sliders);
+        return m_Board.Calibration().PressureGet_mBar(air);
+    }
+
+  private:
+    CommandContext& m_Context;
+    clsAIB& m_Board;
+    BoardDACSliders m_Sliders;
+    NoWaitWindow m_Wait;
+
+  public:
+    TerminalStages Stages;
+    ACUSetUp SetUp;
+};
+
+/// The status of a run that has a verdict, and why it is not "done".
+void Judge(CommandResult& result, bool passed, bool aborted, bool allStored,
+           const std::string& error) {
+    if (passed && allStored)
+        return;
+    result.Status = passed ? ExitStatus::NotStored : ExitStatus::NotPassed;
+    if (!error.empty())
+        result.Error = WithPlainLineEnds(error);
+    else if (aborted)
+        result.Error = "ACU Calibration Aborted";
+    else
+        result.Error = passed ? "A log or a workbook could not be stored where it belongs."
+                              : "The calibration has not passed.";
+}
+
+CommandResult ResultOf(const TerminalSetUp& terminal, const CalibrationOutcome& outcome) {
+    CommandResult result;
+    Judge(result, outcome.Passed && !outcome.Aborted, outcome.Aborted, outcome.AllStored,
+          outcome.Error);
+    result.Json = {
+        {"passed", outcome.Passed}, {"saved", outcome.Saved}, {"aborted", outcome.Aborted}};
+    for (const TerminalStages::Stage& stage : terminal.Stages.Stages())
+        result.Text += fmt::format("{:<40} {}\n", stage.Name, stage.Result);
+    AddFiles(result, outcome.Files);
+    return result;
+}
+
+std::string NumberInUse(const clsACUCalibration& record) {
+    const CalibrationSummary summary = SumUp(record);
+    return summary.ACUInitialised ? summary.MFCNumber : ACUSetUp::MFCNumberPlaceholder;
+}
+
+bool PressureIsClear(clsAIB& board) {
+    for (std::int32_t address = ACUSetUp::FirstPressureAddress;
+         address <= ACUSetUp::LastPressureAddress; address += 4) {
+        std::int32_t word = -1;
+        if (board.ReadEPROM(address, word) != Status::NoError || word != 0)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+CommandResult RunVelocityInit(CommandContext& context, const std::string& mfcNumber) {
+    TerminalSetUp terminal(context);
+    std::string number =
+        mfcNumber.empty() ? NumberInUse(terminal.Board().Calibration()) : mfcNumber;
+    const ACUSetUp::Initialisation outcome =
+        terminal.SetUp.RunACUInitialisation(number, true, false);
+    CommandResult result;
+    Judge(result, outcome.Passed, outcome.Aborted, outcome.AllStored, outcome.Error);
+    result.Json["stages"] = Json::array();
+    for (const TerminalStages::Stage& stage : terminal.Stages.Stages()) {
+        result.Json["stages"].push_back({{"name", stage.Name}, {"result", stage.Result}});
+        result.Text += fmt::format("{:<40} {}\n", stage.Name, stage.Result);
+    }
+    AddFiles(result, outcome.Files);
+    return result;
+}
+
+CommandResult RunVelocityCalibration(CommandContext& context, CalibrationKind kind) {
+    TerminalSetUp terminal(context);
+    return ResultOf(terminal, terminal.SetUp.RunVelocity(kind));
+}
+
+CommandResult RunPressureCalibration(CommandContext& context, CalibrationKind kind) {
+    TerminalSetUp terminal(context);
+    return ResultOf(terminal, terminal.SetUp.RunPressure(kind));
+}
+
+CommandResult RunPressure(CommandContext& context) {
+    TerminalSetUp terminal(context);
+    std::int32_t bits = 0;
+    const AIBStatus status = terminal.Board().GetADC(2, bits);
+    if (status != Status::NoError)
+        throw CommandError(ExitStatus::NotPassed,
+                           "The pressure input cannot be read: " + clsAIB::AIBErrorStr(status));
+    const float pressure_mBar = terminal.Pressure_mBar();
+    CommandResult result;
+    result.Json["mBar"] = pressure_mBar;
+    result.Text = fmt::format("{:.1f} mBar\n", pressure_mBar);
+    return result;
+}
+
+CommandResult RunClearPressure(CommandContext& context) {
+    TerminalSetUp terminal(context);
+    CommandResult result;
+    if (!terminal.SetUp.ClearPressure([](std::int32_t) {})) {
+        result.Status = ExitStatus::NotPassed;
+        result.Error = "The pressure calibration has not been cleared.";
+    } else if (!PressureIsClear(terminal.Board())) {
+        result.Status = ExitStatus::NotStored;
+        result.Error = "The EPROM does not read back as zero.";
+    }
+    return result;
+}
+
+CommandResult RunInfoWorkbook(CommandContext& context) {
+    TerminalSetUp terminal(context);
+    const WorkbookOutcome outcome = terminal.SetUp.CreateACUInfoDoc();
+    CommandResult result;
+    if (!outcome.Saved) {
+        result.Status = ExitStatus::NotStored;
+        result.Error = "The ACU information workbook could not be stored where it belongs.";
+    }
+    AddFiles(result,
+             outcome.File ? std::vector{*outcome.File} : std::vector<std::filesystem::path>{});
+    return result;
+}
+
+} // namespace ombrix

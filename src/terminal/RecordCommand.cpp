@@ -1,0 +1,28 @@
+#include "terminal/RecordCommand.h"
+
+#include "mainwindow/DataRecorder.h"
+#include "terminal/ProcedureResult.h"
+#include "terminal/ProgressBar.h"
+
+#include <fmt/format.h>
+
+namespace ombrix {
+
+CommandResult RunRecord(CommandContext& context, double seconds) {
+    ChosenBoard(context);
+    TimedRecording recording(context.TheStation);
+    context.Events.OnInterrupt = [&recording] { recording.Cancel(); };
+    ProcedureOutcome outcome;
+    {
+        ProgressBar bar;
+        outcome = recording.Run(seconds, [&bar](double share) { bar.Show(share); });
+    }
+    context.Events.OnInterrupt = nullptr;
+    CommandResult result;
+    result.Json["lines"] = recording.Lines();
+    result.Text = fmt::format("{} lines\n", recording.Lines());
+    AddOutcome(result, outcome, "The recording");
+    return result;
+}
+
+} // namespace ombrix

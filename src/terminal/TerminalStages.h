@@ -1,0 +1,54 @@
+#pragma once
+
+#include "calibration/CalibrationView.h"
+#include "support/OpenExcel.h"
+#include "terminal/ProgressBar.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace ombrix {
+
+/// The stage window of a terminal: a line for each stage's result, the phase as a heading, and
+/// a progress bar, all on standard error.
+class TerminalStages final : public CalibrationView {
+  public:
+    struct Stage {
+        std::string Name;
+        /// As the stage window shows it.
+        std::string Result;
+    };
+
+    const std::vector<Stage>& Stages() const { return m_Stages; }
+
+    void Stage_Add(const std::string& name) override;
+    void Stage_RunNext() override;
+    void Stage_Complete(bool aborted, bool passed) override;
+    void ShowLine(StageLine line, const std::string& text) override;
+    void ShowWarning(const std::string& text) override;
+    void BeginProgress(float span_s) override;
+    void ShowProgress(float elapsed_s) override;
+    void EndProgress() override;
+    void TakeInput(bool /*take*/) override {}
+    void Close() override;
+
+  private:
+    void Show(const std::string& text);
+
+    std::vector<Stage> m_Stages;
+    /// How many stages have been begun; the last of them is the running one.
+    std::size_t m_Begun = 0;
+    std::string m_Phase;
+    float m_Span_s = 0.0F;
+    std::unique_ptr<ProgressBar> m_Bar;
+};
+
+/// Opening a report takes no time worth a word on a terminal.
+class NoWaitWindow final : public OpenExcelView {
+  public:
+    void Show(const std::string& /*message*/) override {}
+    void Close() override {}
+};
+
+} // namespace ombrix

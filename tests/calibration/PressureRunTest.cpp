@@ -93,6 +93,17 @@ TEST_F(PressureRunTest, AfterItAnOpenBaseReadsZeroAtAnyFlow) {
     EXPECT_NEAR(Pressure_mBar(), 0.0F, 0.3F);
 }
 
+TEST_F(PressureRunTest, TooMuchOffsetFailsTheAuditAsTooLittleDoes) {
+    Use("plain");
+    std::int32_t address = 756; // the polynomial's slope
+    m_Bench->Board.WriteEPROMSng(address, 2.0F * m_Bench->Record().Record().m_PressureCoeff[1]);
+    m_Bench->Record().ReadEPROMValues(m_Bench->Board);
+    const CalibrationOutcome audit = Run(Kind::Audit);
+    EXPECT_FALSE(audit.Passed);
+    EXPECT_NE(Log(audit).find("Calibration Point Passed: 0:  0.00:"), std::string::npos);
+    EXPECT_NE(Log(audit).find("Calibration Point Failed: 4:  4000.00:  -"), std::string::npos);
+}
+
 TEST_F(PressureRunTest, WithValvesTheOffsetFollowsTheChannelThatTheValveStateNames) {
     // After the selection of channel 0 the state is 1: the flow of the small channel, none.
     Use("acu");

@@ -12,10 +12,7 @@ class Information {
   public:
     explicit Information(const std::string& bench, const std::vector<std::string>& faults = {},
                          std::int32_t board = 0)
-        : Bench(bench, faults), Board(Bench.Bench.Detect(board)) {
-        Board.Calibration().ReadEPROMValues(Board);
-        Bench.Bench.Messages.Shown.clear();
-    }
+        : Bench(bench, faults, board), Board(Bench.Board) {}
     WorkbookProbe Made() {
         const WorkbookOutcome outcome = OutputACUData(Bench.Services, Board);
         Name = outcome.File.value().filename();

@@ -58,8 +58,9 @@ class SameContent final : public DocumentConverter {
 /// A bench with everything that calibrations work with; its current board's record is read.
 class CalibrationBench {
   public:
-    explicit CalibrationBench(const std::string& bench, const std::vector<std::string>& faults = {})
-        : Bench(bench, faults), Board(Bench.Detect()) {
+    explicit CalibrationBench(const std::string& bench, const std::vector<std::string>& faults = {},
+                              std::int32_t board = 0)
+        : Bench(bench, faults), Board(Bench.Detect(board)) {
         Bench.Files.Mount(Templates, TEMPLATES_FOLDER);
         Board.Calibration().ReadEPROMValues(Board);
         Bench.Messages.Shown.clear();

@@ -41,6 +41,8 @@ class ShownSliders final : public DACSliders {
 class BenchTestFixture : public ::testing::Test {
   protected:
     void Use(const std::string& bench, const std::vector<std::string>& faults = {}) {
+        m_Sliders.reset(); // what works on an earlier bench goes before it
+        m_Station.reset();
         m_Bench = std::make_unique<TestBench>(bench, faults);
         m_Disk = std::make_unique<FullDisk>(m_Bench->Files);
         m_World =

@@ -49,15 +49,11 @@ RunningProcedure ACUSetUp::Begin() const {
     return {m_Services.TheStation.Procedures, [] {}};
 }
 
-RunningProcedure ACUSetUp::BeginWithAir() const {
-    // The board is held: whatever happens to the selection meanwhile, its air is switched off.
-    return {m_Services.TheStation.Procedures,
-            [board = m_Services.TheStation.g_CurrentAIB, &sliders = m_Services.Sliders] {
-                for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel) {
-                    board->SetDAC(channel, 0);
-                    sliders.Show(channel, 0);
-                }
-            }};
+void ACUSetUp::SwitchAirOff(clsAIB& board) const {
+    for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel) {
+        board.SetDAC(channel, 0);
+        m_Services.Sliders.Show(channel, 0);
+    }
 }
 
 bool ACUSetUp::SetAIBSerialNumber(std::int32_t& serial, bool digital, bool analog) {
@@ -102,7 +98,10 @@ void ACUSetUp::AskMFCNumber(std::string& mfcNumber) {
 
 ACUSetUp::Initialisation ACUSetUp::RunACUInitialisation(std::string& mfcNumber, bool velocity,
                                                         bool pressure) {
-    const RunningProcedure running = BeginWithAir();
+    // The board is held: whatever happens to the selection meanwhile, its air is switched off.
+    const RunningProcedure running(
+        m_Services.TheStation.Procedures,
+        [this, board = m_Services.TheStation.g_CurrentAIB] { SwitchAirOff(*board); });
     AskMFCNumber(mfcNumber);
     std::string question = "Are you sure you want to run:\r\n";
     if (velocity) {
@@ -152,7 +151,7 @@ void ACUSetUp::RunVelocityStages(Initialisation& result) {
         result.Passed = result.Passed && outcome.Passed;
         if (!outcome.Passed)
             result.FailedStages += std::string("\r\n  ") + stage.Name;
-        result.Aborted = outcome.Aborted;
+        result.Aborted = outcome.Aborted || outcome.NoFurtherRun;
         result.AllStored = result.AllStored && outcome.AllStored;
         result.Error = outcome.Error;
         result.Files.insert(result.Files.end(), outcome.Files.begin(), outcome.Files.end());
@@ -164,19 +163,28 @@ void ACUSetUp::RunVelocityStages(Initialisation& result) {
 }
 
 CalibrationOutcome ACUSetUp::RunVelocity(CalibrationKind kind) {
-    const RunningProcedure running = BeginWithAir();
-    m_Services.Stages.Stage_Add(kind == CalibrationKind::Audit ? "Velocity Audit Calibration"
-                                                               : "Velocity System Calibration");
-    CalibrationOutcome outcome = Record().CalibrateACUAirVelocity(m_Services, kind, false);
-    m_Services.Stages.Close();
-    return outcome;
+    return RunAlone(kind == CalibrationKind::Audit ? "Velocity Audit Calibration"
+                                                   : "Velocity System Calibration",
+                    [&] { return Record().CalibrateACUAirVelocity(m_Services, kind, false); });
 }
 
 CalibrationOutcome ACUSetUp::RunPressure(CalibrationKind kind) {
-    const RunningProcedure running = BeginWithAir();
-    m_Services.Stages.Stage_Add(kind == CalibrationKind::Audit ? "Pressure Audit Calibration"
-                                                               : "Pressure System Calibration");
-    CalibrationOutcome outcome = Record().CalibrateACUPressure(m_Services, kind, false);
+    return RunAlone(kind == CalibrationKind::Audit ? "Pressure Audit Calibration"
+                                                   : "Pressure System Calibration",
+                    [&] { return Record().CalibrateACUPressure(m_Services, kind, false); });
+}
+
+CalibrationOutcome ACUSetUp::RunAlone(const char* stage,
+                                      const std::function<CalibrationOutcome()>& run) {
+    CalibrationOutcome outcome;
+    // What the operator drives by hand goes on when the opening prompt is declined.
+    const RunningProcedure running(m_Services.TheStation.Procedures,
+                                   [this, &outcome, board = m_Services.TheStation.g_CurrentAIB] {
+                                       if (!outcome.NothingDriven)
+                                           SwitchAirOff(*board);
+                                   });
+    m_Services.Stages.Stage_Add(stage);
+    outcome = run();
     m_Services.Stages.Close();
     return outcome;
 }

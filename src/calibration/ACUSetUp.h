@@ -66,8 +66,8 @@ class ACUSetUp {
     void RunVelocityStages(Initialisation& result);
     clsACUCalibration& Record() const;
     RunningProcedure Begin() const;
-    /// All air is off when it ends.
-    RunningProcedure BeginWithAir() const;
+    void SwitchAirOff(clsAIB& board) const;
+    CalibrationOutcome RunAlone(const char* stage, const std::function<CalibrationOutcome()>& run);
 
     CalibrationServices m_Services;
 };

@@ -13,6 +13,11 @@ struct CalibrationOutcome {
     bool Saved = false;
     /// The operator has cancelled.
     bool Aborted = false;
+    /// Nothing was driven: what the operator drives by hand goes on.
+    bool NothingDriven = false;
+    /// The operator has cancelled while the finished run was being stored: it stands, but no
+    /// further one is wanted.
+    bool NoFurtherRun = false;
     /// Why the run was stopped by an error; the operator has been told.
     std::string Error;
     /// Every log and workbook lies where it belongs.
@@ -20,5 +25,10 @@ struct CalibrationOutcome {
     /// Real paths of what was written, in the order of writing.
     std::vector<std::filesystem::path> Files;
 };
+
+/// Told when an EPROM does not read back as it was written.
+inline constexpr const char* NotInEprom =
+    "The EPROM does not hold what was written.\r\n\r\nPlease check the board, then calibrate "
+    "again.";
 
 } // namespace ombrix

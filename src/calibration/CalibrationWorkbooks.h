@@ -17,6 +17,8 @@ struct WorkbookOutcome {
     bool Saved = false;
     /// Where it lies; nothing when it lies nowhere.
     std::optional<std::filesystem::path> File;
+    /// It has the name and the format that it was to have.
+    bool WhereItBelongs = false;
 };
 
 /// A text as a part of a file's name: an MFC number comes from an EPROM, which may hold anything.

@@ -40,7 +40,7 @@ PointReading MeasuringLoop::Measure(std::int32_t channel, double duration_s,
     double displayDue_s = 0.0;
     LiveReading live;
     while ((live.Elapsed_s = timer.ElapsedTime()) < duration_s) {
-        const AIBStatus status = m_AIB.GetADC(channel, live.Bits);
+        const AIBStatus status = Read(channel, live.Bits);
         m_Watch.Note(status, MonotonicSeconds(m_Clock));
         if (status == Status::NoError) {
             live.Flow_ml_m = m_Air.FlowOfReading(channel, live.Bits);
@@ -73,14 +73,22 @@ void MeasuringLoop::PollChangeOver() {
         m_Air.UpdateChannelChangeOver();
 }
 
+AIBStatus MeasuringLoop::AskForAnswer() {
+    std::int32_t value = 0;
+    return m_AIB.ReadReg(clsAIB::PressureRegister, value);
+}
+
+AIBStatus MeasuringLoop::Read(std::int32_t channel, std::int32_t& bits) {
+    const AIBStatus status = m_AIB.GetADC(channel, bits);
+    // A digital channel that is not ready reads as 0 without asking the board.
+    const bool wasAsked = !m_AIB.IsDigitalSetup() || m_AIB.MFCReady();
+    return wasAsked ? status : AskForAnswer();
+}
+
 void MeasuringLoop::AwaitAnswer() {
-    // A register, since a digital channel that is not ready reads as 0 without asking the board.
-    const auto ask = [this] {
-        std::int32_t value = 0;
-        return m_AIB.ReadReg(clsAIB::PressureRegister, value);
-    };
     clsHiResTimer timer(m_Clock);
-    for (AIBStatus status = ask(); status != Status::NoError && !m_Wait.Ended(); status = ask()) {
+    for (AIBStatus status = AskForAnswer(); status != Status::NoError && !m_Wait.Ended();
+         status = AskForAnswer()) {
         m_Watch.Note(status, MonotonicSeconds(m_Clock));
         m_Wait.Pass(timer, timer.ElapsedTime() + AnswerWatch::Patience_s);
     }

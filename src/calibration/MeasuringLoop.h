@@ -46,6 +46,8 @@ class MeasuringLoop {
     void AwaitAnswer();
 
   private:
+    AIBStatus Read(std::int32_t channel, std::int32_t& bits);
+    AIBStatus AskForAnswer();
     void PollChangeOver();
 
     clsAIB& m_AIB;

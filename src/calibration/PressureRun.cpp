@@ -44,6 +44,7 @@ PressureRun::PressureRun(clsACUCalibration& record, const CalibrationServices& s
 CalibrationOutcome PressureRun::CalibrateACUPressure() {
     m_Services.Stages.Stage_RunNext();
     if (const std::string reason = Unready(); !reason.empty()) {
+        m_Outcome.NothingDriven = true;
         m_Outcome.Error = reason;
         TellOperator(m_World, reason, MessageIcon::Warning);
     } else if (Confirmed()) {
@@ -58,9 +59,12 @@ CalibrationOutcome PressureRun::CalibrateACUPressure() {
         m_Outcome.Files.insert(m_Outcome.Files.begin(), m_Log.Files().begin(), m_Log.Files().end());
         m_Outcome.AllStored = m_Outcome.AllStored && m_Log.AllStored();
     } else {
-        m_Outcome.Aborted = true;
+        m_Outcome.NothingDriven = m_Outcome.Aborted = true;
     }
     m_Services.Stages.Stage_Complete(m_Outcome.Aborted, m_Outcome.Passed);
+    if (!m_Outcome.Error.empty() && !m_Outcome.NothingDriven)
+        TellOperator(m_World, "The calibration has been stopped.\r\n\r\n" + m_Outcome.Error,
+                     MessageIcon::Critical);
     return m_Outcome;
 }
 
@@ -268,8 +272,12 @@ void PressureRun::FinishSystem(bool passed) {
         TellOperator(m_World, "ACU Pressure System Caibration Failed");
         return;
     }
-    m_Record.SavePressureSystemCalibration(m_Measured);
-    m_Outcome.Saved = true;
+    m_Outcome.Saved = m_Record.SavePressureSystemCalibration(m_Measured);
+    if (!m_Outcome.Saved) {
+        m_Outcome.AllStored = false;
+        m_Outcome.Error = NotInEprom;
+        return;
+    }
     m_Log.LogCalibration("Values Written to EPROM");
     TellOperator(m_World, "ACU Pressure System Caibration Passed");
 }
@@ -282,7 +290,7 @@ void PressureRun::FinishAudit(bool passed) {
                    [](const PressurePoint& point) { return point.Flow_ml_m; });
     const WorkbookOutcome sheet =
         CreateAuditSheet_PV17(m_Services, m_Record, flows_ml_m, m_AutoSave);
-    m_Outcome.AllStored = sheet.Saved;
+    m_Outcome.AllStored = sheet.WhereItBelongs;
     if (sheet.File)
         m_Outcome.Files.push_back(*sheet.File);
     m_Log.LogCalibration("Values Written to EPROM");
@@ -295,8 +303,6 @@ void PressureRun::Stop(const std::string& reason) {
     m_Outcome.Passed = false;
     m_Outcome.Error = reason;
     m_Log.LogCalibration("Calibration stopped: " + reason.substr(0, reason.find("\r\n")));
-    TellOperator(m_World, "The calibration has been stopped.\r\n\r\n" + reason,
-                 MessageIcon::Critical);
 }
 
 void PressureRun::Log(std::initializer_list<std::string_view> lines) {

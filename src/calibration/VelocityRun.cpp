@@ -23,17 +23,21 @@ CalibrationOutcome VelocityRun::CalibrateACUAirVelocity() {
     if (m_Unattended || Confirmed()) {
         const clsACUCalibration::RunningCalibration running(m_Record, m_Cancel);
         Attempt([this] { Measure(); });
+        m_Outcome.Aborted = !Running();
         Attempt([this] { Store(); });
+        m_Outcome.NoFurtherRun = !Running();
     } else {
-        m_Cancel.Request();
+        m_Outcome.Aborted = true;
     }
-    m_Outcome.Aborted = !Running();
     if (m_Outcome.Aborted)
         m_Log.LogCalibration("Calibration cancelled by the operator");
     m_Log.CloseCalibrationLog();
     m_Outcome.Files.insert(m_Outcome.Files.begin(), m_Log.Files().begin(), m_Log.Files().end());
     m_Outcome.AllStored = m_Outcome.AllStored && m_Log.AllStored();
     m_Services.Stages.Stage_Complete(m_Outcome.Aborted, m_Outcome.Passed);
+    if (!m_Outcome.Error.empty())
+        TellOperator(m_World, "The calibration has been stopped.\r\n\r\n" + m_Outcome.Error,
+                     MessageIcon::Critical);
     return m_Outcome;
 }
 
@@ -79,7 +83,7 @@ void VelocityRun::Store() {
         SaveReport(); // what was measured before the error is kept
     else if (!IsAudit())
         FinishSystem();
-    else if (Running())
+    else if (!m_Outcome.Aborted)
         FinishAudit();
 }
 
@@ -134,14 +138,10 @@ void VelocityRun::FinishSystem() {
             TellOperator(m_World, "The System Calibration Failed\r\n\r\n" + reason,
                          MessageIcon::Information);
     } else {
-        m_Outcome.Saved = m_Unattended || WantsToSave();
-        if (m_Outcome.Saved)
+        if (m_Unattended || WantsToSave())
             SaveCoefficients();
-        if (!m_Unattended)
-            TellOperator(m_World,
-                         m_Outcome.Saved ? "Calibration Coefficients Saved"
-                                         : "Calibration Coefficients NOT Saved",
-                         MessageIcon::Information);
+        else
+            TellOperator(m_World, "Calibration Coefficients NOT Saved");
     }
     SaveReport();
 }
@@ -155,7 +155,13 @@ void VelocityRun::SaveCoefficients() {
     std::array<ACUChannelCal, ACUChannels> table;
     for (std::size_t channel = 0; channel < AirChannels; ++channel)
         table.at(channel) = m_Measured.Channels.at(channel).NewVelocityCal;
-    m_Record.SaveVelocitySystemCalibration(table);
+    m_Outcome.Saved = m_Record.SaveVelocitySystemCalibration(table);
+    if (!m_Outcome.Saved) {
+        m_Outcome.AllStored = false;
+        m_Outcome.Error = NotInEprom;
+    } else if (!m_Unattended) {
+        TellOperator(m_World, "Calibration Coefficients Saved");
+    }
 }
 
 void VelocityRun::FinishAudit() {
@@ -172,7 +178,10 @@ void VelocityRun::FinishAudit() {
     if (m_Unattended || AskYesNo(text) == Answer::Yes) {
         Note(CreateAuditSheet_PV16(m_Services, m_Record, m_Measured, m_Unattended));
         m_Record.NoteVelocityAudit(m_Outcome.Passed);
-        m_Record.WriteEPROM_VelocityDateUserAudit();
+        if (!m_Record.SaveVelocityAudit()) {
+            m_Outcome.AllStored = false;
+            m_Outcome.Error = NotInEprom;
+        }
     }
     SaveReport();
 }
@@ -199,7 +208,7 @@ void VelocityRun::SaveReport() {
 }
 
 void VelocityRun::Note(const WorkbookOutcome& workbook) {
-    m_Outcome.AllStored = m_Outcome.AllStored && workbook.Saved;
+    m_Outcome.AllStored = m_Outcome.AllStored && workbook.WhereItBelongs;
     if (workbook.File)
         m_Outcome.Files.push_back(*workbook.File);
 }
@@ -209,8 +218,6 @@ void VelocityRun::Stop(const std::string& reason) {
     m_Outcome.Passed = false;
     m_Outcome.Error = reason;
     m_Log.LogCalibration("Calibration stopped: " + reason.substr(0, reason.find("\r\n")));
-    TellOperator(m_World, "The calibration has been stopped.\r\n\r\n" + reason,
-                 MessageIcon::Critical);
 }
 
 Answer VelocityRun::AskYesNo(const std::string& text) const {

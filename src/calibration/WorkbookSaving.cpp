@@ -71,7 +71,7 @@ class WorkbookSaving {
             Open(file);
         else
             CloseWorkbook();
-        return {true, file};
+        return {true, file, watch.Reason().empty()};
     }
 
     void TellWhereItLies(const std::string& reason, const std::filesystem::path& file) const {
@@ -130,7 +130,7 @@ class WorkbookSaving {
     WorkbookOutcome Keep(const std::string& reason) {
         TellOperator(m_World, "The workbook could not be saved.\r\n\r\n" + reason,
                      MessageIcon::Critical);
-        return {false, KeepWorkbook(m_World, *m_Workbook.Book, NameForKeeping())};
+        return {false, KeepWorkbook(m_World, *m_Workbook.Book, NameForKeeping()), false};
     }
 
     std::string NameForKeeping() const {

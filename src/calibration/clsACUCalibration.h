@@ -80,10 +80,13 @@ class clsACUCalibration : private ACURecord {
                                                CalibrationKind kind, bool unattended);
     /// Has the running calibration end at its next pass.
     void CancelCalibration();
-    /// Replaces the stored table by a measured one, in the EPROM too, with date and user.
-    void SaveVelocitySystemCalibration(const std::array<ACUChannelCal, ACUChannels>& measured);
-    /// Takes note of an audit's result; WriteEPROM_VelocityDateUserAudit stores it.
+    /// Replaces the stored table by a measured one, in the EPROM too, with date and user. False
+    /// when the EPROM does not read back as it was written.
+    bool SaveVelocitySystemCalibration(const std::array<ACUChannelCal, ACUChannels>& measured);
+    /// Takes note of an audit's result; SaveVelocityAudit stores it.
     void NoteVelocityAudit(bool passed);
+    /// False when the EPROM does not read back as it was written.
+    bool SaveVelocityAudit();
 
     /// One pressure calibration. @param autoSave the audit sheet is stored without asking
     CalibrationOutcome CalibrateACUPressure(const CalibrationServices& services,
@@ -93,8 +96,9 @@ class clsACUCalibration : private ACURecord {
     /// Takes the present reading as zero.
     void PressureZero(AirChannelControl& air);
     PressureCal Pressure() const;
-    /// Replaces base and polynomial by measured ones, in the EPROM too, with date and user.
-    void SavePressureSystemCalibration(const PressureCal& measured);
+    /// Replaces base and polynomial by measured ones, in the EPROM too, with date and user. False
+    /// when the EPROM does not read back as it was written.
+    bool SavePressureSystemCalibration(const PressureCal& measured);
     /// Stores an audit's result with date and user.
     void SavePressureAudit(const PressureCal& measured, bool passed);
 
@@ -118,6 +122,10 @@ class clsACUCalibration : private ACURecord {
     void ReadVelocityTables();
     void CalculatePressureScaling();
     std::int32_t PressureFlowOffset(float flow_ml_m) const;
+    bool EpromHolds(std::int32_t address, std::int32_t word) const;
+    bool EpromHolds(std::int32_t address, float value) const;
+    bool EpromHolds(std::int32_t address, OleDate date) const;
+    bool EpromHoldsTable(std::int32_t channel) const;
     void CopyPressureCal(const PressureCal& source);
     void Tell(const std::string& text, MessageIcon icon) const;
 

@@ -54,7 +54,8 @@ void clsACUCalibration::CopyPressureCal(const PressureCal& source) {
     m_PressureCoeff = source.Coefficients;
 }
 
-void clsACUCalibration::SavePressureSystemCalibration(const PressureCal& measured) {
+bool clsACUCalibration::SavePressureSystemCalibration(const PressureCal& measured) {
+    const ACURecord before = Record();
     m_PressureSystemDate = m_World.Time.Now();
     m_PressureSystemUser = FixedWidth(CalibrationUser, UserLength);
     m_PressureSystemPassed = Passed;
@@ -63,6 +64,16 @@ void clsACUCalibration::SavePressureSystemCalibration(const PressureCal& measure
     for (int time = 0; time < 4; ++time)
         WriteEPROM_PressureSystem(false);
     WriteEPROM_PressureDateUserSystem();
+    constexpr std::int32_t wordBytes = 4;
+    const bool holds =
+        EpromHolds(ACUMemoryMap::BaseDiameter, m_BaseDiameter) &&
+        EpromHolds(ACUMemoryMap::PressureCoeff, m_PressureCoeff[0]) &&
+        EpromHolds(ACUMemoryMap::PressureCoeff + wordBytes, m_PressureCoeff[1]) &&
+        EpromHolds(ACUMemoryMap::PressureCoeff + 2 * wordBytes, m_PressureCoeff[2]) &&
+        EpromHolds(ACUMemoryMap::PressureSystemPassed, m_PressureSystemPassed);
+    if (!holds)
+        static_cast<ACURecord&>(*this) = before;
+    return holds;
 }
 
 void clsACUCalibration::SavePressureAudit(const PressureCal& measured, bool passed) {

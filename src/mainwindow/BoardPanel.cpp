@@ -73,6 +73,11 @@ void BoardPanel::Reset() {
     m_DAC->Zero();
 }
 
+void BoardPanel::StopTimers() {
+    m_DAC->StopRecording();
+    m_EPROM->StopPolling();
+}
+
 void BoardPanel::Refresh() {
     m_DAC->Refresh();
     m_GIO->Refresh();

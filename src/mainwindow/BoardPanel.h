@@ -35,6 +35,8 @@ class BoardPanel final : public QWidget {
     void ShowSummary();
     /// Brings outputs and pins to the state after the start.
     void Reset();
+    /// Ends the recording and what else the timers of the panels do.
+    void StopTimers();
     /// Reads and shows the live values of the current board.
     void Refresh();
     /// While a procedure runs nothing here can be operated: it would disturb the measurement.

@@ -55,7 +55,7 @@ QWidget* DACPanel::MakeSideColumn() {
     m_MFCsReady = new ValueLabel(QStringLiteral("lblMFCsReady"), tr("MFC readiness"), column);
     m_MFCsReady->ShowValue(tr("MFCs Readt Status"));
     m_Pressure = new PressurePanel(m_Station, column);
-    auto* record = new RecordingBox(m_Station, column);
+    m_Record = new RecordingBox(m_Station, column);
     auto* speed = MakeButton(QStringLiteral("cmdTestSpeed"), tr("Speed"), column);
     speed->setToolTip(tr("Drives both air channels 2000 times in analog, then in digital mode."));
     connect(speed, &QPushButton::clicked, this, &DACPanel::SpeedTestWanted);
@@ -67,7 +67,7 @@ QWidget* DACPanel::MakeSideColumn() {
     layout->addStretch(1);
     layout->addWidget(m_Pressure);
     layout->addStretch(1);
-    layout->addWidget(record);
+    layout->addWidget(m_Record);
     layout->addWidget(speed);
     return column;
 }
@@ -114,6 +114,10 @@ void DACPanel::Show(std::int32_t channel, std::int32_t position) {
     m_Channels.at(static_cast<std::size_t>(channel))
         ->ShowOutput(position * 2, Status::NoError, Base());
     m_SettingDAC = outer;
+}
+
+void DACPanel::StopRecording() {
+    m_Record->StopRecording();
 }
 
 void DACPanel::Zero() {

@@ -14,6 +14,7 @@ namespace ombrix {
 
 class DACChannel;
 class PressurePanel;
+class RecordingBox;
 class ValueLabel;
 
 /// Frame "DAC Sliders": the analog outputs and inputs of the current board and the readiness of
@@ -32,6 +33,7 @@ class DACPanel final : public QGroupBox, public DACSliders {
     void Zero();
     /// Shows what the current board was last told.
     void ShowBoard();
+    void StopRecording();
     /// Shows whether the current board's MFCs are driven digitally.
     void ShowDigitalSetup();
     /// Reads and shows what the current board measures.
@@ -50,6 +52,7 @@ class DACPanel final : public QGroupBox, public DACSliders {
 
     Station& m_Station;
     std::array<DACChannel*, clsAIB::DACChannels> m_Channels{};
+    RecordingBox* m_Record = nullptr;
     QCheckBox* m_IsDigitalSetup;
     QRadioButton* m_Hexadecimal = nullptr;
     ValueLabel* m_MFCsReady;

@@ -5,9 +5,22 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace ombrix {
+
+namespace {
+
+/// The first multiple of the spacing after a line's due time that is not past.
+double NextDue_s(double due_s, clsHiResTimer& timer) {
+    const double spacing_s = TimedRecording::LineSpacing_s;
+    const double lineAfter = std::round(due_s / spacing_s) + 1.0;
+    return std::max(lineAfter, std::floor(timer.ElapsedTime() / spacing_s)) * spacing_s;
+}
+
+} // namespace
 
 void DataRecorder::Start() {
     const Platform& world = m_Station.World;
@@ -56,14 +69,13 @@ ProcedureOutcome TimedRecording::Run(double duration_s,
             ProcedureWait wait(m_Station.World.Time, m_Station.World.Events, m_Cancel);
             clsHiResTimer timer(m_Station.World.Time);
             double progressDue_s = 0.0;
-            // Due times are counted, not summed, so that they do not drift over the hours.
-            for (std::int64_t line = 0; static_cast<double>(line) * LineSpacing_s < duration_s;
-                 ++line) {
-                const double due_s = static_cast<double>(line) * LineSpacing_s;
-                while (timer.ElapsedTime() < due_s) {
+            // Due times are multiples of the spacing, so that they do not drift over the hours; a
+            // bench that is slower than that skips some, as the window's timer does.
+            for (double due_s = 0.0; due_s < duration_s; due_s = NextDue_s(due_s, timer)) {
+                do {
                     if (!wait.Pass(timer, due_s))
                         return false;
-                }
+                } while (timer.ElapsedTime() < due_s);
                 m_Recorder.RecordLine();
                 if (due_s >= progressDue_s) {
                     progressDue_s = due_s + progressSpacing_s;

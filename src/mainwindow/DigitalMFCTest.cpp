@@ -40,6 +40,11 @@ class DigitalMFCTest::EndMean {
 
 DigitalMFCResult DigitalMFCTest::Run(const BenchTestView& view) {
     DigitalMFCResult result;
+    if (m_Station.World.Messages.Ask({"Click OK to start the Test", MessageIcon::Question,
+                                      MessageButtons::OkCancel}) != Answer::Ok) {
+        result.Outcome.Ended = ProcedureOutcome::End::Cancelled;
+        return result;
+    }
     const auto bothChannelsToZero = [this] {
         SetOutput(0, 0);
         SetOutput(1, 0);
@@ -53,9 +58,6 @@ DigitalMFCResult DigitalMFCTest::Run(const BenchTestView& view) {
 }
 
 bool DigitalMFCTest::MeasureAndStore(const BenchTestView& view, ProcedureOutcome& outcome) {
-    if (m_Station.World.Messages.Ask({"Click OK to start the Test", MessageIcon::Question,
-                                      MessageButtons::OkCancel}) != Answer::Ok)
-        return false;
     bool complete = false;
     try {
         complete = Measure(view);

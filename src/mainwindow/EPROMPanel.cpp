@@ -14,6 +14,7 @@
 #include <QScrollBar>
 #include <QTimer>
 
+#include <cmath>
 #include <limits>
 
 namespace ombrix {
@@ -129,10 +130,11 @@ void EPROMPanel::TakeNewValue() {
 
 void EPROMPanel::ValidateNewValue(std::optional<double> value) {
     constexpr double largest = std::numeric_limits<std::int32_t>::max();
-    const bool inRange = value && *value >= 0.0 && *value <= largest;
+    const double rounded = value ? std::nearbyint(*value) : 0.0;
+    const bool inRange = value && rounded >= 0.0 && rounded <= largest;
     // What is no number must not leave an earlier value ready to be written.
     m_Error->ShowValue(!value ? tr("Not a Number") : inRange ? QString() : tr("Out of Range"));
-    m_NewValue = inRange ? RoundHalfEven(*value) : 0;
+    m_NewValue = inRange ? RoundHalfEven(rounded) : 0;
     m_Write->setEnabled(inRange);
     m_WriteAll->setEnabled(inRange);
     m_NewValueHex->ShowValue(ToQt(HexText(m_NewValue)));
@@ -153,6 +155,11 @@ void EPROMPanel::WriteAll() {
     ShowEPROMAddress(m_ShownAddress);
     if (done)
         m_Station.World.Messages.Ask({"All locations written"});
+}
+
+void EPROMPanel::StopPolling() {
+    if (m_Timer1->isActive())
+        TogglePolling();
 }
 
 void EPROMPanel::TogglePolling() {

@@ -28,6 +28,7 @@ class EPROMPanel final : public QGroupBox {
 
     /// Shows the word at the present address of the board that is current now.
     void ShowBoard();
+    void StopPolling();
 
   private:
     void AddAddressRows(QGridLayout& grid);

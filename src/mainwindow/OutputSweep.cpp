@@ -62,7 +62,12 @@ bool OutputSweep::Sweep(const SweepPlan& plan, const BenchTestView& view, SweepR
             SetOutputs(level);
             if (!Settle(timer, plan.Delay_s))
                 return false;
-            log.WriteLine(MeasuredLine(level, timer));
+            std::optional<std::string> line = MeasuredLine(level, timer);
+            for (; !line; line = MeasuredLine(level, timer)) {
+                if (!Settle(timer, LookSpacing_s))
+                    return false;
+            }
+            log.WriteLine(*line);
             view.Progress(++result.Lines / levels);
         }
     }
@@ -88,17 +93,22 @@ bool OutputSweep::Settle(clsHiResTimer& timer, double delay_s) {
     return true;
 }
 
-std::int32_t OutputSweep::Reading(std::int32_t channel, clsHiResTimer& timer) {
+std::optional<std::int32_t> OutputSweep::Reading(std::int32_t channel, clsHiResTimer& timer) {
     std::int32_t reading = 0;
     const AIBStatus status = m_Station.g_CurrentAIB->GetADC(channel, reading);
     m_Watch.Note(status, timer.ElapsedTime());
-    return reading;
+    return status == Status::NoError ? std::optional(reading) : std::nullopt;
 }
 
-std::string OutputSweep::MeasuredLine(std::int32_t level_bits, clsHiResTimer& timer) {
+std::optional<std::string> OutputSweep::MeasuredLine(std::int32_t level_bits,
+                                                     clsHiResTimer& timer) {
     std::string line = fmt::format("{}", level_bits);
-    for (std::int32_t channel = 0; channel < Inputs; ++channel)
-        line += fmt::format(",{}", Reading(channel, timer));
+    for (std::int32_t channel = 0; channel < Inputs; ++channel) {
+        const auto reading = Reading(channel, timer);
+        if (!reading)
+            return std::nullopt;
+        line += fmt::format(",{}", *reading);
+    }
     return line;
 }
 

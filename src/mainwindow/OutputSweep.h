@@ -7,6 +7,7 @@
 #include "mainwindow/BenchTestView.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -57,8 +58,9 @@ class OutputSweep {
     bool Sweep(const SweepPlan& plan, const BenchTestView& view, SweepResult& result);
     void SetOutputs(std::int32_t level_bits);
     bool Settle(clsHiResTimer& timer, double delay_s);
-    std::int32_t Reading(std::int32_t channel, clsHiResTimer& timer);
-    std::string MeasuredLine(std::int32_t level_bits, clsHiResTimer& timer);
+    std::optional<std::int32_t> Reading(std::int32_t channel, clsHiResTimer& timer);
+    /// Nothing when an input could not be read.
+    std::optional<std::string> MeasuredLine(std::int32_t level_bits, clsHiResTimer& timer);
 
     Station& m_Station;
     DACSliders& m_Sliders;

@@ -36,6 +36,12 @@ void RecordingBox::Clicked(bool ticked) {
     RunTimer();
 }
 
+void RecordingBox::StopRecording() {
+    m_Recorder.Stop();
+    setChecked(false);
+    RunTimer();
+}
+
 void RecordingBox::RunTimer() {
     if (m_Recorder.Recording() && !m_Station.Procedures.Running())
         m_Timer->start(LineSpacing_ms);
@@ -48,9 +54,7 @@ void RecordingBox::Tick() {
         m_Recorder.RecordLine();
     } catch (const std::exception& error) {
         // The box and the timer first: the message below lets further ticks through.
-        m_Recorder.Stop();
-        setChecked(false);
-        RunTimer();
+        StopRecording();
         m_Station.World.Messages.Ask(
             {std::string("The recording has been stopped.\r\n\r\n") + error.what(),
              MessageIcon::Critical, MessageButtons::Ok});

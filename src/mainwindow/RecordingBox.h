@@ -16,6 +16,9 @@ class RecordingBox final : public QCheckBox {
   public:
     RecordingBox(Station& station, QWidget* parent);
 
+    /// Closes the file and unticks the box.
+    void StopRecording();
+
   private:
     void Clicked(bool ticked);
     void Tick();

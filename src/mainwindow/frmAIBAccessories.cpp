@@ -118,6 +118,7 @@ bool frmAIBAccessories::DetectAndProgramAIBs() {
     m_NoBoards->ShowDetecting(true);
     m_BoardsFound = false;
     m_Tools->CloseAll(); // they work with the boards that are there now
+    m_Board->StopTimers();
     Guarded(m_Station.World.Messages, [this] {
         const RunningProcedure detection(m_Station.Procedures, [] {});
         m_BoardsFound = Detect();
@@ -262,6 +263,7 @@ void frmAIBAccessories::closeEvent(QCloseEvent* event) {
     }
     m_Services.EndProgram();
     m_UpdateInput->stop();
+    m_Board->StopTimers();
     m_BoardsFound = false;
     // Nobody is left who could switch off what the sliders have switched on.
     Guarded(m_Station.World.Messages, [this] { SwitchOutputsOff(); });

@@ -21,7 +21,7 @@ class OutputFile {
   public:
     virtual ~OutputFile() = default;
 
-    /// Appends the text as it is. @throws DriveError
+    /// Appends the text as it is, all of it or nothing. @throws DriveError
     virtual void Write(std::string_view text) = 0;
     /// The real path, for people and for scripts.
     virtual std::filesystem::path RealPath() const = 0;

@@ -63,12 +63,24 @@ class FolderOutputFile final : public OutputFile {
                 fmt::format("{} cannot be opened for writing: {}", m_Path.string(), Reason()));
     }
 
-    void Write(std::string_view text) override { WriteAll(m_File, text, m_Path); }
+    void Write(std::string_view text) override {
+        try {
+            WriteAll(m_File, text, m_Path);
+            m_Length += static_cast<off_t>(text.size());
+        } catch (const DriveError&) {
+            // A disk that fills up takes a part of the text: the file keeps whole texts only.
+            if (::ftruncate(m_File.Get(), m_Length) == 0)
+                ::lseek(m_File.Get(), m_Length, SEEK_SET);
+            throw;
+        }
+    }
     fs::path RealPath() const override { return m_Path; }
 
   private:
     fs::path m_Path;
     FileDescriptor m_File;
+    /// What has been written whole.
+    off_t m_Length = 0;
 };
 
 } // namespace

@@ -2,7 +2,7 @@
 
 #include "board/ACUMemoryMap.h"
 #include "calibration/ACUSetUp.h"
-#include "calibration/modACUCalibration.h"
+#include "calibration/clsACUCalibration.h"
 #include "terminal/ProcedureResult.h"
 #include "terminal/TerminalStages.h"
 
@@ -72,8 +72,8 @@ CommandResult ResultOf(const TerminalSetUp& terminal, const CalibrationOutcome& 
 }
 
 std::string NumberInUse(const clsACUCalibration& record) {
-    const CalibrationSummary summary = SumUp(record);
-    return summary.ACUInitialised ? summary.MFCNumber : ACUSetUp::MFCNumberPlaceholder;
+    const std::string number = record.ACUMFCNumber();
+    return record.ACUInitialised() && number != "NOT SET" ? number : ACUSetUp::MFCNumberPlaceholder;
 }
 
 bool PressureIsClear(clsAIB& board) {
@@ -146,7 +146,7 @@ CommandResult RunInfoWorkbook(CommandContext& context) {
     TerminalSetUp terminal(context);
     const WorkbookOutcome outcome = terminal.SetUp.CreateACUInfoDoc();
     CommandResult result;
-    if (!outcome.Saved) {
+    if (!outcome.WhereItBelongs) {
         result.Status = ExitStatus::NotStored;
         result.Error = "The ACU information workbook could not be stored where it belongs.";
     }

@@ -139,13 +139,20 @@ void frmUARTs::GiveChannelsBack() {
     // No window would show any more what this one has demanded: the channels go back to what
     // the sliders of the main window stand for.
     for (int channel = 0; channel < Channels; ++channel) {
-        if (std::exchange(m_Taken.at(static_cast<std::size_t>(channel)), false))
-            m_Board->SetDAC(channel, m_Board->DAC(channel));
+        if (!std::exchange(m_Taken.at(static_cast<std::size_t>(channel)), false))
+            continue;
+        // In analog mode the sliders do not reach the link.
+        if (!m_Board->IsDigitalSetup())
+            m_Board->SetDAC_UART(channel, 0);
+        m_Board->SetDAC(channel, m_Board->DAC(channel));
     }
+    m_Board.reset();
 }
 
 void frmUARTs::ProcedureRunning(bool running) {
     setEnabled(!running);
+    if (!running && m_Board != nullptr && !isVisible())
+        Guarded(m_Station.World.Messages, [this] { GiveChannelsBack(); });
     if (running || m_Board == nullptr)
         m_Update->stop();
     else
@@ -156,10 +163,9 @@ void frmUARTs::closeEvent(QCloseEvent* event) {
     m_Update->stop();
     for (UARTChannel* channel : m_Channels)
         channel->Reset();
+    // A procedure has the boards to itself: the channels are given back when it has ended.
     if (m_Board != nullptr && !m_Station.Procedures.Running())
         Guarded(m_Station.World.Messages, [this] { GiveChannelsBack(); });
-    m_Taken = {};
-    m_Board.reset();
     event->accept();
 }
 

@@ -66,6 +66,15 @@ TEST_F(DataRecorderTest, AFullDiskStopsWithWholeLines) {
     EXPECT_EQ(Record(10.0).Ended, End::NotStored);
 }
 
+TEST_F(DataRecorderTest, ASlowBenchSkipsLinesAndKeepsTheTime) {
+    Use("acu");
+    constexpr double slow_s = 0.05;
+    m_Bench->Events.EveryPass = [this] { m_Bench->Time.Advance(slow_s); };
+    const std::vector<std::string> lines = LinesOf(Record(10.0));
+    EXPECT_NEAR(static_cast<double>(lines.size()), 200.0, 5.0);
+    EXPECT_NEAR(std::stod(Fields(lines.back())[0]), 10.0, 0.1);
+}
+
 TEST_F(DataRecorderTest, EndsWhenCancelledAndGoesOnWithoutABoard) {
     Use("acu", {"unplug@1"});
     At(3.0, [this] { m_Cancel(); });

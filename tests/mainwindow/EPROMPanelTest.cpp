@@ -56,7 +56,8 @@ TEST_F(EPROMPanelTest, OnlyWhatFitsCanBeWritten) {
     };
     for (const Case& c : {Case{"2147483647", "", "7FFFFFFF"}, Case{"-5", "Out of Range", "0"},
                           Case{"3000000000", "Out of Range", "0"}, Case{"12x", "Not a Number", "0"},
-                          Case{"", "Not a Number", "0"}, Case{"2.5", "", "2"}}) {
+                          Case{"", "Not a Number", "0"}, Case{"2.5", "", "2"},
+                          Case{"-0.4", "", "0"}, Case{"2147483647.6", "Out of Range", "0"}}) {
         Type(c.Typed);
         EXPECT_EQ(m_Bench.LabelText("lblValueError"), c.Error) << c.Typed;
         EXPECT_EQ(m_Bench.LabelText("lblNewValueHex"), c.Hex) << c.Typed;

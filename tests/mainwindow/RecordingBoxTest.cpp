@@ -50,6 +50,15 @@ TEST_F(RecordingBoxTest, MakesNoLineWhileAProcedureHasTheBoard) {
     EXPECT_GT(LineCount(m_File), 5) << "goes on afterwards";
 }
 
+TEST_F(RecordingBoxTest, EndsWithTheWindow) {
+    Click();
+    m_Bench.Window.close();
+    EXPECT_FALSE(Ticked());
+    const std::ptrdiff_t stopped = LineCount(m_File);
+    QTest::qWait(Moment_ms);
+    EXPECT_EQ(LineCount(m_File), stopped);
+}
+
 TEST_F(RecordingBoxTest, AFileThatCannotBeMadeUnticksTheBox) {
     std::filesystem::create_directory(m_File);
     Click();

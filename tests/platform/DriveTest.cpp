@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <sys/resource.h>
+
 namespace ombrix {
 namespace {
 
@@ -51,6 +54,27 @@ TEST_F(FolderDriveTest, AFailedReplacementLeavesTheOldFileAndNoOther) {
     EXPECT_EQ(m_Drive.ReadFile(R"(C:\report.xlsx)"), "old");
     const auto entries = std::filesystem::directory_iterator(m_Folder.Path() / "data");
     EXPECT_EQ(std::distance(begin(entries), end(entries)), 2);
+}
+
+TEST_F(FolderDriveTest, ADiskThatFillsUpLeavesWholeTexts) {
+    const auto file = m_Drive.OpenForWriting(R"(C:\log.csv)");
+    rlimit before{};
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    ::signal(SIGXFSZ, SIG_IGN);
+    constexpr rlim_t roomFor_bytes = 25;
+    const rlimit small{roomFor_bytes, before.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    int written = 0;
+    try {
+        for (; written < 9; ++written)
+            file->Write("ten bytes\n");
+    } catch (const DriveError&) {
+    }
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    EXPECT_EQ(written, 2);
+    EXPECT_EQ(m_Drive.ReadFile(R"(C:\log.csv)"), "ten bytes\nten bytes\n");
+    file->Write("more room\n");
+    EXPECT_TRUE(m_Drive.ReadFile(R"(C:\log.csv)").ends_with("\nmore room\n"));
 }
 
 } // namespace

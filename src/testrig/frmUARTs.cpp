@@ -151,7 +151,7 @@ void frmUARTs::GiveChannelsBack() {
 
 void frmUARTs::ProcedureRunning(bool running) {
     setEnabled(!running);
-    if (!running && m_Board != nullptr && !isVisible())
+    if (!running && std::exchange(m_ClosedMeanwhile, false))
         Guarded(m_Station.World.Messages, [this] { GiveChannelsBack(); });
     if (running || m_Board == nullptr)
         m_Update->stop();
@@ -164,7 +164,8 @@ void frmUARTs::closeEvent(QCloseEvent* event) {
     for (UARTChannel* channel : m_Channels)
         channel->Reset();
     // A procedure has the boards to itself: the channels are given back when it has ended.
-    if (m_Board != nullptr && !m_Station.Procedures.Running())
+    m_ClosedMeanwhile = m_Board != nullptr && m_Station.Procedures.Running();
+    if (m_Board != nullptr && !m_ClosedMeanwhile)
         Guarded(m_Station.World.Messages, [this] { GiveChannelsBack(); });
     event->accept();
 }

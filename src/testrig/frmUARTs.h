@@ -51,6 +51,8 @@ class frmUARTs final : public QWidget {
     std::array<UARTChannel*, Channels> m_Channels{};
     /// Channels that the console has set since it was opened.
     std::array<bool, Channels> m_Taken{};
+    /// Closed while a procedure had the boards: the channels are still to be given back.
+    bool m_ClosedMeanwhile = false;
     QListWidget* m_Errors;
     QTimer* m_Update;
     std::shared_ptr<clsAIB> m_Board;

@@ -2,6 +2,7 @@
 
 #include "calibration/AuditSheets.h"
 #include "calibration/CalibrationBench.h"
+#include "calibration/CalibrationReport.h"
 #include "calibration/MeasuredChannels.h"
 #include "support/FullDisk.h"
 #include "support/NoConverter.h"
@@ -28,17 +29,11 @@ class CalibrationWorkbooksTest : public ::testing::Test {
         return OpenFilled(m_Bench.Services, "Opening", "PV17_ACUAudit_Pressure.xlt",
                           [](Workbook&) {});
     }
-    void WithoutLibreOffice() {
-        m_Bench.Services.Launcher = [this] {
-            return std::make_unique<XlsxApplication>(m_Bench.Bench.Files, m_NoConverter);
-        };
-    }
     std::filesystem::path Root() const { return m_Bench.Bench.Folder.Path(); }
     std::vector<Message>& Shown() { return m_Bench.Bench.Messages.Shown; }
     std::string Stamp() { return DateText(m_Bench.Bench.Time.Now(), "yymmdd_hhnnss"); }
 
     CalibrationBench m_Bench{"acu"};
-    NoConverter m_NoConverter;
 };
 
 TEST_F(CalibrationWorkbooksTest, TwoAutomaticSavesShareTheFolderOfTheFirst) {
@@ -56,30 +51,24 @@ TEST_F(CalibrationWorkbooksTest, TwoAutomaticSavesShareTheFolderOfTheFirst) {
     EXPECT_EQ(m_Bench.Wait.Story.back(), "closed");
 }
 
-struct Number {
-    std::string InEprom;
-    std::string InFolder;
-};
-class MFCNumbers : public CalibrationWorkbooksTest, public ::testing::WithParamInterface<Number> {};
-
-TEST_P(MFCNumbers, StayWithinTheirFolder) {
-    m_Bench.Record().WriteEPROM_MFCNumber(GetParam().InEprom);
-    const std::string stamp = Stamp();
-    const WorkbookOutcome outcome = Save(true);
-    EXPECT_EQ(outcome.File.value().parent_path(),
-              Root() / "ACU00301" / (GetParam().InFolder + "_" + stamp));
-    EXPECT_TRUE(outcome.Saved);
-    EXPECT_TRUE(Shown().empty());
+TEST(CalibrationFolders, NoMFCNumberLeadsOutOfItsFolder) {
+    const std::array<std::pair<const char*, const char*>, 5> numbers = {
+        {{"   ", "UNKNOWN"},
+         {"M1.5", "M1_5"},
+         {R"(..\..\etc)", "______etc"},
+         {"a/b:c*?\"<>|", "a_b_c______"},
+         {"a\tb\x7F", "a_b_"}}};
+    for (const auto& [number, folder] : numbers) {
+        CalibrationBench bench("acu");
+        bench.Record().WriteEPROM_MFCNumber(number);
+        const std::string stamp = DateText(bench.Bench.Time.Now(), "yymmdd_hhnnss");
+        const auto saved = CreateAuditSheet_PV17(bench.Services, bench.Record(), Flows, true);
+        EXPECT_EQ(saved.File.value().parent_path(),
+                  bench.Bench.Folder.Path() / "ACU00301" / (folder + ("_" + stamp)));
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, MFCNumbers,
-                         ::testing::Values(Number{"M9200301A", "M9200301A"},
-                                           Number{"   ", "UNKNOWN"}, Number{"M1.5", "M1_5"},
-                                           Number{R"(..\..\etc)", "______etc"},
-                                           Number{"a/b:c*?\"<>|", "a_b_c______"},
-                                           Number{"a\tb\x7F", "a_b_"}));
-
-TEST_F(CalibrationWorkbooksTest, NoClosesTheWorkbookAndTheApplication) {
+TEST_F(CalibrationWorkbooksTest, YesOpensTheFileNoClosesWorkbookAndApplication) {
     OpenedWorkbook opened = Open();
     m_Bench.Bench.Messages.Answers = {Answer::No};
     const WorkbookOutcome outcome =
@@ -92,14 +81,10 @@ TEST_F(CalibrationWorkbooksTest, NoClosesTheWorkbookAndTheApplication) {
     EXPECT_FALSE(opened);
     EXPECT_EQ(opened.Application->WorkbookCount(), 0);
     EXPECT_TRUE(m_Bench.Bench.Documents.Opened.empty());
-}
 
-TEST_F(CalibrationWorkbooksTest, YesOpensTheFile) {
-    OpenedWorkbook opened = Open();
-    const WorkbookOutcome outcome =
-        SaveCalibrationExcelWorkbook(m_Bench.Services, opened, "Bare.xls", false);
-    EXPECT_EQ(m_Bench.Bench.Documents.Opened,
-              std::vector<std::filesystem::path>{outcome.File.value()});
+    opened = Open();
+    SaveCalibrationExcelWorkbook(m_Bench.Services, opened, "Bare.xls", false);
+    EXPECT_EQ(m_Bench.Bench.Documents.Opened, std::vector{outcome.File.value()});
     EXPECT_EQ(opened.Application->WorkbookCount(), 1);
 }
 
@@ -117,7 +102,10 @@ TEST_F(CalibrationWorkbooksTest, AProgramThatIsBeingClosedAsksNothing) {
 }
 
 TEST_F(CalibrationWorkbooksTest, WithoutLibreOfficeTheWorkbookLiesBesideAndTheReasonIsTold) {
-    WithoutLibreOffice();
+    NoConverter noConverter;
+    m_Bench.Services.Launcher = [&] {
+        return std::make_unique<XlsxApplication>(m_Bench.Bench.Files, noConverter);
+    };
     const WorkbookOutcome outcome = Save(true);
     EXPECT_TRUE(outcome.Saved);
     EXPECT_EQ(outcome.File.value().extension(), ".xlsx");
@@ -158,14 +146,15 @@ TEST_F(CalibrationWorkbooksTest, AFullDiskLosesNothing) {
 TEST_F(CalibrationWorkbooksTest, AMissingTemplateIsToldOnce) {
     m_Bench.Services.Templates = R"(C:\Nowhere\)";
     const WorkbookOutcome outcome = Save(false);
-    EXPECT_FALSE(outcome.Saved);
-    EXPECT_FALSE(outcome.File);
-    ASSERT_EQ(Shown().size(), 1U);
-    EXPECT_EQ(Shown()[0].Text,
-              "Unable to find File: \r\n\r\n  C:\\Nowhere\\PV17_ACUAudit_Pressure.xlt");
+    EXPECT_FALSE(outcome.Saved || outcome.File);
+    EXPECT_EQ(m_Bench.Told(), std::vector<std::string>{"Unable to find File: \r\n\r\n  "
+                                                       "C:\\Nowhere\\PV17_ACUAudit_Pressure.xlt"});
     EXPECT_EQ(
         m_Bench.Wait.Story,
         (std::vector<std::string>{"Starting Excel and creating ACU Audit Spreadsheet", "closed"}));
+    CalibrationReport report(m_Bench.Services, m_Bench.Record());
+    EXPECT_FALSE(report.Open(CalibrationKind::System) || report.IsOpen());
+    EXPECT_EQ(Shown().size(), 2U);
 }
 
 TEST_F(CalibrationWorkbooksTest, TemplatesThatCannotBeUsedAreTold) {

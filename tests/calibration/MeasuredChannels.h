@@ -4,6 +4,7 @@
 #include "calibration/AirUnits.h"
 #include "calibration/CurveFit.h"
 #include "platform/FolderDrive.h"
+#include "platform/Rounding.h"
 #include "support/WorkbookProbe.h"
 
 #include <gtest/gtest.h>
@@ -65,6 +66,15 @@ inline VelocityMeasurement CancelledRun(CalibrationKind kind) {
 inline WorkbookProbe ProbeOf(const std::optional<std::filesystem::path>& file) {
     EXPECT_TRUE(file && std::filesystem::exists(*file));
     return WorkbookProbe(ReadWholeFile(file.value()));
+}
+
+/// What stands in some cells of a sheet.
+inline std::vector<std::string> Cells(WorkbookProbe& book, const std::string& sheet,
+                                      const std::vector<std::string>& addresses) {
+    std::vector<std::string> texts;
+    for (const std::string& address : addresses)
+        texts.push_back(book.Value(sheet, address));
+    return texts;
 }
 
 } // namespace ombrix

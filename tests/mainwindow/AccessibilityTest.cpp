@@ -2,13 +2,8 @@
 // texts that are not cut on the smallest screen the program is made for.
 #include "mainwindow/WindowBench.h"
 
-#include <QAbstractSlider>
 #include <QAction>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPushButton>
 #include <QRadioButton>
-#include <QTabBar>
 
 #include <set>
 
@@ -19,18 +14,16 @@ namespace {
 constexpr QSize SmallestScreen(1366, 728);
 
 bool IsOperated(const QWidget* widget) {
-    return qobject_cast<const QAbstractButton*>(widget) != nullptr ||
-           qobject_cast<const QAbstractSlider*>(widget) != nullptr ||
-           qobject_cast<const QLineEdit*>(widget) != nullptr ||
-           qobject_cast<const QTabBar*>(widget) != nullptr ||
-           qobject_cast<const QListWidget*>(widget) != nullptr;
+    return widget->inherits("QAbstractButton") || widget->inherits("QAbstractSlider") ||
+           widget->inherits("QLineEdit") || widget->inherits("QTabBar") ||
+           widget->inherits("QListWidget");
 }
 
 /// Parts that the toolkit puts into its own controls: arrows of tab bars, bars of lists.
 bool BelongsToToolkit(const QWidget* widget) {
     const QWidget* parent = widget->parentWidget();
     return widget->objectName().startsWith("qt_") || parent->objectName().startsWith("qt_") ||
-           qobject_cast<const QTabBar*>(parent) != nullptr;
+           parent->inherits("QTabBar");
 }
 
 std::vector<QWidget*> ControlsOf(const QWidget& window) {
@@ -72,23 +65,16 @@ void ExpectEveryControlReachedByTab(QWidget& window, QWidget& first) {
     for (QWidget* focus = QApplication::focusWidget(); reached.insert(focus).second;
          focus = QApplication::focusWidget())
         QTest::keyClick(focus, Qt::Key_Tab);
-    for (const QWidget* control : ControlsOf(window)) {
+    for (const QWidget* control : ControlsOf(window))
         EXPECT_TRUE(reached.count(control) == 1 || !IsTabStop(control)) << NameOf(control);
-    }
-}
-
-bool ShowsWholeText(const QLabel& label) {
-    const int height =
-        label.wordWrap() ? label.heightForWidth(label.width()) : label.fontMetrics().height();
-    const int width = label.wordWrap() ? 0 : label.fontMetrics().horizontalAdvance(label.text());
-    return label.contentsRect().width() >= width && label.height() >= height;
 }
 
 bool ShowsWholeText(const QWidget& control) {
-    if (const auto* label = qobject_cast<const QLabel*>(&control))
-        return ShowsWholeText(*label);
-    if (qobject_cast<const QAbstractButton*>(&control) == nullptr)
+    const auto* label = qobject_cast<const QLabel*>(&control);
+    if (label == nullptr && !control.inherits("QAbstractButton"))
         return true;
+    if (label != nullptr && label->wordWrap())
+        return label->height() >= label->heightForWidth(label->width());
     return control.width() >= control.sizeHint().width() &&
            control.height() >= control.minimumSizeHint().height();
 }
@@ -101,15 +87,12 @@ void ExpectNoCutText(QWidget& window) {
         EXPECT_TRUE(!control->isVisible() || ShowsWholeText(*control)) << NameOf(control);
 }
 
-TEST(Accessibility, EveryControlOfTheMainWindowHasANameAndTakesTheFocus) {
+TEST(Accessibility, ControlsOfTheMainWindowHaveNamesAndAreReachedByTheTabKey) {
     WindowBench bench;
+    bench.Update();
     ExpectNamesAndFocus(bench.Window);
-}
-
-TEST(Accessibility, EveryControlOfTheHealthCheckHasANameAndTakesTheFocus) {
-    WindowBench bench;
-    bench.Click("Command3");
-    ExpectNamesAndFocus(*WindowBench::TopLevel("frmACUHealthCheck"));
+    ExpectEveryControlReachedByTab(bench.Window, bench.Find<QWidget>("Command3"));
+    EXPECT_EQ(bench.Find<QLabel>("lblDeviceInfo_3").accessibleName(), "DEV Serial: 301");
 }
 
 TEST(Accessibility, ControlsOfTheBenchToolsHaveNamesTakeTheFocusAndAreNotCut) {
@@ -127,37 +110,22 @@ TEST(Accessibility, ControlsOfTheBenchToolsHaveNamesTakeTheFocusAndAreNotCut) {
     }
 }
 
-TEST(Accessibility, TabKeyReachesEveryControlOfTheMainWindow) {
-    WindowBench bench;
-    bench.Update();
-    ExpectEveryControlReachedByTab(bench.Window, bench.Find<QWidget>("Command3"));
-}
-
-TEST(Accessibility, TabKeyReachesEveryControlOfTheHealthCheck) {
+TEST(Accessibility, ControlsOfTheHealthCheckHaveNamesAreReachedByTheTabKeyAndAreNotCut) {
     WindowBench bench;
     bench.Click("Command3");
     QWidget& window = *WindowBench::TopLevel("frmACUHealthCheck");
+    ExpectNamesAndFocus(window);
     WindowBench::TickIn(window, "chkShort");
     ExpectEveryControlReachedByTab(window, WindowBench::FindIn<QWidget>(window, "cmdStart"));
+    ExpectNoCutText(window);
 }
 
-TEST(Accessibility, NoTextIsCutOnTheSmallestScreen) {
+TEST(Accessibility, NoTextOfTheMainWindowIsCutOnTheSmallestScreen) {
     for (const char* name : {"acu", "pair", "fresh", "none"}) {
         SCOPED_TRACE(name);
         WindowBench bench(name);
         ExpectNoCutText(bench.Window);
     }
-}
-
-TEST(Accessibility, NoTextOfTheHealthCheckIsCutOnTheSmallestScreen) {
-    WindowBench bench;
-    bench.Click("Command3");
-    ExpectNoCutText(*WindowBench::TopLevel("frmACUHealthCheck"));
-}
-
-TEST(Accessibility, ValueIsPartOfTheNameOfItsLabel) {
-    WindowBench bench;
-    EXPECT_EQ(bench.Find<QLabel>("lblDeviceInfo_3").accessibleName(), "DEV Serial: 301");
 }
 
 } // namespace

@@ -3,14 +3,17 @@
 #include "board/BenchProcedure.h"
 #include "board/DACSliders.h"
 #include "calibration/clsACUCalibration.h"
+#include "mainwindow/BenchTestView.h"
 #include "platform/FolderDrive.h"
 #include "support/FullDisk.h"
 #include "support/TestBench.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -18,24 +21,6 @@
 namespace ombrix {
 
 using End = ProcedureOutcome::End;
-
-/// Sliders that remember what they were told to show.
-class ShownSliders final : public DACSliders {
-  public:
-    explicit ShownSliders(Station& station) : m_Board(station) {}
-
-    std::vector<std::pair<std::int32_t, std::int32_t>> Shown;
-
-    void SetValue(std::int32_t channel, std::int32_t position) override {
-        m_Board.SetValue(channel, position);
-    }
-    void Show(std::int32_t channel, std::int32_t position) override {
-        Shown.emplace_back(channel, position);
-    }
-
-  private:
-    BoardDACSliders m_Board;
-};
 
 /// A station on a simulated bench, in virtual time, on a disk that can be full.
 class BenchTestFixture : public ::testing::Test {
@@ -51,7 +36,7 @@ class BenchTestFixture : public ::testing::Test {
         m_Station = std::make_unique<Station>(
             BoardServices{m_Bench->Bench, *m_World,
                           [this] { return std::make_shared<clsACUCalibration>(*m_World); }});
-        m_Sliders = std::make_unique<ShownSliders>(*m_Station);
+        m_Sliders = std::make_unique<BoardDACSliders>(*m_Station);
         m_Station->g_CurrentAIB = Board(0);
         m_Station->g_CurrentAIB->Calibration().ReadEPROMValues(*m_Station->g_CurrentAIB);
     }
@@ -66,30 +51,34 @@ class BenchTestFixture : public ::testing::Test {
         return static_cast<double>(m_Bench->Time.Counter()) /
                static_cast<double>(m_Bench->Time.Frequency());
     }
-    /// The only file of a test. A line that was cut short shows as one more at the end.
+    /// The only file of a test, of which no line may be cut short.
     static std::vector<std::string> LinesOf(const ProcedureOutcome& outcome) {
         EXPECT_EQ(outcome.Files.size(), 1U);
-        const std::string content = ReadWholeFile(outcome.Files.at(0));
+        std::istringstream content(ReadWholeFile(outcome.Files.at(0)));
         std::vector<std::string> lines;
-        std::size_t start = 0;
-        for (std::size_t end = content.find("\r\n"); end != std::string::npos;
-             end = content.find("\r\n", start)) {
-            lines.push_back(content.substr(start, end - start));
-            start = end + 2;
+        for (std::string line; std::getline(content, line); lines.push_back(line)) {
+            EXPECT_TRUE(line.ends_with('\r') && !content.eof()) << "cut short: " << line;
+            line.pop_back();
         }
-        if (start < content.size())
-            lines.push_back("cut short: " + content.substr(start));
         return lines;
     }
     static std::vector<std::string> Fields(const std::string& line) {
-        std::vector<std::string> fields(1);
-        for (const char character : line) {
-            if (character == ',')
-                fields.emplace_back();
-            else
-                fields.back() += character;
-        }
+        std::istringstream stream(line + ",");
+        std::vector<std::string> fields;
+        for (std::string field; std::getline(stream, field, ',');)
+            fields.push_back(field);
         return fields;
+    }
+    /// Each value where it is not the one before it.
+    template <class Value>
+    static std::vector<Value> Changes(std::vector<Value> values) {
+        values.erase(std::unique(values.begin(), values.end()), values.end());
+        return values;
+    }
+    /// A view that keeps what it is told.
+    BenchTestView View() {
+        return {.Caption = [this](const std::string& text) { m_Captions.push_back(text); },
+                .Stage = [this](const std::string& text) { m_Stages.push_back(text); }};
     }
     void ExpectLeftSafely() {
         EXPECT_FALSE(m_Station->Procedures.Running());
@@ -103,7 +92,11 @@ class BenchTestFixture : public ::testing::Test {
     std::unique_ptr<FullDisk> m_Disk;
     std::unique_ptr<Platform> m_World;
     std::unique_ptr<Station> m_Station;
-    std::unique_ptr<ShownSliders> m_Sliders;
+    std::unique_ptr<BoardDACSliders> m_Sliders;
+    /// Cancels the test that runs.
+    std::function<void()> m_Cancel;
+    std::vector<std::string> m_Captions;
+    std::vector<std::string> m_Stages;
 };
 
 } // namespace ombrix

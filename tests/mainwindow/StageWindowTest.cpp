@@ -28,6 +28,7 @@ class StageWindowTest : public ::testing::Test {
     QString Cell(int line, int column) { return List().topLevelItem(line)->text(column); }
     QString Result(int line) { return Cell(line, 2); }
     QString Text(const char* label) { return Find<QLabel>(label).text(); }
+    QString Progress() { return Find<ctrlProgressBar>("ctrlProgressBar").accessibleDescription(); }
     void Add(int stages) {
         for (int stage = 1; stage <= stages; ++stage)
             m_Window.Stage_Add("Velocity System Calibration (" + std::to_string(stage) + " of 8)");
@@ -40,81 +41,57 @@ class StageWindowTest : public ::testing::Test {
     frmACUCalibration m_Window{m_Bench.TheStation};
 };
 
-TEST_F(StageWindowTest, ComesWithTheFirstStageAndNamesTheUnit) {
-    EXPECT_FALSE(m_Window.isVisible());
-    m_Window.Stage_Add("One");
-    EXPECT_TRUE(m_Window.isVisible());
-    EXPECT_EQ(m_Window.windowTitle(), "Calibration");
+TEST_F(StageWindowTest, ComesAsDesignedWithTheFirstStageOfEverySequence) {
     EXPECT_EQ(Text("lblCalMsg"), "Calibrating Aeration Control Unit");
-    EXPECT_EQ(Text("lblUnit"), "ACU00301   MFC number M9200301A");
-    EXPECT_EQ(Text("lblAccessoryCal1"), "Calibration Initialising");
-    EXPECT_EQ(Text("lblAccessoryCal5"), "-");
-}
-
-TEST_F(StageWindowTest, StagesAreNumberedAndPending) {
-    Add(3);
-    ASSERT_EQ(List().topLevelItemCount(), 3);
-    for (const char* heading : {"No.", "Stage", "Result"})
-        EXPECT_EQ(List().headerItem()->text(heading[0] == 'N'   ? 0
-                                            : heading[0] == 'S' ? 1
-                                                                : 2),
-                  heading);
-    for (int line = 0; line < 3; ++line) {
-        EXPECT_EQ(Cell(line, 0), QString::number(line + 1));
-        EXPECT_EQ(Result(line), "Pending");
-    }
-    EXPECT_EQ(Cell(1, 1), "Velocity System Calibration (2 of 8)");
-    EXPECT_TRUE(List().selectedItems().isEmpty());
-}
-
-TEST_F(StageWindowTest, SequenceMovesOneLineWithEachRun) {
-    Add(2);
-    m_Window.Stage_RunNext();
-    EXPECT_EQ(Result(0), "Running...");
-    EXPECT_EQ(List().topLevelItem(0)->foreground(2).color(), QColor(0, 0, 255));
-    EXPECT_EQ(List().selectedItems().value(0), List().topLevelItem(0));
-    m_Window.Stage_Complete(false, true);
-    m_Window.Stage_RunNext();
-    EXPECT_EQ(Result(0), "Run: Passed");
-    EXPECT_EQ(Result(1), "Running...");
-    m_Window.Stage_Complete(false, true);
-    m_Window.Stage_RunNext(); // none is left to run
-    EXPECT_EQ(Result(1), "Run: Passed");
-}
-
-TEST_F(StageWindowTest, ResultsShowInTheirColoursAndLaterStagesStayPending) {
-    struct Case {
-        bool Aborted;
-        bool Passed;
-        QString Text;
-        QColor Shown;
-    };
-    const std::vector<Case> cases = {{false, true, "Run: Passed", QColor(0, 255, 0)},
-                                     {false, false, "Run: Failed", QColor(255, 128, 128)},
-                                     {true, false, "Aborted", QColor(255, 0, 0)},
-                                     {true, true, "Aborted", QColor(255, 0, 0)}};
-    for (const Case& c : cases) {
-        Add(2);
+    for (const int stages : {2, 1}) {
+        EXPECT_FALSE(m_Window.isVisible());
+        Add(stages);
+        EXPECT_TRUE(m_Window.isVisible());
+        EXPECT_EQ(List().topLevelItemCount(), stages);
+        EXPECT_EQ(Text("lblUnit"), "ACU00301   MFC number M9200301A");
+        EXPECT_EQ(Text("lblAccessoryCal1"), "Calibration Initialising");
+        EXPECT_EQ(Text("lblAccessoryCal5"), "-");
+        EXPECT_EQ(Progress(), "");
         m_Window.Stage_RunNext();
-        m_Window.Stage_Complete(c.Aborted, c.Passed);
-        EXPECT_EQ(Result(0), c.Text);
-        EXPECT_EQ(List().topLevelItem(0)->foreground(2).color(), c.Shown);
-        EXPECT_EQ(Result(1), "Pending");
+        m_Window.ShowLine(StageLine::Phase, "phase");
+        m_Window.ShowLine(StageLine::Remaining, "remaining");
+        m_Window.BeginProgress(35.0F);
+        m_Window.ShowProgress(36.0F);
+        EXPECT_EQ(Progress(), "100%");
+        m_Window.BeginProgress(20.0F);
+        m_Window.ShowProgress(5.0F);
+        EXPECT_EQ(Progress(), "25%");
         m_Window.Close();
     }
+    Add(1);
+    EXPECT_TRUE(m_Window.close()); // nothing runs
 }
 
-TEST_F(StageWindowTest, ClickOnALineDoesNotMoveTheSequence) {
+TEST_F(StageWindowTest, SequenceMovesDownTheStagesAndColoursTheirResultsWhateverIsClicked) {
     Add(3);
-    m_Window.Stage_RunNext();
-    const QRect third = List().visualItemRect(List().topLevelItem(2));
-    QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, third.center());
-    QTest::keyClick(&List(), Qt::Key_End);
-    m_Window.Stage_Complete(false, true);
-    m_Window.Stage_RunNext();
-    EXPECT_EQ(Result(0), "Run: Passed");
-    EXPECT_EQ(Result(1), "Running...");
-    EXPECT_EQ(Result(2), "Pending");
+    EXPECT_EQ(Cell(1, 1), "Velocity System Calibration (2 of 8)");
+    EXPECT_TRUE(List().selectedItems().isEmpty());
+    int line = 0;
+    for (const auto& [aborted, passed, text, colour] :
+         {std::tuple(false, true, "Run: Passed", QColor(0, 255, 0)),
+          {false, false, "Run: Failed", QColor(255, 128, 128)},
+          {true, true, "Aborted", QColor(255, 0, 0)}}) {
+        const QTreeWidgetItem* item = List().topLevelItem(line);
+        EXPECT_EQ(Cell(line, 0), QString::number(line + 1));
+        EXPECT_EQ(Result(line), "Pending");
+        m_Window.Stage_RunNext();
+        EXPECT_EQ(Result(line), "Running...");
+        EXPECT_EQ(item->foreground(2).color(), QColor(0, 0, 255));
+        EXPECT_EQ(List().selectedItems().value(0), item);
+        const QRect last = List().visualItemRect(List().topLevelItem(2));
+        QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, last.center());
+        m_Window.Stage_Complete(aborted, passed);
+        EXPECT_EQ(Result(line), text);
+        EXPECT_EQ(item->foreground(2).color(), colour);
+        ++line;
+    }
+    m_Window.Stage_RunNext(); // none is left to run
+    EXPECT_EQ(Result(2), "Aborted");
 }
 
 /// The ground of a picture, which most of it has, against what is printed most boldly on it.
@@ -131,9 +108,7 @@ double ContrastOf(const QImage& picture) {
 TEST_F(StageWindowTest, ResultsAreReadableOnLightAndDarkPalettes) {
     constexpr double readable = 3.0; // after the softened edges of small letters
     const QPalette light = QApplication::palette();
-    QPalette dark(Qt::white, QColor(42, 45, 50));
-    dark.setColor(QPalette::Base, QColor(30, 32, 36));
-    dark.setColor(QPalette::Text, Qt::white);
+    const QPalette dark(Qt::white, QColor(42, 45, 50));
     Add(5);
     for (const auto& [aborted, passed] : {std::pair(false, true), {false, false}, {true, false}}) {
         m_Window.Stage_RunNext();
@@ -150,23 +125,17 @@ TEST_F(StageWindowTest, ResultsAreReadableOnLightAndDarkPalettes) {
     }
 }
 
-TEST_F(StageWindowTest, EachLineHasItsLabel) {
-    m_Window.ShowLine(StageLine::Phase, "phase");
-    m_Window.ShowLine(StageLine::Demand, "demand");
-    m_Window.ShowLine(StageLine::Reading, "reading");
-    m_Window.ShowLine(StageLine::Remaining, "remaining");
-    EXPECT_EQ(Text("lblAccessoryCal1"), "phase");
-    EXPECT_EQ(Text("lblAccessoryCal2"), "demand");
-    EXPECT_EQ(Text("lblAccessoryCal4"), "reading");
-    EXPECT_EQ(Text("lblAccessoryCal5"), "remaining");
-}
-
-TEST_F(StageWindowTest, LongLinesDoNotMoveTheWindowAndEightStagesNeedNoScrolling) {
+TEST_F(StageWindowTest, LinesHaveTheirLabelsAndLongOnesDoNotMoveTheWindow) {
     Add(8);
     const QSize before = m_Window.size();
-    for (const StageLine line :
-         {StageLine::Phase, StageLine::Demand, StageLine::Reading, StageLine::Remaining})
+    for (const auto& [line, label] : {std::pair(StageLine::Phase, "lblAccessoryCal1"),
+                                      {StageLine::Demand, "lblAccessoryCal2"},
+                                      {StageLine::Reading, "lblAccessoryCal4"},
+                                      {StageLine::Remaining, "lblAccessoryCal5"}}) {
+        m_Window.ShowLine(line, label);
+        EXPECT_EQ(Text(label), label);
         m_Window.ShowLine(line, std::string(300, 'W'));
+    }
     QCoreApplication::processEvents();
     EXPECT_EQ(m_Window.size(), before);
     EXPECT_LE(m_Window.minimumSizeHint().width(), before.width());
@@ -183,20 +152,6 @@ TEST_F(StageWindowTest, EveryControlHasANameAndTheTabKeyReachesCancel) {
     List().setFocus();
     QTest::keyClick(&List(), Qt::Key_Tab);
     EXPECT_EQ(QApplication::focusWidget(), &Find<QPushButton>("cmdCancel"));
-}
-
-TEST_F(StageWindowTest, ProgressIsAPercentageOfTheSpan) {
-    auto& bar = Find<ctrlProgressBar>("ctrlProgressBar");
-    m_Window.BeginProgress(35.0F);
-    EXPECT_EQ(bar.accessibleDescription(), "0%");
-    m_Window.ShowProgress(17.5F);
-    EXPECT_EQ(bar.accessibleDescription(), "50%");
-    m_Window.ShowProgress(36.0F);
-    EXPECT_EQ(bar.accessibleDescription(), "100%");
-    m_Window.BeginProgress(20.0F);
-    EXPECT_EQ(bar.accessibleDescription(), "0%");
-    m_Window.ShowProgress(10.0F);
-    EXPECT_EQ(bar.accessibleDescription(), "50%");
 }
 
 TEST_F(StageWindowTest, CancelButtonAndEscapeReachTheRunningCalibrationOnce) {
@@ -218,51 +173,26 @@ TEST_F(StageWindowTest, CancelButtonAndEscapeReachTheRunningCalibrationOnce) {
 }
 
 TEST_F(StageWindowTest, ClosingInMidRunAsksAndCancelsOnYes) {
-    Add(1);
-    const RunningProcedure procedure(m_Bench.TheStation.Procedures, [] {});
-    Cancellation cancel;
-    const clsACUCalibration::RunningCalibration running(Record(), cancel);
-    EXPECT_FALSE(m_Window.close());
-    ASSERT_NE(Question(), nullptr);
-    EXPECT_EQ(Question()->text(), "The calibration is running.\n\nCancel it and close the window?");
-    EXPECT_FALSE(cancel.Requested());
-    QTest::mouseClick(Question()->button(QMessageBox::Yes), Qt::LeftButton);
-    EXPECT_TRUE(cancel.Requested());
-    EXPECT_TRUE(m_Window.isVisible()); // until the sequence has ended
-    EXPECT_FALSE(Find<QPushButton>("cmdCancel").isEnabled());
-}
-
-TEST_F(StageWindowTest, QuestionThatStandsAtTheEndIsWithdrawn) {
-    Add(1);
-    {
-        const RunningProcedure procedure(m_Bench.TheStation.Procedures, [] {});
-        m_Window.close();
-        ASSERT_TRUE(Question()->isVisible());
+    for (const bool answered : {false, true}) {
+        Add(1);
+        Cancellation cancel;
+        const clsACUCalibration::RunningCalibration running(Record(), cancel);
+        {
+            const RunningProcedure procedure(m_Bench.TheStation.Procedures, [] {});
+            EXPECT_FALSE(m_Window.close());
+            ASSERT_TRUE(Question() != nullptr && Question()->isVisible());
+            EXPECT_EQ(Question()->text(),
+                      "The calibration is running.\n\nCancel it and close the window?");
+            if (answered)
+                QTest::mouseClick(Question()->button(QMessageBox::Yes), Qt::LeftButton);
+            EXPECT_EQ(cancel.Requested(), answered);
+            EXPECT_TRUE(m_Window.isVisible()); // until the sequence has ended
+        }
+        m_Window.Close();
+        // A question that stands at the end is withdrawn.
+        EXPECT_TRUE(Question() == nullptr || !Question()->isVisible());
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
-    m_Window.Close();
-    EXPECT_TRUE(Question() == nullptr || !Question()->isVisible());
-    EXPECT_TRUE(Find<QPushButton>("cmdCancel").isEnabled());
-}
-
-TEST_F(StageWindowTest, NextSequenceFindsTheWindowAsDesigned) {
-    Add(2);
-    m_Window.Stage_RunNext();
-    m_Window.ShowLine(StageLine::Phase, "phase");
-    m_Window.ShowLine(StageLine::Remaining, "remaining");
-    m_Window.BeginProgress(35.0F);
-    m_Window.Close();
-    EXPECT_FALSE(m_Window.isVisible());
-    EXPECT_EQ(Find<ctrlProgressBar>("ctrlProgressBar").accessibleDescription(), "");
-    Add(1);
-    EXPECT_TRUE(m_Window.isVisible());
-    ASSERT_EQ(List().topLevelItemCount(), 1);
-    EXPECT_EQ(Cell(0, 0), "1");
-    EXPECT_EQ(Result(0), "Pending");
-    EXPECT_EQ(Text("lblAccessoryCal1"), "Calibration Initialising");
-    EXPECT_EQ(Text("lblAccessoryCal5"), "-");
-    m_Window.BeginProgress(20.0F);
-    EXPECT_EQ(Find<ctrlProgressBar>("ctrlProgressBar").accessibleDescription(), "0%");
-    EXPECT_TRUE(m_Window.close()); // nothing runs
 }
 
 } // namespace

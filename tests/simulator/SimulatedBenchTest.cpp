@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 namespace ombrix {
 namespace {
 
@@ -15,13 +13,6 @@ double MeanReading(TestBench& bench, clsAIB& board, std::int32_t channel) {
         sum += board.MyGetADC(channel);
     }
     return sum / samples;
-}
-
-/// Mean reading of a channel once a demand has settled.
-double Settled(TestBench& bench, clsAIB& board, std::int32_t channel, std::int32_t demand) {
-    board.SetDAC(channel, demand);
-    bench.Time.Advance(1.5);
-    return MeanReading(bench, board, channel);
 }
 
 class HealthyBench : public ::testing::TestWithParam<const char*> {};
@@ -43,59 +34,15 @@ TEST_P(HealthyBench, SettlesWithinASecondNearItsDemand) {
     }
 }
 
-TEST_P(HealthyBench, HysteresisStaysFarBelowTheLimit) {
-    TestBench bench(GetParam());
-    clsAIB& board = bench.Detect();
-    const double rising = Settled(bench, board, 0, 20000);
-    Settled(bench, board, 0, 60000);
-    const double falling = Settled(bench, board, 0, 20000);
-    EXPECT_GT(falling - rising, 5.0);
-    EXPECT_LT(falling - rising, 60.0);
-}
-
 INSTANTIATE_TEST_SUITE_P(Benches, HealthyBench, ::testing::Values("acu", "plain", "fresh"));
 
-TEST(BenchFaults, EachSpoilsWhatItNames) {
-    {
-        TestBench bench("plain", {"hysteresis:0,132"});
-        clsAIB& board = bench.Detect();
-        const double rising = Settled(bench, board, 0, 20000);
-        Settled(bench, board, 0, 60000);
-        EXPECT_GT(Settled(bench, board, 0, 20000) - rising, 133.0);
-    }
-    {
-        TestBench bench("plain", {"gain:1,3"});
-        clsAIB& board = bench.Detect();
-        EXPECT_NEAR(Settled(bench, board, 1, 40000), 41200, 100);
-        EXPECT_NEAR(Settled(bench, board, 0, 40000), 40000, 100);
-    }
-    {
-        TestBench bench("plain", {"no-air"});
-        EXPECT_LT(Settled(bench, bench.Detect(), 0, 40000), 10.0);
-    }
-    {
-        TestBench bench("acu", {"pressure-frozen"});
-        clsAIB& board = bench.Detect();
-        std::int32_t first = 0;
-        std::int32_t second = 0;
-        board.ReadReg(92, first);
-        board.SetDAC(0, 60000);
-        bench.Time.Advance(2.0);
-        board.ReadReg(92, second);
-        EXPECT_EQ(first, second);
-    }
-    {
-        TestBench bench("acu", {"not-ready:1"});
-        EXPECT_FALSE(bench.Detect().MFCReady());
-    }
-    {
-        TestBench bench("acu", {"unplug@5"});
-        clsAIB& board = bench.Detect();
-        std::int32_t value = 0;
-        EXPECT_EQ(board.GetADC(2, value), Status::NoError);
-        bench.Time.Advance(5.0);
-        EXPECT_EQ(board.GetADC(2, value), Status::HardwareError);
-    }
+TEST(BenchFaults, AFrozenPressureIgnoresTheFlow) {
+    TestBench bench("acu", {"pressure-frozen"});
+    clsAIB& board = bench.Detect();
+    const std::int32_t atRest = board.MyGetADC(2);
+    board.SetDAC(0, 60000);
+    bench.Time.Advance(2.0);
+    EXPECT_EQ(board.MyGetADC(2), atRest);
 }
 
 TEST(BenchFaults, TextsThatNameNoneAreRejected) {
@@ -111,7 +58,8 @@ TEST(Bench, PressureFollowsTheFlowOnTheLine) {
     TestBench bench("acu");
     clsAIB& board = bench.Detect();
     const double atRest = MeanReading(bench, board, 2);
-    Settled(bench, board, 0, 60000);
+    board.SetDAC(0, 60000);
+    bench.Time.Advance(1.5);
     const double flowing = MeanReading(bench, board, 2);
     EXPECT_GT(flowing - atRest, 150.0);
     board.ClearExtGPO(8); // the valve takes the large channel off the line
@@ -125,20 +73,6 @@ TEST(Bench, SameSeedSameReadings) {
     clsAIB& twin = second.Detect();
     for (int i = 0; i < 100; ++i)
         ASSERT_EQ(board.MyGetADC(2), twin.MyGetADC(2));
-}
-
-TEST(Bench, BoardsOfTheRigAreWiredBackToBack) {
-    TestBench bench("rig");
-    bench.Detect(1).SetDAC(3, 30000);
-    EXPECT_NEAR(bench.TheStation.g_AIBList.AIB(0)->MyGetADC(3), 30000, 10);
-    EXPECT_NEAR(bench.TheStation.g_AIBList.AIB(1)->MyGetADC(3), 0, 10);
-}
-
-TEST(Bench, TheMeasureBoardSeesTheFlowBoardsLine) {
-    TestBench bench("airflow");
-    bench.Detect(0).SetDAC(0, 65534);
-    bench.Time.Advance(2.0);
-    EXPECT_NEAR(bench.TheStation.g_AIBList.AIB(1)->MyGetADC(0), 32767, 200);
 }
 
 TEST(Bench, EpromAndIdentityOutliveTheProgram) {

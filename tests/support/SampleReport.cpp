@@ -20,22 +20,24 @@ struct Trace {
     std::vector<float> EndValues;
 };
 
+std::int32_t InBits(float fraction) {
+    return static_cast<std::int32_t>(fraction * FullScale);
+}
+
 Trace MakeTrace(const SampleSequence& sequence) {
     Trace trace;
     const auto samples = static_cast<int>(sequence.StepTime_s / sequence.SampleSpacing_s);
     float flow = 0.0F;
-    for (std::size_t step = 0; step < sequence.Demands.size(); ++step) {
-        const float demand = sequence.Demands[step];
+    for (const float demand : sequence.Demands) {
+        const auto step = static_cast<float>(trace.EndValues.size());
         const float target = std::max(demand - sequence.Error, 0.0F);
         for (int i = 0; i < samples; ++i) {
             flow += (target - flow) * std::min(sequence.SampleSpacing_s / TimeConstant_s, 1.0F);
             const float ripple = 0.0004F * std::sin(static_cast<float>(i) * 1.7F);
-            const auto reading =
-                static_cast<std::int32_t>(std::max(flow + ripple, 0.0F) * FullScale);
-            const auto output = static_cast<std::int32_t>(demand * FullScale);
-            trace.Times.push_back(static_cast<float>(step) * sequence.StepTime_s +
+            trace.Times.push_back(step * sequence.StepTime_s +
                                   static_cast<float>(i) * sequence.SampleSpacing_s);
-            for (const std::int32_t bits : {output, reading, 0, 21 + i % 3}) {
+            for (const std::int32_t bits :
+                 {InBits(demand), InBits(std::max(flow + ripple, 0.0F)), 0, 21 + i % 3}) {
                 trace.Bits.push_back(bits);
                 trace.Fractions.push_back(static_cast<float>(bits) / FullScale);
             }
@@ -63,36 +65,29 @@ void AddChart(const Worksheet& data, Worksheet& target, const std::string& title
     chart.SetTitle(title);
     for (int series = 1; series <= 5; ++series)
         chart.SetSeriesSmooth(series, false);
-    chart.SetSeriesLineWeight(1, 1.0);
-    chart.SetSeriesLineWeight(3, 1.0);
+    for (const int demand : {1, 3})
+        chart.SetSeriesLineWeight(demand, 1.0);
     chart.SetSeriesAxisGroup(5, AxisGroup::Secondary);
 }
 
 void FillSteps(Worksheet& overview, const SampleSequence& sequence, const Trace& trace, int row) {
-    for (std::size_t step = 0; step < sequence.Demands.size(); ++step, ++row) {
-        const auto write = [&](char column, const CellValue& value) {
-            overview.SetValue(fmt::format("{}{}", column, row), value);
+    const float endValue2 = sequence.StepTime_s > 2.0F ? 22.0F : 0.0F;
+    for (std::size_t step = 0; step < sequence.Demands.size(); ++step) {
+        const float demand = sequence.Demands[step];
+        char column = 'B';
+        const auto write = [&](const auto&... values) {
+            (overview.SetValue(fmt::format("{}{}", column++, row), values), ...);
         };
-        write('B', fmt::format("Step {}", step + 1));
-        write('C', sequence.Demands[step]);
-        write('D', 0.0F);
-        write('E', sequence.StepTime_s);
-        write('F', std::int32_t{12});
-        write('G', static_cast<std::int32_t>(sequence.Demands[step] * FullScale));
-        write('H', std::int32_t{19});
-        write('I', std::int32_t{24});
-        write('J', trace.EndValues[step]);
-        write('K', sequence.StepTime_s > 2.0F ? 22.0F : 0.0F);
-        write('L', step == 0 ? std::string("First in Sequence")
-                             : fmt::format("CH1 to {:.1f}%", sequence.Demands[step] * 100.0F));
+        write(fmt::format("Step {}", step + 1), demand, 0.0F, sequence.StepTime_s, 12,
+              InBits(demand), 19, 24, trace.EndValues[step], endValue2,
+              step == 0 ? "First in Sequence" : fmt::format("CH1 to {:.1f}%", demand * 100.0F));
+        ++row;
     }
 }
 
 void BoxSteps(Worksheet& overview, int first, int last) {
-    std::string areas;
-    for (const char* columns : {"B B", "C E", "F G", "H I", "J K", "L L", "N O"})
-        areas += fmt::format("{}{}{}:{}{}", areas.empty() ? "" : ",", columns[0], first, columns[2],
-                             last);
+    const std::string areas = fmt::format(
+        "B{0}:B{1},C{0}:E{1},F{0}:G{1},H{0}:I{1},J{0}:K{1},L{0}:L{1},N{0}:O{1}", first, last);
     for (const BorderEdge edge :
          {BorderEdge::Left, BorderEdge::Top, BorderEdge::Bottom, BorderEdge::Right})
         overview.SetBorder(areas, edge, LineStyle::Continuous);

@@ -1,72 +1,62 @@
 // Values, formulas and formats of cells.
 #include "support/WorkbookFixture.h"
 
-#include <fmt/format.h>
-
 #include <array>
 #include <limits>
+#include <map>
 
 namespace ombrix {
 namespace {
 
 struct WrittenValue {
-    const char* Name;
     CellValue Value;
     const char* Type;
     const char* Text;
 };
 
-class WrittenValueTest : public ::testing::TestWithParam<WrittenValue> {};
-
-TEST_P(WrittenValueTest, ArrivesInTheFile) {
+TEST(WorkbookCellsTest, ValuesArriveInTheFile) {
     WorkbookFixture fixture;
-    fixture.Sheet("All Graphs").SetValue("C20", GetParam().Value);
-    WorkbookProbe saved = fixture.Saved();
-    EXPECT_STREQ(saved.Cell("All Graphs", "C20").attribute("t").value(), GetParam().Type);
-    EXPECT_EQ(saved.Value("All Graphs", "C20"), GetParam().Text);
+    for (const auto& [value, type, text] : std::initializer_list<WrittenValue>{
+             {std::int32_t{-2147483647}, "", "-2147483647"},
+             {0.2F, "", "0.2"}, // in shortest form
+             {0.1 + 0.2, "", "0.30000000000000004"},
+             {std::numeric_limits<double>::quiet_NaN(), "e", "#NUM!"},
+             {-std::numeric_limits<float>::infinity(), "e", "#NUM!"},
+             {true, "b", "1"},
+             {OleDate::FromCivil({2026, 1, 16, 12, 0, 0}), "", "46038.5"},
+             {OleDate(), "", "0"},
+             {OleDate(-5.0), "e", "#NUM!"}, // before the first day of workbooks
+             {OleDate(1e200), "e", "#NUM!"},
+             {CellValue(), "", ""},
+             {std::string("<a & \"b\">"), "inlineStr", "<a & \"b\">"},
+             {std::string("=1+1"), "inlineStr", "=1+1"},
+             {std::string("  x "), "inlineStr", "  x "},
+             {std::string("a\x01\r\nb"), "inlineStr", "a_x0001__x000D_\nb"},
+             {std::string("_x0041_"), "inlineStr", "_x005F_x0041_"},
+             {std::string("\xC3(\xED\xA0\x80"), "inlineStr",
+              "\uFFFD(\uFFFD\uFFFD\uFFFD"},                                    // no UTF-8
+             {std::string("\xEF\xBF\xBF"), "inlineStr", "\uFFFD\uFFFD\uFFFD"}, // not for XML
+             {std::string("µΩ\U0001F600"), "inlineStr", "µΩ\U0001F600"}}) {
+        fixture.Sheet("All Graphs").SetValue("C20", value);
+        WorkbookProbe saved = fixture.Saved();
+        EXPECT_STREQ(saved.Cell("All Graphs", "C20").attribute("t").value(), type) << text;
+        EXPECT_EQ(saved.Value("All Graphs", "C20"), text);
+    }
 }
 
-const std::array AllValues = {
-    WrittenValue{"Integer", std::int32_t{-2147483647}, "", "-2147483647"},
-    WrittenValue{"SingleInShortestForm", 0.2F, "", "0.2"},
-    WrittenValue{"DoubleWithAllDigits", 0.1 + 0.2, "", "0.30000000000000004"},
-    WrittenValue{"LargeDouble", 1e300, "", "1e+300"},
-    WrittenValue{"NoNumber", std::numeric_limits<double>::quiet_NaN(), "e", "#NUM!"},
-    WrittenValue{"Infinity", -std::numeric_limits<float>::infinity(), "e", "#NUM!"},
-    WrittenValue{"Boolean", true, "b", "1"},
-    WrittenValue{"Date", OleDate::FromCivil({2026, 1, 16, 12, 0, 0}), "", "46038.5"},
-    WrittenValue{"Never", OleDate(), "", "0"},
-    WrittenValue{"DateBeforeWorkbooks", OleDate(-5.0), "e", "#NUM!"},
-    WrittenValue{"BitsThatAreNoDate", OleDate(1e200), "e", "#NUM!"},
-    WrittenValue{"Nothing", CellValue(), "", ""},
-    WrittenValue{"Markup", std::string("<a & \"b\">"), "inlineStr", "<a & \"b\">"},
-    WrittenValue{"LooksLikeAFormula", std::string("=1+1"), "inlineStr", "=1+1"},
-    WrittenValue{"OuterBlanks", std::string("  x "), "inlineStr", "  x "},
-    WrittenValue{"ControlCharacters", std::string("a\x01\r\nb"), "inlineStr", "a_x0001__x000D_\nb"},
-    WrittenValue{"LooksEscaped", std::string("_x0041_"), "inlineStr", "_x005F_x0041_"},
-    WrittenValue{"NoUtf8", std::string("\xC3(\xED\xA0\x80"), "inlineStr",
-                 "\uFFFD(\uFFFD\uFFFD\uFFFD"},
-    WrittenValue{"CharacterOutsideXml", std::string("\xEF\xBF\xBF"), "inlineStr",
-                 "\uFFFD\uFFFD\uFFFD"},
-    WrittenValue{"ManyBytes", std::string("µΩ\U0001F600"), "inlineStr", "µΩ\U0001F600"}};
-
-INSTANTIATE_TEST_SUITE_P(Workbook, WrittenValueTest, ::testing::ValuesIn(AllValues),
-                         [](const auto& test) { return std::string(test.param.Name); });
-
-TEST(WorkbookCellsTest, ATextLongerThanACellHoldsIsRefused) {
-    WorkbookFixture fixture;
-    EXPECT_THROW(fixture.Sheet("Overview").SetValue("C3", std::string(32768, 'x')),
-                 SpreadsheetError);
-}
-
-TEST(WorkbookCellsTest, ADateIsShownAsOneWhereTheTemplateHasNoFormat) {
+TEST(WorkbookCellsTest, FormatsAreTheTemplatesAndADatesOwnWhereItHasNone) {
     WorkbookFixture fixture;
     const OleDate date = OleDate::FromCivil({2026, 1, 16, 14, 30, 5});
+    const std::array<float, 2> block = {0.2F, 0.4F};
     fixture.Sheet("All Graphs").SetValue("G20", date);
     fixture.Sheet("Overview").SetValue("C5", date);
+    fixture.Sheet("Overview").SetValue("C12", 0.2F);
+    fixture.Sheet("DataTemplate").SetValues("F2:F3", CellBlock<float>{block, 1});
     WorkbookProbe saved = fixture.Saved();
     EXPECT_EQ(saved.NumberFormat("All Graphs", "G20"), "22");
     EXPECT_EQ(saved.NumberFormat("Overview", "C5"), "yyyy-mm-dd hh:mm:ss");
+    EXPECT_EQ(saved.NumberFormat("Overview", "C12"), "0.0%");
+    EXPECT_EQ(saved.NumberFormat("DataTemplate", "F3"), "0.00%");
 }
 
 TEST(WorkbookCellsTest, DatesFollowTheTemplatesCountOfDays) {
@@ -102,19 +92,8 @@ TEST(WorkbookCellsTest, LaterValuesLieOverEarlierOnes) {
     data.SetValue("C2", CellValue());
     WorkbookProbe saved = fixture.Saved();
     const auto shown = [&](const char* address) { return saved.Value("DataTemplate", address); };
-    EXPECT_EQ(shown("B2") + "," + shown("C2") + ",", "11,,");
-    EXPECT_EQ(shown("B3") + "," + shown("C3"), "3,70");
-    EXPECT_EQ(shown("B4") + "," + shown("C4"), "5,80");
-}
-
-TEST(WorkbookCellsTest, BlocksKeepTheFormatsOfTheirColumns) {
-    WorkbookFixture fixture;
-    const std::array<float, 2> block = {0.2F, 0.4F};
-    fixture.Sheet("DataTemplate").SetValues("F2:F3", CellBlock<float>{block, 1});
-    fixture.Sheet("Overview").SetValue("C12", 0.2F);
-    WorkbookProbe saved = fixture.Saved();
-    EXPECT_EQ(saved.NumberFormat("DataTemplate", "F3"), "0.00%");
-    EXPECT_EQ(saved.NumberFormat("Overview", "C12"), "0.0%");
+    EXPECT_EQ(shown("B2") + shown("C2") + "," + shown("B3") + shown("C3"), "11,370");
+    EXPECT_EQ(shown("B4") + shown("C4"), "580");
 }
 
 TEST(WorkbookCellsTest, ABlockOfAnotherShapeThanItsAreaIsRefused) {
@@ -127,47 +106,44 @@ TEST(WorkbookCellsTest, ABlockOfAnotherShapeThanItsAreaIsRefused) {
             << area;
 }
 
-struct CopiedFormula {
-    const char* Before;
-    const char* After;
-};
-
-class CopiedFormulaTest : public ::testing::TestWithParam<CopiedFormula> {};
-
-TEST_P(CopiedFormulaTest, MovesItsRelativeReferencesThreeDownAndTwoRight) {
+TEST(WorkbookCellsTest, ACopiedFormulaMovesItsRelativeReferences) {
+    const std::map<const char*, const char*> threeDownAndTwoRight = {
+        {"=A1+$A1+A$1+$A$1", "=C4+$A4+C$1+$A$1"},
+        {"=SUM(A1:B2,C:D,4:5,$C:D)", "=SUM(C4:D5,E:F,7:8,$C:F)"},
+        {"=IF(A1=\"A1 \"\"B2\"\"\",LOG10(B2),TRUE)", "=IF(C4=\"A1 \"\"B2\"\"\",LOG10(D5),TRUE)"},
+        {"='It''s A1'!B2+Data1!B2", "='It''s A1'!D5+Data1!D5"},
+        {"=[1]Data!B2+Table1[A1]", "=[1]Data!D5+Table1[A1]"},
+        {"=1E5+A1048575+XFD1", "=1E5+#REF!+#REF!"},
+        {"=A1_total+Größe1+\"unclosed", "=A1_total+Größe1+\"unclosed"}};
     WorkbookFixture fixture;
     Worksheet& sheet = fixture.Sheet("All Graphs");
-    sheet.SetFormula("G30", GetParam().Before);
-    sheet.CopyRange("G30", "I33");
-    EXPECT_EQ(fixture.Saved().Value("All Graphs", "I33"), GetParam().After);
+    for (const auto& [before, after] : threeDownAndTwoRight) {
+        sheet.SetFormula("G30", before);
+        sheet.CopyRange("G30", "I33");
+        EXPECT_EQ(fixture.Saved().Value("All Graphs", "I33"), after);
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Workbook, CopiedFormulaTest,
-    ::testing::Values(CopiedFormula{"=A1+$A1+A$1+$A$1", "=C4+$A4+C$1+$A$1"},
-                      CopiedFormula{"=SUM(A1:B2,C:D,4:5,$C:D)", "=SUM(C4:D5,E:F,7:8,$C:F)"},
-                      CopiedFormula{"=IF(A1=\"A1 \"\"B2\"\"\",LOG10(B2),TRUE)",
-                                    "=IF(C4=\"A1 \"\"B2\"\"\",LOG10(D5),TRUE)"},
-                      CopiedFormula{"='It''s A1'!B2+Data1!B2", "='It''s A1'!D5+Data1!D5"},
-                      CopiedFormula{"=[1]Data!B2+Table1[A1]", "=[1]Data!D5+Table1[A1]"},
-                      CopiedFormula{"=1E5+A1048575+XFD1", "=1E5+#REF!+#REF!"},
-                      CopiedFormula{"=A1_total+Größe1+\"unclosed", "=A1_total+Größe1+\"unclosed"}));
-
-TEST(WorkbookCellsTest, AFormulaBeginsWithAnEqualsSign) {
+TEST(WorkbookCellsTest, AFormulaBeginsWithAnEqualsSignAndFitsItsCellAsTextsMust) {
     WorkbookFixture fixture;
+    EXPECT_THROW(fixture.Sheet("Overview").SetValue("C3", std::string(32768, 'x')),
+                 SpreadsheetError);
     for (const std::string& formula :
          {std::string("1+1"), std::string(), std::string("="), "=" + std::string(8192, '1')})
         EXPECT_THROW(fixture.Sheet("Overview").SetFormula("C3", formula), SpreadsheetError);
 }
 
+/// The template with a row of cells more on its overview.
+std::string WithRow6(const std::string& cells) {
+    return WithReplaced(HealthCheckTemplate(), "xl/worksheets/sheet1.xml", "<row r=\"7\"",
+                        "<row r=\"6\">" + cells + "</row><row r=\"7\"");
+}
+
 TEST(WorkbookCellsTest, FormulasOfTheTemplateLoseTheirResultsAndTheirSharing) {
-    const char* before = "<row r=\"7\"";
-    const char* shared =
-        "<row r=\"6\"><c r=\"Q6\"><f t=\"shared\" si=\"3\" ref=\"Q6:R6\">$B7+P6</f><v>5</v></c>"
-        "<c r=\"R6\"><f t=\"shared\" si=\"3\"/><v>6</v></c><c r=\"S6\" t=\"str\"><f>T6</f>"
-        "<v>stale</v></c></row><row r=\"7\"";
     WorkbookFixture fixture(
-        WithReplaced(HealthCheckTemplate(), "xl/worksheets/sheet1.xml", before, shared));
+        WithRow6("<c r=\"Q6\"><f t=\"shared\" si=\"3\" ref=\"Q6:R6\">$B7+P6</f><v>5</v></c>"
+                 "<c r=\"R6\"><f t=\"shared\" si=\"3\"/><v>6</v></c>"
+                 "<c r=\"S6\" t=\"str\"><f>T6</f><v>stale</v></c>"));
     WorkbookProbe saved = fixture.Saved();
     EXPECT_EQ(saved.Value("Overview", "Q6"), "=$B7+P6");
     EXPECT_EQ(saved.Value("Overview", "R6"), "=$B7+Q6");
@@ -176,12 +152,10 @@ TEST(WorkbookCellsTest, FormulasOfTheTemplateLoseTheirResultsAndTheirSharing) {
 }
 
 TEST(WorkbookCellsTest, WhatTheEngineDoesNotKnowOfACellStaysAsItIs) {
-    const char* before = "<row r=\"7\"";
-    const char* cells = "<row r=\"6\"><c r=\"Q6\" t=\"inlineStr\"><is><r><rPr><b/></rPr><t>fat"
-                        "</t></r></is></c><c r=\"R6\"><f t=\"array\" ref=\"R6:R6\">SUM(A1:A2)"
-                        "</f></c><c r=\"S6\" t=\"e\"><v>#DIV/0!</v></c></row><row r=\"7\"";
     WorkbookFixture fixture(
-        WithReplaced(HealthCheckTemplate(), "xl/worksheets/sheet1.xml", before, cells));
+        WithRow6("<c r=\"Q6\" t=\"inlineStr\"><is><r><rPr><b/></rPr><t>fat</t></r></is></c>"
+                 "<c r=\"R6\"><f t=\"array\" ref=\"R6:R6\">SUM(A1:A2)</f></c>"
+                 "<c r=\"S6\" t=\"e\"><v>#DIV/0!</v></c>"));
     WorkbookProbe saved = fixture.Saved();
     EXPECT_STREQ(saved.Cell("Overview", "Q6").select_node("is/r/t").node().text().get(), "fat");
     EXPECT_STREQ(saved.Cell("Overview", "R6").child("f").attribute("ref").value(), "R6:R6");

@@ -1,19 +1,16 @@
 // Templates and files: what is read, what is kept, what happens when storing fails.
 #include "support/SampleReport.h"
 #include "support/WorkbookFixture.h"
-#include "support/xlsx/ZipArchive.h"
-
-#include <fmt/format.h>
 
 #include <array>
+#include <map>
 #include <random>
+#include <sstream>
 
 namespace ombrix {
 namespace {
 
-constexpr const char* Target = R"(C:\ACUs\report.xls)";
-
-TEST(WorkbookFilesTest, WhatIsNotChangedStaysByteForByte) {
+TEST(WorkbookFilesTest, WhatIsNotChangedStaysAsItIs) {
     const std::string picture("\x89PNG\r\n\x1A\n\0\1\2", 11);
     const std::string settings = "<a  b='c'></a>";
     const std::string original = WithParts(
@@ -21,25 +18,17 @@ TEST(WorkbookFilesTest, WhatIsNotChangedStaysByteForByte) {
     WorkbookFixture fixture(original);
     FillSampleReport(*fixture.Book, ShortReport());
     WorkbookProbe saved = fixture.Saved();
+    WorkbookProbe before(original);
     EXPECT_EQ(saved.Parts().at("xl/media/image1.png"), picture);
     EXPECT_EQ(saved.Parts().at("customXml/x.xml"), settings);
     for (const char* part : {"docProps/core.xml", "xl/sharedStrings.xml", "_rels/.rels"})
-        EXPECT_EQ(saved.Parts().at(part), WorkbookProbe(original).Parts().at(part)) << part;
-}
-
-TEST(WorkbookFilesTest, TheRestOfAChangedSheetStays) {
-    WorkbookFixture fixture;
-    fixture.Sheet("DataTemplate").SetValue("A2", 1.0);
-    WorkbookProbe before(HealthCheckTemplate());
-    WorkbookProbe after = fixture.Saved();
+        EXPECT_EQ(saved.Parts().at(part), before.Parts().at(part)) << part;
     for (const char* element : {"sheetViews", "cols", "pageMargins", "pageSetup", "headerFooter"}) {
-        const auto text = [&](WorkbookProbe& probe) {
-            std::ostringstream out;
-            probe.Sheet("DataTemplate").child(element).print(out);
-            return out.str();
-        };
-        EXPECT_EQ(text(after), text(before));
-        EXPECT_FALSE(text(after).empty()) << element;
+        std::ostringstream texts[2];
+        before.Sheet("DataTemplate").child(element).print(texts[0]);
+        saved.Sheet("Zero - Ch1").child(element).print(texts[1]);
+        EXPECT_EQ(texts[1].str(), texts[0].str());
+        EXPECT_FALSE(texts[0].str().empty()) << element;
     }
 }
 
@@ -64,165 +53,101 @@ TEST(WorkbookFilesTest, ATemplateBecomesAWorkbookThatIsCalculatedOnOpening) {
                                  "@ContentType,'sheet.main')]"));
 }
 
-struct BadTemplate {
-    const char* Name;
-    std::function<std::string()> Bytes;
-};
+std::string Repeated(std::string_view text, int times) {
+    std::string repeated;
+    for (int i = 0; i < times; ++i)
+        repeated += text;
+    return repeated;
+}
 
-class BadTemplateTest : public ::testing::TestWithParam<BadTemplate> {};
+/// Templates that cannot be used, by what is wrong with them.
+std::map<std::string, std::string> BadTemplates() {
+    const std::string& sound = HealthCheckTemplate();
+    std::map<std::string, std::string> bad = {
+        {"empty", ""},
+        {"no archive", "plain text"},
+        {"truncated", sound.substr(0, 9000)},
+        {"binary", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1 old"},
+        {"another kind", WithReplaced(sound, "[Content_Types].xml", "spreadsheetml.template.main",
+                                      "wordprocessingml")},
+        {"bomb", WithParts(sound, {{"xl/media/a.bin", std::string(40U << 20U, '0')}})},
+        {"deeply nested", WithParts(sound, {{"xl/worksheets/sheet2.xml",
+                                             "<worksheet><sheetData/>" + Repeated("<a>", 300000) +
+                                                 Repeated("</a>", 300000) + "</worksheet>"}})},
+        {"flood of formulas",
+         WithReplaced(sound, "xl/worksheets/sheet3.xml", "</sheetData>",
+                      "<row r=\"7\"><c r=\"A7\"><f t=\"shared\" si=\"0\">" + Repeated("A", 8000) +
+                          "</f></c>" + Repeated("<c><f t=\"shared\" si=\"0\"/></c>", 5000) +
+                          "</row></sheetData>")}};
+    for (const char* part :
+         {"[Content_Types].xml", "xl/workbook.xml", "xl/styles.xml", "xl/worksheets/sheet2.xml"})
+        bad.emplace(part, WithParts(sound, {{part, ""}}));
+    return bad;
+}
 
-TEST_P(BadTemplateTest, IsNamedAndHowToMendItIsSaid) {
+TEST(WorkbookFilesTest, ABadTemplateIsNamedAndHowToMendItIsSaid) {
     TemporaryFolder folder;
     FolderDrive files(folder.Path());
     FakeConverter converter;
     converter.Missing = true;
     XlsxApplication application(files, converter);
-    files.ReplaceFile(R"(C:\Bad.xltx)", GetParam().Bytes());
-    try {
-        application.Add(R"(C:\Bad.xlt)");
-        FAIL() << "was taken";
-    } catch (const SpreadsheetError& error) {
-        EXPECT_NE(std::string(error.what()).find(R"(C:\Bad.xltx)"), std::string::npos);
-        EXPECT_NE(std::string(error.what()).find("Put a sound copy"), std::string::npos);
+    for (const auto& [fault, bytes] : BadTemplates()) {
+        files.ReplaceFile(R"(C:\Bad.xltx)", bytes);
+        try {
+            application.Add(R"(C:\Bad.xlt)");
+            ADD_FAILURE() << "was taken: " << fault;
+        } catch (const SpreadsheetError& error) {
+            EXPECT_NE(std::string(error.what()).find(R"(C:\Bad.xltx)"), std::string::npos) << fault;
+            EXPECT_NE(std::string(error.what()).find("Put a sound copy"), std::string::npos);
+        }
     }
     EXPECT_EQ(application.WorkbookCount(), 0);
 }
 
-std::string TemplateWithout(const std::string& part) {
-    return WithParts(HealthCheckTemplate(), {{part, ""}});
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Workbook, BadTemplateTest,
-    ::testing::Values(
-        BadTemplate{"Empty", [] { return std::string(); }},
-        BadTemplate{"NoArchive", [] { return std::string("plain text"); }},
-        BadTemplate{"Truncated", [] { return HealthCheckTemplate().substr(0, 9000); }},
-        BadTemplate{"Binary", [] { return std::string("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1 old"); }},
-        BadTemplate{"NoContentTypes", [] { return TemplateWithout("[Content_Types].xml"); }},
-        BadTemplate{"NoWorkbook", [] { return TemplateWithout("xl/workbook.xml"); }},
-        BadTemplate{"NoStyles", [] { return TemplateWithout("xl/styles.xml"); }},
-        BadTemplate{"NoSheet", [] { return TemplateWithout("xl/worksheets/sheet2.xml"); }},
-        BadTemplate{"AnotherKind",
-                    [] {
-                        return WithReplaced(HealthCheckTemplate(), "[Content_Types].xml",
-                                            "spreadsheetml.template.main", "wordprocessingml");
-                    }},
-        BadTemplate{"NestedWithoutEnd",
-                    [] {
-                        std::string deep = "<worksheet><sheetData/>";
-                        for (int i = 0; i < 300000; ++i)
-                            deep += "<a>";
-                        for (int i = 0; i < 300000; ++i)
-                            deep += "</a>";
-                        return WithParts(HealthCheckTemplate(),
-                                         {{"xl/worksheets/sheet2.xml", deep + "</worksheet>"}});
-                    }},
-        BadTemplate{"Bomb",
-                    [] {
-                        return WithParts(HealthCheckTemplate(),
-                                         {{"xl/media/a.bin", std::string(40U << 20U, '0')}});
-                    }},
-        BadTemplate{"FormulaFlood",
-                    [] {
-                        std::string cells = "<row r=\"7\"><c r=\"A7\"><f t=\"shared\" si=\"0\">" +
-                                            std::string(8000, 'A') + "</f></c>";
-                        for (int i = 0; i < 5000; ++i)
-                            cells += "<c><f t=\"shared\" si=\"0\"/></c>";
-                        return WithReplaced(HealthCheckTemplate(), "xl/worksheets/sheet3.xml",
-                                            "</sheetData>", cells + "</row></sheetData>");
-                    }}),
-    [](const auto& test) { return std::string(test.param.Name); });
-
-TEST(WorkbookFilesTest, ATemplateIsFoundUnderItsOldNameAndMissedUnderNone) {
-    WorkbookFixture fixture; // there is C:\Report.xltx
-    fixture.Application.Add(R"(C:\Report.xlt)");
-    EXPECT_EQ(fixture.Application.WorkbookCount(), 2);
-    EXPECT_THROW(fixture.Application.Add(R"(C:\Repor.xltx)"), SpreadsheetError);
-    fixture.Book->Close();
-    EXPECT_EQ(fixture.Application.WorkbookCount(), 1);
-    fixture.Application.Quit();
-    EXPECT_EQ(fixture.Application.WorkbookCount(), 0);
-    EXPECT_EQ(fixture.Application.Version(), "16.0");
-}
-
-struct SavedName {
-    const char* Wanted;
-    FileFormat Format;
-    /// Where the file is; nothing when the name is refused.
-    const char* Stored;
-    bool Binary;
-};
-
-class SavedNameTest : public ::testing::TestWithParam<SavedName> {};
-
-TEST_P(SavedNameTest, DecidesPlaceAndFormat) {
-    WorkbookFixture fixture;
-    const SavedName& name = GetParam();
-    if (name.Stored == nullptr) {
-        EXPECT_THROW(fixture.Book->SaveAs(name.Wanted, name.Format), SpreadsheetError);
-        EXPECT_EQ(fixture.Book->FullName(), "");
-        return;
+TEST(WorkbookFilesTest, TheNameDecidesPlaceAndFormat) {
+    struct SavedName {
+        const char* Wanted;
+        FileFormat Format;
+        const char* Stored;
+        const char* Begin;
+    };
+    for (const SavedName& name :
+         {SavedName{R"(C:\a.xlsx)", FileFormat::ByExtension, R"(C:\a.xlsx)", "PK"},
+          SavedName{R"(C:\a.XLS)", FileFormat::ByExtension, R"(C:\a.XLS)", "xlsx>xls:PK"},
+          SavedName{R"(C:\b.xls)", FileFormat::Excel8, R"(C:\b.xls)", "xlsx>xls:PK"},
+          SavedName{"c.xls", FileFormat::Excel8, R"(C:\c.xls)", "xlsx>xls:PK"}}) {
+        WorkbookFixture fixture;
+        fixture.Book->SaveAs(name.Wanted, name.Format);
+        EXPECT_EQ(fixture.Book->FullName(), name.Stored);
+        EXPECT_TRUE(fixture.Files.ReadFile(name.Stored).starts_with(name.Begin)) << name.Wanted;
     }
-    fixture.Book->SaveAs(name.Wanted, name.Format);
-    EXPECT_EQ(fixture.Book->FullName(), name.Stored);
-    const std::string content = fixture.Files.ReadFile(name.Stored);
-    EXPECT_TRUE(content.starts_with(name.Binary ? "xlsx>xls:PK" : "PK"));
+    WorkbookFixture fixture;
+    for (const char* refused :
+         {"", R"(C:\)", R"(C:\a.csv)", R"(C:\no folder\a.xlsx)", R"(C:\..\a.xlsx)"}) {
+        EXPECT_THROW(fixture.Book->SaveAs(refused, FileFormat::ByExtension), SpreadsheetError);
+        EXPECT_EQ(fixture.Book->FullName(), "") << refused;
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Workbook, SavedNameTest,
-    ::testing::Values(SavedName{R"(C:\a.xlsx)", FileFormat::ByExtension, R"(C:\a.xlsx)", false},
-                      SavedName{R"(C:\a.XLS)", FileFormat::ByExtension, R"(C:\a.XLS)", true},
-                      SavedName{R"(C:\a.xls)", FileFormat::Excel8, R"(C:\a.xls)", true},
-                      SavedName{"a.xls", FileFormat::Excel8, R"(C:\a.xls)", true},
-                      SavedName{"", FileFormat::Excel8, nullptr, false},
-                      SavedName{R"(C:\)", FileFormat::ByExtension, nullptr, false},
-                      SavedName{R"(C:\a.csv)", FileFormat::ByExtension, nullptr, false},
-                      SavedName{R"(C:\no folder\a.xlsx)", FileFormat::ByExtension, nullptr, false},
-                      SavedName{R"(C:\..\a.xlsx)", FileFormat::ByExtension, nullptr, false}));
-
-TEST(WorkbookFilesTest, AFailedSaveLeavesTheOldFileAndAUsableWorkbook) {
+TEST(WorkbookFilesTest, AfterAFailedSaveTheOldFileStaysAndTheWorkbookIsKeptBesideItOnce) {
     WorkbookFixture fixture;
     fixture.Files.CreateFolder(R"(C:\ACUs)");
-    fixture.Files.ReplaceFile(Target, "old");
-    fixture.Converter.Missing = true;
-    EXPECT_THROW(fixture.Book->SaveAs(Target, FileFormat::Excel8), SpreadsheetError);
-    EXPECT_EQ(fixture.Files.ReadFile(Target), "old");
-    fixture.Sheet("Overview").SetValue("C3", std::string("after"));
-    EXPECT_EQ(fixture.Saved().Value("Overview", "C3"), "after");
-}
-
-TEST(WorkbookFilesTest, ShownAfterAFailedSaveTheWorkbookIsKeptBesideTheWantedName) {
-    WorkbookFixture fixture;
-    fixture.Files.CreateFolder(R"(C:\ACUs)");
+    fixture.Files.ReplaceFile(R"(C:\ACUs\report.xls)", "old");
     fixture.Files.ReplaceFile(R"(C:\ACUs\report.xlsx)", "of somebody else");
-    fixture.Converter.Missing = true;
-    EXPECT_THROW(fixture.Book->SaveAs(Target, FileFormat::Excel8), SpreadsheetError);
     fixture.Application.SetVisible(true);
+    EXPECT_EQ(fixture.Book->FullName(), "") << "nothing was to be saved yet";
+    fixture.Converter.Missing = true;
+    EXPECT_THROW(fixture.Book->SaveAs(R"(C:\ACUs\report.xls)", FileFormat::Excel8),
+                 SpreadsheetError);
+    fixture.Sheet("Overview").SetValue("C3", std::string("after"));
+    for (int shown = 0; shown < 2; ++shown)
+        fixture.Application.SetVisible(true);
     EXPECT_EQ(fixture.Book->FullName(), R"(C:\ACUs\report (2).xlsx)");
     WorkbookProbe kept(fixture.Files.ReadFile(fixture.Book->FullName()));
-    EXPECT_EQ(kept.Value("Overview", "B1"), "ACU Health Check");
+    EXPECT_EQ(kept.Value("Overview", "C3"), "after");
+    EXPECT_EQ(fixture.Files.ReadFile(R"(C:\ACUs\report.xls)"), "old");
     EXPECT_EQ(fixture.Files.ReadFile(R"(C:\ACUs\report.xlsx)"), "of somebody else");
-    fixture.Application.SetVisible(true);
-    EXPECT_FALSE(fixture.Files.FileExists(R"(C:\ACUs\report (3).xlsx)")) << "kept once";
-}
-
-TEST(WorkbookFilesTest, WithoutAUsableNameTheWorkbookIsKeptInTheCurrentFolder) {
-    WorkbookFixture fixture;
-    EXPECT_THROW(fixture.Book->SaveAs("", FileFormat::Excel8), SpreadsheetError);
-    fixture.Application.SetVisible(true);
-    EXPECT_EQ(fixture.Book->FullName(), R"(C:\Report.xlsx)");
-    EXPECT_THROW(fixture.Book->SaveAs(R"(C:\gone\a.xls)", FileFormat::Excel8), SpreadsheetError);
-    fixture.Application.SetVisible(true);
-    EXPECT_EQ(fixture.Book->FullName(), R"(C:\a.xlsx)");
-}
-
-TEST(WorkbookFilesTest, AWorkbookThatWasNeverToBeSavedIsNotStored) {
-    WorkbookFixture fixture;
-    fixture.Application.SetVisible(true);
-    fixture.Application.SetWindowState(WindowState::Maximised);
-    EXPECT_EQ(fixture.Book->FullName(), "");
+    EXPECT_FALSE(fixture.Files.FileExists(R"(C:\ACUs\report (3).xlsx)"));
 }
 
 /// Works on whatever a template turned out to be. Refusals are fine, anything else is not.

@@ -1,5 +1,7 @@
 #include "terminal/OmbrixctlTest.h"
 
+#include <vector>
+
 namespace ombrix {
 namespace {
 
@@ -16,76 +18,64 @@ TEST_F(OmbrixctlTest, MFCTestGivesItsMeans) {
         ASSERT_EQ(means.size(), 10U);
         EXPECT_NEAR(means[5].get<double>(), 52428, 100);
     }
-    const Outcome declined = RunSimulated("--time-scale max test mfc");
-    EXPECT_EQ(declined.Status, 1);
-    EXPECT_EQ(declined.Result["files"], json::array());
-    EXPECT_EQ(declined.Result["error"], "The test of the digital MFCs has been cancelled.");
 }
 
-struct SweepCase {
-    const char* Options;
-    const char* NameEnding;
-    int Lines;
-};
-
-class AirSweepCommand : public OmbrixctlTest, public ::testing::WithParamInterface<SweepCase> {};
-
-TEST_P(AirSweepCommand, SweepsAsItsOptionsSay) {
-    const SweepCase& c = GetParam();
-    const Outcome outcome =
-        RunSimulated(std::string("--time-scale max test air-sweep ") + c.Options);
-    EXPECT_EQ(outcome.Status, 0) << Errors();
-    EXPECT_EQ(outcome.Result["lines"], c.Lines);
-    constexpr std::size_t stampEnd = std::string_view("AirData20240315_140509").size();
-    EXPECT_EQ(FileName(outcome.Result).substr(stampEnd), c.NameEnding);
+TEST_F(OmbrixctlTest, AirSweepSweepsAsItsOptionsSay) {
+    struct Case {
+        const char* Options;
+        const char* NameEnding;
+        int Lines;
+    };
+    for (const Case& c : {Case{"", ".csv", 34}, Case{"--step 13000", "_D4000_S13000.csv", 6},
+                          Case{"--both-ways --step 65000 --delay 0", "_D0_S65000.csv", 4}}) {
+        const Outcome outcome =
+            RunSimulated(std::string("--time-scale max test air-sweep ") + c.Options);
+        EXPECT_EQ(outcome.Status, 0) << Errors();
+        EXPECT_EQ(outcome.Result["lines"], c.Lines);
+        constexpr std::size_t stampEnd = std::string_view("AirData20240315_140509").size();
+        EXPECT_EQ(FileName(outcome.Result).substr(stampEnd), c.NameEnding);
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Options, AirSweepCommand,
-    ::testing::Values(SweepCase{"", ".csv", 34}, SweepCase{"--step 13000", "_D4000_S13000.csv", 6},
-                      SweepCase{"--delay 10", "_D10_S1000.csv", 66},
-                      SweepCase{"--both-ways --step 65000 --delay 0", "_D0_S65000.csv", 4}));
-
-TEST_F(OmbrixctlTest, AirSweepRefusesWhatTheControlsDoNotOffer) {
-    EXPECT_EQ(RunSimulated("test air-sweep --step 0").Status, 2);
-    EXPECT_EQ(RunSimulated("test air-sweep --delay -1").Status, 2);
+TEST_F(OmbrixctlTest, AirFlowAndSpeedTestGiveTheirResults) {
+    const Outcome flow = Run("--simulate=airflow --time-scale max test air-flow");
+    EXPECT_EQ(flow.Status, 0) << Errors();
+    EXPECT_NEAR(flow.Result["lines"].get<int>(), 381 * 64, 2);
+    EXPECT_TRUE(FileName(flow.Result).starts_with("_AirTest_"));
+    const Outcome speed = RunSimulated("--time-scale 100 test speed");
+    EXPECT_EQ(speed.Status, 0) << Errors();
+    EXPECT_GT(speed.Result["analogSeconds"].get<double>(), 0.0);
+    EXPECT_GT(speed.Result["digitalSeconds"].get<double>(), 0.0);
 }
 
-TEST_F(OmbrixctlTest, AirFlowTestNeedsItsBoards) {
-    const Outcome outcome = Run("--simulate=airflow --time-scale max test air-flow");
-    EXPECT_EQ(outcome.Status, 0) << Errors();
-    EXPECT_NEAR(outcome.Result["lines"].get<int>(), 381 * 64, 2);
-    EXPECT_TRUE(FileName(outcome.Result).starts_with("_AirTest_"));
-
-    const Outcome missing = RunSimulated("--time-scale max test air-flow");
-    EXPECT_EQ(missing.Status, 3);
-    EXPECT_EQ(missing.Result["error"], "tAIB_Flow AND tAIB_Measure are Nothing!");
-    EXPECT_EQ(missing.Result["lines"], 0);
-}
-
-TEST_F(OmbrixctlTest, SpeedTestGivesItsTimes) {
-    const Outcome outcome = RunSimulated("--time-scale 100 test speed");
-    EXPECT_EQ(outcome.Status, 0) << Errors();
-    EXPECT_GT(outcome.Result["analogSeconds"].get<double>(), 0.0);
-    EXPECT_GT(outcome.Result["digitalSeconds"].get<double>(), 0.0);
-    EXPECT_EQ(outcome.Result["files"], json::array());
-}
-
-TEST_F(OmbrixctlTest, InterruptCancelsABenchTest) {
-    const Outcome outcome = Run("--simulate=airflow --time-scale 20 test air-flow", "",
-                                "timeout --preserve-status -s INT 0.5");
-    EXPECT_EQ(outcome.Status, 1);
-    EXPECT_EQ(outcome.Result["error"], "The air flow test has been cancelled.");
-    EXPECT_GT(outcome.Result["lines"].get<int>(), 0);
-}
-
-TEST_F(OmbrixctlTest, LostBoardIsAnErrorOfTheBenchTest) {
-    const Outcome outcome =
-        Run("--simulate=plain --time-scale max --fault unplug@9 test air-sweep");
-    EXPECT_EQ(outcome.Status, 1);
-    EXPECT_NE(outcome.Result["error"].get<std::string>().find("does not answer"),
-              std::string::npos);
-    EXPECT_EQ(outcome.Result["lines"], 2);
+TEST_F(OmbrixctlTest, ProcedureThatIsNotDoneHasItsStatusAndItsError) {
+    const std::string untilInterrupt = "timeout --preserve-status -s INT 0.6";
+    struct Case {
+        const char* Arguments;
+        int Status;
+        const char* Error;
+        std::string Under = "";
+    };
+    for (const Case& c : std::vector<Case>{
+             {"--time-scale max test mfc", 1, "The test of the digital MFCs has been cancelled."},
+             {"--time-scale max test air-flow", 3, "tAIB_Flow AND tAIB_Measure are Nothing!"},
+             {"--fault unplug@9 --time-scale max test air-sweep", 1, "does not answer"},
+             {"--fault unplug@8 --time-scale max health-check --short", 1, "does not answer"},
+             {"health-check --short", 1, "The health check has been cancelled.", untilInterrupt},
+             {"=airflow --time-scale 20 test air-flow", 1, "The air flow test has been cancelled.",
+              untilInterrupt},
+             {"=acu test rig", 3, "Board 2 is missing."},
+             {"=none test rig", 3, "No AIBs"},
+             {"=pair --time-scale max test rig", 1, "while output 0 of board 2 was 8192"},
+             {"=rig --fault unplug@5 --time-scale max test rig", 1, "does not answer"},
+             {"=rig --time-scale 2 test rig", 1, "The test rig job has been cancelled.",
+              untilInterrupt}}) {
+        const std::string simulate = *c.Arguments == '=' ? "--simulate" : "--simulate ";
+        const Outcome outcome = Run(simulate + c.Arguments, "", c.Under);
+        EXPECT_EQ(outcome.Status, c.Status) << c.Arguments;
+        EXPECT_NE(outcome.Result["error"].get<std::string>().find(c.Error), std::string::npos)
+            << outcome.Result["error"];
+    }
 }
 
 } // namespace

@@ -23,7 +23,6 @@ class UARTConsoleTest : public ::testing::Test {
     void Click(const QString& name) {
         QTest::mouseClick(&Find<QAbstractButton>(name), Qt::LeftButton);
     }
-    void Tick(const QString& name) { WindowBench::TickIn(*m_Window, name); }
     QString Label(const QString& name) { return Find<QLabel>(name).text(); }
     void PassATick() {
         QMetaObject::invokeMethod(&Find<QTimer>("timUpdate"), "timeout", Qt::DirectConnection);
@@ -46,15 +45,12 @@ class UARTConsoleTest : public ::testing::Test {
 
 TEST_F(UARTConsoleTest, DemandIsSentAndReadBackOnItsOwnChannel) {
     Open();
-    ASSERT_NE(m_Window, nullptr);
-    EXPECT_EQ(m_Window->windowTitle(), "UART Testing");
     Find<QSlider>("sldDACValue_1").setValue(30000);
     EXPECT_EQ(Label("lblDACValue_1"), "-") << "moving the slider sends nothing";
     Click("cmdSet_1");
     EXPECT_EQ(Label("lblDACValue_1"), "30000");
     EXPECT_NEAR(FlowOfChannel(1), 30000.0, 150.0);
     EXPECT_LT(FlowOfChannel(0), 100.0);
-    EXPECT_TRUE(Errors().isEmpty());
 }
 
 TEST_F(UARTConsoleTest, FailedExchangesAreListedWithTheirTime) {
@@ -67,35 +63,26 @@ TEST_F(UARTConsoleTest, FailedExchangesAreListedWithTheirTime) {
                                      "14:06:07 - Set(0) failed  [AIB Access Denied]"}));
     EXPECT_EQ(Find<QListWidget>("lstErrors").currentRow(), 1);
     EXPECT_EQ(Label("lblADC_1"), "0");
-    EXPECT_EQ(Label("lblDACValue_0"), "500");
     Click("cmdClear");
     EXPECT_TRUE(Errors().isEmpty());
     EXPECT_EQ(Label("lblDACValue_0"), "500");
 }
 
-TEST_F(UARTConsoleTest, TimerReadsTheTickedChannelsInTurn) {
+TEST_F(UARTConsoleTest, TimerReadsTheTickedChannelsInTurnAndNeverWithinATick) {
     Open("acu", {"status:32@MFCGetFlowrate"});
     EXPECT_EQ(Find<QTimer>("timUpdate").interval(), 100);
-    EXPECT_TRUE(Find<QTimer>("timUpdate").isActive());
+    m_Bench->Bench.Events.EveryPass = [this] { PassATick(); };
     PassATick();
     EXPECT_TRUE(Errors().isEmpty());
-    Tick("chkGet_1");
-    PassATick();
-    Tick("chkGet_0");
-    PassATick();
+    for (const char* ticked : {"chkGet_1", "chkGet_0"}) {
+        WindowBench::TickIn(*m_Window, ticked);
+        PassATick();
+    }
+    m_Bench->Bench.Events.EveryPass = nullptr;
     ASSERT_EQ(Errors().size(), 3);
     EXPECT_TRUE(Errors()[0].contains("Get(1)"));
     EXPECT_TRUE(Errors()[1].contains("Get(0)"));
     EXPECT_TRUE(Errors()[2].contains("Get(1)"));
-}
-
-TEST_F(UARTConsoleTest, TickWithinATickIsLeftOut) {
-    Open("acu", {"status:32@MFCGetFlowrate"});
-    Tick("chkGet_0");
-    m_Bench->Bench.Events.EveryPass = [this] { PassATick(); };
-    PassATick();
-    EXPECT_EQ(Errors().size(), 1);
-    m_Bench->Bench.Events.EveryPass = nullptr;
 }
 
 TEST_F(UARTConsoleTest, ConsoleKeepsStillWhileAProcedureRuns) {
@@ -103,8 +90,7 @@ TEST_F(UARTConsoleTest, ConsoleKeepsStillWhileAProcedureRuns) {
     {
         const RunningProcedure procedure(m_Bench->Bench.TheStation.Procedures, [] {});
         EXPECT_FALSE(Find<QTimer>("timUpdate").isActive());
-        for (const char* name : {"cmdSet_0", "cmdGet_1", "chkGet_0"})
-            EXPECT_FALSE(Find<QWidget>(name).isEnabled()) << name;
+        EXPECT_FALSE(Find<QWidget>("cmdSet_0").isEnabled());
         EXPECT_FALSE(m_Bench->Find<QAction>("mnuUARTs").isEnabled());
     }
     EXPECT_TRUE(Find<QTimer>("timUpdate").isActive());
@@ -118,7 +104,7 @@ TEST_F(UARTConsoleTest, ClosingStopsThePollingAndGivesTheChannelsBackToTheSlider
         Find<QSlider>(QStringLiteral("sldDACValue_%1").arg(channel)).setValue(40000);
         Click(QStringLiteral("cmdSet_%1").arg(channel));
     }
-    Tick("chkGet_0");
+    WindowBench::TickIn(*m_Window, "chkGet_0");
     EXPECT_GT(FlowOfChannel(0), 35000.0);
     m_Window->close();
     EXPECT_FALSE(Find<QTimer>("timUpdate").isActive());
@@ -130,11 +116,8 @@ TEST_F(UARTConsoleTest, ClosingStopsThePollingAndGivesTheChannelsBackToTheSlider
 }
 
 TEST_F(UARTConsoleTest, BoardsOfTheMainWindowStayTheOnesItShows) {
-    m_Bench = std::make_unique<WindowBench>("pair");
-    const auto shown = m_Bench->Bench.TheStation.g_AIBList.AIB(0);
-    m_Bench->Find<QAction>("mnuUARTs").trigger();
-    EXPECT_EQ(m_Bench->Bench.TheStation.g_AIBList.AIB(0), shown);
-    m_Window = WindowBench::TopLevel("frmUARTs");
+    Open("pair");
+    EXPECT_EQ(m_Bench->Bench.TheStation.g_AIBList.AIB(0), m_Bench->Bench.TheStation.g_CurrentAIB);
     EXPECT_EQ(Label("lblAIBSerial"), "AIB_123: USB");
     m_Bench->Find<QAction>("mnuDetectAIBs").trigger();
     EXPECT_FALSE(m_Window->isVisible()) << "its board is no longer the one shown";
@@ -149,7 +132,6 @@ TEST_F(UARTConsoleTest, WithoutABoardTheOperatorTriesAgainOrLeavesTheConsole) {
     EXPECT_EQ(messages.Shown[0].Text, "No AIBs Detected");
     EXPECT_EQ(messages.Shown[0].Buttons, MessageButtons::RetryCancel);
     EXPECT_EQ(WindowBench::TopLevel("frmUARTs"), nullptr);
-    EXPECT_FALSE(m_Bench->Bench.Events.ProgramEnding());
     m_Bench->Plug("acu");
     m_Bench->Find<QAction>("mnuUARTs").trigger();
     EXPECT_NE(WindowBench::TopLevel("frmUARTs"), nullptr);

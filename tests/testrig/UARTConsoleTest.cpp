@@ -115,6 +115,18 @@ TEST_F(UARTConsoleTest, ClosingStopsThePollingAndGivesTheChannelsBackToTheSlider
     EXPECT_LT(FlowOfChannel(1), 100.0);
 }
 
+TEST_F(UARTConsoleTest, ClosedDuringAProcedureItGivesTheChannelsBackAfterwards) {
+    Open();
+    Find<QSlider>("sldDACValue_1").setValue(40000);
+    Click("cmdSet_1");
+    {
+        const RunningProcedure procedure(m_Bench->Bench.TheStation.Procedures, [] {});
+        m_Window->close();
+        EXPECT_GT(m_Bench->Bench.FlowLater_bits(), 1000) << "the procedure has the board";
+    }
+    EXPECT_LT(m_Bench->Bench.FlowLater_bits(), TestBench::NoFlow_bits);
+}
+
 TEST_F(UARTConsoleTest, BoardsOfTheMainWindowStayTheOnesItShows) {
     Open("pair");
     EXPECT_EQ(m_Bench->Bench.TheStation.g_AIBList.AIB(0), m_Bench->Bench.TheStation.g_CurrentAIB);

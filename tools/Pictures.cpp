@@ -192,7 +192,8 @@ class Photographer {
 class Studio {
   public:
     Studio(const StationOptions& options, Answer toQuestions, const std::filesystem::path& folder)
-        : m_Messages(toQuestions), m_Assembly(options, {m_Events, m_Messages, m_Documents, m_End}),
+        : m_Messages(toQuestions),
+          m_Assembly(options, {m_Events, m_Messages, m_Documents, m_End}, "ombrix"),
           m_Window(m_Assembly.TheStation(),
                    {[this] { m_Events.EndProgram(); }, m_Assembly.Launcher(),
                     Assembly::TemplatesFolder(), OMBRIX_VERSION}),

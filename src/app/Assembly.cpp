@@ -7,7 +7,11 @@
 #include "simulator/SimulatorFolder.h"
 #include "support/XlsxApplication.h"
 
+#include <climits>
+
+#include <array>
 #include <system_error>
+#include <unistd.h>
 
 namespace ombrix {
 
@@ -34,6 +38,11 @@ const fs::path& Made(const fs::path& folder) {
     return folder;
 }
 
+std::string ComputerName() {
+    std::array<char, HOST_NAME_MAX + 1> name{};
+    return ::gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "unknown";
+}
+
 std::unique_ptr<Clock> MakeClock(double timeScale, Clock& base) {
     if (timeScale == 0.0)
         return std::make_unique<VirtualClock>(base.Now());
@@ -42,13 +51,20 @@ std::unique_ptr<Clock> MakeClock(double timeScale, Clock& base) {
 
 } // namespace
 
-Assembly::Assembly(const StationOptions& options, const UserPorts& ports)
+Assembly::Assembly(const StationOptions& options, const UserPorts& ports,
+                   const std::string& program)
     : m_Options(options), m_Drive(Made(fs::absolute(options.DataRoot))),
       m_Converter({.WhileWaiting = [&events = ports.Events] { events.ProcessPendingEvents(); }}),
       m_BaseClock(std::make_unique<SystemClock>()),
       m_Clock(options.TimeScale == 1.0 ? std::make_unique<SystemClock>()
                                        : MakeClock(options.TimeScale, *m_BaseClock)),
-      m_World{*m_Clock, ports.Events, ports.Messages, m_Drive, ports.Documents, ports.End},
+      m_World{*m_Clock,
+              ports.Events,
+              ports.Messages,
+              m_Drive,
+              ports.Documents,
+              ports.End,
+              {program, OMBRIX_VERSION, ComputerName(), ::getpid()}},
       m_Library(MakeLibrary()) {
     m_Drive.Mount(ProgramFolder, FolderWithTemplates());
     m_Drive.Mount("T:", fs::temp_directory_path());

@@ -24,8 +24,9 @@ struct UserPorts {
 /// Chooses the implementations that the command line asks for and wires them to a station.
 class Assembly {
   public:
+    /// @param program "ombrix" or "ombrixctl"
     /// @throws DriveError when the data folder or an image cannot be used
-    Assembly(const StationOptions& options, const UserPorts& ports);
+    Assembly(const StationOptions& options, const UserPorts& ports, const std::string& program);
 
     Station& TheStation() { return *m_Station; }
     Drive& Files() { return m_Drive; }

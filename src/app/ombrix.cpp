@@ -22,7 +22,7 @@ int RunWindows(const StationOptions& options) {
     QtDocumentOpener documents;
     QtProgramEnd end;
     try {
-        Assembly assembly(options, {events, messages, documents, end});
+        Assembly assembly(options, {events, messages, documents, end}, "ombrix");
         frmAIBAccessories window(assembly.TheStation(),
                                  {[&events] { events.EndProgram(); }, assembly.Launcher(),
                                   Assembly::TemplatesFolder(), OMBRIX_VERSION});

@@ -51,7 +51,7 @@ CommandResult RunCommand(const ChosenCommand& command, const StationOptions& opt
     TerminalDocuments documents;
     TerminalProgramEnd end;
     try {
-        Assembly assembly(options, {events, messages, documents, end});
+        Assembly assembly(options, {events, messages, documents, end}, "ombrixctl");
         CommandContext context{
             assembly.TheStation(),       events,       messages, interrupts, assembly.Launcher(),
             Assembly::TemplatesFolder(), options.Board};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "board/BoardClaims.h"
 #include "board/clsAIBList.h"
 #include "platform/ProcedureGate.h"
 
@@ -14,7 +15,7 @@ namespace ombrix {
 struct Station {
     explicit Station(const BoardServices& services)
         : World(services.World), g_AIBList(services),
-          g_CurrentAIB(std::make_shared<clsAIB>(services)) {}
+          g_CurrentAIB(std::make_shared<clsAIB>(services)), Claims(services.World) {}
 
     Platform& World;
     clsAIBList g_AIBList;
@@ -23,6 +24,7 @@ struct Station {
     /// Built with the first automatic save and kept for the rest of the program's run.
     std::string g_AutoSaveFolder;
     ProcedureGate Procedures;
+    BoardClaims Claims;
 };
 
 } // namespace ombrix

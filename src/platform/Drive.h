@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace ombrix {
 
@@ -23,8 +24,17 @@ class OutputFile {
 
     /// Appends the text as it is, all of it or nothing. @throws DriveError
     virtual void Write(std::string_view text) = 0;
+    /// Returns once the disk holds what has been written. @throws DriveError
+    virtual void Sync() = 0;
     /// The real path, for people and for scripts.
     virtual std::filesystem::path RealPath() const = 0;
+};
+
+/// Stands for a file that this program has to itself. Ends with the object, and with the
+/// program, however that dies.
+class FileLock {
+  public:
+    virtual ~FileLock() = default;
 };
 
 /// The drives as operators know them, on this machine. Paths are Windows-style texts
@@ -42,11 +52,25 @@ class Drive {
 
     /// Creates a text file, replacing one of that name. @throws DriveError
     virtual std::unique_ptr<OutputFile> OpenForWriting(std::string_view path) = 0;
+    /// Goes on with a text file, which is made when there is none; several programs may write
+    /// to it at a time. @throws DriveError
+    virtual std::unique_ptr<OutputFile> OpenForAppending(std::string_view path) = 0;
     /// The whole content of a file. @throws DriveError
     virtual std::string ReadFile(std::string_view path) const = 0;
     /// Stores a whole file: under a temporary name, flushed, then renamed, so that the name
     /// holds either what it held or all of the new content. @throws DriveError
     virtual void ReplaceFile(std::string_view path, std::string_view content) = 0;
+    /// Stores a whole file in the same way under a name that is still free.
+    /// @throws DriveError also when there is a file of that name
+    virtual void CreateFile(std::string_view path, std::string_view content) = 0;
+    /// Names of the files of a folder in their alphabetical order; none when there is no folder.
+    virtual std::vector<std::string> FilesIn(std::string_view folder) const = 0;
+    /// Removes a file; no error when there is none. @throws DriveError
+    virtual void RemoveFile(std::string_view path) = 0;
+    /// Takes a file, made when there is none, for this program alone; empty while another one
+    /// has it. @param holder text that the file then holds, for those who come too late
+    /// @throws DriveError
+    virtual std::unique_ptr<FileLock> TryLock(std::string_view path, std::string_view holder) = 0;
 
     /// The real path behind a path of the program. @throws DriveError
     virtual std::filesystem::path RealPath(std::string_view path) const = 0;

@@ -9,7 +9,9 @@
 #include <cstring>
 #include <fcntl.h>
 #include <fstream>
+#include <functional>
 #include <optional>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -53,35 +55,70 @@ void WriteAll(const FileDescriptor& file, std::string_view content, const fs::pa
     }
 }
 
+/// A descriptor of the file. @throws DriveError
+FileDescriptor OpenFile(const fs::path& path, int flags) {
+    constexpr mode_t everybody = 0666;
+    FileDescriptor file(::open(path.c_str(), flags | O_CLOEXEC, everybody));
+    if (!file.IsOpen())
+        throw DriveError(
+            fmt::format("{} cannot be opened for writing: {}", path.string(), Reason()));
+    return file;
+}
+
 class FolderOutputFile final : public OutputFile {
   public:
-    explicit FolderOutputFile(fs::path path)
-        : m_Path(std::move(path)),
-          m_File(::open(m_Path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666)) {
-        if (!m_File.IsOpen())
-            throw DriveError(
-                fmt::format("{} cannot be opened for writing: {}", m_Path.string(), Reason()));
-    }
+    /// @param mode O_TRUNC or O_APPEND
+    FolderOutputFile(fs::path path, int mode)
+        : m_Path(std::move(path)), m_File(OpenFile(m_Path, O_WRONLY | O_CREAT | mode)) {}
 
     void Write(std::string_view text) override {
+        const off_t begin = ::lseek(m_File.Get(), 0, SEEK_END);
         try {
             WriteAll(m_File, text, m_Path);
-            m_Length += static_cast<off_t>(text.size());
         } catch (const DriveError&) {
             // A disk that fills up takes a part of the text: the file keeps whole texts only.
-            if (::ftruncate(m_File.Get(), m_Length) == 0)
-                ::lseek(m_File.Get(), m_Length, SEEK_SET);
+            if (::ftruncate(m_File.Get(), begin) == 0)
+                ::lseek(m_File.Get(), begin, SEEK_SET);
             throw;
         }
+    }
+    void Sync() override {
+        if (::fdatasync(m_File.Get()) != 0)
+            throw DriveError(fmt::format("{} cannot be written: {}", m_Path.string(), Reason()));
     }
     fs::path RealPath() const override { return m_Path; }
 
   private:
     fs::path m_Path;
     FileDescriptor m_File;
-    /// What has been written whole.
-    off_t m_Length = 0;
 };
+
+class FolderFileLock final : public FileLock {
+  public:
+    explicit FolderFileLock(FileDescriptor file) : m_File(std::move(file)) {}
+
+  private:
+    FileDescriptor m_File;
+};
+
+/// Writes under a temporary name beside the path, flushes, then has the file take its name.
+/// @param takeName returns 0 when the temporary name has become the wanted one
+void StoreByTemporaryName(const fs::path& path, std::string_view content,
+                          const std::function<int(const char* temporary)>& takeName) {
+    std::string temporary = path.string() + ".XXXXXX";
+    const FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
+    if (!file.IsOpen())
+        throw DriveError(fmt::format("{} cannot be written: {}", path.string(), Reason()));
+    try {
+        WriteAll(file, content, path);
+        ::fchmod(file.Get(), 0644);
+        if (::fsync(file.Get()) != 0 || takeName(temporary.c_str()) != 0)
+            throw DriveError(fmt::format("{} cannot be written: {}", path.string(), Reason()));
+    } catch (...) {
+        ::unlink(temporary.c_str());
+        throw;
+    }
+}
 
 } // namespace
 
@@ -97,19 +134,9 @@ std::string ReadWholeFile(const fs::path& path) {
 }
 
 void ReplaceWholeFile(const fs::path& path, std::string_view content) {
-    std::string temporary = path.string() + ".XXXXXX";
-    const FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
-    if (!file.IsOpen())
-        throw DriveError(fmt::format("{} cannot be written: {}", path.string(), Reason()));
-    try {
-        WriteAll(file, content, path);
-        ::fchmod(file.Get(), 0644);
-        if (::fsync(file.Get()) != 0 || ::rename(temporary.c_str(), path.c_str()) != 0)
-            throw DriveError(fmt::format("{} cannot be written: {}", path.string(), Reason()));
-    } catch (...) {
-        ::unlink(temporary.c_str());
-        throw;
-    }
+    StoreByTemporaryName(path, content, [&path](const char* temporary) {
+        return ::rename(temporary, path.c_str());
+    });
 }
 
 FolderDrive::FolderDrive(const fs::path& dataRoot) {
@@ -170,7 +197,11 @@ bool FolderDrive::CreateFolder(std::string_view path) {
 }
 
 std::unique_ptr<OutputFile> FolderDrive::OpenForWriting(std::string_view path) {
-    return std::make_unique<FolderOutputFile>(RealPath(path));
+    return std::make_unique<FolderOutputFile>(RealPath(path), O_TRUNC);
+}
+
+std::unique_ptr<OutputFile> FolderDrive::OpenForAppending(std::string_view path) {
+    return std::make_unique<FolderOutputFile>(RealPath(path), O_APPEND);
 }
 
 std::string FolderDrive::ReadFile(std::string_view path) const {
@@ -179,6 +210,46 @@ std::string FolderDrive::ReadFile(std::string_view path) const {
 
 void FolderDrive::ReplaceFile(std::string_view path, std::string_view content) {
     ReplaceWholeFile(RealPath(path), content);
+}
+
+void FolderDrive::CreateFile(std::string_view path, std::string_view content) {
+    const fs::path real = RealPath(path);
+    // Unlike a renaming, a link never takes the place of a file.
+    StoreByTemporaryName(real, content, [&real](const char* temporary) {
+        return ::link(temporary, real.c_str()) == 0 ? ::unlink(temporary) : -1;
+    });
+}
+
+std::vector<std::string> FolderDrive::FilesIn(std::string_view folder) const {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator(RealPath(folder), error))
+        if (entry.is_regular_file(error))
+            names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+void FolderDrive::RemoveFile(std::string_view path) {
+    const fs::path real = RealPath(path);
+    std::error_code error;
+    fs::remove(real, error);
+    if (error)
+        throw DriveError(fmt::format("{} cannot be removed: {}", real.string(), error.message()));
+}
+
+std::unique_ptr<FileLock> FolderDrive::TryLock(std::string_view path, std::string_view holder) {
+    const fs::path real = RealPath(path);
+    FileDescriptor file = OpenFile(real, O_RDWR | O_CREAT);
+    if (::flock(file.Get(), LOCK_EX | LOCK_NB) != 0) {
+        if (errno == EWOULDBLOCK)
+            return nullptr;
+        throw DriveError(fmt::format("{} cannot be locked: {}", real.string(), Reason()));
+    }
+    if (::ftruncate(file.Get(), 0) != 0)
+        throw DriveError(fmt::format("{} cannot be written: {}", real.string(), Reason()));
+    WriteAll(file, holder, real);
+    return std::make_unique<FolderFileLock>(std::move(file));
 }
 
 } // namespace ombrix

@@ -19,8 +19,13 @@ class FolderDrive final : public Drive {
     bool FolderExists(std::string_view path) const override;
     bool CreateFolder(std::string_view path) override;
     std::unique_ptr<OutputFile> OpenForWriting(std::string_view path) override;
+    std::unique_ptr<OutputFile> OpenForAppending(std::string_view path) override;
     std::string ReadFile(std::string_view path) const override;
     void ReplaceFile(std::string_view path, std::string_view content) override;
+    void CreateFile(std::string_view path, std::string_view content) override;
+    std::vector<std::string> FilesIn(std::string_view folder) const override;
+    void RemoveFile(std::string_view path) override;
+    std::unique_ptr<FileLock> TryLock(std::string_view path, std::string_view holder) override;
     std::filesystem::path RealPath(std::string_view path) const override;
 
   private:

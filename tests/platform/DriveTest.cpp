@@ -43,6 +43,8 @@ TEST_F(FolderDriveTest, LinesReachTheFileAsTheyAreWritten) {
     EXPECT_EQ(m_Drive.ReadFile(R"(C:\log.csv)"), "first\r\n");
     file->Write("second\r\n");
     EXPECT_EQ(ReadWholeFile(file->RealPath()), "first\r\nsecond\r\n");
+    m_Drive.OpenForAppending(R"(C:\log.csv)")->Write("third\r\n");
+    EXPECT_EQ(ReadWholeFile(file->RealPath()), "first\r\nsecond\r\nthird\r\n");
 }
 
 TEST_F(FolderDriveTest, AFailedReplacementLeavesTheOldFileAndNoOther) {
@@ -54,6 +56,22 @@ TEST_F(FolderDriveTest, AFailedReplacementLeavesTheOldFileAndNoOther) {
     EXPECT_EQ(m_Drive.ReadFile(R"(C:\report.xlsx)"), "old");
     const auto entries = std::filesystem::directory_iterator(m_Folder.Path() / "data");
     EXPECT_EQ(std::distance(begin(entries), end(entries)), 2);
+}
+
+TEST_F(FolderDriveTest, ANewFileNeverTakesThePlaceOfAnother) {
+    m_Drive.CreateFile(R"(C:\backup.bin)", "first");
+    EXPECT_THROW(m_Drive.CreateFile(R"(C:\backup.bin)", "second"), DriveError);
+    EXPECT_EQ(m_Drive.ReadFile(R"(C:\backup.bin)"), "first");
+    EXPECT_EQ(m_Drive.FilesIn(R"(C:\)"), std::vector<std::string>{"backup.bin"});
+}
+
+TEST_F(FolderDriveTest, ALockIsHeldByOneAndGoesWithIt) {
+    auto first = m_Drive.TryLock(R"(C:\board.lock)", "first program");
+    EXPECT_TRUE(first);
+    EXPECT_FALSE(m_Drive.TryLock(R"(C:\board.lock)", "second"));
+    EXPECT_EQ(m_Drive.ReadFile(R"(C:\board.lock)"), "first program");
+    first.reset();
+    EXPECT_TRUE(m_Drive.TryLock(R"(C:\board.lock)", "second"));
 }
 
 TEST_F(FolderDriveTest, ADiskThatFillsUpLeavesWholeTexts) {

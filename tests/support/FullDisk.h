@@ -17,6 +17,7 @@ class FileOnFullDisk final : public OutputFile {
             throw DriveError("No space left on device");
         m_File->Write(text);
     }
+    void Sync() override { m_File->Sync(); }
     std::filesystem::path RealPath() const override { return m_File->RealPath(); }
 
   private:
@@ -42,11 +43,27 @@ class FullDisk final : public Drive {
             throw DriveError("No space left on device");
         return std::make_unique<FileOnFullDisk>(m_Drive.OpenForWriting(path), WritesLeft);
     }
+    /// Goes on with a file that has room left: the disk is full for those that are begun.
+    std::unique_ptr<OutputFile> OpenForAppending(std::string_view path) override {
+        return m_Drive.OpenForAppending(path);
+    }
     std::string ReadFile(std::string_view path) const override { return m_Drive.ReadFile(path); }
     void ReplaceFile(std::string_view path, std::string_view content) override {
         if (path.starts_with("C:"))
             throw DriveError("No space left on device");
         m_Drive.ReplaceFile(path, content);
+    }
+    void CreateFile(std::string_view path, std::string_view content) override {
+        if (path.starts_with("C:"))
+            throw DriveError("No space left on device");
+        m_Drive.CreateFile(path, content);
+    }
+    std::vector<std::string> FilesIn(std::string_view folder) const override {
+        return m_Drive.FilesIn(folder);
+    }
+    void RemoveFile(std::string_view path) override { m_Drive.RemoveFile(path); }
+    std::unique_ptr<FileLock> TryLock(std::string_view path, std::string_view holder) override {
+        return m_Drive.TryLock(path, holder);
     }
     std::filesystem::path RealPath(std::string_view path) const override {
         return m_Drive.RealPath(path);

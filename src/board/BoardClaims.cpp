@@ -1,0 +1,29 @@
+#include "board/BoardClaims.h"
+
+#include <fmt/format.h>
+
+namespace ombrix {
+
+std::string ClaimPath(Drive& files, std::int32_t serial, const char* kind) {
+    constexpr const char* folder = R"(C:\Claims)";
+    files.CreateFolder(folder);
+    return fmt::format(R"({}\AIB_{:05}.{})", folder, serial, kind);
+}
+
+bool BoardClaims::Claim(std::int32_t serial) {
+    std::unique_ptr<FileLock>& claim = m_Claims[serial];
+    if (!claim) {
+        const ProgramIdentity& program = m_World.Program;
+        claim = m_World.Files.TryLock(
+            ClaimPath(m_World.Files, serial, "lock"),
+            fmt::format("{}, process {} on {}", program.Name, program.ProcessId, program.Computer));
+    }
+    return claim != nullptr;
+}
+
+std::string BoardClaims::Holder(std::int32_t serial) const {
+    const std::string holder = m_World.Files.ReadFile(ClaimPath(m_World.Files, serial, "lock"));
+    return holder.empty() ? "another program" : holder;
+}
+
+} // namespace ombrix

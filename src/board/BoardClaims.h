@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/Platform.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+
+namespace ombrix {
+
+/// The boards that this program has to itself, by serial number: what it writes into their
+/// EPROM or drives at their outputs no other program of this data folder touches meanwhile. A
+/// claim ends with the program, however that dies.
+class BoardClaims {
+  public:
+    explicit BoardClaims(Platform& world) : m_World(world) {}
+
+    /// True when the board is this program's, now or already before; false while another
+    /// program has it. @throws DriveError when the data folder takes no lock
+    bool Claim(std::int32_t serial);
+    /// Who has the board that could not be claimed ("ombrixctl, process 1234 on bench7").
+    std::string Holder(std::int32_t serial) const;
+    /// Gives every board back, as before they are detected anew.
+    void ReleaseAll() { m_Claims.clear(); }
+
+  private:
+    Platform& m_World;
+    std::map<std::int32_t, std::unique_ptr<FileLock>> m_Claims;
+};
+
+/// Path of a file about a board in the folder of claims, which it makes: the lock, or the mark
+/// of a procedure that drives the board. @param kind ending of the name ("lock")
+std::string ClaimPath(Drive& files, std::int32_t serial, const char* kind);
+
+} // namespace ombrix

@@ -30,6 +30,8 @@ class MFCChannel {
 
     /// @param now_s never runs backwards
     void SetDemand(double demand_bits, double now_s);
+    /// The demand was set long ago: the flow is what it settles at.
+    void Settle() { m_Flow_bits = m_Target_bits; }
     /// The flow in bits of full scale.
     double Flow_bits(double now_s);
     /// What the controller reports of its flow: with noise, never below 0.

@@ -42,6 +42,12 @@ SimulatedEPROM MakeEprom(const BoardDescription& board, const std::filesystem::p
     return {folder / fmt::format("EPROM_{}.bin", board.Serial), FactoryContent(board)};
 }
 
+OutputsFile MakeOutputsFile(const BoardDescription& board, const std::filesystem::path& folder) {
+    if (folder.empty())
+        return {};
+    return OutputsFile(folder / fmt::format("OUTPUTS_{}.txt", board.Serial));
+}
+
 /// The identity that was written to a board outlives the program, as its EPROM does.
 void ReadIdentity(const std::filesystem::path& file, BoardDescription& board) {
     if (file.empty() || !std::filesystem::exists(file))
@@ -65,10 +71,19 @@ SimulatedBoard::SimulatedBoard(const BoardDescription& description, const Faults
       m_Eprom(MakeEprom(description, folder)), m_Noise(seed),
       m_Channels(MakeChannels(description, faults)),
       // At rest the valve stands for the large channel.
-      m_ExtendedPins(Bit(ValveExtendedPin)) {
+      m_ExtendedPins(Bit(ValveExtendedPin)), m_OutputsFile(MakeOutputsFile(description, folder)) {
     if (description.Bus == BusType::FireWire)
         m_Pins = Bit(0);
     ReadIdentity(m_IdentityFile, m_Description);
+    HoldOutputs();
+}
+
+void SimulatedBoard::HoldOutputs() {
+    m_Outputs = m_OutputsFile.Kept();
+    for (std::size_t channel = 0; channel < m_Channels.size(); ++channel) {
+        m_Channels.at(channel).SetDemand(m_Outputs.Demand_bits.at(channel), 0.0);
+        m_Channels.at(channel).Settle();
+    }
 }
 
 AccessoryInfo SimulatedBoard::Identity() const {
@@ -126,16 +141,20 @@ bool SimulatedBoard::PinLevel(std::int32_t pin, double now_s) const {
 
 void SimulatedBoard::SetDemand(std::int32_t channel, double demand_bits, double now_s) {
     m_Channels.at(static_cast<std::size_t>(channel)).SetDemand(demand_bits, now_s);
+    m_Outputs.Demand_bits.at(static_cast<std::size_t>(channel)) = RoundHalfEven(demand_bits);
 }
 
 void SimulatedBoard::SetDAC(std::int32_t channel, std::int32_t value, double now_s) {
-    m_DAC.at(static_cast<std::size_t>(channel)) = value;
+    m_Outputs.DAC.at(static_cast<std::size_t>(channel)) = value;
     if (channel < AirChannels)
         SetDemand(channel, value, now_s);
+    m_OutputsFile.Keep(m_Outputs);
 }
 
 void SimulatedBoard::SetFlowSetPoint(std::int32_t channel, std::int32_t setPoint, double now_s) {
+    m_Outputs.SetPoint.at(static_cast<std::size_t>(channel)) = setPoint;
     SetDemand(channel, MFCChannel::FullScale_bits * setPoint / MFCFullScale, now_s);
+    m_OutputsFile.Keep(m_Outputs);
 }
 
 std::int32_t SimulatedBoard::Digitised(double signal_bits) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "simulator/Faults.h"
+#include "simulator/OutputsFile.h"
 #include "simulator/SimulatedEPROM.h"
 
 #include <array>
@@ -20,7 +21,7 @@ class SimulatedBoard {
     static constexpr std::int32_t AnalogChannels = 4;
     static constexpr std::int32_t AirChannels = 2;
 
-    /// @param folder where EPROM and identity are kept; empty for memory only
+    /// @param folder where EPROM, identity and outputs are kept; empty for memory only
     SimulatedBoard(const BoardDescription& description, const Faults& faults,
                    const std::filesystem::path& folder, std::uint64_t seed);
 
@@ -40,7 +41,7 @@ class SimulatedBoard {
 
     void SetDAC(std::int32_t channel, std::int32_t value, double now_s);
     std::int32_t DAC(std::int32_t channel) const {
-        return m_DAC.at(static_cast<std::size_t>(channel));
+        return m_Outputs.DAC.at(static_cast<std::size_t>(channel));
     }
     /// An analog input in bits, fed by the unit's own sensors.
     std::int32_t AnalogInput(std::int32_t channel, double now_s);
@@ -59,6 +60,7 @@ class SimulatedBoard {
     double LineFlow_ml_m(double now_s);
 
   private:
+    void HoldOutputs();
     void SetDemand(std::int32_t channel, double demand_bits, double now_s);
     std::int32_t Pressure(double now_s);
     bool ValveSelectsLargeChannel() const;
@@ -73,7 +75,8 @@ class SimulatedBoard {
     std::uint32_t m_Directions = 0;
     std::uint32_t m_Pins = 0;
     std::uint32_t m_ExtendedPins;
-    std::array<std::int32_t, AnalogChannels> m_DAC{};
+    OutputsFile m_OutputsFile;
+    BoardOutputs m_Outputs;
     std::map<std::int32_t, std::int32_t> m_Variables;
 };
 

@@ -1,6 +1,7 @@
 // The program from a terminal: one line does one job.
 #include "app/Assembly.h"
 #include "terminal/CommandLine.h"
+#include "terminal/StandardError.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -26,15 +27,18 @@ struct Output {
             if (!done)
                 object["error"] = result.Error;
             // Texts of a damaged EPROM may be no UTF-8.
-            fmt::print("{}\n",
-                       object.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+            Write(object.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n");
         } else {
-            fmt::print("{}", result.Text);
+            Write(result.Text);
         }
         if (!done)
-            fmt::print(stderr, "ombrixctl: {}\n", result.Error);
+            WriteError(fmt::format("ombrixctl: {}\n", result.Error));
         return static_cast<int>(result.Status);
     }
+
+  private:
+    /// A reader who is gone has no use for the result.
+    static void Write(const std::string& text) { std::fputs(text.c_str(), stdout); }
 };
 
 CommandResult Failure(ExitStatus status, const std::string& error) {
@@ -65,7 +69,7 @@ CommandResult RunCommand(const ChosenCommand& command, const StationOptions& opt
     } catch (const std::filesystem::filesystem_error& error) {
         return Failure(ExitStatus::NotStored, error.what());
     } catch (const std::exception& error) {
-        return Failure(ExitStatus::NotPassed, error.what());
+        return Failure(ExitStatus::NotPassed, WithPlainLineEnds(error.what()));
     }
 }
 

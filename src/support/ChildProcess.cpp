@@ -39,8 +39,12 @@ class SpawnAttributes {
     SpawnAttributes() {
         ::posix_spawnattr_init(&m_Attributes);
         // A process group of its own can be ended as a whole.
-        ::posix_spawnattr_setflags(&m_Attributes, POSIX_SPAWN_SETPGROUP);
         ::posix_spawnattr_setpgroup(&m_Attributes, 0);
+        // Signals that this program takes as events are the child's own business.
+        sigset_t none;
+        sigemptyset(&none);
+        ::posix_spawnattr_setsigmask(&m_Attributes, &none);
+        ::posix_spawnattr_setflags(&m_Attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK);
     }
     SpawnAttributes(const SpawnAttributes&) = delete;
     SpawnAttributes& operator=(const SpawnAttributes&) = delete;

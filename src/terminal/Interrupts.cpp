@@ -1,39 +1,21 @@
 #include "terminal/Interrupts.h"
 
 #include <array>
-#include <csignal>
 #include <poll.h>
-#include <sys/signalfd.h>
 #include <unistd.h>
 
 namespace ombrix {
 
-namespace {
-
-FileDescriptor OpenSignals() {
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGINT);
-    sigaddset(&signals, SIGTERM);
-    sigprocmask(SIG_BLOCK, &signals, nullptr);
-    return FileDescriptor(::signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC));
-}
-
-} // namespace
-
-Interrupts::Interrupts() : m_Signals(OpenSignals()) {}
-
 bool Interrupts::Poll() {
-    signalfd_siginfo info{};
-    if (::read(m_Signals.Get(), &info, sizeof info) == sizeof info)
-        m_Interrupted = true;
+    m_Interrupted = m_Signals.Take() || m_Interrupted;
     return m_Interrupted;
 }
 
 std::optional<std::string> Interrupts::ReadLine() {
     std::string line;
     while (!Poll()) {
-        std::array<pollfd, 2> sources = {{{STDIN_FILENO, POLLIN, 0}, {m_Signals.Get(), POLLIN, 0}}};
+        std::array<pollfd, 2> sources = {
+            {{STDIN_FILENO, POLLIN, 0}, {m_Signals.Descriptor(), POLLIN, 0}}};
         if (::poll(sources.data(), sources.size(), -1) < 0 || (sources[0].revents == 0))
             continue;
         char character = '\0';

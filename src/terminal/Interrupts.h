@@ -1,18 +1,15 @@
 #pragma once
 
-#include "platform/FileDescriptor.h"
+#include "platform/StopSignals.h"
 
 #include <optional>
 #include <string>
 
 namespace ombrix {
 
-/// The signals by which a terminal program is told to stop, taken as events instead of at any
-/// moment: interrupt (Ctrl-C) and terminate.
+/// Whether a terminal program has been told to stop, and the input that waits beside that.
 class Interrupts {
   public:
-    Interrupts();
-
     /// Looks whether one has arrived; once arrived it stays.
     bool Poll();
     bool Interrupted() const { return m_Interrupted; }
@@ -22,7 +19,7 @@ class Interrupts {
     std::optional<std::string> ReadLine();
 
   private:
-    FileDescriptor m_Signals;
+    StopSignals m_Signals;
     bool m_Interrupted = false;
 };
 

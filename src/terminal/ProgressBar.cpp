@@ -1,9 +1,10 @@
 #include "terminal/ProgressBar.h"
 
+#include "terminal/StandardError.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <string>
 #include <unistd.h>
 
@@ -13,7 +14,7 @@ ProgressBar::ProgressBar() : m_IsTerminal(::isatty(STDERR_FILENO) == 1) {}
 
 ProgressBar::~ProgressBar() {
     if (m_ShownPercent >= 0)
-        fmt::print(stderr, "\n");
+        WriteError("\n");
 }
 
 void ProgressBar::Show(double share) {
@@ -23,9 +24,8 @@ void ProgressBar::Show(double share) {
     m_ShownPercent = percent;
     constexpr int width = 40;
     const int filled = percent * width / 100;
-    fmt::print(stderr, "\r[{}{}] {:3} %", std::string(static_cast<std::size_t>(filled), '#'),
-               std::string(static_cast<std::size_t>(width - filled), '.'), percent);
-    std::fflush(stderr);
+    WriteError(fmt::format("\r[{}{}] {:3} %", std::string(static_cast<std::size_t>(filled), '#'),
+                           std::string(static_cast<std::size_t>(width - filled), '.'), percent));
 }
 
 } // namespace ombrix

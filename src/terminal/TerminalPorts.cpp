@@ -1,11 +1,11 @@
 #include "terminal/TerminalPorts.h"
 
 #include "board/modAIB.h"
+#include "terminal/StandardError.h"
 
 #include <fmt/format.h>
 
 #include <cctype>
-#include <cstdio>
 #include <vector>
 
 namespace ombrix {
@@ -72,7 +72,7 @@ void TerminalEventPump::ProcessPendingEvents() {
 }
 
 Answer TerminalOperator::Ask(const Message& message) {
-    fmt::print(stderr, "{}: {}\n", Heading(message.Icon), WithPlainLineEnds(message.Text));
+    WriteError(fmt::format("{}: {}\n", Heading(message.Icon), WithPlainLineEnds(message.Text)));
     if (message.Icon == MessageIcon::Critical || message.Icon == MessageIcon::Warning)
         m_LastTrouble = message.Text;
     const std::vector<Choice> choices = Choices(message.Buttons);
@@ -86,8 +86,7 @@ Answer TerminalOperator::Ask(const Message& message) {
     for (const Choice& choice : choices)
         offer += fmt::format("{}{}", offer.empty() ? "" : "/", choice.Name);
     while (true) {
-        fmt::print(stderr, "[{}] ", offer);
-        std::fflush(stderr);
+        WriteError(fmt::format("[{}] ", offer));
         const auto typed = m_Interrupts.ReadLine();
         if (!typed)
             return Refusal(choices);
@@ -103,14 +102,13 @@ std::optional<std::string> TerminalOperator::AskText(const std::string& prompt,
                                                      const std::string& /*title*/) {
     if (m_Yes)
         return proposed;
-    fmt::print(stderr, "{}\n[{}] ", WithPlainLineEnds(prompt), proposed);
-    std::fflush(stderr);
+    WriteError(fmt::format("{}\n[{}] ", WithPlainLineEnds(prompt), proposed));
     const auto typed = m_Interrupts.ReadLine();
     return typed && typed->empty() ? proposed : typed;
 }
 
 bool TerminalDocuments::OpenDocument(const std::filesystem::path& path) {
-    fmt::print(stderr, "{}\n", path.string());
+    WriteError(path.string() + "\n");
     return true;
 }
 

@@ -1,14 +1,14 @@
 #include "terminal/TerminalStages.h"
 
-#include <fmt/format.h>
+#include "terminal/StandardError.h"
 
-#include <cstdio>
+#include <fmt/format.h>
 
 namespace ombrix {
 
 void TerminalStages::Show(const std::string& text) {
     m_Bar.reset(); // ends its line
-    fmt::print(stderr, "{}\n", text);
+    WriteError(text + "\n");
 }
 
 void TerminalStages::Stage_Add(const std::string& name) {

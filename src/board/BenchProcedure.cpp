@@ -4,20 +4,22 @@
 #include "platform/TellOperator.h"
 
 #include <exception>
+#include <utility>
 
 namespace ombrix {
 
-void RunBenchProcedure(Station& station, const std::string& heading,
-                       const std::function<void()>& makeSafe, ProcedureOutcome& outcome,
-                       const std::function<bool()>& body) {
+void RunBenchProcedure(Station& station, const std::string& name, DrivenBoards driven,
+                       ProcedureOutcome& outcome, const std::function<bool()>& body) {
+    DrivingProcedure running(station, name, std::move(driven));
     const auto fail = [&](ProcedureOutcome::End ended, const char* reason) {
         outcome.Ended = ended;
         outcome.Error = reason;
-        makeSafe(); // not only when somebody has read the message
-        TellOperator(station.World, heading + "\r\n\r\n" + reason, MessageIcon::Critical);
+        running.SwitchOffNow(); // not only when somebody has read the message
+        TellOperator(station.World, "The " + name + " has been stopped.\r\n\r\n" + reason,
+                     MessageIcon::Critical);
     };
-    const RunningProcedure running(station.Procedures, makeSafe);
     try {
+        running.Begin();
         if (!body())
             outcome.Ended = ProcedureOutcome::End::Cancelled;
     } catch (const DriveError& error) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "board/Station.h"
+#include "board/DrivingProcedure.h"
 
 #include <filesystem>
 #include <functional>
@@ -22,12 +22,11 @@ struct ProcedureOutcome {
 };
 
 /// Runs the body of such a procedure: the commands that would start another one are locked
-/// meanwhile, and whatever way it ends the outputs are made safe and an error is told.
-/// @param heading says what has been stopped ("The air flow test has been stopped.")
-/// @param makeSafe brings the outputs to their safe state; must not throw
+/// meanwhile, and whatever way it ends the outputs are switched off and an error is told.
+/// @param name stands for it in messages ("air flow test")
+/// @param driven what the body drives; no boards for a procedure that only reads
 /// @param body returns false when the operator has cancelled
-void RunBenchProcedure(Station& station, const std::string& heading,
-                       const std::function<void()>& makeSafe, ProcedureOutcome& outcome,
-                       const std::function<bool()>& body);
+void RunBenchProcedure(Station& station, const std::string& name, DrivenBoards driven,
+                       ProcedureOutcome& outcome, const std::function<bool()>& body);
 
 } // namespace ombrix

@@ -5,9 +5,16 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <stdexcept>
 #include <string>
 
 namespace ombrix {
+
+/// Another program has the board; the text names both and the remedy.
+class BoardInUse : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
 
 /// The boards that this program has to itself, by serial number: what it writes into their
 /// EPROM or drives at their outputs no other program of this data folder touches meanwhile. A
@@ -21,6 +28,8 @@ class BoardClaims {
     bool Claim(std::int32_t serial);
     /// Who has the board that could not be claimed ("ombrixctl, process 1234 on bench7").
     std::string Holder(std::int32_t serial) const;
+    /// Claims a board that is about to be driven. @throws BoardInUse, DriveError
+    void Require(std::int32_t serial);
     /// Gives every board back, as before they are detected anew.
     void ReleaseAll() { m_Claims.clear(); }
 
@@ -28,6 +37,9 @@ class BoardClaims {
     Platform& m_World;
     std::map<std::int32_t, std::unique_ptr<FileLock>> m_Claims;
 };
+
+/// A program as others are told of it: "ombrixctl, process 1234 on bench7".
+std::string NameOf(const ProgramIdentity& program);
 
 /// Path of a file about a board in the folder of claims, which it makes: the lock, or the mark
 /// of a procedure that drives the board. @param kind ending of the name ("lock")

@@ -24,6 +24,12 @@ class DACSliders {
     /// Moves a slider as a display of what the board has been told already.
     virtual void Show(std::int32_t channel, std::int32_t position) = 0;
 
+    /// Shows that every output of the board is off.
+    void ShowAllOff() {
+        for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel)
+            Show(channel, 0);
+    }
+
     static constexpr std::int32_t HeldToRange(std::int32_t value) {
         return std::clamp(value, 0, LargestDAC);
     }

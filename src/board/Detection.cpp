@@ -1,5 +1,7 @@
 #include "board/Detection.h"
 
+#include "board/Recovery.h"
+
 #include <fmt/format.h>
 
 namespace ombrix {
@@ -20,22 +22,43 @@ void ProgramBoard(Station& station, DetectionView& view, std::int32_t index) {
     view.ShowProgramming(fmt::format("Programming: AIB {}", index + 1), "Please Wait...");
     view.SetTabCaption(index, fmt::format("Programming {} AIB...", bus));
     station.World.Events.ProcessPendingEvents();
-    board.StartFPGAUpload();
+    // Programming a board would disturb the program that works with it.
+    if (station.Claims.Claim(serial))
+        board.StartFPGAUpload();
     view.SetTabCaption(index, fmt::format("AIB_{}: {}", serial, bus));
+}
+
+/// Takes the boards for this program, and says which ones another program has.
+void ClaimBoards(Station& station) {
+    std::string taken;
+    for (const auto& board : station.g_AIBList.Boards()) {
+        const std::int32_t serial = board->DevSerialNum();
+        if (!station.Claims.Claim(serial))
+            taken +=
+                fmt::format("Board {} is in use by {}.\r\n", serial, station.Claims.Holder(serial));
+    }
+    if (!taken.empty())
+        station.World.Messages.Ask({taken + "\r\nWhat another program has can be looked at here, "
+                                            "but is neither programmed nor driven.",
+                                    MessageIcon::Warning, MessageButtons::Ok});
 }
 
 } // namespace
 
 bool DetectAndProgramBoards(Station& station, DetectionView& view) {
     std::int32_t count = 0;
+    station.Claims.ReleaseAll();
     station.g_AIBList.OpenAIBAPI(count);
     if (count == 0) {
         view.ShowOutcome(TimeOfDayText(station.World.Time) + " - No AIBs detected");
         return false;
     }
     view.ShowOutcome(fmt::format("ACUs Detected: {}", count));
+    ClaimBoards(station);
+    const std::vector<UnfinishedBoard> unfinished = SwitchOffUnfinished(station);
     for (std::int32_t index = 0; index < count; ++index)
         ProgramBoard(station, view, index);
+    FinishRecovery(station, unfinished);
     view.ShowProgramming("Programming Completed", fmt::format("{} board(s) detected and programmed",
                                                               station.g_AIBList.AIBCount()));
     return true;

@@ -19,8 +19,9 @@ class DetectionView {
     virtual void SetTabCaption(std::int32_t board, const std::string& caption) = 0;
 };
 
-/// Opens the board library, identifies the boards and loads the FPGA of each. False when no
-/// board was found. A missing configuration file ends the program.
+/// Opens the board library, identifies and claims the boards, switches off what a program that
+/// died has left driven, and loads the FPGA of each board but those that another program has.
+/// False when no board was found. A missing configuration file ends the program.
 bool DetectAndProgramBoards(Station& station, DetectionView& view);
 
 } // namespace ombrix

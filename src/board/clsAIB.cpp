@@ -49,7 +49,7 @@ void clsAIB::GetAccessoryInfo(std::int32_t index) {
     AccessoryInfoRecord record = Encode(m_Info);
     m_Services.Library.GetAccessoryInfo(index, record);
     m_Info = Decode(record);
-    m_DigitalSetup = HWVersion() > 0 && IsUsb();
+    m_DigitalSetup = HasDigitalMFCs();
 }
 
 AIBStatus clsAIB::WriteAIBInfo(std::int32_t first, std::int32_t code, std::int32_t serial) {
@@ -110,6 +110,7 @@ AIBStatus clsAIB::SetVariable(std::int32_t number, std::int32_t value) {
 AIBStatus clsAIB::MFCSetFlowRate(std::int32_t channel, float percent) {
     if (!m_MFCReady)
         return Status::NoError;
+    m_MayDrive = m_MayDrive || percent > 0.0F;
     const std::int32_t setPoint = RoundHalfEven(percent / 100.0F * MFCFullScale);
     return CheckStatus(m_Services.Library.MFCSetFlowrate(
         m_Index, channel, std::clamp(setPoint, 0, static_cast<std::int32_t>(MFCFullScale))));
@@ -140,11 +141,31 @@ AIBStatus clsAIB::SetDAC(std::int32_t channel, std::int32_t value) {
     m_DAC.at(static_cast<std::size_t>(channel)) = value;
     if (m_DigitalSetup && channel < AirChannels)
         return SetDAC_UART(channel, value);
+    m_MayDrive = m_MayDrive || value != 0;
     return CheckStatus(m_Services.Library.SetDAC(m_Index, channel, value));
 }
 
 std::int32_t clsAIB::DAC(std::int32_t channel) const {
     return m_DAC.at(static_cast<std::size_t>(channel));
+}
+
+bool clsAIB::SwitchOutputsOff() noexcept {
+    bool taken = true;
+    const auto tryCall = [&taken](auto call) {
+        try {
+            taken = call() == Status::NoError && taken;
+        } catch (const std::exception&) {
+            taken = false;
+        }
+    };
+    for (std::int32_t channel = 0; channel < AirChannels && HasDigitalMFCs(); ++channel)
+        tryCall([&] { return m_Services.Library.MFCSetFlowrate(m_Index, channel, 0); });
+    for (std::int32_t channel = 0; channel < DACChannels; ++channel)
+        tryCall([&] { return m_Services.Library.SetDAC(m_Index, channel, 0); });
+    m_DAC.fill(0);
+    m_MayDrive = m_MayDrive && !taken;
+    m_StatusOK = m_StatusOK && taken;
+    return taken;
 }
 
 AIBStatus clsAIB::GetADC(std::int32_t channel, std::int32_t& value) {

@@ -98,6 +98,13 @@ class clsAIB {
     AIBStatus SetDAC(std::int32_t channel, std::int32_t value);
     /// The value last requested for a DAC channel.
     std::int32_t DAC(std::int32_t channel) const;
+    /// Sets every output to zero: the DACs and, where the board has digital MFCs, their demands
+    /// too, whatever mode is selected and whether they are ready or not. Each is tried, also
+    /// after another has failed. True when the board has taken them all.
+    bool SwitchOutputsOff() noexcept;
+    /// An output was told something else than zero and the board has not taken all the zeros of
+    /// SwitchOutputsOff since.
+    bool MayDrive() const { return m_MayDrive; }
     AIBStatus GetADC(std::int32_t channel, std::int32_t& value);
     /// The value of GetADC; its status is dropped.
     std::int32_t MyGetADC(std::int32_t channel);
@@ -141,12 +148,14 @@ class clsAIB {
 
   private:
     AIBStatus CheckStatus(AIBStatus status);
+    bool HasDigitalMFCs() const { return HWVersion() > 0 && IsUsb(); }
 
     BoardServices m_Services;
     std::int32_t m_Index = 0;
     AccessoryInfo m_Info;
     bool m_DigitalSetup = false;
     bool m_StatusOK = false;
+    bool m_MayDrive = false;
     std::array<std::int32_t, DACChannels> m_DAC{};
     bool m_MFCReady = false;
     std::shared_ptr<clsACUCalibration> m_Calibration;

@@ -27,6 +27,8 @@ class clsAIBList {
     bool GetAccessoryInfo(std::int32_t index, AccessoryInfo& info);
     /// @throws std::out_of_range beyond AIBCount
     std::shared_ptr<clsAIB> AIB(std::int32_t index) const;
+    /// The boards that the last opening found.
+    const std::vector<std::shared_ptr<clsAIB>>& Boards() const { return m_Boards; }
 
   private:
     BoardServices m_Services;

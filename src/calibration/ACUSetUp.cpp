@@ -49,11 +49,9 @@ RunningProcedure ACUSetUp::Begin() const {
     return {m_Services.TheStation.Procedures, [] {}};
 }
 
-void ACUSetUp::SwitchAirOff(clsAIB& board) const {
-    for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel) {
-        board.SetDAC(channel, 0);
-        m_Services.Sliders.Show(channel, 0);
-    }
+DrivenBoards ACUSetUp::CurrentBoard() const {
+    // The board is held: whatever happens to the selection meanwhile, its air is switched off.
+    return {{m_Services.TheStation.g_CurrentAIB}, [this] { m_Services.Sliders.ShowAllOff(); }};
 }
 
 bool ACUSetUp::SetAIBSerialNumber(std::int32_t& serial, bool digital, bool analog) {
@@ -93,15 +91,15 @@ void ACUSetUp::AskMFCNumber(std::string& mfcNumber) {
         if (messages.Unattended())
             break;
     }
-    Record().WriteEPROM_MFCNumber(mfcNumber);
+    // A prompt that the end of the program has closed was not answered.
+    if (!m_Services.TheStation.World.Events.ProgramEnding())
+        Record().WriteEPROM_MFCNumber(mfcNumber);
 }
 
 ACUSetUp::Initialisation ACUSetUp::RunACUInitialisation(std::string& mfcNumber, bool velocity,
                                                         bool pressure) {
-    // The board is held: whatever happens to the selection meanwhile, its air is switched off.
-    const RunningProcedure running(
-        m_Services.TheStation.Procedures,
-        [this, board = m_Services.TheStation.g_CurrentAIB] { SwitchAirOff(*board); });
+    DrivingProcedure running(m_Services.TheStation, "initial calibrations", CurrentBoard());
+    running.Begin();
     AskMFCNumber(mfcNumber);
     std::string question = "Are you sure you want to run:\r\n";
     if (velocity) {
@@ -176,15 +174,13 @@ CalibrationOutcome ACUSetUp::RunPressure(CalibrationKind kind) {
 
 CalibrationOutcome ACUSetUp::RunAlone(const char* stage,
                                       const std::function<CalibrationOutcome()>& run) {
-    CalibrationOutcome outcome;
-    // What the operator drives by hand goes on when the opening prompt is declined.
-    const RunningProcedure running(m_Services.TheStation.Procedures,
-                                   [this, &outcome, board = m_Services.TheStation.g_CurrentAIB] {
-                                       if (!outcome.NothingDriven)
-                                           SwitchAirOff(*board);
-                                   });
+    DrivingProcedure running(m_Services.TheStation, stage, CurrentBoard());
+    running.Begin();
     m_Services.Stages.Stage_Add(stage);
-    outcome = run();
+    CalibrationOutcome outcome = run();
+    // What the operator drives by hand goes on when the opening prompt is declined.
+    if (outcome.NothingDriven)
+        running.LeaveOutputs();
     m_Services.Stages.Close();
     return outcome;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "board/DrivingProcedure.h"
 #include "calibration/CalibrationOutcome.h"
 #include "calibration/CalibrationServices.h"
 #include "calibration/CalibrationWorkbooks.h"
@@ -66,7 +67,7 @@ class ACUSetUp {
     void RunVelocityStages(Initialisation& result);
     clsACUCalibration& Record() const;
     RunningProcedure Begin() const;
-    void SwitchAirOff(clsAIB& board) const;
+    DrivenBoards CurrentBoard() const;
     CalibrationOutcome RunAlone(const char* stage, const std::function<CalibrationOutcome()>& run);
 
     CalibrationServices m_Services;

@@ -1,5 +1,6 @@
 #include "healthcheck/HealthCheckRun.h"
 
+#include "board/DrivingProcedure.h"
 #include "calibration/clsACUCalibration.h"
 #include "healthcheck/SaveFolder.h"
 #include "healthcheck/clsMFCSequence.h"
@@ -21,17 +22,17 @@ HealthCheckRun::HealthCheckRun(Station& station, DACSliders& sliders, Spreadshee
 HealthCheckResult HealthCheckRun::Run(std::span<const HealthCheckOption> options,
                                       const HealthCheckView& view) {
     HealthCheckResult result;
-    const auto bothChannelsToZero = [this] {
+    DrivingProcedure running(m_Station, "health check",
+                             {{m_Station.g_CurrentAIB}, [this] { m_Sliders.ShowAllOff(); }});
+    try {
+        running.Begin();
         m_Sliders.SetValue(0, 0);
         m_Sliders.SetValue(1, 0);
-    };
-    const RunningProcedure running(m_Station.Procedures, bothChannelsToZero);
-    bothChannelsToZero();
-    if (!OpenReport(result))
-        return result;
-    try {
+        if (!OpenReport(result))
+            return result;
         RunAll(PlanHealthCheck(options), view, result);
     } catch (const std::exception& error) {
+        running.SwitchOffNow();
         Fail(result, HealthCheckResult::Outcome::Failed, "The health check has been stopped.",
              error.what());
     }

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
 namespace ombrix {
 
@@ -73,9 +74,13 @@ std::string TimeText(double time_s) {
 
 AirFlowResult AirFlowTest::TestAirFlow(const BenchTestView& view) {
     AirFlowResult result;
-    RunBenchProcedure(
-        m_Station, "The air flow test has been stopped.", [this] { SwitchOff(); }, result.Outcome,
-        [&] { return Measure(view, result); });
+    FindBoards();
+    result.MissingBoards = MissingBoards();
+    DrivenBoards driven;
+    if (result.MissingBoards.empty())
+        driven = {{m_Flow, m_Measure}, [this] { ShowOff(); }};
+    RunBenchProcedure(m_Station, "air flow test", std::move(driven), result.Outcome,
+                      [&] { return Measure(view, result); });
     if (!result.MissingBoards.empty()) {
         result.Outcome.Ended = ProcedureOutcome::End::Failed;
         result.Outcome.Error = result.MissingBoards;
@@ -113,14 +118,11 @@ std::string AirFlowTest::MissingBoards() const {
 bool AirFlowTest::Measure(const BenchTestView& view, AirFlowResult& result) {
     TestLog log(m_Station, R"(C:\_AirTest_)" + TestLog::Stamp(m_Station) + ".csv", result.Outcome);
     log.WriteLine(Header);
-    FindBoards();
-    result.MissingBoards = MissingBoards();
     if (!result.MissingBoards.empty()) {
         m_Station.World.Messages.Ask(
             {result.MissingBoards, MessageIcon::Information, MessageButtons::Ok});
         return true;
     }
-    m_Driven = true;
     SetOutput(*m_Measure, 0, ReferenceSupply_bits);
     m_Flow->SetGPO(FireWireValvePin);
     clsHiResTimer timer(m_Station.World.Time);
@@ -213,11 +215,9 @@ void AirFlowTest::MoveValve(std::int32_t valve) {
         valve == 0 ? m_Flow->ClearGPO(FireWireValvePin) : m_Flow->SetGPO(FireWireValvePin);
 }
 
-void AirFlowTest::SwitchOff() {
-    if (!m_Driven)
-        return;
-    SetDemands({});
-    SetOutput(*m_Measure, 0, 0);
+void AirFlowTest::ShowOff() {
+    if (m_Station.g_CurrentAIB == m_Flow || m_Station.g_CurrentAIB == m_Measure)
+        m_Sliders.ShowAllOff();
 }
 
 } // namespace ombrix

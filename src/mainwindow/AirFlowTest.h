@@ -64,7 +64,7 @@ class AirFlowTest {
     void SetDemands(const FlowDemand& demand);
     void SetOutput(clsAIB& board, std::int32_t channel, std::int32_t bits);
     void MoveValve(std::int32_t valve);
-    void SwitchOff();
+    void ShowOff();
 
     Station& m_Station;
     DACSliders& m_Sliders;
@@ -76,8 +76,6 @@ class AirFlowTest {
     AnswerWatch m_MeasureWatch;
     /// Of the last line.
     std::int64_t m_LastTick = -1;
-    /// Nothing is switched off that has not been driven.
-    bool m_Driven = false;
 };
 
 } // namespace ombrix

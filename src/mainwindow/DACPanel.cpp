@@ -99,7 +99,10 @@ void DACPanel::SetDAC(std::int32_t channel, std::int32_t value) {
     const bool outer = std::exchange(m_SettingDAC, true);
     Guarded(m_Station.World.Messages, [&] {
         const std::int32_t held = HeldToRange(value);
-        const AIBStatus status = Board().SetDAC(channel, held);
+        // A board that another program has is looked at, not driven.
+        const AIBStatus status = m_Station.Claims.Claim(Board().DevSerialNum())
+                                     ? Board().SetDAC(channel, held)
+                                     : Status::AccessDenied;
         m_Channels.at(static_cast<std::size_t>(channel))->ShowOutput(held, status, Base());
     });
     m_SettingDAC = outer;

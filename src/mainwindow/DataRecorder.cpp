@@ -61,29 +61,27 @@ ProcedureOutcome TimedRecording::Run(double duration_s,
                                      const std::function<void(double share)>& progress) {
     constexpr double progressSpacing_s = 0.25;
     ProcedureOutcome outcome;
-    RunBenchProcedure(
-        m_Station, "The recording has been stopped.", [] {}, outcome,
-        [&] {
-            m_Recorder.Start();
-            outcome.Files.push_back(m_Recorder.File());
-            ProcedureWait wait(m_Station.World.Time, m_Station.World.Events, m_Cancel);
-            clsHiResTimer timer(m_Station.World.Time);
-            double progressDue_s = 0.0;
-            // Due times are multiples of the spacing, so that they do not drift over the hours; a
-            // bench that is slower than that skips some, as the window's timer does.
-            for (double due_s = 0.0; due_s < duration_s; due_s = NextDue_s(due_s, timer)) {
-                do {
-                    if (!wait.Pass(timer, due_s))
-                        return false;
-                } while (timer.ElapsedTime() < due_s);
-                m_Recorder.RecordLine();
-                if (due_s >= progressDue_s) {
-                    progressDue_s = due_s + progressSpacing_s;
-                    progress(due_s / duration_s);
-                }
+    RunBenchProcedure(m_Station, "recording", {}, outcome, [&] {
+        m_Recorder.Start();
+        outcome.Files.push_back(m_Recorder.File());
+        ProcedureWait wait(m_Station.World.Time, m_Station.World.Events, m_Cancel);
+        clsHiResTimer timer(m_Station.World.Time);
+        double progressDue_s = 0.0;
+        // Due times are multiples of the spacing, so that they do not drift over the hours; a
+        // bench that is slower than that skips some, as the window's timer does.
+        for (double due_s = 0.0; due_s < duration_s; due_s = NextDue_s(due_s, timer)) {
+            do {
+                if (!wait.Pass(timer, due_s))
+                    return false;
+            } while (timer.ElapsedTime() < due_s);
+            m_Recorder.RecordLine();
+            if (due_s >= progressDue_s) {
+                progressDue_s = due_s + progressSpacing_s;
+                progress(due_s / duration_s);
             }
-            return !wait.Ended();
-        });
+        }
+        return !wait.Ended();
+    });
     m_Recorder.Stop();
     return outcome;
 }

@@ -45,13 +45,9 @@ DigitalMFCResult DigitalMFCTest::Run(const BenchTestView& view) {
         result.Outcome.Ended = ProcedureOutcome::End::Cancelled;
         return result;
     }
-    const auto bothChannelsToZero = [this] {
-        SetOutput(0, 0);
-        SetOutput(1, 0);
-    };
-    RunBenchProcedure(m_Station, "The test of the digital MFCs has been stopped.",
-                      bothChannelsToZero, result.Outcome,
-                      [&] { return MeasureAndStore(view, result.Outcome); });
+    RunBenchProcedure(m_Station, "test of the digital MFCs",
+                      {{m_Station.g_CurrentAIB}, [this] { m_Sliders.ShowAllOff(); }},
+                      result.Outcome, [&] { return MeasureAndStore(view, result.Outcome); });
     view.Stage(EndText(result.Outcome.Ended));
     result.Means = m_Record.Means();
     return result;

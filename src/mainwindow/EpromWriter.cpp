@@ -14,18 +14,16 @@ bool WriteWholeEPROM(Station& station, std::int32_t value,
         Answer::Yes)
         return false;
     ProcedureOutcome outcome;
-    RunBenchProcedure(
-        station, "Writing the EPROM has been stopped.", [] {}, outcome,
-        [&] {
-            for (std::int32_t address = 0; address < clsAIB::EPROMBytes; address += 4) {
-                station.g_CurrentAIB->WriteEPROM(address, value);
-                progress(address);
-                station.World.Events.ProcessPendingEvents();
-                if (station.World.Events.ProgramEnding())
-                    return false;
-            }
-            return true;
-        });
+    RunBenchProcedure(station, "writing of the EPROM", {}, outcome, [&] {
+        for (std::int32_t address = 0; address < clsAIB::EPROMBytes; address += 4) {
+            station.g_CurrentAIB->WriteEPROM(address, value);
+            progress(address);
+            station.World.Events.ProcessPendingEvents();
+            if (station.World.Events.ProgramEnding())
+                return false;
+        }
+        return true;
+    });
     return outcome.Ended == ProcedureOutcome::End::Completed;
 }
 

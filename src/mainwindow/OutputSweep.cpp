@@ -42,9 +42,9 @@ SweepPlan SweepPlan::Stepped(std::int32_t step_bits, std::int32_t delay_ms, bool
 
 SweepResult OutputSweep::Run(const SweepPlan& plan, const BenchTestView& view) {
     SweepResult result;
-    RunBenchProcedure(
-        m_Station, "The air test has been stopped.", [this] { SetOutputs(0); }, result.Outcome,
-        [&] { return Sweep(plan, view, result); });
+    RunBenchProcedure(m_Station, "air test",
+                      {{m_Station.g_CurrentAIB}, [this] { m_Sliders.ShowAllOff(); }},
+                      result.Outcome, [&] { return Sweep(plan, view, result); });
     return result;
 }
 

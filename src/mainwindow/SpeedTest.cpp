@@ -9,14 +9,15 @@ namespace ombrix {
 SpeedResult SpeedTest::Run(const BenchTestView& view) {
     SpeedResult result;
     const auto asBefore = [this, digital = m_Station.g_CurrentAIB->IsDigitalSetup()] {
-        BothChannelsToZero();
+        m_Sliders.ShowAllOff();
         SetMode(digital);
     };
-    RunBenchProcedure(m_Station, "The speed test has been stopped.", asBefore, result.Outcome, [&] {
-        clsHiResTimer timer(m_Station.World.Time);
-        return DrivePairs(timer, false, view, result.Analog_s) &&
-               DrivePairs(timer, true, view, result.Digital_s);
-    });
+    RunBenchProcedure(m_Station, "speed test", {{m_Station.g_CurrentAIB}, asBefore}, result.Outcome,
+                      [&] {
+                          clsHiResTimer timer(m_Station.World.Time);
+                          return DrivePairs(timer, false, view, result.Analog_s) &&
+                                 DrivePairs(timer, true, view, result.Digital_s);
+                      });
     const auto ended = result.Outcome.Ended;
     view.Stage(ended == ProcedureOutcome::End::Completed
                    ? fmt::format("Analogue {} s, digital {} s", FixedText(result.Analog_s, 2),

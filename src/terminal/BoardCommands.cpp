@@ -150,6 +150,7 @@ CommandResult RunAdc(CommandContext& context) {
 
 CommandResult RunDac(CommandContext& context, std::int32_t channel, std::int32_t value) {
     clsAIB& board = ChosenBoard(context);
+    context.TheStation.Claims.Require(board.DevSerialNum());
     const std::int32_t sent = DACSliders::HeldToRange(value);
     Require(board.SetDAC(channel, sent), fmt::format("DAC {} cannot be set", channel));
     CommandResult result;

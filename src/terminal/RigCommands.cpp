@@ -82,7 +82,9 @@ CommandResult RunTestRig(CommandContext& context) {
 }
 
 CommandResult RunUartSet(CommandContext& context, std::int32_t channel, std::int32_t value) {
-    const AIBStatus status = FirstBoard(context).SetDAC_UART(channel, value);
+    clsAIB& board = FirstBoard(context);
+    context.TheStation.Claims.Require(board.DevSerialNum());
+    const AIBStatus status = board.SetDAC_UART(channel, value);
     return ExchangeResult(fmt::format("Set({})", channel), value, status);
 }
 

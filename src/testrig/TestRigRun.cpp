@@ -39,9 +39,8 @@ TestRigResult TestRigRun::Run(std::int32_t kind) {
         return m_Result;
     for (std::int32_t index = 0; index < m_Station.g_AIBList.AIBCount(); ++index)
         m_Boards.push_back(m_Station.g_AIBList.AIB(index));
-    RunBenchProcedure(
-        m_Station, "The test rig job has been stopped.", [this] { ZeroAllOutputs(); },
-        m_Result.Procedure, [&] { return RunSteps(ramps); });
+    RunBenchProcedure(m_Station, "test rig job", {m_Boards}, m_Result.Procedure,
+                      [&] { return RunSteps(ramps); });
     for (TestRigStep& step : m_Result.Steps) {
         if (step.Status == RigStatus::Running)
             SetStatus(step, RigStatus::Unknown); // broken off: nobody knows what it would have been

@@ -98,6 +98,7 @@ void frmUARTs::Guard(Work work) {
 
 void frmUARTs::Set(int channel, std::int32_t value) {
     Guard([&] {
+        m_Station.Claims.Require(m_Board->DevSerialNum());
         m_Taken.at(static_cast<std::size_t>(channel)) = true;
         const AIBStatus status = m_Board->SetDAC_UART(channel, value);
         ReportUARTResult(status, fmt::format("Set({})", channel));

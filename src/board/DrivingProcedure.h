@@ -1,0 +1,48 @@
+#pragma once
+
+#include "board/OutputsOff.h"
+
+#include <functional>
+#include <string>
+
+namespace ombrix {
+
+/// What a procedure drives.
+struct DrivenBoards {
+    Boards All;
+    /// What follows when their outputs are off: showing it, going back to a mode. Must not throw.
+    std::function<void()> AfterOff = {};
+};
+
+/// The guard of a procedure that drives outputs. It holds the gate, has the boards to itself and
+/// leaves a mark of the procedure at each; whatever way the procedure is left, it switches the
+/// outputs off. A board that takes that loses its mark; one that does not keeps it, so that the
+/// next detection tries again, and the operator is told that air may be flowing.
+class DrivingProcedure {
+  public:
+    /// Takes the gate. @param name as the mark tells it ("air flow test")
+    /// @throws std::logic_error while another procedure runs
+    DrivingProcedure(Station& station, std::string name, DrivenBoards driven);
+
+    /// Claims and marks the boards; nothing may be driven before.
+    /// @throws BoardInUse, DriveError
+    void Begin();
+    /// Switches off before the guard goes, as for a message that waits to be read.
+    void SwitchOffNow() noexcept;
+    /// Nothing was driven after all: what the operator drives by hand goes on.
+    void LeaveOutputs() noexcept { m_LeaveOutputs = true; }
+
+  private:
+    void RemoveMarks(const Boards& stillOn) noexcept;
+
+    Station& m_Station;
+    std::string m_Name;
+    DrivenBoards m_Driven;
+    bool m_Begun = false;
+    bool m_LeaveOutputs = false;
+    bool m_Told = false;
+    /// The last member: its end switches off while the others are still there.
+    RunningProcedure m_Running;
+};
+
+} // namespace ombrix

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "board/Station.h"
+
+#include <memory>
+#include <vector>
+
+namespace ombrix {
+
+using Boards = std::vector<std::shared_ptr<clsAIB>>;
+
+/// Switches all outputs of the boards off. @return the boards that have not taken it
+Boards SwitchOff(const Boards& boards) noexcept;
+
+/// Tells and logs which boards did not let their outputs be switched off, and what the operator
+/// is to do: air may be flowing. Told also when the program is ending; never throws.
+void TellAirMayFlow(Platform& world, const Boards& boards) noexcept;
+
+/// Switches off the outputs of every board that was detected last, except those that another
+/// program has. Tells of those that may drive air and do not take it.
+void SwitchAllOff(Station& station) noexcept;
+
+} // namespace ombrix

@@ -1,13 +1,15 @@
 // The desktop program.
 #include "app/Assembly.h"
+#include "board/OutputsOff.h"
 #include "mainwindow/QtDocumentOpener.h"
 #include "mainwindow/QtEventPump.h"
 #include "mainwindow/QtOperator.h"
 #include "mainwindow/QtProgramEnd.h"
+#include "mainwindow/SafeApplication.h"
+#include "mainwindow/SafeEnd.h"
 #include "mainwindow/frmAIBAccessories.h"
 
 #include <CLI/CLI.hpp>
-#include <QApplication>
 #include <QTimer>
 
 #include <exception>
@@ -16,7 +18,7 @@ namespace {
 
 using namespace ombrix;
 
-int RunWindows(const StationOptions& options) {
+int RunWindows(const StationOptions& options, SafeApplication& application, StopSignals& signals) {
     QtEventPump events;
     QtOperator messages;
     QtDocumentOpener documents;
@@ -26,6 +28,14 @@ int RunWindows(const StationOptions& options) {
         frmAIBAccessories window(assembly.TheStation(),
                                  {[&events] { events.EndProgram(); }, assembly.Launcher(),
                                   Assembly::TemplatesFolder(), OMBRIX_VERSION});
+        end.BeforeEnd = [&assembly] { SwitchAllOff(assembly.TheStation()); };
+        SafeEnd safeEnd(assembly.TheStation(), window, messages, signals,
+                        [&events] { events.EndProgram(); });
+        application.OnUnexpectedError = [&safeEnd](const std::string& reason) {
+            safeEnd.EndAfterError(reason);
+        };
+        QObject::connect(&safeEnd, &QObject::destroyed,
+                         [&application] { application.OnUnexpectedError = nullptr; });
         window.show();
         QTimer::singleShot(0, &window, [&window, &options] {
             if (window.DetectAndProgramAIBs())
@@ -53,6 +63,7 @@ int main(int argc, char** argv) {
         app.exit(error);
         return static_cast<int>(ExitStatus::WrongUsage);
     }
-    const QApplication application(argc, argv);
-    return RunWindows(options);
+    StopSignals signals; // before the toolkit's threads
+    SafeApplication application(argc, argv);
+    return RunWindows(options, application, signals);
 }

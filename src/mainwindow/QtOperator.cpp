@@ -1,5 +1,6 @@
 #include "mainwindow/QtOperator.h"
 
+#include "board/modAIB.h"
 #include "support/QtText.h"
 
 #include <QApplication>
@@ -9,6 +10,7 @@
 #include <QSpacerItem>
 
 #include <algorithm>
+#include <cstdio>
 
 namespace ombrix {
 
@@ -46,6 +48,14 @@ Answer AnswerOf(int button) {
     }
 }
 
+Answer RefusalOf(MessageButtons buttons) {
+    switch (buttons) {
+    case MessageButtons::YesNo: return Answer::No;
+    case MessageButtons::Ok: return Answer::Ok;
+    default: return Answer::Cancel;
+    }
+}
+
 QString TitleOf(const std::string& title) {
     return title.empty() ? QGuiApplication::applicationDisplayName() : ToQt(title);
 }
@@ -67,6 +77,10 @@ void FitToLines(QMessageBox& box) {
 } // namespace
 
 Answer QtOperator::Ask(const Message& message) {
+    if (m_NobodyIsThere) {
+        std::fputs((ReplaceAll(message.Text, "\r\n", "\n") + "\n").c_str(), stderr);
+        return RefusalOf(message.Buttons);
+    }
     QMessageBox box(IconOf(message.Icon), TitleOf(message.Title), LinesToQt(message.Text),
                     ButtonsOf(message.Buttons), QApplication::activeWindow());
     box.setObjectName(QStringLiteral("messageBox"));
@@ -78,6 +92,8 @@ Answer QtOperator::Ask(const Message& message) {
 std::optional<std::string> QtOperator::AskText(const std::string& prompt,
                                                const std::string& proposed,
                                                const std::string& title) {
+    if (m_NobodyIsThere)
+        return std::nullopt;
     QInputDialog box(QApplication::activeWindow());
     box.setObjectName(QStringLiteral("inputBox"));
     box.setWindowTitle(TitleOf(title));
@@ -86,6 +102,18 @@ std::optional<std::string> QtOperator::AskText(const std::string& prompt,
     if (box.exec() != QDialog::Accepted)
         return std::nullopt;
     return box.textValue().toStdString();
+}
+
+void QtOperator::StopAsking() {
+    m_NobodyIsThere = true;
+    while (QWidget* popup = QApplication::activePopupWidget()) {
+        if (!popup->close())
+            break;
+    }
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (auto* dialog = qobject_cast<QDialog*>(window); dialog != nullptr && dialog->isVisible())
+            dialog->reject();
+    }
 }
 
 } // namespace ombrix

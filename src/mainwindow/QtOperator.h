@@ -11,6 +11,12 @@ class QtOperator final : public Operator {
     Answer Ask(const Message& message) override;
     std::optional<std::string> AskText(const std::string& prompt, const std::string& proposed,
                                        const std::string& title) override;
+    /// Nobody is there any more: open dialogs are refused, and so is everything asked from now
+    /// on; what is told goes to standard error.
+    void StopAsking();
+
+  private:
+    bool m_NobodyIsThere = false;
 };
 
 } // namespace ombrix

@@ -5,6 +5,7 @@
 namespace ombrix {
 
 void QtProgramEnd::EndProgram(ExitStatus status) {
+    BeforeEnd();
     std::_Exit(static_cast<int>(status));
 }
 

@@ -1,5 +1,6 @@
 #include "mainwindow/frmAIBAccessories.h"
 
+#include "board/OutputsOff.h"
 #include "board/modAIB.h"
 #include "healthcheck/frmACUHealthCheck.h"
 #include "mainwindow/ACUCommands.h"
@@ -134,20 +135,13 @@ void frmAIBAccessories::ShowTab(int board) {
 }
 
 bool frmAIBAccessories::Detect() {
-    SwitchOutputsOff();
+    // The new board objects know nothing of what the old ones were told.
+    SwitchAllOff(m_Station);
     const bool found = DetectAndProgramBoards(m_Station, *this);
     RemoveTabsFrom(found ? m_Station.g_AIBList.AIBCount() : 0);
     if (found)
         ResetPanels();
     return found;
-}
-
-void frmAIBAccessories::SwitchOutputsOff() {
-    // The new board objects know nothing of what the old ones were told.
-    for (int tab = 0; tab < m_Tabs->count(); ++tab) {
-        for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel)
-            m_Station.g_AIBList.AIB(tab)->SetDAC(channel, 0);
-    }
 }
 
 void frmAIBAccessories::RemoveTabsFrom(int count) {
@@ -246,7 +240,7 @@ void frmAIBAccessories::ShowAbout() {
                                   MessageIcon::Information, MessageButtons::Ok, "About Ombrix"});
 }
 
-void frmAIBAccessories::EndAndClose() {
+void frmAIBAccessories::EndUnasked() {
     m_Closing = true;
     m_Services.EndProgram();
     close();
@@ -258,7 +252,7 @@ void frmAIBAccessories::closeEvent(QCloseEvent* event) {
         if (!m_Closing)
             AskWhileRunning(*this,
                             tr("A procedure is running.\n\nEnd it safely and close the program?"),
-                            [this] { EndAndClose(); });
+                            [this] { EndUnasked(); });
         return;
     }
     m_Services.EndProgram();
@@ -266,7 +260,7 @@ void frmAIBAccessories::closeEvent(QCloseEvent* event) {
     m_Board->StopTimers();
     m_BoardsFound = false;
     // Nobody is left who could switch off what the sliders have switched on.
-    Guarded(m_Station.World.Messages, [this] { SwitchOutputsOff(); });
+    SwitchAllOff(m_Station);
     m_Tools->CloseAll();
     if (m_HealthCheck)
         m_HealthCheck->close();

@@ -48,6 +48,8 @@ class frmAIBAccessories final : public QMainWindow, private DetectionView {
     bool DetectAndProgramAIBs();
     /// Selects the tab of a board, from 0; there may be none.
     void ShowTab(int board);
+    /// Closes without a question, once a procedure that runs has ended.
+    void EndUnasked();
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -56,7 +58,6 @@ class frmAIBAccessories final : public QMainWindow, private DetectionView {
     void MakeMenus();
     void LayOut();
     bool Detect();
-    void SwitchOutputsOff();
     void ResetPanels();
     void RemoveTabsFrom(int count);
     void SelectBoard(int tab);
@@ -68,7 +69,6 @@ class frmAIBAccessories final : public QMainWindow, private DetectionView {
     void RigShown(bool open);
     void OpenDataFolder();
     void ShowAbout();
-    void EndAndClose();
 
     void ShowOutcome(const std::string& text) override;
     void ShowInitState(const std::string& text) override;

@@ -1,0 +1,44 @@
+#include "mainwindow/SafeEnd.h"
+
+#include "board/OutputsOff.h"
+#include "mainwindow/QtOperator.h"
+#include "mainwindow/frmAIBAccessories.h"
+#include "platform/ProgramLog.h"
+
+#include <QGuiApplication>
+
+#include <utility>
+
+namespace ombrix {
+
+SafeEnd::SafeEnd(Station& station, frmAIBAccessories& window, QtOperator& messages,
+                 StopSignals& signals, std::function<void()> endProgram)
+    : m_Station(station), m_Window(window), m_Messages(messages),
+      m_EndProgram(std::move(endProgram)), m_Arrived(signals.Descriptor(), QSocketNotifier::Read) {
+    connect(&m_Arrived, &QSocketNotifier::activated, this, [this, &signals] {
+        if (signals.Take())
+            End();
+    });
+    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this] { End(); });
+}
+
+void SafeEnd::End() {
+    m_EndProgram(); // first: whoever gets a refusal sees what it means
+    m_Messages.StopAsking();
+    m_Window.EndUnasked();
+}
+
+void SafeEnd::EndAfterError(const std::string& reason) {
+    if (std::exchange(m_AfterError, true))
+        return;
+    SwitchAllOff(m_Station);
+    m_EndProgram();
+    const std::string text = "An unexpected error has occurred:\r\n\r\n    " + reason +
+                             "\r\n\r\nThe outputs have been switched off, and the program ends. "
+                             "Please start it again.";
+    WriteLog(m_Station.World, text);
+    m_Station.World.Messages.Ask({text, MessageIcon::Critical, MessageButtons::Ok});
+    End();
+}
+
+} // namespace ombrix

@@ -18,7 +18,8 @@ namespace {
 
 using namespace ombrix;
 
-int RunWindows(const StationOptions& options, SafeApplication& application, StopSignals& signals) {
+int RunWindows(const StationOptions& options, SafeApplication& application,
+               StopSignals& stopSignals) {
     QtEventPump events;
     QtOperator messages;
     QtDocumentOpener documents;
@@ -29,7 +30,7 @@ int RunWindows(const StationOptions& options, SafeApplication& application, Stop
                                  {[&events] { events.EndProgram(); }, assembly.Launcher(),
                                   Assembly::TemplatesFolder(), OMBRIX_VERSION});
         end.BeforeEnd = [&assembly] { SwitchAllOff(assembly.TheStation()); };
-        SafeEnd safeEnd(assembly.TheStation(), window, messages, signals,
+        SafeEnd safeEnd(assembly.TheStation(), window, messages, stopSignals,
                         [&events] { events.EndProgram(); });
         application.OnUnexpectedError = [&safeEnd](const std::string& reason) {
             safeEnd.EndAfterError(reason);
@@ -63,7 +64,7 @@ int main(int argc, char** argv) {
         app.exit(error);
         return static_cast<int>(ExitStatus::WrongUsage);
     }
-    StopSignals signals; // before the toolkit's threads
+    StopSignals stopSignals; // before the toolkit's threads
     SafeApplication application(argc, argv);
-    return RunWindows(options, application, signals);
+    return RunWindows(options, application, stopSignals);
 }

@@ -12,11 +12,12 @@
 namespace ombrix {
 
 SafeEnd::SafeEnd(Station& station, frmAIBAccessories& window, QtOperator& messages,
-                 StopSignals& signals, std::function<void()> endProgram)
+                 StopSignals& stopSignals, std::function<void()> endProgram)
     : m_Station(station), m_Window(window), m_Messages(messages),
-      m_EndProgram(std::move(endProgram)), m_Arrived(signals.Descriptor(), QSocketNotifier::Read) {
-    connect(&m_Arrived, &QSocketNotifier::activated, this, [this, &signals] {
-        if (signals.Take())
+      m_EndProgram(std::move(endProgram)),
+      m_Arrived(stopSignals.Descriptor(), QSocketNotifier::Read) {
+    connect(&m_Arrived, &QSocketNotifier::activated, this, [this, &stopSignals] {
+        if (stopSignals.Take())
             End();
     });
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this] { End(); });

@@ -22,8 +22,8 @@ class SafeEnd final : public QObject {
 
   public:
     /// @param endProgram tells running procedures that the program ends
-    SafeEnd(Station& station, frmAIBAccessories& window, QtOperator& messages, StopSignals& signals,
-            std::function<void()> endProgram);
+    SafeEnd(Station& station, frmAIBAccessories& window, QtOperator& messages,
+            StopSignals& stopSignals, std::function<void()> endProgram);
 
     /// Open dialogs are closed as refused.
     void End();

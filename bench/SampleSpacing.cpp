@@ -58,7 +58,8 @@ int main(int argc, char** argv) {
     ThrowingEnd end;
     Platform world{clock, events, messages, files, documents, end};
     SimulatedBench library(clock, BenchOptions{});
-    Station station({library, world, [&] { return std::make_shared<clsACUCalibration>(world); }});
+    Station station({library, world,
+                     [&] { return std::make_shared<clsACUCalibration>(world, station.Claims); }});
     std::int32_t count = 0;
     station.g_AIBList.OpenAIBAPI(count);
     station.g_CurrentAIB = station.g_AIBList.AIB(0);

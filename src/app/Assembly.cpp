@@ -70,8 +70,10 @@ Assembly::Assembly(const StationOptions& options, const UserPorts& ports,
     m_Drive.Mount("T:", fs::temp_directory_path());
     if (!options.Share.empty())
         m_Drive.Mount("S:", options.Share);
-    m_Station = std::make_unique<Station>(BoardServices{
-        *m_Library, m_World, [this] { return std::make_shared<clsACUCalibration>(m_World); }});
+    m_Station = std::make_unique<Station>(
+        BoardServices{*m_Library, m_World, [this] {
+                          return std::make_shared<clsACUCalibration>(m_World, m_Station->Claims);
+                      }});
 }
 
 std::unique_ptr<AIBControl> Assembly::MakeLibrary() const {

@@ -1,5 +1,6 @@
 // The program from a terminal: one line does one job.
 #include "app/Assembly.h"
+#include "board/EpromGuard.h"
 #include "terminal/CommandLine.h"
 #include "terminal/StandardError.h"
 
@@ -64,6 +65,8 @@ CommandResult RunCommand(const ChosenCommand& command, const StationOptions& opt
         return Failure(request.Status, WithPlainLineEnds(messages.LastTrouble()));
     } catch (const CommandError& error) {
         return Failure(error.Status(), error.what());
+    } catch (const EpromError& error) {
+        return Failure(ExitStatus::NotStored, WithPlainLineEnds(error.what()));
     } catch (const DriveError& error) {
         return Failure(ExitStatus::NotStored, error.what());
     } catch (const std::filesystem::filesystem_error& error) {

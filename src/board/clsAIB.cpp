@@ -52,6 +52,13 @@ void clsAIB::GetAccessoryInfo(std::int32_t index) {
     m_DigitalSetup = HasDigitalMFCs();
 }
 
+std::int32_t clsAIB::ReportedSerial() const {
+    // A board that is gone leaves the record as it is given.
+    AccessoryInfoRecord record;
+    m_Services.Library.GetAccessoryInfo(m_Index, record);
+    return record.DevSerialNum;
+}
+
 AIBStatus clsAIB::WriteAIBInfo(std::int32_t first, std::int32_t code, std::int32_t serial) {
     return CheckStatus(m_Services.Library.WriteAIBInfo(m_Index, first, code, serial));
 }

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -60,6 +61,8 @@ class clsAIB {
     }
     /// Binds the object to a board of the library and reads its identity.
     void GetAccessoryInfo(std::int32_t index);
+    /// The serial number that the board reports now; 0 for none. The identity stays as it is.
+    std::int32_t ReportedSerial() const;
     AIBStatus WriteAIBInfo(std::int32_t first, std::int32_t code, std::int32_t serial);
 
     /// The ACU's record, made on first use.
@@ -114,6 +117,32 @@ class clsAIB {
     // EPROM: 512 words at byte addresses 0, 4, … 2044. The typed operations advance the address
     // past what they stored, also when the transfer failed, so that the next field of a record
     // is still addressed correctly. Labels name the field for diagnostics.
+
+    /// Lets a board's EPROM be written while it lives, and notes what was: a word that nobody
+    /// has prepared for, or will read back, cannot be written.
+    class EpromWriting {
+      public:
+        /// @throws std::logic_error while there is another one for the board
+        explicit EpromWriting(clsAIB& board);
+        EpromWriting(const EpromWriting&) = delete;
+        EpromWriting& operator=(const EpromWriting&) = delete;
+        ~EpromWriting() { m_Board.m_Writing = nullptr; }
+
+        /// The last word that each address was to hold.
+        const std::map<std::int32_t, std::int32_t>& Words() const { return m_Words; }
+        /// Status of the first word that the board did not take.
+        AIBStatus Failure() const { return m_Failure; }
+
+      private:
+        friend class clsAIB;
+        AIBStatus Note(std::int32_t address, std::int32_t word, AIBStatus status);
+
+        clsAIB& m_Board;
+        std::map<std::int32_t, std::int32_t> m_Words;
+        AIBStatus m_Failure = Status::NoError;
+    };
+
+    /// @throws std::logic_error without an EpromWriting
     AIBStatus WriteEPROM(std::int32_t address, std::int32_t word);
     AIBStatus ReadEPROM(std::int32_t address, std::int32_t& word);
     AIBStatus DumpEPROM(std::string_view path);
@@ -158,6 +187,8 @@ class clsAIB {
     bool m_MayDrive = false;
     std::array<std::int32_t, DACChannels> m_DAC{};
     bool m_MFCReady = false;
+    /// Not owned; none while the EPROM is not being written.
+    EpromWriting* m_Writing = nullptr;
     std::shared_ptr<clsACUCalibration> m_Calibration;
 };
 

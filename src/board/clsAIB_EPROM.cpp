@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include <bit>
+#include <stdexcept>
 
 namespace ombrix {
 
@@ -15,8 +16,24 @@ constexpr std::int32_t ErasedWord = -1;
 
 } // namespace
 
+clsAIB::EpromWriting::EpromWriting(clsAIB& board) : m_Board(board) {
+    if (board.m_Writing != nullptr)
+        throw std::logic_error("The EPROM is being written already");
+    board.m_Writing = this;
+}
+
+AIBStatus clsAIB::EpromWriting::Note(std::int32_t address, std::int32_t word, AIBStatus status) {
+    m_Words.insert_or_assign(address, word);
+    if (m_Failure == Status::NoError)
+        m_Failure = status;
+    return status;
+}
+
 AIBStatus clsAIB::WriteEPROM(std::int32_t address, std::int32_t word) {
-    return CheckStatus(m_Services.Library.WriteEEPROM(m_Index, address, word));
+    if (m_Writing == nullptr)
+        throw std::logic_error("The EPROM is written without having been saved");
+    return m_Writing->Note(address, word,
+                           CheckStatus(m_Services.Library.WriteEEPROM(m_Index, address, word)));
 }
 
 AIBStatus clsAIB::ReadEPROM(std::int32_t address, std::int32_t& word) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "board/ACUMemoryMap.h"
 #include "platform/OleDate.h"
 
 #include <array>
@@ -8,8 +9,8 @@
 
 namespace ombrix {
 
-inline constexpr std::size_t ACUChannels = 4;
-inline constexpr std::size_t MaxCalibrationPoints = 10;
+inline constexpr std::size_t ACUChannels = ACUMemoryMap::Channels;
+inline constexpr std::size_t MaxCalibrationPoints = ACUMemoryMap::LargestPointCount;
 inline constexpr std::size_t MaxCalibrationSegments = MaxCalibrationPoints - 1;
 
 /// The user that stands in reports and in every calibration date block.

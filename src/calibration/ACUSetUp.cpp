@@ -1,5 +1,6 @@
 #include "calibration/ACUSetUp.h"
 
+#include "board/BoardIdentity.h"
 #include "calibration/ACUInformation.h"
 #include "calibration/clsACUCalibration.h"
 #include "platform/Rounding.h"
@@ -29,15 +30,6 @@ constexpr std::array<Stage, 4> VelocityStages = {{
 constexpr std::array<const char*, 4> PressureStages = {
     "Pressure System Calibration (1 of 2)", "Pressure System Calibration (2 of 2)",
     "Pressure Audit Calibration (1 of 2)", "Pressure Audit Calibration (2 of 2)"};
-
-std::int32_t HardwareCode(bool digital, bool analog) {
-    constexpr std::int32_t analogOnly = 0;
-    constexpr std::int32_t both = 1;
-    constexpr std::int32_t digitalOnly = 2;
-    if (!digital)
-        return analogOnly;
-    return analog ? both : digitalOnly;
-}
 
 } // namespace
 
@@ -77,7 +69,7 @@ bool ACUSetUp::SetAIBSerialNumber(std::int32_t& serial, bool digital, bool analo
         if (serial >= 1 && serial < SmallestSuspectSerial)
             break;
     }
-    m_Services.TheStation.g_CurrentAIB->WriteAIBInfo(0, HardwareCode(digital, analog), serial);
+    WriteIdentity(m_Services.TheStation, serial, MFCSetupOf(digital, analog));
     return true;
 }
 
@@ -91,16 +83,38 @@ void ACUSetUp::AskMFCNumber(std::string& mfcNumber) {
         if (messages.Unattended())
             break;
     }
-    // A prompt that the end of the program has closed was not answered.
-    if (!m_Services.TheStation.World.Events.ProgramEnding())
-        Record().WriteEPROM_MFCNumber(mfcNumber);
 }
 
 ACUSetUp::Initialisation ACUSetUp::RunACUInitialisation(std::string& mfcNumber, bool velocity,
                                                         bool pressure) {
+    EpromGuard guard(m_Services.TheStation, velocity ? "Velocity Initialisation" : "MFC Number");
     DrivingProcedure running(m_Services.TheStation, "initial calibrations", CurrentBoard());
     running.Begin();
     AskMFCNumber(mfcNumber);
+    Initialisation result;
+    // A prompt that the end of the program has closed was not answered.
+    result.Aborted = m_Services.TheStation.World.Events.ProgramEnding();
+    if (!result.Aborted && Stores(result, [&] { Record().SaveMFCNumber(guard, mfcNumber); }))
+        ListAndRunStages(guard, velocity, pressure, result);
+    return result;
+}
+
+/// What goes wrong with the EPROM ends the sequence.
+bool ACUSetUp::Stores(Initialisation& result, const std::function<void()>& save) {
+    try {
+        save();
+        return true;
+    } catch (const EpromError& error) {
+        result.NotInEprom = true;
+        result.AllStored = false;
+        result.Error = error.what();
+        TellOperator(m_Services.TheStation.World, result.Error, MessageIcon::Critical);
+        return false;
+    }
+}
+
+void ACUSetUp::ListAndRunStages(EpromGuard& guard, bool velocity, bool pressure,
+                                Initialisation& result) {
     std::string question = "Are you sure you want to run:\r\n";
     if (velocity) {
         question += "\r\n  2 x Velocity System Calibrations"
@@ -113,21 +127,17 @@ ACUSetUp::Initialisation ACUSetUp::RunACUInitialisation(std::string& mfcNumber, 
         for (const char* stage : PressureStages)
             m_Services.Stages.Stage_Add(stage);
     }
-    Initialisation result;
     if (m_Services.TheStation.World.Messages.Ask(
             {question, MessageIcon::Question, MessageButtons::YesNo}) == Answer::Yes)
-        RunStages(velocity, pressure, result);
+        RunStages(guard, velocity, pressure, result);
     else
         result.Aborted = true;
     m_Services.Stages.Close();
-    return result;
 }
 
-void ACUSetUp::RunStages(bool velocity, bool pressure, Initialisation& result) {
-    if (velocity) {
-        Record().Init_VelocityHeader();
-        RunVelocityStages(result);
-    }
+void ACUSetUp::RunStages(EpromGuard& guard, bool velocity, bool pressure, Initialisation& result) {
+    if (velocity && Stores(result, [&] { Record().SaveFreshHeader(guard); }))
+        RunVelocityStages(guard, result);
     if (!result.Error.empty())
         return; // told already
     if (result.Aborted) {
@@ -142,15 +152,17 @@ void ACUSetUp::RunStages(bool velocity, bool pressure, Initialisation& result) {
         TellOperator(m_Services.TheStation.World, "Pressure Not Implemented");
 }
 
-void ACUSetUp::RunVelocityStages(Initialisation& result) {
+void ACUSetUp::RunVelocityStages(EpromGuard& guard, Initialisation& result) {
     result.Passed = true;
     for (const Stage& stage : VelocityStages) {
-        CalibrationOutcome outcome = Record().CalibrateACUAirVelocity(m_Services, stage.Kind, true);
+        CalibrationOutcome outcome =
+            Record().CalibrateACUAirVelocity(m_Services, guard, stage.Kind, true);
         result.Passed = result.Passed && outcome.Passed;
         if (!outcome.Passed)
             result.FailedStages += std::string("\r\n  ") + stage.Name;
         result.Aborted = outcome.Aborted || outcome.NoFurtherRun;
         result.AllStored = result.AllStored && outcome.AllStored;
+        result.NotInEprom = outcome.NotInEprom;
         result.Error = outcome.Error;
         result.Files.insert(result.Files.end(), outcome.Files.begin(), outcome.Files.end());
         // A board that is gone is gone for the other runs as well.
@@ -163,21 +175,26 @@ void ACUSetUp::RunVelocityStages(Initialisation& result) {
 CalibrationOutcome ACUSetUp::RunVelocity(CalibrationKind kind) {
     return RunAlone(kind == CalibrationKind::Audit ? "Velocity Audit Calibration"
                                                    : "Velocity System Calibration",
-                    [&] { return Record().CalibrateACUAirVelocity(m_Services, kind, false); });
+                    [&](EpromGuard& guard) {
+                        return Record().CalibrateACUAirVelocity(m_Services, guard, kind, false);
+                    });
 }
 
 CalibrationOutcome ACUSetUp::RunPressure(CalibrationKind kind) {
     return RunAlone(kind == CalibrationKind::Audit ? "Pressure Audit Calibration"
                                                    : "Pressure System Calibration",
-                    [&] { return Record().CalibrateACUPressure(m_Services, kind, false); });
+                    [&](EpromGuard& guard) {
+                        return Record().CalibrateACUPressure(m_Services, guard, kind, false);
+                    });
 }
 
 CalibrationOutcome ACUSetUp::RunAlone(const char* stage,
-                                      const std::function<CalibrationOutcome()>& run) {
+                                      const std::function<CalibrationOutcome(EpromGuard&)>& run) {
+    EpromGuard guard(m_Services.TheStation, stage);
     DrivingProcedure running(m_Services.TheStation, stage, CurrentBoard());
     running.Begin();
     m_Services.Stages.Stage_Add(stage);
-    CalibrationOutcome outcome = run();
+    CalibrationOutcome outcome = run(guard);
     // What the operator drives by hand goes on when the opening prompt is declined.
     if (outcome.NothingDriven)
         running.LeaveOutputs();
@@ -191,12 +208,14 @@ bool ACUSetUp::ClearPressure(const std::function<void(std::int32_t address)>& pr
     if (world.Messages.Ask({"Are you sure you want to Clear the Pressure Calibration?",
                             MessageIcon::Question, MessageButtons::YesNo}) != Answer::Yes)
         return false;
-    for (std::int32_t address = FirstPressureAddress; address <= LastPressureAddress;
-         address += 4) {
-        m_Services.TheStation.g_CurrentAIB->WriteEPROM(address, 0);
-        progress(address);
-        world.Events.ProcessPendingEvents();
-    }
+    EpromGuard(m_Services.TheStation, "Clear Pressure").Write([&] {
+        for (std::int32_t address = FirstPressureAddress; address <= LastPressureAddress;
+             address += 4) {
+            m_Services.TheStation.g_CurrentAIB->WriteEPROM(address, 0);
+            progress(address);
+            world.Events.ProcessPendingEvents();
+        }
+    });
     TellOperator(m_Services.TheStation.World, "Pressure Calibration Cleared");
     return true;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "board/DrivingProcedure.h"
+#include "board/EpromGuard.h"
 #include "calibration/CalibrationOutcome.h"
 #include "calibration/CalibrationServices.h"
 #include "calibration/CalibrationWorkbooks.h"
@@ -43,6 +44,8 @@ class ACUSetUp {
         std::vector<std::filesystem::path> Files;
         /// Why the sequence was stopped; the operator has been told.
         std::string Error;
+        /// The EPROM was not to be written, or does not hold what was written.
+        bool NotInEprom = false;
         bool AllStored = true;
     };
     /// The MFC number, then the initial calibrations. @param mfcNumber the number as it stands
@@ -63,12 +66,15 @@ class ACUSetUp {
 
   private:
     void AskMFCNumber(std::string& mfcNumber);
-    void RunStages(bool velocity, bool pressure, Initialisation& result);
-    void RunVelocityStages(Initialisation& result);
+    void ListAndRunStages(EpromGuard& guard, bool velocity, bool pressure, Initialisation& result);
+    void RunStages(EpromGuard& guard, bool velocity, bool pressure, Initialisation& result);
+    void RunVelocityStages(EpromGuard& guard, Initialisation& result);
+    bool Stores(Initialisation& result, const std::function<void()>& save);
     clsACUCalibration& Record() const;
     RunningProcedure Begin() const;
     DrivenBoards CurrentBoard() const;
-    CalibrationOutcome RunAlone(const char* stage, const std::function<CalibrationOutcome()>& run);
+    CalibrationOutcome RunAlone(const char* stage,
+                                const std::function<CalibrationOutcome(EpromGuard&)>& run);
 
     CalibrationServices m_Services;
 };

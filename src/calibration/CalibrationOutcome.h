@@ -18,6 +18,8 @@ struct CalibrationOutcome {
     /// The operator has cancelled while the finished run was being stored: it stands, but no
     /// further one is wanted.
     bool NoFurtherRun = false;
+    /// The EPROM was not to be written, or does not hold what was written; Error says why.
+    bool NotInEprom = false;
     /// Why the run was stopped by an error; the operator has been told.
     std::string Error;
     /// Every log and workbook lies where it belongs.
@@ -25,10 +27,5 @@ struct CalibrationOutcome {
     /// Real paths of what was written, in the order of writing.
     std::vector<std::filesystem::path> Files;
 };
-
-/// Told when an EPROM does not read back as it was written.
-inline constexpr const char* NotInEprom =
-    "The EPROM does not hold what was written.\r\n\r\nPlease check the board, then calibrate "
-    "again.";
 
 } // namespace ombrix

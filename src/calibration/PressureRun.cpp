@@ -3,6 +3,7 @@
 #include "calibration/AirUnits.h"
 #include "calibration/AuditSheets.h"
 #include "calibration/CurveFit.h"
+#include "calibration/GuardedOutcome.h"
 #include "platform/Rounding.h"
 #include "platform/TellOperator.h"
 #include "support/Text.h"
@@ -36,8 +37,8 @@ std::string Fixed(float value, int decimals) {
 } // namespace
 
 PressureRun::PressureRun(clsACUCalibration& record, const CalibrationServices& services,
-                         CalibrationKind kind, bool autoSave)
-    : m_Record(record), m_Services(services), m_Kind(kind), m_AutoSave(autoSave),
+                         EpromGuard& guard, CalibrationKind kind, bool autoSave)
+    : m_Record(record), m_Services(services), m_Guard(guard), m_Kind(kind), m_AutoSave(autoSave),
       m_World(services.TheStation.World), m_Wait(m_World.Time, m_World.Events, m_Cancel),
       m_Log(m_World), m_Measured(record.Pressure()) {}
 
@@ -47,7 +48,9 @@ CalibrationOutcome PressureRun::CalibrateACUPressure() {
         m_Outcome.NothingDriven = true;
         m_Outcome.Error = reason;
         TellOperator(m_World, reason, MessageIcon::Warning);
-    } else if (Confirmed()) {
+    } else if (!Confirmed()) {
+        m_Outcome.NothingDriven = m_Outcome.Aborted = true;
+    } else if (Admits(m_Guard, m_Outcome)) {
         const clsACUCalibration::RunningCalibration running(m_Record, m_Cancel);
         try {
             Run();
@@ -58,11 +61,9 @@ CalibrationOutcome PressureRun::CalibrateACUPressure() {
         m_Log.CloseCalibrationLog();
         m_Outcome.Files.insert(m_Outcome.Files.begin(), m_Log.Files().begin(), m_Log.Files().end());
         m_Outcome.AllStored = m_Outcome.AllStored && m_Log.AllStored();
-    } else {
-        m_Outcome.NothingDriven = m_Outcome.Aborted = true;
     }
     m_Services.Stages.Stage_Complete(m_Outcome.Aborted, m_Outcome.Passed);
-    if (!m_Outcome.Error.empty() && !m_Outcome.NothingDriven)
+    if (!m_Outcome.Error.empty() && (!m_Outcome.NothingDriven || m_Outcome.NotInEprom))
         TellOperator(m_World, "The calibration has been stopped.\r\n\r\n" + m_Outcome.Error,
                      MessageIcon::Critical);
     return m_Outcome;
@@ -272,19 +273,19 @@ void PressureRun::FinishSystem(bool passed) {
         TellOperator(m_World, "ACU Pressure System Caibration Failed");
         return;
     }
-    m_Outcome.Saved = m_Record.SavePressureSystemCalibration(m_Measured);
-    if (!m_Outcome.Saved) {
-        m_Outcome.AllStored = false;
-        m_Outcome.Error = NotInEprom;
+    m_Outcome.Saved =
+        Stored(m_Outcome, [this] { m_Record.SavePressureSystemCalibration(m_Guard, m_Measured); });
+    if (!m_Outcome.Saved)
         return;
-    }
     m_Log.LogCalibration("Values Written to EPROM");
     TellOperator(m_World, "ACU Pressure System Caibration Passed");
 }
 
 void PressureRun::FinishAudit(bool passed) {
     m_Outcome.Passed = passed;
-    m_Record.SavePressureAudit(m_Measured, passed);
+    // No audit sheet for an audit that the unit does not know of.
+    if (!Stored(m_Outcome, [&] { m_Record.SavePressureAudit(m_Guard, m_Measured, passed); }))
+        return;
     std::array<float, Points> flows_ml_m{};
     std::transform(m_Points.begin(), m_Points.end(), flows_ml_m.begin(),
                    [](const PressurePoint& point) { return point.Flow_ml_m; });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "board/AnswerWatch.h"
+#include "board/EpromGuard.h"
 #include "board/ProcedureWait.h"
 #include "calibration/CalibrationLog.h"
 #include "calibration/CalibrationOutcome.h"
@@ -30,8 +31,9 @@ struct PressurePoint {
 /// channel 0. One object serves one run.
 class PressureRun {
   public:
+    /// @param guard of the procedure that the run belongs to
     /// @param autoSave the audit sheet is stored without asking whether to view it
-    PressureRun(clsACUCalibration& record, const CalibrationServices& services,
+    PressureRun(clsACUCalibration& record, const CalibrationServices& services, EpromGuard& guard,
                 CalibrationKind kind, bool autoSave);
 
     CalibrationOutcome CalibrateACUPressure();
@@ -61,6 +63,7 @@ class PressureRun {
 
     clsACUCalibration& m_Record;
     const CalibrationServices& m_Services;
+    EpromGuard& m_Guard;
     CalibrationKind m_Kind;
     bool m_AutoSave;
     Platform& m_World;

@@ -2,6 +2,7 @@
 
 #include "calibration/AuditSheets.h"
 #include "calibration/ChannelVelocityRun.h"
+#include "calibration/GuardedOutcome.h"
 #include "calibration/clsACUCalibration.h"
 #include "platform/TellOperator.h"
 
@@ -10,9 +11,10 @@
 namespace ombrix {
 
 VelocityRun::VelocityRun(clsACUCalibration& record, const CalibrationServices& services,
-                         CalibrationKind kind, bool unattended)
-    : m_Record(record), m_Services(services), m_Kind(kind), m_Unattended(unattended),
-      m_World(services.TheStation.World), m_Log(m_World), m_Report(services, record) {
+                         EpromGuard& guard, CalibrationKind kind, bool unattended)
+    : m_Record(record), m_Services(services), m_Guard(guard), m_Kind(kind),
+      m_Unattended(unattended), m_World(services.TheStation.World), m_Log(m_World),
+      m_Report(services, record) {
     m_Measured.Kind = kind;
 }
 
@@ -20,14 +22,14 @@ CalibrationOutcome VelocityRun::CalibrateACUAirVelocity() {
     m_Services.Stages.Stage_RunNext();
     m_Log.OpenCalibrationLog("ACUCal_AirVel", m_Record.SerialNumberStr());
     m_Log.LogCalibration(std::string("Calibration Type,") + (IsAudit() ? "Audit" : "System"));
-    if (m_Unattended || Confirmed()) {
+    if (!m_Unattended && !Confirmed()) {
+        m_Outcome.Aborted = true;
+    } else if (Admits(m_Guard, m_Outcome)) {
         const clsACUCalibration::RunningCalibration running(m_Record, m_Cancel);
         Attempt([this] { Measure(); });
         m_Outcome.Aborted = !Running();
         Attempt([this] { Store(); });
         m_Outcome.NoFurtherRun = !Running();
-    } else {
-        m_Outcome.Aborted = true;
     }
     if (m_Outcome.Aborted)
         m_Log.LogCalibration("Calibration cancelled by the operator");
@@ -155,16 +157,14 @@ void VelocityRun::SaveCoefficients() {
     std::array<ACUChannelCal, ACUChannels> table;
     for (std::size_t channel = 0; channel < AirChannels; ++channel)
         table.at(channel) = m_Measured.Channels.at(channel).NewVelocityCal;
-    m_Outcome.Saved = m_Record.SaveVelocitySystemCalibration(table);
-    if (!m_Outcome.Saved) {
-        m_Outcome.AllStored = false;
-        m_Outcome.Error = NotInEprom;
-    } else if (!m_Unattended) {
+    m_Outcome.Saved =
+        Stored(m_Outcome, [&] { m_Record.SaveVelocitySystemCalibration(m_Guard, table); });
+    if (m_Outcome.Saved && !m_Unattended)
         TellOperator(m_World, "Calibration Coefficients Saved");
-    }
 }
 
 void VelocityRun::FinishAudit() {
+    const ACURecord before = m_Record.Record();
     m_Record.NoteVelocityAudit(m_Outcome.Passed);
     const std::string offer = "Would you like to save the data as a report?";
     const std::string text =
@@ -177,11 +177,7 @@ void VelocityRun::FinishAudit() {
                   offer;
     if (m_Unattended || AskYesNo(text) == Answer::Yes) {
         Note(CreateAuditSheet_PV16(m_Services, m_Record, m_Measured, m_Unattended));
-        m_Record.NoteVelocityAudit(m_Outcome.Passed);
-        if (!m_Record.SaveVelocityAudit()) {
-            m_Outcome.AllStored = false;
-            m_Outcome.Error = NotInEprom;
-        }
+        Stored(m_Outcome, [&] { m_Record.SaveVelocityAudit(m_Guard, m_Outcome.Passed, before); });
     }
     SaveReport();
 }

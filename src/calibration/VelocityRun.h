@@ -1,5 +1,6 @@
 #pragma once
 
+#include "board/EpromGuard.h"
 #include "calibration/CalibrationLog.h"
 #include "calibration/CalibrationOutcome.h"
 #include "calibration/CalibrationReport.h"
@@ -17,9 +18,10 @@ namespace ombrix {
 /// One object serves one run.
 class VelocityRun {
   public:
+    /// @param guard of the procedure that the run belongs to
     /// @param unattended one of several runs that were started together: no prompts, and good
     ///        data are saved without asking
-    VelocityRun(clsACUCalibration& record, const CalibrationServices& services,
+    VelocityRun(clsACUCalibration& record, const CalibrationServices& services, EpromGuard& guard,
                 CalibrationKind kind, bool unattended);
 
     CalibrationOutcome CalibrateACUAirVelocity();
@@ -47,6 +49,7 @@ class VelocityRun {
 
     clsACUCalibration& m_Record;
     const CalibrationServices& m_Services;
+    EpromGuard& m_Guard;
     CalibrationKind m_Kind;
     bool m_Unattended;
     Platform& m_World;

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "board/BoardClaims.h"
 #include "board/clsAIB.h"
 #include "calibration/ACURecord.h"
 #include "calibration/AirChannelControl.h"
 #include "platform/ProcedureGate.h"
 
+#include <functional>
 #include <string>
 
 namespace ombrix {
@@ -16,6 +18,7 @@ struct LastCalibration {
     bool Passed = false;
 };
 
+class EpromGuard;
 struct CalibrationServices;
 struct CalibrationOutcome;
 enum class CalibrationKind;
@@ -23,10 +26,13 @@ enum class CalibrationKind;
 /// The record of the ACU behind a board, mirrored field by field into the board's EPROM, and the
 /// door to what can be done with the unit.
 /// Reading never writes, except when the operator agrees to initialise a blank EPROM. A word
-/// that cannot be transferred is noted by the board; the next fields are still dealt with.
+/// that cannot be read is noted by the board; the next fields are still dealt with.
+/// What stores something takes the guard of the procedure that it belongs to, and throws
+/// EpromError when the EPROM does not take it; the record is then as it was before.
 class clsACUCalibration : private ACURecord {
   public:
-    explicit clsACUCalibration(Platform& world) : m_World(world) {}
+    /// @param claims the boards that this program has to itself
+    clsACUCalibration(Platform& world, BoardClaims& claims) : m_World(world), m_Claims(claims) {}
 
     /// All fields, for those who show or store them.
     const ACURecord& Record() const { return *this; }
@@ -48,10 +54,14 @@ class clsACUCalibration : private ACURecord {
     std::string SerialNumberStr() const;
 
     /// Writes the header of a fresh unit: 5000 and 200 ml/min, 10 points, solenoid valves.
-    void Init_VelocityHeader();
+    void SaveFreshHeader(EpromGuard& guard);
+    /// Writes the MFC number; an empty one rewrites the present one.
+    void SaveMFCNumber(EpromGuard& guard, const std::string& mfcNumber);
 
-    /// Writes the whole record. The writing operations return true; whether the words arrived
-    /// shows only in reading them back.
+    /// The fields of a fresh unit, written as below.
+    void Init_VelocityHeader();
+    /// Writes the whole record. These operations are for the work of an EpromGuard, which finds
+    /// out whether the words have arrived; they return true.
     bool WriteEPROM();
     bool WriteEPROM_Header();
     /// An empty number rewrites the present one.
@@ -77,30 +87,31 @@ class clsACUCalibration : private ACURecord {
     AirChannelControl Air(DACSliders& display);
     /// One velocity calibration. @param unattended one of several that were started together
     CalibrationOutcome CalibrateACUAirVelocity(const CalibrationServices& services,
-                                               CalibrationKind kind, bool unattended);
+                                               EpromGuard& guard, CalibrationKind kind,
+                                               bool unattended);
     /// Has the running calibration end at its next pass.
     void CancelCalibration();
-    /// Replaces the stored table by a measured one, in the EPROM too, with date and user. False
-    /// when the EPROM does not read back as it was written.
-    bool SaveVelocitySystemCalibration(const std::array<ACUChannelCal, ACUChannels>& measured);
+    /// Replaces the stored table by a measured one, in the EPROM too, with date and user.
+    void SaveVelocitySystemCalibration(EpromGuard& guard,
+                                       const std::array<ACUChannelCal, ACUChannels>& measured);
     /// Takes note of an audit's result; SaveVelocityAudit stores it.
     void NoteVelocityAudit(bool passed);
-    /// False when the EPROM does not read back as it was written.
-    bool SaveVelocityAudit();
+    /// Stores an audit's result with date and user.
+    /// @param before the record from before the result was noted
+    void SaveVelocityAudit(EpromGuard& guard, bool passed, const ACURecord& before);
 
     /// One pressure calibration. @param autoSave the audit sheet is stored without asking
-    CalibrationOutcome CalibrateACUPressure(const CalibrationServices& services,
+    CalibrationOutcome CalibrateACUPressure(const CalibrationServices& services, EpromGuard& guard,
                                             CalibrationKind kind, bool autoSave);
     /// The present pressure in mBar, without the back-pressure of the flow and the zero.
     float PressureGet_mBar(AirChannelControl& air) const;
     /// Takes the present reading as zero.
     void PressureZero(AirChannelControl& air);
     PressureCal Pressure() const;
-    /// Replaces base and polynomial by measured ones, in the EPROM too, with date and user. False
-    /// when the EPROM does not read back as it was written.
-    bool SavePressureSystemCalibration(const PressureCal& measured);
+    /// Replaces base and polynomial by measured ones, in the EPROM too, with date and user.
+    void SavePressureSystemCalibration(EpromGuard& guard, const PressureCal& measured);
     /// Stores an audit's result with date and user.
-    void SavePressureAudit(const PressureCal& measured, bool passed);
+    void SavePressureAudit(EpromGuard& guard, const PressureCal& measured, bool passed);
 
     /// Stands for a calibration that is running: meanwhile CancelCalibration reaches it.
     class RunningCalibration {
@@ -122,10 +133,10 @@ class clsACUCalibration : private ACURecord {
     void ReadVelocityTables();
     void CalculatePressureScaling();
     std::int32_t PressureFlowOffset(float flow_ml_m) const;
-    bool EpromHolds(std::int32_t address, std::int32_t word) const;
-    bool EpromHolds(std::int32_t address, float value) const;
-    bool EpromHolds(std::int32_t address, OleDate date) const;
-    bool EpromHoldsTable(std::int32_t channel) const;
+    bool InitialiseBlank();
+    /// Runs work that changes fields and writes them; what the EPROM does not hold does not stay
+    /// in the record either.
+    void Store(EpromGuard& guard, const ACURecord& before, const std::function<void()>& work);
     void CopyPressureCal(const PressureCal& source);
     void Tell(const std::string& text, MessageIcon icon) const;
 
@@ -143,6 +154,7 @@ class clsACUCalibration : private ACURecord {
     void WriteText(std::int32_t address, std::int32_t length, const std::string& text) const;
 
     Platform& m_World;
+    BoardClaims& m_Claims;
     clsAIB* m_AIB = nullptr;
     AirChannelState m_AirState;
     /// Not owned; none while no calibration runs.

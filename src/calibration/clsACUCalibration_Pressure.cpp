@@ -16,8 +16,9 @@ constexpr std::size_t UserLength = ACUMemoryMap::UserLength;
 } // namespace
 
 CalibrationOutcome clsACUCalibration::CalibrateACUPressure(const CalibrationServices& services,
-                                                           CalibrationKind kind, bool autoSave) {
-    return PressureRun(*this, services, kind, autoSave).CalibrateACUPressure();
+                                                           EpromGuard& guard, CalibrationKind kind,
+                                                           bool autoSave) {
+    return PressureRun(*this, services, guard, kind, autoSave).CalibrateACUPressure();
 }
 
 std::int32_t clsACUCalibration::PressureFlowOffset(float flow_ml_m) const {
@@ -54,34 +55,29 @@ void clsACUCalibration::CopyPressureCal(const PressureCal& source) {
     m_PressureCoeff = source.Coefficients;
 }
 
-bool clsACUCalibration::SavePressureSystemCalibration(const PressureCal& measured) {
-    const ACURecord before = Record();
-    m_PressureSystemDate = m_World.Time.Now();
-    m_PressureSystemUser = FixedWidth(CalibrationUser, UserLength);
-    m_PressureSystemPassed = Passed;
-    CopyPressureCal(measured);
-    // Four times over, as the units in the field have been written.
-    for (int time = 0; time < 4; ++time)
-        WriteEPROM_PressureSystem(false);
-    WriteEPROM_PressureDateUserSystem();
-    constexpr std::int32_t wordBytes = 4;
-    const bool holds =
-        EpromHolds(ACUMemoryMap::BaseDiameter, m_BaseDiameter) &&
-        EpromHolds(ACUMemoryMap::PressureCoeff, m_PressureCoeff[0]) &&
-        EpromHolds(ACUMemoryMap::PressureCoeff + wordBytes, m_PressureCoeff[1]) &&
-        EpromHolds(ACUMemoryMap::PressureCoeff + 2 * wordBytes, m_PressureCoeff[2]) &&
-        EpromHolds(ACUMemoryMap::PressureSystemPassed, m_PressureSystemPassed);
-    if (!holds)
-        static_cast<ACURecord&>(*this) = before;
-    return holds;
+void clsACUCalibration::SavePressureSystemCalibration(EpromGuard& guard,
+                                                      const PressureCal& measured) {
+    Store(guard, Record(), [&] {
+        m_PressureSystemDate = m_World.Time.Now();
+        m_PressureSystemUser = FixedWidth(CalibrationUser, UserLength);
+        m_PressureSystemPassed = Passed;
+        CopyPressureCal(measured);
+        // Four times over, as the units in the field have been written.
+        for (int time = 0; time < 4; ++time)
+            WriteEPROM_PressureSystem(false);
+        WriteEPROM_PressureDateUserSystem();
+    });
 }
 
-void clsACUCalibration::SavePressureAudit(const PressureCal& measured, bool passed) {
-    m_PressureAuditDate = m_World.Time.Now();
-    m_PressureAuditUser = FixedWidth(CalibrationUser, UserLength);
-    m_PressureAuditPassed = passed ? Passed : 0;
-    CopyPressureCal(measured);
-    WriteEPROM_PressureDateUserAudit();
+void clsACUCalibration::SavePressureAudit(EpromGuard& guard, const PressureCal& measured,
+                                          bool passed) {
+    Store(guard, Record(), [&] {
+        m_PressureAuditDate = m_World.Time.Now();
+        m_PressureAuditUser = FixedWidth(CalibrationUser, UserLength);
+        m_PressureAuditPassed = passed ? Passed : 0;
+        CopyPressureCal(measured);
+        WriteEPROM_PressureDateUserAudit();
+    });
 }
 
 } // namespace ombrix

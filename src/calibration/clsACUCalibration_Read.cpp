@@ -1,5 +1,7 @@
 // Reading the ACU's record from the EPROM.
 #include "board/ACUMemoryMap.h"
+#include "board/AnswerWatch.h"
+#include "board/EpromGuard.h"
 #include "calibration/clsACUCalibration.h"
 #include "support/Text.h"
 
@@ -77,6 +79,17 @@ bool clsACUCalibration::ReadEPROMValues(clsAIB& board) {
     return true;
 }
 
+bool clsACUCalibration::InitialiseBlank() {
+    try {
+        EpromGuard guard(m_World, m_Claims, *m_AIB, "EPROM Initialisation");
+        SaveFreshHeader(guard);
+        return true;
+    } catch (const std::runtime_error& error) {
+        Tell(error.what(), MessageIcon::Critical);
+        return false;
+    }
+}
+
 bool clsACUCalibration::ReadEPROMValues_v02(bool showErrors) {
     const auto fail = [this, showErrors] {
         if (showErrors)
@@ -89,9 +102,8 @@ bool clsACUCalibration::ReadEPROMValues_v02(bool showErrors) {
         const Message question{"This ACU has not been initialised.\r\n\r\n"
                                "Would you like to Initialise the EPROM now?",
                                MessageIcon::Question, MessageButtons::YesNo};
-        if (m_World.Messages.Ask(question) != Answer::Yes)
+        if (m_World.Messages.Ask(question) != Answer::Yes || !InitialiseBlank())
             return fail();
-        Init_VelocityHeader();
     }
     m_CalibrationPoints = ReadLong(Map::CalibrationPoints, "Number of Calibration Points");
     m_HasSolenoidValves = ReadLong(Map::HasSolenoidValves, "Has Solenoid Valves");

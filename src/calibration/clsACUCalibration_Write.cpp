@@ -1,5 +1,6 @@
 // Writing the ACU's record to the EPROM, block by block.
 #include "board/ACUMemoryMap.h"
+#include "board/EpromGuard.h"
 #include "calibration/clsACUCalibration.h"
 #include "support/Text.h"
 
@@ -26,6 +27,25 @@ void clsACUCalibration::WriteDateUser(std::int32_t dateAddress, OleDate date,
     m_AIB->WriteEPROMDate(dateAddress, date);
     WriteLong(passedAddress, passed);
     WriteText(userAddress, Map::UserLength, user);
+}
+
+void clsACUCalibration::Store(EpromGuard& guard, const ACURecord& before,
+                              const std::function<void()>& work) {
+    const ACURecord kept = before;
+    try {
+        guard.Write(work);
+    } catch (...) {
+        static_cast<ACURecord&>(*this) = kept;
+        throw;
+    }
+}
+
+void clsACUCalibration::SaveFreshHeader(EpromGuard& guard) {
+    Store(guard, Record(), [this] { Init_VelocityHeader(); });
+}
+
+void clsACUCalibration::SaveMFCNumber(EpromGuard& guard, const std::string& mfcNumber) {
+    Store(guard, Record(), [&] { WriteEPROM_MFCNumber(mfcNumber); });
 }
 
 void clsACUCalibration::Init_VelocityHeader() {

@@ -27,6 +27,7 @@ BoardPanel::BoardPanel(Station& station, QWidget* parent)
     layout->addLayout(MakeLiveColumn(), 1);
     layout->addLayout(MakeCommandColumn());
     connect(m_Tests, &TestsPanel::HealthCheckWanted, this, &BoardPanel::HealthCheckWanted);
+    connect(m_EPROM, &EPROMPanel::Restored, this, &BoardPanel::ShowSummary);
     connect(m_GIO, &GIOPanel::UpdateWanted, this, &BoardPanel::UpdateWanted);
 }
 

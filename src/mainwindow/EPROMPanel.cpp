@@ -1,6 +1,7 @@
 #include "mainwindow/EPROMPanel.h"
 
-#include "mainwindow/EpromWriter.h"
+#include "board/EpromGuard.h"
+#include "mainwindow/frmRestoreEPROM.h"
 #include "platform/Rounding.h"
 #include "support/ClickableLabel.h"
 #include "support/Controls.h"
@@ -65,6 +66,10 @@ void EPROMPanel::AddAddressRows(QGridLayout& grid) {
             [this] { m_Station.World.Messages.Ask({m_CurrentValueDec->text().toStdString()}); });
     grid.addWidget(MakeCaption(tr("Address:"), this), 0, 0);
     grid.addWidget(m_CurrentAddress, 0, 1);
+    auto* restore = MakeButton(QStringLiteral("cmdRestore"), tr("Restore…"), this);
+    restore->setToolTip(tr("Shows what a saved content would change, and brings it back."));
+    connect(restore, &QPushButton::clicked, this, &EPROMPanel::Restore);
+    grid.addWidget(restore, 0, 2);
     grid.addWidget(m_Address, 1, 0, 1, 3);
     grid.addWidget(MakeCaption(tr("Current:"), this), 2, 0);
     grid.addWidget(m_CurrentValue, 2, 1);
@@ -92,10 +97,8 @@ QWidget* EPROMPanel::MakeCommands() {
     m_Command1->setToolTip(tr("Reads the pressure register ten times a second; nothing is shown."));
     m_Error = MakeValue("lblValueError", tr("Error of the new value"), {}, commands);
     m_Error->CutToFit();
-    connect(m_Write, &QPushButton::clicked, this,
-            [this] { Guarded(m_Station.World.Messages, [this] { WriteValue(); }); });
-    connect(m_WriteAll, &QPushButton::clicked, this,
-            [this] { Guarded(m_Station.World.Messages, [this] { WriteAll(); }); });
+    connect(m_Write, &QPushButton::clicked, this, &EPROMPanel::WriteValue);
+    connect(m_WriteAll, &QPushButton::clicked, this, &EPROMPanel::WriteAll);
     connect(m_Command1, &QPushButton::clicked, this, &EPROMPanel::TogglePolling);
     layout->addWidget(m_Write);
     layout->addWidget(m_WriteAll);
@@ -141,20 +144,48 @@ void EPROMPanel::ValidateNewValue(std::optional<double> value) {
 }
 
 void EPROMPanel::WriteValue() {
-    m_Station.g_CurrentAIB->WriteEPROM(m_ShownAddress, m_NewValue);
-    ShowEPROMAddress(m_ShownAddress);
+    WriteShown([this](const EpromProgress& /*progress*/) {
+        WriteEPROMWord(m_Station, m_ShownAddress, m_NewValue);
+    });
 }
 
 void EPROMPanel::WriteAll() {
+    WriteShown([this](const EpromProgress& progress) {
+        if (WriteWholeEPROM(m_Station, m_NewValue, progress) == EpromOutcome::Done)
+            m_Station.World.Messages.Ask({"All locations written"});
+    });
+}
+
+void EPROMPanel::Restore() {
+    const Drive& files = m_Station.World.Files;
+    const auto file = ChooseEpromImage(
+        files.RealPath(files.FolderExists(BackupFolder) ? BackupFolder : R"(C:\)"), this);
+    if (!file)
+        return;
+    WriteShown([this, &file](const EpromProgress& progress) {
+        const auto agreed = [this, &file](const std::vector<EpromDifference>& differences) {
+            frmRestoreEPROM form(ToQt(file->filename().string()), differences, this);
+            return form.exec() == QDialog::Accepted;
+        };
+        if (RestoreEPROM(m_Station, ReadEpromFile(*file), agreed, progress) != EpromOutcome::Done)
+            return;
+        emit Restored();
+        m_Station.World.Messages.Ask({"The EPROM holds what the file holds."});
+    });
+}
+
+void EPROMPanel::WriteShown(const std::function<void(const EpromProgress&)>& writing) {
     if (m_Station.Procedures.Running())
         return;
-    const bool done = WriteWholeEPROM(m_Station, m_NewValue, [this](std::int32_t address) {
-        m_Error->ShowValue(QString::number(address));
+    Guarded(m_Station.World.Messages, [&] {
+        writing([this](std::int32_t address) {
+            m_Error->ShowValue(QString::number(address));
+            return true;
+        });
     });
+    // Also after a failure: what shows is what the EPROM holds.
     TakeNewValue();
     ShowEPROMAddress(m_ShownAddress);
-    if (done)
-        m_Station.World.Messages.Ask({"All locations written"});
 }
 
 void EPROMPanel::StopPolling() {

@@ -1,10 +1,12 @@
 #pragma once
 
 #include "board/Station.h"
+#include "mainwindow/EpromWriter.h"
 
 #include <QGroupBox>
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 
 class QGridLayout;
@@ -19,7 +21,8 @@ class ClickableLabel;
 class ValueLabel;
 
 /// Frame "EPROM Interface": shows any word of the current board's EPROM and overwrites one word
-/// or every word. Beside it a button polls the pressure register, to load the link.
+/// or every word, or brings a saved content back. Beside it a button polls the pressure register,
+/// to load the link.
 class EPROMPanel final : public QGroupBox {
     Q_OBJECT
 
@@ -30,15 +33,21 @@ class EPROMPanel final : public QGroupBox {
     void ShowBoard();
     void StopPolling();
 
+  signals:
+    /// The EPROM holds what a file held.
+    void Restored();
+
   private:
     void AddAddressRows(QGridLayout& grid);
     void AddValueRows(QGridLayout& grid);
     QWidget* MakeCommands();
+    void Restore();
     void ShowEPROMAddress(std::int32_t address);
     void TakeNewValue();
     void ValidateNewValue(std::optional<double> value);
     void WriteValue();
     void WriteAll();
+    void WriteShown(const std::function<void(const EpromProgress&)>& writing);
     void TogglePolling();
     void Poll();
 

@@ -1,30 +1,71 @@
 #include "mainwindow/EpromWriter.h"
 
-#include "board/BenchProcedure.h"
+#include "board/EpromGuard.h"
+#include "platform/FolderDrive.h"
 
+#include <fmt/format.h>
+
+#include <stdexcept>
 #include <string>
 
 namespace ombrix {
 
-bool WriteWholeEPROM(Station& station, std::int32_t value,
-                     const std::function<void(std::int32_t address)>& progress) {
+namespace {
+
+EpromOutcome WriteImage(Station& station, const char* purpose, const EpromImage& image,
+                        const EpromProgress& progress) {
+    const RunningProcedure running(station.Procedures, [] {});
+    EpromOutcome ended = EpromOutcome::Done;
+    EpromGuard(station, purpose).Write([&] {
+        for (std::int32_t address = 0; address < clsAIB::EPROMBytes;
+             address += EpromImage::WordBytes) {
+            station.g_CurrentAIB->WriteEPROM(address, image.Word(address));
+            const bool goesOn = progress(address);
+            station.World.Events.ProcessPendingEvents();
+            if (!goesOn || station.World.Events.ProgramEnding()) {
+                ended = EpromOutcome::BrokenOff;
+                return;
+            }
+        }
+    });
+    return ended;
+}
+
+} // namespace
+
+void WriteEPROMWord(Station& station, std::int32_t address, std::int32_t value) {
+    EpromGuard(station, "EPROM Word " + std::to_string(address)).Write([&] {
+        station.g_CurrentAIB->WriteEPROM(address, value);
+    });
+}
+
+EpromOutcome WriteWholeEPROM(Station& station, std::int32_t value, const EpromProgress& progress) {
     const std::string question =
         "Are you sure you want to overwrite all memory locations with: " + std::to_string(value);
     if (station.World.Messages.Ask({question, MessageIcon::Question, MessageButtons::YesNo}) !=
         Answer::Yes)
-        return false;
-    ProcedureOutcome outcome;
-    RunBenchProcedure(station, "writing of the EPROM", {}, outcome, [&] {
-        for (std::int32_t address = 0; address < clsAIB::EPROMBytes; address += 4) {
-            station.g_CurrentAIB->WriteEPROM(address, value);
-            progress(address);
-            station.World.Events.ProcessPendingEvents();
-            if (station.World.Events.ProgramEnding())
-                return false;
-        }
-        return true;
-    });
-    return outcome.Ended == ProcedureOutcome::End::Completed;
+        return EpromOutcome::Declined;
+    EpromImage image;
+    for (std::int32_t address = 0; address < clsAIB::EPROMBytes; address += EpromImage::WordBytes)
+        image.SetWord(address, value);
+    return WriteImage(station, "EPROM To All", image, progress);
+}
+
+EpromImage ReadEpromFile(const std::filesystem::path& file) {
+    const std::string bytes = ReadWholeFile(file);
+    try {
+        return EpromImage::FromBytes(bytes);
+    } catch (const std::invalid_argument& error) {
+        throw DriveError(fmt::format("{} is no saved EPROM: {}.", file.string(), error.what()));
+    }
+}
+
+EpromOutcome RestoreEPROM(Station& station, const EpromImage& image,
+                          const std::function<bool(const std::vector<EpromDifference>&)>& agreed,
+                          const EpromProgress& progress) {
+    if (!agreed(EpromDifferences(EpromImage::Read(*station.g_CurrentAIB), image)))
+        return EpromOutcome::Declined;
+    return WriteImage(station, "EPROM Restore", image, progress);
 }
 
 } // namespace ombrix

@@ -11,8 +11,8 @@ namespace ombrix {
 namespace {
 
 constexpr std::string_view Forms =
-    "status:N, status:N@CALL, eprom-readonly, eprom-flip, stuck-bit:N, not-ready:CH, "
-    "hysteresis:CH,BITS, gain:CH,PERCENT, no-air, pressure-frozen, unplug@SECONDS";
+    "status:N, status:N@CALL, eprom-readonly, eprom-flip, eprom-unsteady, stuck-bit:N, "
+    "not-ready:CH, hysteresis:CH,BITS, gain:CH,PERCENT, no-air, pressure-frozen, unplug@SECONDS";
 
 constexpr std::array<std::string_view, 23> Operations = {
     "CloseAIBAPI",     "GetAccessoryInfo", "UploadFPGAImage", "WriteReg",       "ReadReg",
@@ -77,6 +77,8 @@ void ParseOne(std::string_view text, Faults& faults) {
         faults.EpromReadOnly = true;
     else if (text == "eprom-flip")
         faults.EpromFlip = true;
+    else if (text == "eprom-unsteady")
+        faults.EpromUnsteady = true;
     else if (name == "stuck-bit")
         faults.StuckBits.push_back(ParseInRange(text, value, 0, 15));
     else if (name == "not-ready")

@@ -32,6 +32,8 @@ struct Faults {
     bool EpromReadOnly = false;
     /// A word written reads back with one bit wrong.
     bool EpromFlip = false;
+    /// Now and then a word is read with one bit wrong.
+    bool EpromUnsteady = false;
     std::vector<int> StuckBits;
     std::vector<std::int32_t> NotReadyChannels;
     std::vector<ChannelFault> Hysteresis_bits;

@@ -18,7 +18,8 @@ constexpr std::int32_t FlowRange = 32001;
 } // namespace
 
 SimulatedBench::SimulatedBench(const Clock& clock, BenchOptions options)
-    : m_Clock(clock), m_Options(std::move(options)), m_StartCounter(clock.Counter()) {
+    : m_Clock(clock), m_Options(std::move(options)), m_StartCounter(clock.Counter()),
+      m_LinkNoise(m_Options.Seed) {
     if (!m_Options.Folder.empty()) {
         std::error_code error;
         std::filesystem::create_directories(m_Options.Folder, error);
@@ -168,12 +169,21 @@ AIBStatus SimulatedBench::WriteEEPROM(std::int32_t index, std::int32_t address, 
     return called != Status::NoError ? called : written;
 }
 
+std::int32_t SimulatedBench::LinkError() {
+    constexpr double onceInAHundredWords = 2.3;
+    constexpr std::int32_t disturbedBit = 1 << 20;
+    const bool disturbed =
+        m_Options.BenchFaults.EpromUnsteady && m_LinkNoise.Normal() > onceInAHundredWords;
+    return disturbed ? disturbedBit : 0;
+}
+
 AIBStatus SimulatedBench::ReadEEPROM(std::int32_t index, std::int32_t address, std::int32_t& word) {
     AIBStatus read = Status::NoError;
     const AIBStatus called = Call("ReadEEPROM", index, true, [&](SimulatedBoard& board) {
         read = board.Eprom().Read(address, word);
         if (m_FlippedWords.contains({index, address}))
             word ^= 1;
+        word ^= LinkError();
     });
     return called != Status::NoError ? called : read;
 }

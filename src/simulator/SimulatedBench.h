@@ -74,6 +74,8 @@ class SimulatedBench final : public AIBControl {
     bool Unplugged() const;
     /// The status that the bench's faults give to a call of this name.
     AIBStatus FaultOf(std::string_view operation) const;
+    /// One bit of a word that an unsteady link gets wrong; mostly none.
+    std::int32_t LinkError();
     /// Runs an operation of a board, unless a fault or a wrong argument forbids it.
     template <class Operation>
     AIBStatus Call(std::string_view name, std::int32_t index, bool argumentsValid,
@@ -83,6 +85,8 @@ class SimulatedBench final : public AIBControl {
     BenchOptions m_Options;
     std::int64_t m_StartCounter;
     std::vector<std::unique_ptr<SimulatedBoard>> m_Boards;
+    /// Of the link to the boards.
+    Noise m_LinkNoise;
     /// Words written under the fault "eprom-flip": board and address.
     std::set<std::pair<std::int32_t, std::int32_t>> m_FlippedWords;
 };

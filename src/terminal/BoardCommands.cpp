@@ -1,7 +1,9 @@
 #include "terminal/BoardCommands.h"
 
 #include "board/ACUMemoryMap.h"
+#include "board/BoardIdentity.h"
 #include "board/Detection.h"
+#include "board/EpromGuard.h"
 #include "calibration/modACUCalibration.h"
 #include "support/Text.h"
 
@@ -160,15 +162,16 @@ CommandResult RunDac(CommandContext& context, std::int32_t channel, std::int32_t
 }
 
 CommandResult RunIdentity(CommandContext& context, std::int32_t serial, const std::string& setup) {
-    clsAIB& board = ChosenBoard(context);
-    const std::int32_t code = setup == "analog" ? 0 : setup == "both" ? 1 : 2;
-    const AIBStatus status = board.WriteAIBInfo(0, code, serial);
+    ChosenBoard(context);
+    const MFCSetup mfcs = MFCSetupOf(setup != "analog", setup != "digital");
+    const AIBStatus status = WriteIdentity(context.TheStation, serial, mfcs);
     if (status != Status::NoError)
         throw CommandError(ExitStatus::NotStored,
                            "The identity could not be written: " + clsAIB::AIBErrorStr(status));
     context.Messages.Ask({"The AIB has been programmed - restart application to check.",
                           MessageIcon::Information, MessageButtons::Ok});
     CommandResult result;
+    const auto code = static_cast<std::int32_t>(mfcs);
     result.Json = {{"serial", serial}, {"code", code}};
     result.Text = fmt::format("Serial number {}, hardware configuration {}\n", serial, code);
     return result;
@@ -176,20 +179,19 @@ CommandResult RunIdentity(CommandContext& context, std::int32_t serial, const st
 
 CommandResult RunMFCNumber(CommandContext& context, const std::string& number) {
     clsAIB& board = ChosenBoard(context);
-    clsACUCalibration& record = board.Calibration();
-    record.WriteEPROM_MFCNumber(number);
-    const std::string written = record.ACUMFCNumber();
+    CommandResult result;
+    try {
+        EpromGuard guard(context.TheStation, "MFC Number");
+        board.Calibration().SaveMFCNumber(guard, number);
+    } catch (const EpromMismatch& mismatch) {
+        result.Status = ExitStatus::NotStored;
+        result.Error = WithPlainLineEnds(mismatch.what());
+    }
     std::string stored;
     std::int32_t address = ACUMemoryMap::MFCNumber;
     board.ReadEPROMString(address, stored, ACUMemoryMap::MFCNumberLength, "Read MFC Number");
-    CommandResult result;
     result.Json["mfcNumber"] = Trimmed(stored);
     result.Text = fmt::format("MFC number {}\n", Trimmed(stored));
-    if (Trimmed(stored) != written) {
-        result.Status = ExitStatus::NotStored;
-        result.Error =
-            fmt::format("The EPROM holds \"{}\" instead of \"{}\".", Trimmed(stored), written);
-    }
     return result;
 }
 

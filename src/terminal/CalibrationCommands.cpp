@@ -1,6 +1,5 @@
 #include "terminal/CalibrationCommands.h"
 
-#include "board/ACUMemoryMap.h"
 #include "calibration/ACUSetUp.h"
 #include "calibration/clsACUCalibration.h"
 #include "terminal/ProcedureResult.h"
@@ -45,14 +44,14 @@ class TerminalSetUp {
 };
 
 /// The status of a run that has a verdict, and why it is not "done".
-void Judge(CommandResult& result, bool passed, bool aborted, bool allStored,
-           const std::string& error) {
-    if (passed && allStored)
+template <class Outcome>
+void Judge(CommandResult& result, const Outcome& outcome, bool passed) {
+    if (passed && outcome.AllStored)
         return;
-    result.Status = passed ? ExitStatus::NotStored : ExitStatus::NotPassed;
-    if (!error.empty())
-        result.Error = WithPlainLineEnds(error);
-    else if (aborted)
+    result.Status = passed || outcome.NotInEprom ? ExitStatus::NotStored : ExitStatus::NotPassed;
+    if (!outcome.Error.empty())
+        result.Error = WithPlainLineEnds(outcome.Error);
+    else if (outcome.Aborted)
         result.Error = "ACU Calibration Aborted";
     else
         result.Error = passed ? "A log or a workbook could not be stored where it belongs."
@@ -61,8 +60,7 @@ void Judge(CommandResult& result, bool passed, bool aborted, bool allStored,
 
 CommandResult ResultOf(const TerminalSetUp& terminal, const CalibrationOutcome& outcome) {
     CommandResult result;
-    Judge(result, outcome.Passed && !outcome.Aborted, outcome.Aborted, outcome.AllStored,
-          outcome.Error);
+    Judge(result, outcome, outcome.Passed && !outcome.Aborted);
     result.Json = {
         {"passed", outcome.Passed}, {"saved", outcome.Saved}, {"aborted", outcome.Aborted}};
     for (const TerminalStages::Stage& stage : terminal.Stages.Stages())
@@ -76,16 +74,6 @@ std::string NumberInUse(const clsACUCalibration& record) {
     return record.ACUInitialised() && number != "NOT SET" ? number : ACUSetUp::MFCNumberPlaceholder;
 }
 
-bool PressureIsClear(clsAIB& board) {
-    for (std::int32_t address = ACUSetUp::FirstPressureAddress;
-         address <= ACUSetUp::LastPressureAddress; address += 4) {
-        std::int32_t word = -1;
-        if (board.ReadEPROM(address, word) != Status::NoError || word != 0)
-            return false;
-    }
-    return true;
-}
-
 } // namespace
 
 CommandResult RunVelocityInit(CommandContext& context, const std::string& mfcNumber) {
@@ -95,7 +83,7 @@ CommandResult RunVelocityInit(CommandContext& context, const std::string& mfcNum
     const ACUSetUp::Initialisation outcome =
         terminal.SetUp.RunACUInitialisation(number, true, false);
     CommandResult result;
-    Judge(result, outcome.Passed, outcome.Aborted, outcome.AllStored, outcome.Error);
+    Judge(result, outcome, outcome.Passed);
     result.Json["stages"] = Json::array();
     for (const TerminalStages::Stage& stage : terminal.Stages.Stages()) {
         result.Json["stages"].push_back({{"name", stage.Name}, {"result", stage.Result}});
@@ -135,9 +123,6 @@ CommandResult RunClearPressure(CommandContext& context) {
     if (!terminal.SetUp.ClearPressure([](std::int32_t) {})) {
         result.Status = ExitStatus::NotPassed;
         result.Error = "The pressure calibration has not been cleared.";
-    } else if (!PressureIsClear(terminal.Board())) {
-        result.Status = ExitStatus::NotStored;
-        result.Error = "The EPROM does not read back as zero.";
     }
     return result;
 }

@@ -12,7 +12,9 @@
 #include <CLI/CLI.hpp>
 
 #include <array>
+#include <filesystem>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace ombrix {
@@ -32,6 +34,7 @@ struct Arguments {
     std::string Setup;
     std::string Text;
     std::string File;
+    std::optional<std::filesystem::path> OtherFile;
     std::array<bool, 6> Options{};
     SweepOptions Sweep;
 };
@@ -112,9 +115,16 @@ void AddEpromCommands(CLI::App& app, CommandAdder& adder, const std::shared_ptr<
     save->add_option("FILE", args->File)->required();
 
     CLI::App* restore =
-        adder.Add(*eprom, "restore", "Write the 2048 bytes of a file and verify",
+        adder.Add(*eprom, "restore", "Show what differs, then write the bytes of a file and verify",
                   [args](CommandContext& context) { return RunEpromRestore(context, args->File); });
     restore->add_option("FILE", args->File)->required();
+
+    CLI::App* diff = adder.Add(*eprom, "diff", "Compare an image with another one or the board",
+                               [args](CommandContext& context) {
+                                   return RunEpromDiff(context, args->File, args->OtherFile);
+                               });
+    diff->add_option("FILE", args->File, "The earlier content")->required();
+    diff->add_option("OTHER", args->OtherFile, "The later content; the board's when left out");
 
     adder.Add(*eprom, "show", "The decoded ACU record", RunEpromShow);
 }

@@ -1,14 +1,13 @@
 #include "terminal/EpromCommands.h"
 
+#include "board/EpromGuard.h"
 #include "calibration/clsACUCalibration.h"
+#include "mainwindow/EpromWriter.h"
 #include "platform/FolderDrive.h"
 #include "support/Text.h"
 #include "terminal/RecordJson.h"
 
 #include <fmt/format.h>
-
-#include <array>
-#include <cstring>
 
 namespace ombrix {
 
@@ -16,9 +15,8 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr std::int32_t WordBytes = 4;
-constexpr std::int32_t Words = clsAIB::EPROMBytes / WordBytes;
-using Image = std::array<std::int32_t, static_cast<std::size_t>(Words)>;
+constexpr std::int32_t WordBytes = EpromImage::WordBytes;
+constexpr std::int32_t Words = EpromImage::WordCount;
 
 void RequireAddress(std::int32_t address) {
     if (address < 0 || address >= clsAIB::EPROMBytes || address % WordBytes != 0)
@@ -37,43 +35,41 @@ std::int32_t ReadWord(clsAIB& board, std::int32_t address) {
     return word;
 }
 
-/// Writes words and counts those that read back as something else.
-class VerifiedWriter {
-  public:
-    explicit VerifiedWriter(clsAIB& board) : m_Board(board) {}
+/// Notes in the result that the EPROM does not hold what was written.
+void NoteMismatch(CommandResult& result, const EpromMismatch& mismatch) {
+    result.Status = ExitStatus::NotStored;
+    result.Error = WithPlainLineEnds(mismatch.what());
+}
 
-    std::int32_t Write(std::int32_t address, std::int32_t word) {
-        const AIBStatus status = m_Board.WriteEPROM(address, word);
-        if (status != Status::NoError)
-            m_LastFailure = clsAIB::AIBErrorStr(status);
-        const std::int32_t stored = ReadWord(m_Board, address);
-        if (stored != word)
-            m_Differences.push_back(address);
-        return stored;
-    }
-    const std::vector<std::int32_t>& Differences() const { return m_Differences; }
-
-    /// Notes in the result whether everything was stored.
-    void Judge(CommandResult& result) const {
-        if (m_Differences.empty())
-            return;
-        result.Status = ExitStatus::NotStored;
-        result.Error =
-            fmt::format("{} word(s) read back wrong, the first at {}{}{}.", m_Differences.size(),
-                        m_Differences.front(), m_LastFailure.empty() ? "" : ": ", m_LastFailure);
-    }
-
-  private:
-    clsAIB& m_Board;
-    std::vector<std::int32_t> m_Differences;
-    std::string m_LastFailure;
-};
-
-void RequireNotInterrupted(CommandContext& context) {
-    context.Events.ProcessPendingEvents();
-    if (context.Signals.Interrupted())
+/// Writes the whole EPROM until it is done or interrupted.
+template <class Writing>
+void WriteAll(CommandContext& context, const Writing& writing) {
+    const EpromOutcome ended = writing([&context](std::int32_t /*address*/) {
+        context.Events.ProcessPendingEvents();
+        return !context.Signals.Interrupted();
+    });
+    if (ended == EpromOutcome::Declined)
+        throw CommandError(ExitStatus::NotPassed, "Cancelled: nothing has been written.");
+    if (ended == EpromOutcome::BrokenOff)
         throw CommandError(ExitStatus::NotPassed,
                            "Interrupted: the EPROM has been written in part only.");
+}
+
+Json FieldsJson(const std::vector<EpromDifference>& differences) {
+    Json fields = Json::array();
+    for (const EpromDifference& difference : differences)
+        fields.push_back({{"address", difference.Address},
+                          {"name", difference.Name},
+                          {"old", difference.Old},
+                          {"new", difference.New}});
+    return fields;
+}
+
+std::string FieldsText(const std::vector<EpromDifference>& differences, std::string_view lineEnd) {
+    std::string text;
+    for (const EpromDifference& difference : differences)
+        text += DifferenceText(difference).append(lineEnd);
+    return text;
 }
 
 } // namespace
@@ -98,41 +94,31 @@ CommandResult RunEpromRead(CommandContext& context, std::int32_t address, std::i
 
 CommandResult RunEpromWrite(CommandContext& context, std::int32_t address, std::int32_t value) {
     RequireAddress(address);
-    VerifiedWriter writer(ChosenBoard(context));
+    clsAIB& board = ChosenBoard(context);
     CommandResult result;
-    const std::int32_t stored = writer.Write(address, value);
+    try {
+        WriteEPROMWord(context.TheStation, address, value);
+    } catch (const EpromMismatch& mismatch) {
+        NoteMismatch(result, mismatch);
+    }
+    const std::int32_t stored = ReadWord(board, address);
     result.Json["value"] = stored;
     result.Text = fmt::format("{:4}  {:>8}  {}\n", address, HexText(stored), stored);
-    writer.Judge(result);
     return result;
 }
 
 CommandResult RunEpromFill(CommandContext& context, std::int32_t value) {
-    VerifiedWriter writer(ChosenBoard(context));
-    const Message question{
-        fmt::format("Are you sure you want to overwrite all memory locations with: {}", value),
-        MessageIcon::Question, MessageButtons::YesNo};
-    if (context.Messages.Ask(question) != Answer::Yes)
-        throw CommandError(ExitStatus::NotPassed, "Cancelled: nothing has been written.");
-    for (std::int32_t address = 0; address < clsAIB::EPROMBytes; address += WordBytes) {
-        RequireNotInterrupted(context);
-        writer.Write(address, value);
-    }
+    ChosenBoard(context);
     CommandResult result;
-    writer.Judge(result);
-    if (result.Status == ExitStatus::Done)
-        context.Messages.Ask({"All locations written"});
+    WriteAll(context, [&](const EpromProgress& progress) {
+        return WriteWholeEPROM(context.TheStation, value, progress);
+    });
+    context.Messages.Ask({"All locations written"});
     return result;
 }
 
 CommandResult RunEpromSave(CommandContext& context, const std::filesystem::path& file) {
-    clsAIB& board = ChosenBoard(context);
-    Image image{};
-    for (std::int32_t i = 0; i < Words; ++i)
-        image.at(static_cast<std::size_t>(i)) = ReadWord(board, i * WordBytes);
-    std::string bytes(sizeof image, '\0');
-    std::memcpy(bytes.data(), image.data(), sizeof image);
-    ReplaceWholeFile(file, bytes);
+    ReplaceWholeFile(file, EpromImage::Read(ChosenBoard(context)).Bytes());
     CommandResult result;
     result.Json["files"] = {std::filesystem::absolute(file).string()};
     result.Text = fmt::format("{}\n", file.string());
@@ -140,27 +126,39 @@ CommandResult RunEpromSave(CommandContext& context, const std::filesystem::path&
 }
 
 CommandResult RunEpromRestore(CommandContext& context, const std::filesystem::path& file) {
-    const std::string bytes = ReadWholeFile(file);
-    Image image{};
-    if (bytes.size() != sizeof image)
-        throw CommandError(ExitStatus::NotStored,
-                           fmt::format("{} is no EPROM image: it has {} bytes, not {}. Nothing "
-                                       "has been written.",
-                                       file.string(), bytes.size(), sizeof image));
-    std::memcpy(image.data(), bytes.data(), sizeof image);
-    VerifiedWriter writer(ChosenBoard(context));
-    for (std::int32_t i = 0; i < Words; ++i) {
-        RequireNotInterrupted(context);
-        writer.Write(i * WordBytes, image.at(static_cast<std::size_t>(i)));
-    }
+    const EpromImage image = ReadEpromFile(file);
+    ChosenBoard(context);
+    const auto agreed = [&](const std::vector<EpromDifference>& differences) {
+        const std::string changes =
+            differences.empty() ? "Nothing will change.\r\n" : FieldsText(differences, "\r\n");
+        return context.Messages.Ask({changes + "\r\nAre you sure you want to restore the EPROM?",
+                                     MessageIcon::Question, MessageButtons::YesNo}) == Answer::Yes;
+    };
     CommandResult result;
     result.Json["differences"] = Json::array();
-    for (const std::int32_t address : writer.Differences())
-        result.Json["differences"].push_back(
-            {{"address", address}, {"value", ReadWord(*context.TheStation.g_CurrentAIB, address)}});
-    result.Text =
-        fmt::format("{} words restored, {} read back wrong\n", Words, writer.Differences().size());
-    writer.Judge(result);
+    try {
+        WriteAll(context, [&](const EpromProgress& progress) {
+            return RestoreEPROM(context.TheStation, image, agreed, progress);
+        });
+    } catch (const EpromMismatch& mismatch) {
+        NoteMismatch(result, mismatch);
+        for (const EpromMismatch::Word& word : mismatch.Words())
+            result.Json["differences"].push_back(
+                {{"address", word.Address}, {"value", word.Value}});
+    }
+    result.Text = fmt::format("{} words restored, {} read back wrong\n", Words,
+                              result.Json["differences"].size());
+    return result;
+}
+
+CommandResult RunEpromDiff(CommandContext& context, const std::filesystem::path& file,
+                           const std::optional<std::filesystem::path>& other) {
+    const EpromImage image = ReadEpromFile(file);
+    const auto differences = EpromDifferences(
+        image, other ? ReadEpromFile(*other) : EpromImage::Read(ChosenBoard(context)));
+    CommandResult result;
+    result.Json["fields"] = FieldsJson(differences);
+    result.Text = FieldsText(differences, "\n");
     return result;
 }
 

@@ -3,6 +3,7 @@
 #include "terminal/Command.h"
 
 #include <filesystem>
+#include <optional>
 
 namespace ombrix {
 
@@ -12,6 +13,9 @@ CommandResult RunEpromWrite(CommandContext& context, std::int32_t address, std::
 CommandResult RunEpromFill(CommandContext& context, std::int32_t value);
 CommandResult RunEpromSave(CommandContext& context, const std::filesystem::path& file);
 CommandResult RunEpromRestore(CommandContext& context, const std::filesystem::path& file);
+/// @param other the later content; the board's when there is none
+CommandResult RunEpromDiff(CommandContext& context, const std::filesystem::path& file,
+                           const std::optional<std::filesystem::path>& other);
 CommandResult RunEpromShow(CommandContext& context);
 
 } // namespace ombrix

@@ -33,9 +33,9 @@ class BenchTestFixture : public ::testing::Test {
         m_World =
             std::make_unique<Platform>(Platform{m_Bench->Time, m_Bench->Events, m_Bench->Messages,
                                                 *m_Disk, m_Bench->Documents, m_Bench->End});
-        m_Station = std::make_unique<Station>(
-            BoardServices{m_Bench->Bench, *m_World,
-                          [this] { return std::make_shared<clsACUCalibration>(*m_World); }});
+        m_Station = std::make_unique<Station>(BoardServices{
+            m_Bench->Bench, *m_World,
+            [this] { return std::make_shared<clsACUCalibration>(*m_World, m_Station->Claims); }});
         m_Sliders = std::make_unique<BoardDACSliders>(*m_Station);
         m_Station->g_CurrentAIB = Board(0);
         m_Station->g_CurrentAIB->Calibration().ReadEPROMValues(*m_Station->g_CurrentAIB);

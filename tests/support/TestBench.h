@@ -107,7 +107,9 @@ class TestBench {
     explicit TestBench(const std::string& bench = "acu",
                        const std::vector<std::string>& faults = {})
         : Bench(Time, {bench, Faults::Parse(faults), 1, {}}),
-          Services{Bench, World, [this] { return std::make_shared<clsACUCalibration>(World); }},
+          Services{
+              Bench, World,
+              [this] { return std::make_shared<clsACUCalibration>(World, TheStation.Claims); }},
           TheStation(Services) {
         PrepareSimulatorFolder(Folder.Path()); // for the FPGA files; EPROMs stay in memory
         std::filesystem::create_directory(Folder.Path() / "Kept");

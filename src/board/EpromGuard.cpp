@@ -1,0 +1,198 @@
+#include "board/EpromGuard.h"
+
+#include "board/modAIB.h"
+#include "platform/ProgramLog.h"
+
+#include <fmt/format.h>
+
+#include <exception>
+#include <utility>
+
+namespace ombrix {
+
+namespace {
+
+/// What a message lists; the log has all.
+constexpr std::size_t ListedPlaces = 5;
+
+std::string FileNamePart(std::string text) {
+    constexpr std::string_view excluded = R"(\/:*?"<>|)";
+    for (char& character : text)
+        if (static_cast<unsigned char>(character) < ' ' ||
+            excluded.find(character) != std::string_view::npos)
+            character = '_';
+    return text;
+}
+
+std::string TimeStamp(const Clock& clock) {
+    const CivilTime now = clock.Now().ToCivil().value_or(CivilTime{});
+    return fmt::format("{:04}{:02}{:02}_{:02}{:02}{:02}", now.Year, now.Month, now.Day, now.Hour,
+                       now.Minute, now.Second);
+}
+
+std::string Listed(const std::vector<EpromDifference>& differences,
+                   const std::function<std::string(const EpromDifference&)>& show) {
+    std::string text;
+    for (std::size_t i = 0; i < std::min(differences.size(), ListedPlaces); ++i)
+        text += "\r\n   " + show(differences.at(i));
+    if (differences.size() > ListedPlaces)
+        text += fmt::format("\r\n   and {} more", differences.size() - ListedPlaces);
+    return text;
+}
+
+} // namespace
+
+EpromGuard::EpromGuard(Platform& world, BoardClaims& claims, clsAIB& board, std::string purpose,
+                       Identity identity)
+    : m_World(world), m_Claims(claims), m_Board(board), m_Purpose(std::move(purpose)),
+      m_Identity(identity), m_Unit(fmt::format("ACU{:05}", board.SerialNumber())) {}
+
+void EpromGuard::MakeReady() {
+    if (IsReady())
+        return;
+    ClaimBoard();
+    RequireSameBoard();
+    ReadSteadily();
+    Save();
+}
+
+void EpromGuard::ClaimBoard() {
+    const std::int32_t serial = m_Board.SerialNumber();
+    try {
+        if (!m_Claims.Claim(serial))
+            Refuse("The board is being used by " + m_Claims.Holder(serial) +
+                   ".\r\n\r\nPlease end that program, then try again.");
+    } catch (const DriveError& error) {
+        Refuse(fmt::format("The board cannot be kept from other programs: {}.\r\n\r\nPlease make "
+                           "the data folder writable, then try again.",
+                           error.what()));
+    }
+}
+
+void EpromGuard::RequireSameBoard() const {
+    const std::int32_t reported = m_Board.ReportedSerial();
+    const std::int32_t detected = m_Board.SerialNumber();
+    constexpr const char* remedy = "\r\n\r\nPlease check its cable and its power, then detect the "
+                                   "boards again.";
+    if (reported != detected)
+        Refuse(reported == 0
+                   ? fmt::format("The board, detected with serial number {}, reports none now.{}",
+                                 detected, remedy)
+                   : fmt::format("The board reports serial number {} now; it was detected with "
+                                 "{}.{}",
+                                 reported, detected, remedy));
+    if (reported == 0 && m_Identity == Identity::Required)
+        Refuse("The board has no serial number.\r\n\r\nPlease write its identity, then detect the "
+               "boards again.");
+}
+
+void EpromGuard::ReadSteadily() {
+    m_Content = EpromImage::Read(m_Board);
+    const auto differences = EpromDifferences(m_Content, EpromImage::Read(m_Board));
+    if (!differences.empty())
+        Refuse("The link to the board is unsteady. Two readings of its EPROM differ:\r\n" +
+               Listed(differences, PlaceText) +
+               "\r\n\r\nPlease check the cable and its plugs, then try again.");
+}
+
+std::string EpromGuard::FreePath() const {
+    const std::string stem = fmt::format("{}{}_{}_{}", BackupFolder, m_Unit,
+                                         TimeStamp(m_World.Time), FileNamePart(m_Purpose));
+    std::string path = stem + ".bin";
+    for (int number = 2; m_World.Files.FileExists(path); ++number)
+        path = fmt::format("{} ({}).bin", stem, number);
+    return path;
+}
+
+void EpromGuard::Save() {
+    try {
+        CreateFolderPath(m_World.Files, BackupFolder);
+        const std::string path = FreePath();
+        m_World.Files.CreateFile(path, m_Content.Bytes());
+        m_Backup = path;
+    } catch (const DriveError& error) {
+        Refuse(fmt::format("Its content cannot be saved first: {}.\r\n\r\nPlease make room on the "
+                           "disk, or the folder writable, then try again.",
+                           error.what()));
+    }
+    Log("EPROM saved as " + m_Backup);
+}
+
+void EpromGuard::Write(const std::function<void()>& work) {
+    if (IsReady())
+        RequireSameBoard();
+    else
+        MakeReady();
+    clsAIB::EpromWriting writing(m_Board);
+    std::exception_ptr trouble;
+    try {
+        work();
+    } catch (...) {
+        trouble = std::current_exception();
+    }
+    // Also of work that was broken off: the log is to say what has been changed.
+    ReadBack(writing);
+    if (trouble)
+        std::rethrow_exception(trouble);
+}
+
+void EpromGuard::ReadBack(const clsAIB::EpromWriting& writing) {
+    EpromImage wanted = m_Content;
+    EpromImage found = m_Content;
+    std::vector<EpromMismatch::Word> wrong;
+    for (const auto& [address, word] : writing.Words()) {
+        std::int32_t stored = 0;
+        const AIBStatus status = m_Board.ReadEPROM(address, stored);
+        if (status != Status::NoError) {
+            Log(fmt::format("EPROM cannot be read back at {}", address));
+            throw EpromError(fmt::format(
+                "What was written to the EPROM of {} cannot be read back: {}.\r\n\r\nPlease check "
+                "the board's cable and power, detect the boards again and repeat \"{}\". The "
+                "content from before lies in\r\n\r\n   {}",
+                m_Unit, clsAIB::AIBErrorStr(status), m_Purpose,
+                m_World.Files.RealPath(m_Backup).string()));
+        }
+        wanted.SetWord(address, word);
+        found.SetWord(address, stored);
+        if (stored != word)
+            wrong.push_back({address, stored});
+    }
+    for (const EpromDifference& difference : EpromDifferences(m_Content, found))
+        Log("EPROM " + DifferenceText(difference));
+    m_Content = found;
+    if (!wrong.empty())
+        Report(wanted, std::move(wrong), writing.Failure());
+}
+
+void EpromGuard::Report(const EpromImage& wanted, std::vector<EpromMismatch::Word> wrong,
+                        AIBStatus failure) const {
+    const auto differences = EpromDifferences(wanted, m_Content);
+    for (const EpromDifference& difference : differences)
+        Log(fmt::format("EPROM reads back wrong: {}: {} written, {} read", PlaceText(difference),
+                        difference.Old, difference.New));
+    const std::string reason =
+        failure == Status::NoError ? "" : fmt::format(" ({})", clsAIB::AIBErrorStr(failure));
+    const std::string text = fmt::format(
+        "The EPROM does not hold what was written.\r\n\r\n{} of {}{}:{}\r\n\r\nPlease check the "
+        "board, then repeat \"{}\". The content from before lies in\r\n\r\n   {}",
+        wrong.size() == 1 ? std::string("1 word") : fmt::format("{} words", wrong.size()), m_Unit,
+        reason,
+        Listed(differences,
+               [](const EpromDifference& difference) {
+                   return fmt::format("{}: {} written, {} read", PlaceText(difference),
+                                      difference.Old, difference.New);
+               }),
+        m_Purpose, m_World.Files.RealPath(m_Backup).string());
+    throw EpromMismatch(text, std::move(wrong));
+}
+
+void EpromGuard::Refuse(const std::string& reason) const {
+    Log("EPROM not written: " + reason.substr(0, reason.find("\r\n\r\nPlease")));
+    throw EpromError(fmt::format("The EPROM of {} is not written. {}", m_Unit, reason));
+}
+
+void EpromGuard::Log(std::string_view line) const {
+    WriteLog(m_World, fmt::format("{}, {}: {}", m_Unit, m_Purpose, line));
+}
+
+} // namespace ombrix

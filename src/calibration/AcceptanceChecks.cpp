@@ -14,12 +14,7 @@ namespace ombrix {
 
 namespace {
 
-/// 0.2 % and 0.1 % of full scale.
-constexpr double HysteresisLimit_bits = 131.068;
-constexpr double DeviationLimit_bits = 65.534;
-constexpr float LargestError_percent = 1.0F;
-/// Up to this share of full scale an audit point is judged by full scale, not by its reading.
-constexpr int LowPoint_percent = 10;
+using namespace AcceptanceLimits;
 
 void Log(CalibrationLog& log, std::initializer_list<std::string_view> lines) {
     for (const std::string_view line : lines)
@@ -34,12 +29,12 @@ bool CheckHysteresis(const ChannelMeasurement& measured, CalibrationLog& log) {
         const std::int32_t rising = measured.Rising.at(point).Reading_bits;
         const std::int32_t falling = measured.Falling.at(point).Reading_bits;
         const std::int32_t difference = std::abs(falling - rising);
-        const bool pointPassed = difference <= HysteresisLimit_bits;
+        const bool pointPassed = difference <= Hysteresis_bits;
         passed = passed && pointPassed;
         log.LogCalibration(fmt::format(
             "Checking Point {},{},{},{},<-- {} (0.2% Full Scale),{} is {} than {}", point + 1,
             rising, falling, difference, pointPassed ? "Pass" : "Fail", difference,
-            pointPassed ? "not greater" : "greater", GeneralText(HysteresisLimit_bits)));
+            pointPassed ? "not greater" : "greater", GeneralText(Hysteresis_bits)));
     }
     log.LogCalibration(passed ? " -> Hysteresis Check - Passed" : " -> Hysteresis Check - Failed");
     log.LogCalibration("");
@@ -66,11 +61,11 @@ void WarnOfDeviations(const ChannelMeasurement& measured, const Line& line, Cali
             static_cast<double>(line.Slope) * measured.Demand.at(point).Bits + line.Intercept;
         const std::int32_t reading = measured.Rising.at(point).Reading_bits;
         const std::int32_t deviation = RoundHalfEven(std::abs(onLine - reading));
-        const bool within = deviation <= DeviationLimit_bits;
+        const bool within = deviation <= Deviation_bits;
         log.LogCalibration(fmt::format(
             "Against MC:   {},{},,{},{},<-- {} (0.1% Full Scale),{} is {} than {}", point,
             FixedText(onLine, 2), reading, FixedText(deviation, 2), within ? "Pass" : "Warning",
-            deviation, within ? "not greater" : "greater", GeneralText(DeviationLimit_bits)));
+            deviation, within ? "not greater" : "greater", GeneralText(Deviation_bits)));
     }
     log.LogCalibration(" -> MC Fit Test - Passed");
 }
@@ -104,10 +99,10 @@ struct Verdict {
 Verdict JudgeByReading(const AuditPoint& audit) {
     // Without a reading there is nothing of which the error could be a percentage.
     if (audit.Mean_ml_m == 0.0F)
-        return {false, "1% of Reading", "-", GeneralText(LargestError_percent)};
+        return {false, "1% of Reading", "-", GeneralText(Error_percent)};
     const float percent = audit.Error_ml_m / audit.Mean_ml_m * 100.0F;
-    return {percent <= LargestError_percent, "1% of Reading", GeneralText(percent),
-            GeneralText(LargestError_percent)};
+    return {percent <= Error_percent, "1% of Reading", GeneralText(percent),
+            GeneralText(Error_percent)};
 }
 
 Verdict JudgeByFullScale(const AuditPoint& audit, float capacity_ml_m) {

@@ -5,6 +5,19 @@
 
 namespace ombrix {
 
+/// What calibrations are judged by.
+namespace AcceptanceLimits {
+/// 0.2 % and 0.1 % of full scale.
+inline constexpr double Hysteresis_bits = 131.068;
+inline constexpr double Deviation_bits = 65.534;
+/// Of reading; at low points of full scale.
+inline constexpr float Error_percent = 1.0F;
+inline constexpr float LowError_percent = 0.1F;
+/// Up to this share of full scale an audit point is judged by full scale, not by its reading.
+inline constexpr int LowPoint_percent = 10;
+inline constexpr float Pressure_mBar = 0.5F;
+} // namespace AcceptanceLimits
+
 /// Judges what a system run has measured on a channel: at every point the rising and the falling
 /// reading must agree within 0.2 % of full scale. Points that deviate from the best-fit straight
 /// line by more than 0.1 % of full scale are warned of. Every step stands in the log.

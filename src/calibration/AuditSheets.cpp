@@ -19,9 +19,9 @@ constexpr std::int32_t FirstStepRow_PV16 = 34;
 constexpr std::int32_t FirstPointRow_PV17 = 19;
 
 /// What the audit sheets begin with.
-void WriteHeader(Worksheet& sheet, Station& station, const clsACUCalibration& record,
+void WriteHeader(Worksheet& sheet, OleDate date, const clsACUCalibration& record,
                  std::int32_t points) {
-    sheet.SetValue("D5", station.World.Time.Now());
+    sheet.SetValue("D5", date);
     sheet.SetValue("D6", std::string(CalibrationUser));
     sheet.SetValue("D7", record.SerialNumberStr());
     sheet.SetValue("D8", record.ChannelCapacity(0));
@@ -169,7 +169,7 @@ WorkbookOutcome CreateAuditSheet_PV16(const CalibrationServices& services,
     OpenedWorkbook opened =
         OpenFilled(services, Opening, "PV16_ACUAudit_Velocity.xlt", [&](Workbook& book) {
             Worksheet& sheet = book.Sheet(1);
-            WriteHeader(sheet, station, record, record.CalibrationPoints());
+            WriteHeader(sheet, services.ReportDate(), record, record.CalibrationPoints());
             for (std::size_t channel = 0; channel < AirChannels; ++channel) {
                 WritePoints(sheet, Columns_PV16.at(channel), measured.Channels.at(channel));
                 WriteSteps(sheet, Columns_PV16.at(channel), measured.Channels.at(channel));
@@ -193,7 +193,7 @@ WorkbookOutcome CreateAuditSheet_PV17(const CalibrationServices& services,
             constexpr auto points =
                 static_cast<std::int32_t>(std::tuple_size_v<std::array<float, 5>>);
             Worksheet& sheet = book.Sheet(1);
-            WriteHeader(sheet, station, record, points);
+            WriteHeader(sheet, services.ReportDate(), record, points);
             sheet.SetValue("D11", passLimit_mBar);
             for (const char column : {'E', 'H', 'K'})
                 sheet.SetValues(fmt::format("{0}{1}:{0}{2}", column, FirstPointRow_PV17,

@@ -33,7 +33,7 @@ bool CalibrationReport::Open(CalibrationKind kind) {
 
 void CalibrationReport::FillHeader(Worksheet& report, CalibrationKind kind) const {
     report.SetValue("D3", std::string(kind == CalibrationKind::Audit ? "Audit" : "System"));
-    report.SetValue("D4", m_Services.TheStation.World.Time.Now());
+    report.SetValue("D4", m_Services.ReportDate());
     report.SetValue("D5", std::string(CalibrationUser));
     report.SetValue("D6", m_Record.CalibrationPoints());
     report.SetValue("D7", std::string(m_Record.Record().m_HasSolenoidValves != 0 ? "Yes" : "No"));

@@ -5,6 +5,7 @@
 #include "calibration/CalibrationView.h"
 #include "support/OpenExcel.h"
 
+#include <optional>
 #include <string>
 
 namespace ombrix {
@@ -18,6 +19,10 @@ struct CalibrationServices {
     SpreadsheetLauncher Launcher;
     /// Folder of the report templates, ended by a backslash.
     std::string Templates;
+    /// The date that reports bear when they are made later than what they report.
+    std::optional<OleDate> DateOfReports = {};
+
+    OleDate ReportDate() const { return DateOfReports.value_or(TheStation.World.Time.Now()); }
 };
 
 } // namespace ombrix

@@ -38,13 +38,16 @@ std::string FileNamePart(std::string text) {
     return text;
 }
 
+std::string AutoSaveFolderName(Station& station, const clsACUCalibration& record) {
+    const std::string mfcNumber = FileNamePart(record.ACUMFCNumber());
+    return R"(C:\)" + record.SerialNumberStr() + "\\" +
+           (mfcNumber.empty() ? "UNKNOWN" : mfcNumber) + "_" + TimeStamp(station);
+}
+
 bool MakeAutoSaveFolder(Station& station, const clsACUCalibration& record) {
     std::string& folder = station.g_AutoSaveFolder;
-    if (folder.empty()) {
-        const std::string mfcNumber = FileNamePart(record.ACUMFCNumber());
-        folder = R"(C:\)" + record.SerialNumberStr() + "\\" +
-                 (mfcNumber.empty() ? "UNKNOWN" : mfcNumber) + "_" + TimeStamp(station);
-    }
+    if (folder.empty())
+        folder = AutoSaveFolderName(station, record);
     return CheckFolderExists(station.World.Files, station.World.Messages, folder,
                              FolderMode::Create);
 }

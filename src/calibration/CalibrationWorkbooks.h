@@ -25,8 +25,11 @@ struct WorkbookOutcome {
 /// What cannot stand in a file name becomes "_".
 std::string FileNamePart(std::string text);
 
-/// Builds the folder of automatically saved workbooks with the first call of the program's run,
-/// from serial number, MFC number and time, and makes sure that it is there.
+/// Name of a folder of automatically saved workbooks, from serial number, MFC number and time.
+std::string AutoSaveFolderName(Station& station, const clsACUCalibration& record);
+
+/// Builds the folder of automatically saved workbooks with the first call of the program's run
+/// and makes sure that it is there.
 bool MakeAutoSaveFolder(Station& station, const clsACUCalibration& record);
 
 /// Full name of an automatically saved workbook: the automatic save folder, a prefix ("ACU_"),

@@ -2,7 +2,7 @@
 
 #include "calibration/AcceptanceChecks.h"
 #include "calibration/AirUnits.h"
-#include "calibration/CurveFit.h"
+#include "calibration/ChannelJudgement.h"
 #include "support/Text.h"
 
 #include <fmt/format.h>
@@ -49,10 +49,13 @@ void ChannelVelocityRun::CalibrateChannelVelocity(ChannelMeasurement& result) {
     // A damaged EPROM may claim any number of points.
     const std::int32_t points = std::min(m_Services.Record.m_CalibrationPoints,
                                          static_cast<std::int32_t>(MaxCalibrationPoints));
-    if (!CanBeMeasured(points))
+    if (!CanBeMeasured(points)) {
+        m_Services.Recorder.ChannelBegins(static_cast<std::size_t>(m_Channel), result);
         return;
+    }
     m_Services.Air.AllChannelsOff();
     BuildDemands(points, result);
+    m_Services.Recorder.ChannelBegins(static_cast<std::size_t>(m_Channel), result);
     m_Services.Stages.ShowLine(
         StageLine::Phase,
         Heading() + FormatArgs(" - Phase [1] of [2]",
@@ -131,7 +134,10 @@ void ChannelVelocityRun::Sweep(ChannelMeasurement& result, std::vector<PointRead
         const std::size_t point = rising ? step : sweep.size() - 1 - step;
         PointDemand& demand = result.Demand.at(point);
         SetDemand(demand);
-        sweep.at(point) = m_Services.Loop.Measure(m_Channel, MeasuringTime_s(point), display);
+        m_Services.Recorder.ReadingBegins(rising ? Sweeps::Rising : Sweeps::Falling, point, demand);
+        sweep.at(point) =
+            m_Services.Loop.Measure(m_Channel, MeasuringTime_s(point), display, Samples());
+        m_Services.Recorder.ReadingEnds(sweep.at(point));
         if (!m_Services.Wait.Ended())
             LogPoint(point, demand, sweep.at(point));
     }
@@ -168,21 +174,34 @@ StepMeasurement ChannelVelocityRun::MeasureCalibrationPoint(std::int32_t point) 
     stages.ShowLine(StageLine::Demand, "Waiting at zero demand...");
     if (HasValves())
         m_Services.Air.SetValveState(m_Channel);
-    const auto wait = [this, &stages](double duration_s) {
+    const auto wait = [this, &stages](double duration_s, const SampleSink& samples) {
         stages.BeginProgress(static_cast<float>(duration_s));
-        return m_Services.Loop.Measure(m_Channel, duration_s,
-                                       [this, &stages, duration_s](const LiveReading& live) {
-                                           ShowWait(live, duration_s);
-                                           stages.ShowProgress(static_cast<float>(live.Elapsed_s));
-                                       });
+        return m_Services.Loop.Measure(
+            m_Channel, duration_s,
+            [this, &stages, duration_s](const LiveReading& live) {
+                ShowWait(live, duration_s);
+                stages.ShowProgress(static_cast<float>(live.Elapsed_s));
+            },
+            samples);
     };
-    if (wait(ZeroTime_s).Valid) {
+    const auto tell = [this, &step] {
+        m_Services.Recorder.ReadingBegins(Sweeps::Step, static_cast<std::size_t>(step.Point),
+                                          step.Demand);
+    };
+    tell();
+    if (wait(ZeroTime_s, {}).Valid) {
         SetDemand(step.Demand);
+        tell();
         stages.ShowLine(StageLine::Demand, "Calculating Data...");
-        step.Reading = wait(PointTime_s);
+        step.Reading = wait(PointTime_s, Samples());
     }
+    m_Services.Recorder.ReadingEnds(step.Reading);
     m_Services.Air.AllChannelsOff();
     return step;
+}
+
+SampleSink ChannelVelocityRun::Samples() const {
+    return [this](const TraceSample& sample) { m_Services.Recorder.Sample(sample); };
 }
 
 void ChannelVelocityRun::ShowReading(const LiveReading& live) const {
@@ -200,36 +219,11 @@ void ChannelVelocityRun::ShowWait(const LiveReading& live, double duration_s) co
 }
 
 void ChannelVelocityRun::Judge(ChannelMeasurement& result) const {
-    const auto isValid = [](const PointReading& reading) { return reading.Valid; };
-    result.DataAcceptable = std::all_of(result.Rising.begin(), result.Rising.end(), isValid) &&
-                            std::all_of(result.Falling.begin(), result.Falling.end(), isValid);
-    if (m_Kind == CalibrationKind::Audit)
-        result.AuditPassed = CheckAuditCalibrationData(result, m_Services.Log);
-    else
-        JudgeSystem(result);
-}
-
-void ChannelVelocityRun::JudgeSystem(ChannelMeasurement& result) const {
-    CalibrationLog& log = m_Services.Log;
-    if (!ReadingsRiseWithDemand(result)) {
-        log.LogCalibration(fmt::format(
-            "Warning: The readings of channel {} do not rise with the demand.", m_Channel + 1));
+    if (m_Kind == CalibrationKind::System && !ReadingsRiseWithDemand(result))
         m_Services.Stages.ShowWarning(fmt::format(
             "Channel {} does not follow the demand. Check the air supply.", m_Channel + 1));
-    }
-    if (!CheckSystemCalibrationData(result, result.BestFit, log))
-        result.DataAcceptable = false;
-    if (!result.DataAcceptable) {
-        log.LogCalibration(fmt::format("The values recieved during calibration on Channel {} were "
-                                       "not acceptable.",
-                                       m_Channel + 1));
-        return;
-    }
-    result.NewVelocityCal = FitSegments(result);
-    for (std::size_t segment = 0; segment + 1 < result.Demand.size(); ++segment)
-        log.LogCalibration(fmt::format("Segment {},{},{}", segment,
-                                       GeneralText(result.NewVelocityCal.M.at(segment)),
-                                       GeneralText(result.NewVelocityCal.C.at(segment))));
+    JudgeChannel(result, m_Kind, static_cast<std::size_t>(m_Channel), m_Services.Log);
+    m_Services.Recorder.ChannelJudged();
 }
 
 } // namespace ombrix

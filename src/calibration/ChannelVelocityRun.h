@@ -3,6 +3,7 @@
 #include "calibration/CalibrationLog.h"
 #include "calibration/CalibrationView.h"
 #include "calibration/MeasuringLoop.h"
+#include "calibration/RunRecorder.h"
 
 #include <string>
 
@@ -17,6 +18,7 @@ struct ChannelRunServices {
     CalibrationLog& Log;
     const Clock& Time;
     const ProcedureWait& Wait;
+    RunRecorder& Recorder;
 };
 
 /// The measurement of one air channel: a rising and a falling sweep over the calibration points
@@ -45,7 +47,7 @@ class ChannelVelocityRun {
     void LogPoint(std::size_t point, const PointDemand& demand, const PointReading& reading) const;
     StepMeasurement MeasureCalibrationPoint(std::int32_t point);
     void Judge(ChannelMeasurement& result) const;
-    void JudgeSystem(ChannelMeasurement& result) const;
+    SampleSink Samples() const;
     void ShowReading(const LiveReading& live) const;
     void ShowWait(const LiveReading& live, double duration_s) const;
 

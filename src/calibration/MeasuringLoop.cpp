@@ -30,8 +30,8 @@ class RunningMeans {
 
 } // namespace
 
-PointReading MeasuringLoop::Measure(std::int32_t channel, double duration_s,
-                                    const Display& display) {
+PointReading MeasuringLoop::Measure(std::int32_t channel, double duration_s, const Display& display,
+                                    const SampleSink& samples) {
     PointReading result;
     result.Trace.reserve(static_cast<std::size_t>(duration_s / SampleSpacing_s) + 1);
     RunningMeans means;
@@ -47,6 +47,8 @@ PointReading MeasuringLoop::Measure(std::int32_t channel, double duration_s,
             if (live.Elapsed_s - sampled_s >= SampleSpacing_s) {
                 sampled_s = live.Elapsed_s;
                 result.Trace.push_back({static_cast<float>(sampled_s), live.Bits});
+                if (samples)
+                    samples(result.Trace.back());
             }
             if (duration_s - live.Elapsed_s < MeanTime_s)
                 means.Add(live);

@@ -17,6 +17,9 @@ struct LiveReading {
     float Flow_ml_m = 0.0F;
 };
 
+/// Takes the samples of a trace as they are taken.
+using SampleSink = std::function<void(const TraceSample&)>;
+
 /// The loop in which a channel is read while time passes. It advances a change-over that is
 /// going on, and ends early when the operator cancels.
 class MeasuringLoop {
@@ -36,8 +39,10 @@ class MeasuringLoop {
           m_NeverCalibrated(neverCalibrated) {}
 
     /// Reads a channel for a time. The reading is not valid when the operator has cancelled.
+    /// @param samples is told each sample of the trace; may be none
     /// @throws BoardError when the board has stopped answering
-    PointReading Measure(std::int32_t channel, double duration_s, const Display& display);
+    PointReading Measure(std::int32_t channel, double duration_s, const Display& display,
+                         const SampleSink& samples = {});
     /// Lets a time pass. False when the operator has cancelled. @throws BoardError
     bool Wait(std::int32_t channel, double duration_s, const Display& display) {
         return Measure(channel, duration_s, display).Valid;

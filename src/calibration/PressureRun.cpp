@@ -1,5 +1,6 @@
 #include "calibration/PressureRun.h"
 
+#include "calibration/AcceptanceChecks.h"
 #include "calibration/AirUnits.h"
 #include "calibration/AuditSheets.h"
 #include "calibration/CurveFit.h"
@@ -22,7 +23,8 @@ constexpr float BaseDiameter_mm = 50.0F;
 constexpr float LineSettles_s = 15.0F;
 constexpr float RecordTime_s = 3.0F;
 constexpr double DisplaySpacing_s = 0.05;
-constexpr float Limit_mBar = 0.5F;
+/// Of the readings that the journal keeps.
+constexpr double SampleSpacing_s = 0.1;
 constexpr std::int32_t Coefficients = 3;
 constexpr std::int32_t PressureInput = 2;
 
@@ -40,7 +42,8 @@ PressureRun::PressureRun(clsACUCalibration& record, const CalibrationServices& s
                          EpromGuard& guard, CalibrationKind kind, bool autoSave)
     : m_Record(record), m_Services(services), m_Guard(guard), m_Kind(kind), m_AutoSave(autoSave),
       m_World(services.TheStation.World), m_Wait(m_World.Time, m_World.Events, m_Cancel),
-      m_Log(m_World), m_Measured(record.Pressure()) {}
+      m_Log(m_World), m_Measured(record.Pressure()),
+      m_Recorder(services.TheStation, record, PressureRunKind(kind)) {}
 
 CalibrationOutcome PressureRun::CalibrateACUPressure() {
     m_Services.Stages.Stage_RunNext();
@@ -61,6 +64,7 @@ CalibrationOutcome PressureRun::CalibrateACUPressure() {
         m_Log.CloseCalibrationLog();
         m_Outcome.Files.insert(m_Outcome.Files.begin(), m_Log.Files().begin(), m_Log.Files().end());
         m_Outcome.AllStored = m_Outcome.AllStored && m_Log.AllStored();
+        AddToHistory();
     }
     m_Services.Stages.Stage_Complete(m_Outcome.Aborted, m_Outcome.Passed);
     if (!m_Outcome.Error.empty() && (!m_Outcome.NothingDriven || m_Outcome.NotInEprom))
@@ -103,7 +107,9 @@ void PressureRun::Run() {
     m_Record.PressureZero(air);
     m_Log.OpenCalibrationLog("ACUCal_Pressure", m_Record.SerialNumberStr());
     Log({"Calibrate Pressure - Calibration Started", "", ""});
+    m_Recorder.Begin(m_AutoSave);
     const bool passed = CalibratePressureBase();
+    m_Recorder.Measured(passed, Running());
     if (!Running())
         return;
     if (IsAudit())
@@ -143,13 +149,16 @@ void PressureRun::AskForHose() {
 void PressureRun::MeasurePoints() {
     const float largest_ml_m = std::max(m_Record.ChannelCapacity(0), m_Record.ChannelCapacity(1));
     for (std::size_t i = 0; i < Points; ++i) {
-        PressurePoint& point = m_Points.at(i);
+        PressureReading& point = m_Points.at(i);
         m_Services.Stages.ShowLine(StageLine::Phase,
                                    FormatArgs("Air Pressure Calibration - Phase [1] of [2]",
                                               {std::to_string(i + 1), std::to_string(Points)}));
         point.Flow_ml_m = largest_ml_m / static_cast<float>(Points) * static_cast<float>(i);
         m_Log.LogCalibration("Flow Rate: " + Fixed(point.Flow_ml_m, 2) + " lm/min");
+        m_Recorder.ReadingBegins(Sweeps::Pressure, i, {0, point.Flow_ml_m});
         point.Reading = RecordPressurePoint(point.Flow_ml_m);
+        m_Recorder.ReadingEnds({0, point.Reading, Running()});
+        m_PointsMeasured += Running() ? 1U : 0U;
         m_Log.LogCalibration("   Result: " + (IsAudit() ? Fixed(point.Reading, 2) + " mBar"
                                                         : Fixed(point.Reading, 1) + " Bits"));
     }
@@ -195,6 +204,7 @@ float PressureRun::RecordPressurePoint(float flow_ml_m) {
         return status == Status::NoError ? std::optional(bits) : std::nullopt;
     };
     double sum = 0.0;
+    double sampleDue_s = 0.0;
     std::int32_t count = 0;
     if (Pass(timer, LineSettles_s, [&] { readInput(); })) {
         stages.ShowLine(StageLine::Demand, "Recording Calibration Data");
@@ -205,6 +215,10 @@ float PressureRun::RecordPressurePoint(float flow_ml_m) {
             const auto bits = readInput();
             if (!bits)
                 return;
+            if (const double elapsed_s = timer.ElapsedTime(); elapsed_s >= sampleDue_s) {
+                sampleDue_s = elapsed_s + SampleSpacing_s;
+                m_Recorder.Sample({static_cast<float>(elapsed_s), *bits});
+            }
             sum += IsAudit() ? static_cast<double>(m_Record.PressureGet_mBar(air)) : *bits;
             ++count;
         });
@@ -227,7 +241,7 @@ void PressureRun::SetChannelAir_ml_m(std::int32_t channel, float flow_ml_m) {
 
 bool PressureRun::FitPolynomial() {
     std::vector<std::array<float, 2>> data;
-    for (const PressurePoint& point : m_Points)
+    for (const PressureReading& point : m_Points)
         data.push_back({point.Flow_ml_m, point.Reading});
     std::vector<float> coefficients;
     if (!CalculateMCPoly(data, coefficients, Coefficients)) {
@@ -255,12 +269,13 @@ bool PressureRun::CheckAudit() {
     Log({"", "Check Audit Data", Rule(16)});
     bool allPass = true;
     for (std::size_t i = 0; i < Points; ++i) {
-        const PressurePoint& point = m_Points.at(i);
-        const bool passes = std::abs(point.Reading) <= Limit_mBar;
+        const PressureReading& point = m_Points.at(i);
+        const bool passes = std::abs(point.Reading) <= AcceptanceLimits::Pressure_mBar;
         allPass = allPass && passes;
         m_Log.LogCalibration(fmt::format("Calibration Point {}: {}:  {}:  {}:    ({})",
                                          passes ? "Passed" : "Failed", i, Fixed(point.Flow_ml_m, 2),
-                                         Fixed(point.Reading, 2), Fixed(Limit_mBar, 1)));
+                                         Fixed(point.Reading, 2),
+                                         Fixed(AcceptanceLimits::Pressure_mBar, 1)));
     }
     Log({Rule(16), fmt::format("Audit Calibration {}:  Base Index: 0  ({} mm)",
                                allPass ? "Passed" : "Failed", GeneralText(BaseDiameter_mm))});
@@ -288,7 +303,8 @@ void PressureRun::FinishAudit(bool passed) {
         return;
     std::array<float, Points> flows_ml_m{};
     std::transform(m_Points.begin(), m_Points.end(), flows_ml_m.begin(),
-                   [](const PressurePoint& point) { return point.Flow_ml_m; });
+                   [](const PressureReading& point) { return point.Flow_ml_m; });
+    m_Recorder.AuditSheet(true);
     const WorkbookOutcome sheet =
         CreateAuditSheet_PV17(m_Services, m_Record, flows_ml_m, m_AutoSave);
     m_Outcome.AllStored = sheet.WhereItBelongs;
@@ -304,6 +320,17 @@ void PressureRun::Stop(const std::string& reason) {
     m_Outcome.Passed = false;
     m_Outcome.Error = reason;
     m_Log.LogCalibration("Calibration stopped: " + reason.substr(0, reason.find("\r\n")));
+}
+
+void PressureRun::AddToHistory() {
+    HistoryEntry entry;
+    entry.Pressure.assign(m_Points.begin(),
+                          m_Points.begin() + static_cast<std::ptrdiff_t>(m_PointsMeasured));
+    if (!m_Outcome.Passed && !m_Outcome.Aborted && m_Outcome.Error.empty())
+        entry.Reasons.emplace_back(IsAudit() ? "A point deviates by more than its limit"
+                                             : "The points do not determine a polynomial");
+    const bool stored = m_Recorder.End(m_Outcome, std::move(entry));
+    m_Outcome.AllStored = m_Outcome.AllStored && stored;
 }
 
 void PressureRun::Log(std::initializer_list<std::string_view> lines) {

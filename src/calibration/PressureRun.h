@@ -6,6 +6,7 @@
 #include "calibration/CalibrationLog.h"
 #include "calibration/CalibrationOutcome.h"
 #include "calibration/CalibrationServices.h"
+#include "calibration/RunRecorder.h"
 #include "calibration/VelocityMeasurement.h"
 #include "calibration/clsACUCalibration.h"
 
@@ -17,13 +18,6 @@
 #include <vector>
 
 namespace ombrix {
-
-/// A point of a pressure calibration.
-struct PressurePoint {
-    float Flow_ml_m = 0.0F;
-    /// Bits in a system run, mBar in an audit.
-    float Reading = 0.0F;
-};
 
 /// One calibration of the pressure sensor on the 50 mm base. Air that flows out through an open
 /// base makes a back-pressure; a system run measures it at five flows and stores its polynomial,
@@ -59,6 +53,7 @@ class PressureRun {
     void FinishSystem(bool passed);
     void FinishAudit(bool passed);
     void Stop(const std::string& reason);
+    void AddToHistory();
     void Log(std::initializer_list<std::string_view> lines);
 
     clsACUCalibration& m_Record;
@@ -71,8 +66,10 @@ class PressureRun {
     ProcedureWait m_Wait;
     AnswerWatch m_Watch;
     CalibrationLog m_Log;
-    std::array<PressurePoint, Points> m_Points{};
+    std::array<PressureReading, Points> m_Points{};
+    std::size_t m_PointsMeasured = 0;
     PressureCal m_Measured;
+    RunRecorder m_Recorder;
     CalibrationOutcome m_Outcome;
 };
 

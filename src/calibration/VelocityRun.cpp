@@ -14,7 +14,7 @@ VelocityRun::VelocityRun(clsACUCalibration& record, const CalibrationServices& s
                          EpromGuard& guard, CalibrationKind kind, bool unattended)
     : m_Record(record), m_Services(services), m_Guard(guard), m_Kind(kind),
       m_Unattended(unattended), m_World(services.TheStation.World), m_Log(m_World),
-      m_Report(services, record) {
+      m_Report(services, record), m_Recorder(services.TheStation, record, VelocityRunKind(kind)) {
     m_Measured.Kind = kind;
 }
 
@@ -28,6 +28,7 @@ CalibrationOutcome VelocityRun::CalibrateACUAirVelocity() {
         const clsACUCalibration::RunningCalibration running(m_Record, m_Cancel);
         Attempt([this] { Measure(); });
         m_Outcome.Aborted = !Running();
+        m_Recorder.Measured(m_Outcome.Passed, !m_Outcome.Aborted && m_Outcome.Error.empty());
         Attempt([this] { Store(); });
         m_Outcome.NoFurtherRun = !Running();
     }
@@ -36,6 +37,8 @@ CalibrationOutcome VelocityRun::CalibrateACUAirVelocity() {
     m_Log.CloseCalibrationLog();
     m_Outcome.Files.insert(m_Outcome.Files.begin(), m_Log.Files().begin(), m_Log.Files().end());
     m_Outcome.AllStored = m_Outcome.AllStored && m_Log.AllStored();
+    if (m_Recorder.Begun())
+        AddToHistory();
     m_Services.Stages.Stage_Complete(m_Outcome.Aborted, m_Outcome.Passed);
     if (!m_Outcome.Error.empty())
         TellOperator(m_World, "The calibration has been stopped.\r\n\r\n" + m_Outcome.Error,
@@ -74,6 +77,7 @@ void VelocityRun::Attempt(Work work) {
 void VelocityRun::Measure() {
     if (!m_Record.ACUInitialised())
         m_Record.ReadEPROMValues(*m_Services.TheStation.g_CurrentAIB);
+    m_Recorder.Begin(m_Unattended);
     m_Report.Open(m_Kind);
     MeasureChannels();
     m_Outcome.Passed = Running() && ReasonOfFailure().empty();
@@ -96,7 +100,7 @@ void VelocityRun::MeasureChannels() {
     MeasuringLoop loop(*m_Services.TheStation.g_CurrentAIB, air, wait, m_World.Time,
                        record.m_VelocitySystemDate == OleDate());
     const ChannelRunServices services{record, air,          loop, m_Services.Stages,
-                                      m_Log,  m_World.Time, wait};
+                                      m_Log,  m_World.Time, wait, m_Recorder};
     loop.AwaitAnswer();
     const auto measure = [&](std::size_t channel) {
         ChannelVelocityRun(services, m_Kind, static_cast<std::int32_t>(channel))
@@ -175,7 +179,9 @@ void VelocityRun::FinishAudit() {
                   "\r\n\r\nIf a failure has occurred more than once, please contact Quillon."
                   "\r\n\r\n" +
                   offer;
-    if (m_Unattended || AskYesNo(text) == Answer::Yes) {
+    const bool wanted = m_Unattended || AskYesNo(text) == Answer::Yes;
+    m_Recorder.AuditSheet(wanted);
+    if (wanted) {
         Note(CreateAuditSheet_PV16(m_Services, m_Record, m_Measured, m_Unattended));
         Stored(m_Outcome, [&] { m_Record.SaveVelocityAudit(m_Guard, m_Outcome.Passed, before); });
     }
@@ -214,6 +220,16 @@ void VelocityRun::Stop(const std::string& reason) {
     m_Outcome.Passed = false;
     m_Outcome.Error = reason;
     m_Log.LogCalibration("Calibration stopped: " + reason.substr(0, reason.find("\r\n")));
+}
+
+void VelocityRun::AddToHistory() {
+    HistoryEntry entry;
+    entry.Velocity = m_Measured;
+    if (const std::string reason = ReasonOfFailure();
+        !reason.empty() && !m_Outcome.Aborted && m_Outcome.Error.empty())
+        entry.Reasons.push_back(reason);
+    const bool stored = m_Recorder.End(m_Outcome, std::move(entry));
+    m_Outcome.AllStored = m_Outcome.AllStored && stored;
 }
 
 Answer VelocityRun::AskYesNo(const std::string& text) const {

@@ -5,6 +5,7 @@
 #include "calibration/CalibrationOutcome.h"
 #include "calibration/CalibrationReport.h"
 #include "calibration/CalibrationServices.h"
+#include "calibration/RunRecorder.h"
 #include "calibration/VelocityMeasurement.h"
 #include "platform/ProcedureGate.h"
 
@@ -45,6 +46,7 @@ class VelocityRun {
     void SaveReport();
     void Note(const WorkbookOutcome& workbook);
     void Stop(const std::string& reason);
+    void AddToHistory();
     Answer AskYesNo(const std::string& text) const;
 
     clsACUCalibration& m_Record;
@@ -57,6 +59,7 @@ class VelocityRun {
     CalibrationLog m_Log;
     CalibrationReport m_Report;
     VelocityMeasurement m_Measured;
+    RunRecorder m_Recorder;
     CalibrationOutcome m_Outcome;
 };
 

@@ -42,7 +42,7 @@ LastCalibration clsACUCalibration::LastCalDone_Pressure_Audit() const {
 }
 
 std::string clsACUCalibration::SerialNumberStr() const {
-    return fmt::format("ACU{:05}", m_AIB == nullptr ? 0 : m_AIB->SerialNumber());
+    return fmt::format("ACU{:05}", m_AIB == nullptr ? m_KeptSerial : m_AIB->SerialNumber());
 }
 
 void clsACUCalibration::Tell(const std::string& text, MessageIcon icon) const {

@@ -34,6 +34,10 @@ class clsACUCalibration : private ACURecord {
     /// @param claims the boards that this program has to itself
     clsACUCalibration(Platform& world, BoardClaims& claims) : m_World(world), m_Claims(claims) {}
 
+    /// A record that was kept elsewhere, for reports: it is bound to no board and drives nothing.
+    clsACUCalibration(Platform& world, const ACURecord& kept, std::int32_t serial)
+        : ACURecord(kept), m_World(world), m_KeptSerial(serial) {}
+
     /// All fields, for those who show or store them.
     const ACURecord& Record() const { return *this; }
 
@@ -156,6 +160,7 @@ class clsACUCalibration : private ACURecord {
     Platform& m_World;
     BoardClaims& m_Claims;
     clsAIB* m_AIB = nullptr;
+    std::int32_t m_KeptSerial = 0;
     AirChannelState m_AirState;
     /// Not owned; none while no calibration runs.
     Cancellation* m_RunningCalibration = nullptr;

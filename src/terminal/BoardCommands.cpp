@@ -6,6 +6,7 @@
 #include "board/EpromGuard.h"
 #include "calibration/modACUCalibration.h"
 #include "support/Text.h"
+#include "terminal/HistoryCommands.h"
 
 #include <fmt/format.h>
 
@@ -61,6 +62,7 @@ void DetectBoards(CommandContext& context) {
 
 clsAIB& ChosenBoard(CommandContext& context) {
     DetectBoards(context);
+    TellOfUnfinishedRuns(context);
     Station& station = context.TheStation;
     const std::int32_t count = station.g_AIBList.AIBCount();
     if (context.Board >= count)

@@ -5,6 +5,7 @@
 #include "terminal/CalibrationCommands.h"
 #include "terminal/EpromCommands.h"
 #include "terminal/HealthCheckCommand.h"
+#include "terminal/HistoryCommands.h"
 #include "terminal/RecordCommand.h"
 #include "terminal/RigCommands.h"
 #include "terminal/TestCommands.h"
@@ -192,6 +193,21 @@ void AddCalibrationCommands(CLI::App& app, CommandAdder& adder,
     adder.Add(app, "info-workbook", "Write the ACU information workbook", RunInfoWorkbook);
 }
 
+void AddHistoryCommands(CLI::App& app, CommandAdder& adder,
+                        const std::shared_ptr<Arguments>& args) {
+    CLI::App* history =
+        adder.Add(app, "history", "The calibrations that units have had",
+                  [args](CommandContext& context) { return RunHistory(context, args->Serial); });
+    history->add_option("--serial", args->Serial, "Serial number of one unit")
+        ->check(CLI::PositiveNumber);
+    CLI::App* report =
+        adder.Add(app, "report", "Make the workbooks of a calibration again from its journal",
+                  [args](CommandContext& context) { return RunReport(context, args->File); });
+    report
+        ->add_option("--journal", args->File, "The journal; without it, unfinished ones are named")
+        ->type_name("FILE");
+}
+
 void AddBenchTests(CLI::App& test, CommandAdder& adder, const std::shared_ptr<Arguments>& args) {
     adder.Add(test, "mfc", "Ten demand steps on each channel, up compared with down", RunMFCTest);
     adder.Add(test, "air-flow", "A flow board against a measure board", RunAirFlowTest);
@@ -239,6 +255,7 @@ void AddCommands(CLI::App& app, ChosenCommand& chosen) {
     AddEpromCommands(app, adder, arguments);
     AddHealthCheck(app, adder, arguments);
     AddCalibrationCommands(app, adder, arguments);
+    AddHistoryCommands(app, adder, arguments);
 
     CLI::App* test = app.add_subcommand("test", "Run a bench test");
     test->require_subcommand(1);

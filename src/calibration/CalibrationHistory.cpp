@@ -1,0 +1,66 @@
+#include "calibration/CalibrationHistory.h"
+
+#include "calibration/HistoryJson.h"
+#include "platform/TellOperator.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <sstream>
+
+namespace ombrix {
+
+namespace {
+
+std::string PathOf(std::int32_t serial) {
+    return fmt::format("{}ACU{:05}.jsonl", HistoryFolder, serial);
+}
+
+} // namespace
+
+bool AppendToHistory(Platform& world, HistoryEntry entry) {
+    entry.Limits = LimitsOf(entry.Kind);
+    try {
+        world.Files.CreateFolder(HistoryFolder);
+        const auto file = world.Files.OpenForAppending(PathOf(entry.Serial));
+        file->Write(LineOf(EntryJson(entry)));
+        file->Sync();
+        return true;
+    } catch (const DriveError& error) {
+        TellOperator(world,
+                     std::string("The run could not be added to the calibration history:\r\n\r\n") +
+                         error.what() + "\r\n\r\nPlease make room on the disk and keep the report.",
+                     MessageIcon::Warning);
+        return false;
+    }
+}
+
+std::vector<std::int32_t> UnitsWithHistory(const Drive& files) {
+    std::vector<std::int32_t> serials;
+    for (const std::string& name : files.FilesIn(HistoryFolder)) {
+        std::int32_t serial = 0;
+        if (std::sscanf(name.c_str(), "ACU%d", &serial) == 1 && PathOf(serial).ends_with(name))
+            serials.push_back(serial);
+    }
+    std::sort(serials.begin(), serials.end());
+    return serials;
+}
+
+CalibrationHistory ReadHistory(const Drive& files, std::int32_t serial) {
+    CalibrationHistory history;
+    if (!files.FileExists(PathOf(serial)))
+        return history;
+    std::istringstream text(files.ReadFile(PathOf(serial)));
+    for (std::string line; std::getline(text, line);) {
+        try {
+            history.Runs.push_back(EntryOf(SingleJson::parse(line)));
+            history.Runs.back().Line = line;
+        } catch (const std::exception&) {
+            ++history.DamagedLines;
+        }
+    }
+    return history;
+}
+
+} // namespace ombrix

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "calibration/VelocityMeasurement.h"
+#include "platform/Platform.h"
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace ombrix {
+
+/// Folder of the journals, ended by a backslash.
+inline constexpr const char* JournalFolder = R"(C:\Journals\)";
+inline constexpr const char* JournalEnding = ".jsonl";
+/// A run that goes on has a file of this ending beside its journal, locked by its program; a
+/// program that dies leaves the file without its lock.
+inline constexpr const char* RunningEnding = ".running";
+
+/// The file to which a run streams what it measures, line by line, so that a crash loses at most
+/// the last second. A disk that takes no journal is told once and never stops the run.
+class RunJournal {
+  public:
+    explicit RunJournal(Platform& world) : m_World(world) {}
+    RunJournal(const RunJournal&) = delete;
+    RunJournal& operator=(const RunJournal&) = delete;
+
+    /// Begins a journal of its own. @param name without folder and ending
+    void Open(const std::string& name, const std::string& header);
+    bool IsOpen() const { return m_File != nullptr; }
+    /// Adds a line, after the samples before it.
+    void Add(const std::string& line);
+    /// Adds a sample, which is written within a second.
+    void Sample(const TraceSample& sample);
+    /// Adds the last line and lets the run be over.
+    void Close(const std::string& last);
+
+  private:
+    using MachineTime = std::chrono::steady_clock;
+
+    void Write(bool sync);
+    void TakeSamples();
+    void GoOnWithout(const char* reason);
+
+    Platform& m_World;
+    std::string m_Path;
+    std::unique_ptr<FileLock> m_Running;
+    std::unique_ptr<OutputFile> m_File;
+    std::string m_Unwritten;
+    std::vector<TraceSample> m_Samples;
+    double m_Written_s = 0.0;
+    MachineTime::time_point m_Synced;
+};
+
+/// Path of the file that stands for the run going on beside a journal.
+std::string RunningMarkOf(const std::string& journal);
+
+} // namespace ombrix

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "calibration/CalibrationServices.h"
+#include "calibration/RemadeReport.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace ombrix {
+
+/// A run whose program was gone before it had ended. While the object lives, no other program
+/// takes it for unfinished.
+struct UnfinishedRun {
+    /// Path of its journal.
+    std::string Journal;
+    std::unique_ptr<FileLock> Hold;
+};
+
+/// The unfinished runs, in the order of their names; runs that are going on are not among them.
+std::vector<UnfinishedRun> FindUnfinishedRuns(Platform& world);
+
+/// Ends the journal and adds the run to the history of its unit. @param files of its report
+void SettleUnfinishedRun(Platform& world, const std::string& journal, const RecordedRun& run,
+                         const std::vector<std::filesystem::path>& files);
+
+/// One line that says which run it was and how far it had come.
+std::string Describe(const RecordedRun& run);
+
+/// Asks of each unfinished run whether to write the report of what there is, to discard it, or to
+/// ask again at the next start; and does that.
+void OfferUnfinishedRuns(const CalibrationServices& services);
+
+} // namespace ombrix

@@ -1,0 +1,133 @@
+#include "terminal/HistoryCommands.h"
+
+#include "calibration/CalibrationHistory.h"
+#include "calibration/RunJournal.h"
+#include "calibration/UnfinishedRuns.h"
+#include "platform/FolderDrive.h"
+#include "support/Text.h"
+#include "terminal/ProcedureResult.h"
+#include "terminal/TerminalStages.h"
+
+#include <fmt/format.h>
+
+#include <cstdio>
+
+namespace ombrix {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+namespace fs = std::filesystem;
+
+std::string RunText(const HistoryEntry& run) {
+    return fmt::format("ACU{:05}  {}  {:<27}  {:<11}  {:<12}  {}\n", run.Serial,
+                       DateText(run.When, "yyyy-mm-dd hh:nn:ss"), TitleOf(run.Kind), run.Verdict,
+                       run.Program.Computer, fmt::join(run.Reasons, "; "));
+}
+
+/// The unfinished run's journal among the program's own; nothing for a copy elsewhere.
+std::optional<std::string> OwnJournal(const Drive& files, const fs::path& journal) {
+    std::error_code error;
+    const fs::path folder = files.RealPath(JournalFolder);
+    return fs::equivalent(fs::absolute(journal).parent_path(), folder, error)
+               ? std::optional(JournalFolder + journal.filename().string())
+               : std::nullopt;
+}
+
+RecordedRun ReadRun(Platform& world, const fs::path& journal) {
+    try {
+        return ReadJournal(world, ReadWholeFile(journal));
+    } catch (const JournalError& error) {
+        throw CommandError(ExitStatus::NotStored, journal.string() + ": " + error.what());
+    }
+}
+
+CommandResult ListUnfinished(CommandContext& context) {
+    Platform& world = context.TheStation.World;
+    CommandResult result;
+    result.Json["journals"] = Json::array();
+    for (const UnfinishedRun& run : FindUnfinishedRuns(world)) {
+        const fs::path path = world.Files.RealPath(run.Journal);
+        std::string what;
+        try {
+            what = Describe(ReadJournal(world, world.Files.ReadFile(run.Journal)));
+        } catch (const JournalError& error) {
+            what = error.what();
+        }
+        result.Json["journals"].push_back({{"file", path.string()}, {"run", what}});
+        result.Text += fmt::format("{}\n  {}\n", path.string(), what);
+    }
+    if (result.Text.empty())
+        result.Text = "No run is unfinished.\n";
+    return result;
+}
+
+} // namespace
+
+CommandResult RunHistory(CommandContext& context, std::int32_t serial) {
+    const Drive& files = context.TheStation.World.Files;
+    CommandResult result;
+    result.Json["runs"] = Json::array();
+    int damaged = 0;
+    for (const std::int32_t unit : serial > 0 ? std::vector{serial} : UnitsWithHistory(files)) {
+        const CalibrationHistory history = ReadHistory(files, unit);
+        damaged += history.DamagedLines;
+        for (const HistoryEntry& run : history.Runs) {
+            result.Json["runs"].push_back(Json::parse(run.Line));
+            result.Text += RunText(run);
+        }
+    }
+    result.Json["damagedLines"] = damaged;
+    if (result.Text.empty())
+        result.Text = "No calibration has been run yet.\n";
+    if (damaged > 0)
+        result.Text += fmt::format("{} damaged line(s) have been passed over.\n", damaged);
+    return result;
+}
+
+CommandResult RunReport(CommandContext& context, const fs::path& journal) {
+    if (journal.empty())
+        return ListUnfinished(context);
+    Station& station = context.TheStation;
+    Drive& files = station.World.Files;
+    const RecordedRun run = ReadRun(station.World, journal);
+    const auto own = run.Ended ? std::nullopt : OwnJournal(files, journal);
+    const std::unique_ptr<FileLock> hold = own ? files.TryLock(RunningMarkOf(*own), "") : nullptr;
+    if (own && !hold)
+        throw CommandError(ExitStatus::NotPassed,
+                           journal.string() + ": this calibration is still going on.");
+    BoardDACSliders sliders(station);
+    TerminalStages stages;
+    NoWaitWindow wait;
+    const RemadeReport remade = MakeReport(
+        {station, sliders, stages, wait, context.Launcher, context.TemplatesFolder}, run);
+    CommandResult result;
+    result.Json["run"] = Describe(run);
+    result.Text = Describe(run) + "\n";
+    if (!MakesWorkbooks(run.Kind))
+        result.Text += "A run of this kind makes no workbook.\n";
+    AddFiles(result, remade.Files);
+    if (!remade.AllStored) {
+        result.Status = ExitStatus::NotStored;
+        result.Error = "A workbook could not be stored where it belongs.";
+    } else if (own) {
+        SettleUnfinishedRun(station.World, *own, run, remade.Files);
+    }
+    return result;
+}
+
+void TellOfUnfinishedRuns(CommandContext& context) {
+    try {
+        Platform& world = context.TheStation.World;
+        const std::vector<UnfinishedRun> runs = FindUnfinishedRuns(world);
+        if (!runs.empty())
+            fmt::print(stderr,
+                       "An unfinished calibration was found. Its report: ombrixctl report "
+                       "--journal '{}'\n",
+                       world.Files.RealPath(runs.front().Journal).string());
+    } catch (const DriveError&) {
+        // Not what the command is about.
+    }
+}
+
+} // namespace ombrix

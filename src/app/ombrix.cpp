@@ -7,9 +7,12 @@
 #include "mainwindow/QtProgramEnd.h"
 #include "mainwindow/SafeApplication.h"
 #include "mainwindow/SafeEnd.h"
+#include "mainwindow/WindowPlace.h"
 #include "mainwindow/frmAIBAccessories.h"
 
 #include <CLI/CLI.hpp>
+#include <QIcon>
+#include <QSettings>
 #include <QTimer>
 
 #include <exception>
@@ -17,6 +20,13 @@
 namespace {
 
 using namespace ombrix;
+
+QIcon ProgramIcon() {
+    QIcon icon;
+    for (const int size : {16, 32, 48, 256})
+        icon.addFile(QStringLiteral(":/icons/ombrix-%1.png").arg(size));
+    return icon;
+}
 
 int RunWindows(const StationOptions& options, SafeApplication& application,
                StopSignals& stopSignals) {
@@ -37,6 +47,8 @@ int RunWindows(const StationOptions& options, SafeApplication& application,
         };
         QObject::connect(&safeEnd, &QObject::destroyed,
                          [&application] { application.OnUnexpectedError = nullptr; });
+        QSettings settings(QSettings::IniFormat, QSettings::UserScope, "ombrix", "ombrix");
+        const WindowPlace place(window, settings);
         window.show();
         QTimer::singleShot(0, &window, [&window, &options] {
             if (window.DetectAndProgramAIBs())
@@ -66,5 +78,8 @@ int main(int argc, char** argv) {
     }
     StopSignals stopSignals; // before the toolkit's threads
     SafeApplication application(argc, argv);
+    QApplication::setWindowIcon(ProgramIcon());
+    // Where windows carry no icons of their own, the desktop takes that of the program's entry.
+    QGuiApplication::setDesktopFileName("org.ombrix.Ombrix");
     return RunWindows(options, application, stopSignals);
 }

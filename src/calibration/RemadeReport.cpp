@@ -77,7 +77,7 @@ void MakePressureSheet(const CalibrationServices& services, const clsACUCalibrat
 
 RemadeReport MakeReport(const CalibrationServices& services, const RecordedRun& run) {
     Station& station = services.TheStation;
-    const clsACUCalibration record(station.World, run.Unit, run.Serial);
+    const clsACUCalibration record(station.World, station.Claims, run.Unit, run.Serial);
     const OwnSaveFolder folder(station, record);
     RemadeReport remade;
     if (IsVelocity(run.Kind))

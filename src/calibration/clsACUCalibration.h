@@ -35,8 +35,9 @@ class clsACUCalibration : private ACURecord {
     clsACUCalibration(Platform& world, BoardClaims& claims) : m_World(world), m_Claims(claims) {}
 
     /// A record that was kept elsewhere, for reports: it is bound to no board and drives nothing.
-    clsACUCalibration(Platform& world, const ACURecord& kept, std::int32_t serial)
-        : ACURecord(kept), m_World(world), m_KeptSerial(serial) {}
+    clsACUCalibration(Platform& world, BoardClaims& claims, const ACURecord& kept,
+                      std::int32_t serial)
+        : ACURecord(kept), m_World(world), m_Claims(claims), m_KeptSerial(serial) {}
 
     /// All fields, for those who show or store them.
     const ACURecord& Record() const { return *this; }

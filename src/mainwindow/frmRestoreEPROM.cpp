@@ -5,6 +5,7 @@
 #include "support/modListView.h"
 
 #include <QFileDialog>
+#include <QLabel>
 #include <QPushButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>

@@ -51,7 +51,7 @@ TEST_P(PressureSystemTest, RecoversTheBenchsBackPressure) {
     const CalibrationOutcome outcome = Run(Kind::System);
     EXPECT_TRUE(outcome.Passed && outcome.Saved);
     EXPECT_TRUE(Told("ACU Pressure System Caibration Passed"));
-    clsACUCalibration stored(m_Bench->Bench.World);
+    clsACUCalibration stored(m_Bench->Bench.World, m_Bench->Bench.TheStation.Claims);
     stored.ReadEPROMValues(m_Bench->Board);
     const ACURecord& record = stored.Record();
     for (const float flow : {0.0F, 1000.0F, 2500.0F, 4000.0F}) {

@@ -62,7 +62,7 @@ TEST(VelocityInitialisation, AFreshUnitGetsATableThatItsAuditsConfirm) {
     EXPECT_LT(bench.Bench.FlowLater_bits(), TestBench::NoFlow_bits);
 
     // What is in the EPROM, read by a record that knows nothing of the run.
-    clsACUCalibration stored(bench.Bench.World);
+    clsACUCalibration stored(bench.Bench.World, bench.Bench.TheStation.Claims);
     ASSERT_TRUE(stored.ReadEPROMValues(bench.Board));
     EXPECT_EQ(stored.ACUMFCNumber(), "M9200777A");
     EXPECT_TRUE(stored.LastCalDone_Velocity_System().Passed);
@@ -111,7 +111,7 @@ class VelocityRunTest : public ::testing::Test {
     }
     void ExpectUntouched() {
         EXPECT_EQ(m_Bench->Eprom(), m_Before);
-        clsACUCalibration stored(m_Bench->Bench.World);
+        clsACUCalibration stored(m_Bench->Bench.World, m_Bench->Bench.TheStation.Claims);
         stored.ReadEPROMValues(m_Bench->Board);
         const ACURecord& record = m_Bench->Record().Record();
         EXPECT_EQ(record.m_VelocityCal, stored.Record().m_VelocityCal);

@@ -1,4 +1,5 @@
 // The ways in which a procedure on the bench ends early, the same for each of them.
+#include "board/RunningMark.h"
 #include "mainwindow/AirFlowTest.h"
 #include "mainwindow/BenchTestFixture.h"
 #include "mainwindow/DigitalMFCTest.h"
@@ -99,6 +100,9 @@ TEST_P(BenchTestEnds, BoardThatIsGoneEndsItWithinASecond) {
     EXPECT_NEAR(Now_s(), GetParam().LeftAt_s + 1.0, 0.2);
     EXPECT_TRUE(outcome.Files.empty() || LinesOf(outcome).size() > 1);
     EXPECT_NE(outcome.Error.find("does not answer"), std::string::npos);
+    EXPECT_NE(m_Bench->Messages.Shown.at(m_Bench->Messages.Shown.size() - 2).Text.find("FLOWING"),
+              std::string::npos);
+    EXPECT_TRUE(FindMark(*m_World, Board(0)->DevSerialNum())) << "for the next start";
     EXPECT_EQ(m_Bench->Messages.Shown.back().Text, GetParam().Heading + "\r\n\r\n" + outcome.Error);
 }
 

@@ -38,6 +38,8 @@ TEST_F(OmbrixctlTest, SelfTestHasAVerdict) {
 TEST_F(OmbrixctlTest, InputsAndOutputs) {
     EXPECT_EQ(RunSimulated("dac 2 70000").Result["value"], 65534);
     EXPECT_EQ(RunSimulated("dac 2 -7").Result["value"], 0);
+    RunSimulated("dac 0 30000");
+    EXPECT_NEAR(RunSimulated("adc").Result["adc"][0].get<int>(), 30000, 200) << "a board holds it";
     const Outcome failed = RunSimulated("--fault status:32@ReadReg adc");
     EXPECT_EQ(failed.Result["error"], "The pressure register cannot be read: AIB Timeout");
 }

@@ -1,0 +1,90 @@
+#include "board/DrivingProcedure.h"
+
+#include "board/RunningMark.h"
+#include "support/TestBench.h"
+
+#include <gtest/gtest.h>
+
+namespace ombrix {
+namespace {
+
+class DrivingProcedureTest : public ::testing::Test {
+  protected:
+    bool Marked() { return FindMark(m_Bench.World, m_Board->DevSerialNum()).has_value(); }
+    void Drive() {
+        for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel)
+            m_Board->SetDAC(channel, 30000);
+    }
+
+    TestBench m_Bench;
+    std::shared_ptr<clsAIB> m_Board = (m_Bench.Detect(), m_Bench.TheStation.g_CurrentAIB);
+};
+
+TEST_F(DrivingProcedureTest, AnExceptionLeavesEveryOutputOffAndNoMark) {
+    const auto procedure = [this] {
+        DrivingProcedure running(m_Bench.TheStation, "air test", {{m_Board}});
+        running.Begin();
+        EXPECT_TRUE(Marked());
+        Drive();
+        throw std::bad_alloc();
+    };
+    EXPECT_THROW(procedure(), std::bad_alloc);
+    for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel)
+        EXPECT_EQ(m_Bench.Bench.Board(0).DAC(channel), 0);
+    EXPECT_LT(m_Bench.FlowLater_bits(), TestBench::NoFlow_bits);
+    EXPECT_FALSE(Marked());
+    EXPECT_FALSE(m_Bench.TheStation.Procedures.Running());
+    EXPECT_TRUE(m_Bench.Messages.Shown.empty());
+}
+
+TEST_F(DrivingProcedureTest, BothModesAreSwitchedOffWhicheverIsSelected) {
+    for (const bool digital : {true, false}) {
+        m_Board->IsDigitalSetup(digital);
+        m_Board->SetDAC(0, 30000);
+        m_Board->IsDigitalSetup(!digital);
+        ASSERT_GT(m_Bench.FlowLater_bits(), 1000);
+        EXPECT_TRUE(m_Board->SwitchOutputsOff());
+        EXPECT_LT(m_Bench.FlowLater_bits(), TestBench::NoFlow_bits);
+        EXPECT_EQ(m_Board->IsDigitalSetup(), !digital);
+    }
+}
+
+TEST_F(DrivingProcedureTest, WhatTheOperatorDrivesGoesOnWhenNothingWasDriven) {
+    Drive();
+    {
+        DrivingProcedure running(m_Bench.TheStation, "calibration", {{m_Board}});
+        running.Begin();
+        running.LeaveOutputs();
+    }
+    EXPECT_EQ(m_Bench.Bench.Board(0).DAC(2), 30000);
+    EXPECT_FALSE(Marked());
+}
+
+TEST_F(DrivingProcedureTest, BoardOfAnotherProgramIsNotTouched) {
+    BoardClaims other(m_Bench.World);
+    ASSERT_TRUE(other.Claim(m_Board->DevSerialNum()));
+    LeaveMark(m_Bench.World, m_Board->DevSerialNum(), "its own");
+    Drive(); // as the other program does
+    {
+        DrivingProcedure running(m_Bench.TheStation, "air test", {{m_Board}});
+        EXPECT_THROW(running.Begin(), BoardInUse);
+    }
+    SwitchAllOff(m_Bench.TheStation);
+    EXPECT_EQ(m_Bench.Bench.Board(0).DAC(2), 30000);
+    EXPECT_TRUE(Marked());
+}
+
+TEST(OutputsOff, BoardThatRefusesOneOutputIsToldAboutAndTheOthersAreOff) {
+    TestBench bench("acu", {"status:32@MFCSetFlowrate"});
+    bench.Detect();
+    SwitchAllOff(bench.TheStation);
+    EXPECT_TRUE(bench.Messages.Shown.empty()) << "nothing was ever driven";
+    bench.TheStation.g_CurrentAIB->SetDAC(2, 30000);
+    SwitchAllOff(bench.TheStation);
+    ASSERT_EQ(bench.Messages.Shown.size(), 1U);
+    EXPECT_NE(bench.Messages.Shown[0].Text.find("Board 301 (USB)"), std::string::npos);
+    EXPECT_EQ(bench.Bench.Board(0).DAC(2), 0);
+}
+
+} // namespace
+} // namespace ombrix

@@ -1,0 +1,167 @@
+// The program ended in every way while it drives air: what the bench's outputs are then.
+#include "terminal/OmbrixctlTest.h"
+
+#include <chrono>
+#include <csignal>
+#include <sstream>
+#include <thread>
+#include <unistd.h>
+
+namespace ombrix {
+namespace {
+
+using namespace std::chrono_literals;
+namespace fs = std::filesystem;
+
+class Endings : public OmbrixctlTest {
+  protected:
+    /// Starts a program that ends by a signal at the latest, its input at its end.
+    pid_t Start(const std::string& program, const std::string& arguments) const {
+        const std::string line =
+            fmt::format("exec '{}' --data-root '{}' {} </dev/null >/dev/null 2>'{}'", program,
+                        m_Folder.Path().string(), arguments, ErrorFile().string());
+        const pid_t child = ::fork();
+        if (child == 0) {
+            ::execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
+            ::_exit(127);
+        }
+        return child;
+    }
+    /// What the outputs of all boards were told last, added up.
+    std::int64_t Outputs() const {
+        std::int64_t sum = 0;
+        for (const fs::path& file : Files("simulator", "OUTPUTS")) {
+            std::istringstream text(ReadWholeFile(file));
+            std::string name;
+            int channel = 0;
+            for (std::int64_t value = 0; text >> name >> channel >> value;)
+                sum += value;
+        }
+        return sum;
+    }
+    std::size_t Marks() const { return Files("Claims", "running").size(); }
+
+    template <class Condition>
+    static bool Await(Condition condition) {
+        const auto deadline = std::chrono::steady_clock::now() + 10s;
+        while (!condition() && std::chrono::steady_clock::now() < deadline)
+            std::this_thread::sleep_for(2ms);
+        return condition();
+    }
+    static int End(pid_t child, int signal) {
+        ::kill(child, signal);
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        return status;
+    }
+    void ExpectSafe() const {
+        EXPECT_EQ(Outputs(), 0);
+        EXPECT_EQ(Marks(), 0U);
+    }
+
+  private:
+    std::vector<fs::path> Files(const char* folder, const char* namePart) const {
+        std::vector<fs::path> files;
+        std::error_code none;
+        for (const auto& entry : fs::directory_iterator(m_Folder.Path() / folder, none)) {
+            if (entry.path().filename().string().find(namePart) != std::string::npos)
+                files.push_back(entry.path());
+        }
+        return files;
+    }
+};
+
+struct Driving {
+    const char* Arguments;
+    /// From the first air to the signal: another phase of the procedure.
+    std::chrono::milliseconds Later = 0ms;
+};
+
+class EndedWhileDriving : public Endings,
+                          public ::testing::WithParamInterface<std::tuple<Driving, int>> {};
+
+constexpr const char* Sweep = "--simulate --time-scale 20 test air-sweep";
+
+INSTANTIATE_TEST_SUITE_P(
+    Procedures, EndedWhileDriving,
+    ::testing::Combine(
+        ::testing::Values(Driving{Sweep}, Driving{Sweep, 350ms},
+                          Driving{"--simulate=plain --time-scale 20 health-check --short"},
+                          Driving{"--simulate --yes --time-scale 40 test mfc"},
+                          Driving{"--simulate=rig --time-scale 20 test rig"},
+                          Driving{"--simulate=airflow --time-scale 20 test air-flow"}),
+        ::testing::Values(SIGINT, SIGTERM, SIGHUP, SIGKILL)));
+INSTANTIATE_TEST_SUITE_P(
+    Calibrations, EndedWhileDriving,
+    ::testing::Combine(
+        ::testing::Values(Driving{"--simulate --yes --time-scale 200 calibrate velocity-system"},
+                          Driving{"--simulate --yes --time-scale 40 calibrate pressure-audit"}),
+        ::testing::Values(SIGKILL)));
+
+TEST_P(EndedWhileDriving, NoAirFlowsAfterwardsOrTheNextStartSwitchesItOff) {
+    const auto& [driving, signal] = GetParam();
+    const pid_t child = Start(OMBRIXCTL, driving.Arguments);
+    ASSERT_TRUE(Await([this] { return Outputs() > 0; })) << Errors();
+    std::this_thread::sleep_for(driving.Later);
+    const int status = End(child, signal);
+    if (signal != SIGKILL) {
+        EXPECT_EQ(WEXITSTATUS(status), 1) << "cancelled";
+        ExpectSafe();
+        return;
+    }
+    EXPECT_GT(Outputs(), 0) << "the bench holds what it was told";
+    const std::string bench = std::string(driving.Arguments).substr(0, 18);
+    EXPECT_EQ(Run(bench.substr(0, bench.find(' ')) + " detect").Status, 0);
+    ExpectSafe();
+    EXPECT_NE(Errors().find("The program ended during"), std::string::npos) << Errors();
+    Run(bench.substr(0, bench.find(' ')) + " detect");
+    EXPECT_EQ(Errors(), "") << "told once";
+}
+
+TEST_F(Endings, BoardThatDoesNotAnswerKeepsItsMarkUntilItTakesTheZeros) {
+    Run("--simulate --time-scale max --fault unplug@5 test air-sweep");
+    EXPECT_GT(Outputs(), 0);
+    EXPECT_NE(Errors().find("AIR MAY STILL BE FLOWING"), std::string::npos);
+    EXPECT_NE(Errors().find("close the air supply"), std::string::npos);
+    RunSimulated("--fault status:32@SetDAC detect");
+    EXPECT_NE(Errors().find("AIR MAY STILL BE FLOWING"), std::string::npos);
+    EXPECT_EQ(Marks(), 1U);
+    RunSimulated("detect");
+    ExpectSafe();
+}
+
+TEST_F(Endings, BoardOfAnotherProgramIsNeitherDrivenNorSwitchedOff) {
+    const pid_t other = Start(OMBRIXCTL, Sweep);
+    ASSERT_TRUE(Await([this] { return Outputs() > 0; }));
+    const std::string holder = fmt::format("ombrixctl, process {} on", other);
+    for (const char* command : {"dac 0 0", "uart set 0 0", "test air-sweep", "health-check --short",
+                                "--yes calibrate velocity-audit"}) {
+        const Outcome refused = RunSimulated(command);
+        EXPECT_EQ(refused.Status, 1) << command;
+        EXPECT_NE(refused.Result["error"].get<std::string>().find(holder), std::string::npos)
+            << refused.Result["error"];
+    }
+    EXPECT_EQ(RunSimulated("adc").Status, 0);
+    EXPECT_NE(Errors().find("Board 301 is in use by " + holder), std::string::npos);
+    EXPECT_GT(Outputs(), 0);
+    EXPECT_EQ(Marks(), 1U);
+    End(other, SIGTERM);
+    ExpectSafe();
+    EXPECT_EQ(RunSimulated("dac 0 0").Status, 0);
+}
+
+TEST_F(Endings, WindowProgramRecoversAtItsStartAndEndsWithADialogOpen) {
+    ASSERT_TRUE(::setenv("QT_QPA_PLATFORM", "offscreen", 1) == 0);
+    const pid_t killed = Start(OMBRIXCTL, Sweep);
+    ASSERT_TRUE(Await([this] { return Outputs() > 0; }));
+    End(killed, SIGKILL);
+    const pid_t window = Start(OMBRIX, "--simulate");
+    EXPECT_TRUE(Await([this] { return Marks() == 0; }));
+    std::this_thread::sleep_for(100ms); // the message about it stands by now
+    const int status = End(window, SIGTERM);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    ExpectSafe();
+}
+
+} // namespace
+} // namespace ombrix

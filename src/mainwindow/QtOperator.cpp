@@ -86,7 +86,9 @@ Answer QtOperator::Ask(const Message& message) {
     box.setObjectName(QStringLiteral("messageBox"));
     box.setTextFormat(Qt::PlainText);
     FitToLines(box);
-    return AnswerOf(box.exec());
+    const int button = box.exec();
+    // A box that was taken away has no button clicked.
+    return m_NobodyIsThere ? RefusalOf(message.Buttons) : AnswerOf(button);
 }
 
 std::optional<std::string> QtOperator::AskText(const std::string& prompt,

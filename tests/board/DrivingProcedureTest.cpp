@@ -37,16 +37,18 @@ TEST_F(DrivingProcedureTest, AnExceptionLeavesEveryOutputOffAndNoMark) {
     EXPECT_TRUE(m_Bench.Messages.Shown.empty());
 }
 
-TEST_F(DrivingProcedureTest, BothModesAreSwitchedOffWhicheverIsSelected) {
-    for (const bool digital : {true, false}) {
-        m_Board->IsDigitalSetup(digital);
-        m_Board->SetDAC(0, 30000);
-        m_Board->IsDigitalSetup(!digital);
-        ASSERT_GT(m_Bench.FlowLater_bits(), 1000);
-        EXPECT_TRUE(m_Board->SwitchOutputsOff());
-        EXPECT_LT(m_Bench.FlowLater_bits(), TestBench::NoFlow_bits);
-        EXPECT_EQ(m_Board->IsDigitalSetup(), !digital);
-    }
+TEST_F(DrivingProcedureTest, OutputsOfTheModeThatIsNotSelectedAreSwitchedOffToo) {
+    m_Board->IsDigitalSetup(false);
+    Drive();
+    m_Board->IsDigitalSetup(true);
+    EXPECT_TRUE(m_Board->SwitchOutputsOff());
+    EXPECT_EQ(m_Bench.Bench.Board(0).DAC(0), 0);
+    EXPECT_TRUE(m_Board->IsDigitalSetup());
+
+    TestBench refusing("acu", {"status:32@MFCSetFlowrate", "not-ready:0"});
+    clsAIB& board = refusing.Detect();
+    board.IsDigitalSetup(false);
+    EXPECT_FALSE(board.SwitchOutputsOff()) << "the digital demands were not tried";
 }
 
 TEST_F(DrivingProcedureTest, WhatTheOperatorDrivesGoesOnWhenNothingWasDriven) {

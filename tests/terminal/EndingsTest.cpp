@@ -30,7 +30,7 @@ class Endings : public OmbrixctlTest {
     /// What the outputs of all boards were told last, added up.
     std::int64_t Outputs() const {
         std::int64_t sum = 0;
-        for (const fs::path& file : Files("simulator", "OUTPUTS")) {
+        for (const fs::path& file : Files("simulator", "OUTPUTS", ".txt")) {
             std::istringstream text(ReadWholeFile(file));
             std::string name;
             int channel = 0;
@@ -39,7 +39,7 @@ class Endings : public OmbrixctlTest {
         }
         return sum;
     }
-    std::size_t Marks() const { return Files("Claims", "running").size(); }
+    std::size_t Marks() const { return Files("Claims", "AIB", ".running").size(); }
 
     template <class Condition>
     static bool Await(Condition condition) {
@@ -60,11 +60,12 @@ class Endings : public OmbrixctlTest {
     }
 
   private:
-    std::vector<fs::path> Files(const char* folder, const char* namePart) const {
+    std::vector<fs::path> Files(const char* folder, const char* start, const char* ending) const {
         std::vector<fs::path> files;
         std::error_code none;
         for (const auto& entry : fs::directory_iterator(m_Folder.Path() / folder, none)) {
-            if (entry.path().filename().string().find(namePart) != std::string::npos)
+            const std::string name = entry.path().filename().string();
+            if (name.starts_with(start) && name.ends_with(ending))
                 files.push_back(entry.path());
         }
         return files;

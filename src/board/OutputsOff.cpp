@@ -15,7 +15,7 @@ namespace {
 bool IsOurs(Station& station, const clsAIB& board) {
     try {
         return station.Claims.Claim(board.DevSerialNum());
-    } catch (const DriveError&) {
+    } catch (const std::exception&) {
         return true;
     }
 }

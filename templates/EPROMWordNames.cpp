@@ -1,5 +1,6 @@
 #include "EPROMWordNames.h"
 
+#include "board/ACUMemoryMap.h"
 #include "board/EpromFields.h"
 
 #include <fmt/format.h>
@@ -34,10 +35,13 @@ std::string WordName(const EpromField& field, std::int32_t word) {
 
 std::vector<EPROMWord> EPROMWords() {
     std::vector<EPROMWord> words;
-    for (const EpromField& field : EpromFields())
+    for (EpromField field : EpromFields()) {
+        if (field.Address == ACUMemoryMap::DataVersion_USB)
+            field.Name.clear(); // the report names it by the kind of the board
         for (std::int32_t word = 0; word < field.Words; ++word)
             words.push_back({field.Address + word * EpromImage::WordBytes, WordName(field, word),
                              KindText(field)});
+    }
     return words;
 }
 

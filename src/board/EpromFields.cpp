@@ -46,6 +46,7 @@ class FieldTable {
 };
 
 void AddVelocity(FieldTable& fields) {
+    fields.Add(Map::DataVersion_USB, "Data version", EpromKind::Long);
     fields.Add(Map::CalibrationPoints, "Calibration points", EpromKind::Long);
     fields.Add(Map::HasSolenoidValves, "Has solenoid valves", EpromKind::Long);
     fields.Add(Map::DigitalMFCConfig, "Digital MFC config", EpromKind::Long);

@@ -22,7 +22,7 @@ struct EpromField {
 };
 
 /// Everything in an EPROM, in the order of the addresses: each of the 512 words belongs to one
-/// field. Identity and version words, which differ between boards, are left without a name.
+/// field. The first two words, which differ between kinds of boards, have no name.
 std::vector<EpromField> EpromFields();
 
 /// What stands in a field, for people: a number, a date and time, or a text in quotes.

@@ -1,5 +1,6 @@
 #include "board/EpromGuard.h"
 
+#include "board/AnswerWatch.h"
 #include "board/modAIB.h"
 #include "platform/ProgramLog.h"
 
@@ -38,6 +39,16 @@ std::string Listed(const std::vector<EpromDifference>& differences,
     if (differences.size() > ListedPlaces)
         text += fmt::format("\r\n   and {} more", differences.size() - ListedPlaces);
     return text;
+}
+
+EpromImage ReadImage(clsAIB& board) {
+    try {
+        return EpromImage::Read(board);
+    } catch (const BoardError& error) {
+        throw BoardError(fmt::format("The board does not answer: {}.\r\n\r\nPlease check its cable "
+                                     "and its power, then detect the boards again.",
+                                     error.what()));
+    }
 }
 
 } // namespace
@@ -87,8 +98,8 @@ void EpromGuard::RequireSameBoard() const {
 }
 
 void EpromGuard::ReadSteadily() {
-    m_Content = EpromImage::Read(m_Board);
-    const auto differences = EpromDifferences(m_Content, EpromImage::Read(m_Board));
+    m_Content = ReadImage(m_Board);
+    const auto differences = EpromDifferences(m_Content, ReadImage(m_Board));
     if (!differences.empty())
         Refuse("The link to the board is unsteady. Two readings of its EPROM differ:\r\n" +
                Listed(differences, PlaceText) +

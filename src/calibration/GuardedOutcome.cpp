@@ -1,6 +1,6 @@
 #include "calibration/GuardedOutcome.h"
 
-#include <exception>
+#include "board/AnswerWatch.h"
 
 namespace ombrix {
 
@@ -13,12 +13,14 @@ bool Stored(CalibrationOutcome& outcome, const std::function<void()>& save) {
     try {
         save();
         return true;
-    } catch (const std::exception& error) {
+    } catch (const EpromError& error) {
         outcome.AllStored = false;
         outcome.NotInEprom = true;
         outcome.Error = error.what();
-        return false;
+    } catch (const BoardError& error) {
+        outcome.Error = error.what();
     }
+    return false;
 }
 
 } // namespace ombrix

@@ -8,7 +8,7 @@
 namespace ombrix {
 
 /// Makes a guard ready before a run drives anything: what is measured is to be stored in the
-/// end. False, and noted in the outcome, when the EPROM may not be written.
+/// end. False, and noted in the outcome, when the EPROM may not be written or cannot be read.
 bool Admits(EpromGuard& guard, CalibrationOutcome& outcome);
 
 /// Has a run's result stored. False, and noted in the outcome, when the EPROM does not hold it.

@@ -47,10 +47,11 @@ PressureRun::PressureRun(clsACUCalibration& record, const CalibrationServices& s
 
 CalibrationOutcome PressureRun::CalibrateACUPressure() {
     m_Services.Stages.Stage_RunNext();
-    if (const std::string reason = Unready(); !reason.empty()) {
+    const std::string unready = Unready();
+    if (!unready.empty()) {
         m_Outcome.NothingDriven = true;
-        m_Outcome.Error = reason;
-        TellOperator(m_World, reason, MessageIcon::Warning);
+        m_Outcome.Error = unready;
+        TellOperator(m_World, unready, MessageIcon::Warning);
     } else if (!Confirmed()) {
         m_Outcome.NothingDriven = m_Outcome.Aborted = true;
     } else if (Admits(m_Guard, m_Outcome)) {
@@ -67,7 +68,7 @@ CalibrationOutcome PressureRun::CalibrateACUPressure() {
         AddToHistory();
     }
     m_Services.Stages.Stage_Complete(m_Outcome.Aborted, m_Outcome.Passed);
-    if (!m_Outcome.Error.empty() && (!m_Outcome.NothingDriven || m_Outcome.NotInEprom))
+    if (!m_Outcome.Error.empty() && unready.empty())
         TellOperator(m_World, "The calibration has been stopped.\r\n\r\n" + m_Outcome.Error,
                      MessageIcon::Critical);
     return m_Outcome;

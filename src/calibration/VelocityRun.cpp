@@ -31,6 +31,8 @@ CalibrationOutcome VelocityRun::CalibrateACUAirVelocity() {
         m_Recorder.Measured(m_Outcome.Passed, !m_Outcome.Aborted && m_Outcome.Error.empty());
         Attempt([this] { Store(); });
         m_Outcome.NoFurtherRun = !Running();
+    } else {
+        LogStop();
     }
     if (m_Outcome.Aborted)
         m_Log.LogCalibration("Calibration cancelled by the operator");
@@ -219,6 +221,11 @@ void VelocityRun::Stop(const std::string& reason) {
     m_Record.Air(m_Services.Sliders).AllChannelsOff();
     m_Outcome.Passed = false;
     m_Outcome.Error = reason;
+    LogStop();
+}
+
+void VelocityRun::LogStop() {
+    const std::string& reason = m_Outcome.Error;
     m_Log.LogCalibration("Calibration stopped: " + reason.substr(0, reason.find("\r\n")));
 }
 

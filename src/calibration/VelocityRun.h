@@ -47,6 +47,7 @@ class VelocityRun {
     void Note(const WorkbookOutcome& workbook);
     void Stop(const std::string& reason);
     void AddToHistory();
+    void LogStop();
     Answer AskYesNo(const std::string& text) const;
 
     clsACUCalibration& m_Record;

@@ -10,6 +10,7 @@ class EpromTest : public ::testing::Test {
   protected:
     TestBench m_Bench{"fresh"};
     clsAIB& m_Board = m_Bench.Detect();
+    clsAIB::EpromWriting m_Writing{m_Board};
 
     std::int32_t Word(std::int32_t address) {
         std::int32_t word = 0;
@@ -69,6 +70,7 @@ TEST_F(EpromTest, ErasedFieldsReadAsTheyShould) {
 TEST(EpromFaults, TheAddressAdvancesPastWhatCouldNotBeTransferred) {
     TestBench bench("fresh", {"status:32@WriteEEPROM", "status:3@ReadEEPROM"});
     clsAIB& board = bench.Detect();
+    const clsAIB::EpromWriting writing(board);
     std::int32_t address = 100;
     EXPECT_EQ(board.WriteEPROMLng(address, 1), 32);
     EXPECT_EQ(address, 104);

@@ -1,4 +1,5 @@
 #include "board/ACUMemoryMap.h"
+#include "board/EpromGuard.h"
 #include "calibration/modACUCalibration.h"
 #include "support/TestBench.h"
 
@@ -24,7 +25,7 @@ class ACUCalibrationTest : public ::testing::Test {
     }
     void SetUp() override { UseBench("acu"); }
 
-    void Put(std::int32_t address, std::int32_t word) { m_Board->WriteEPROM(address, word); }
+    void Put(std::int32_t address, std::int32_t word) { PutWord(*m_Board, address, word); }
     std::int32_t Word(std::int32_t address) {
         std::int32_t word = 0;
         m_Board->ReadEPROM(address, word);
@@ -113,8 +114,8 @@ TEST_F(ACUCalibrationTest, NoCalibrationPointsAreAnError) {
 }
 
 TEST_F(ACUCalibrationTest, WithoutAVelocityCalibrationNothingElseIsRead) {
-    std::int32_t address = Map::VelocitySystemDate;
-    m_Board->WriteEPROMDate(address, OleDate());
+    Put(Map::VelocitySystemDate, 0);
+    Put(Map::VelocitySystemDate + 4, 0);
     Read();
     EXPECT_EQ(Record().m_VelocityCal[0], ACUChannelCal{});
     EXPECT_EQ(Calibration().LastCalDone_Velocity_Audit().CalDate, OleDate());
@@ -151,6 +152,7 @@ TEST_F(ACUCalibrationTest, WritingTheWholeRecordStoresWhatWasRead) {
         if (!isGap)
             Put(address, 0x5A5A5A5A);
     }
+    const clsAIB::EpromWriting writing(*m_Board);
     Calibration().WriteEPROM();
     const std::string after = m_Bench->Bench.Board(0).Eprom().Image();
     // Beside the record's own fields: the unused demand areas of channels 1 to 3, the tables
@@ -167,18 +169,20 @@ TEST_F(ACUCalibrationTest, WritingTheWholeRecordStoresWhatWasRead) {
 
 TEST_F(ACUCalibrationTest, TheMFCNumberIsCutPaddedAndKept) {
     Read();
-    Calibration().WriteEPROM_MFCNumber("m92-001 23Z and more");
+    EpromGuard guard(m_Bench->TheStation, "test");
+    Calibration().SaveMFCNumber(guard, "m92-001 23Z and more");
     EXPECT_EQ(Word(Map::MFCNumber + 8), 0x205A3332) << "\"23Z \"";
     EXPECT_EQ(Calibration().MFCSerialNumber_Clean(), "9200123Z");
-    Calibration().WriteEPROM_MFCNumber("M1");
+    Calibration().SaveMFCNumber(guard, "M1");
     Put(Map::MFCNumber, 0);
-    Calibration().WriteEPROM_MFCNumber("");
+    Calibration().SaveMFCNumber(guard, "");
     EXPECT_EQ(Word(Map::MFCNumber), 0x2020314D) << "an empty number rewrites the present one";
 }
 
 TEST_F(ACUCalibrationTest, AnUncalibratedPressureStoresOnlyItsMark) {
     Read();
     const std::int32_t coefficient = Word(Map::PressureCoeff);
+    const clsAIB::EpromWriting writing(*m_Board);
     Calibration().WriteEPROM_PressureSystem(true);
     EXPECT_EQ(Word(Map::BaseDiameter), 0);
     EXPECT_EQ(Word(Map::PressureCoeff), coefficient);

@@ -80,8 +80,8 @@ TEST(ACUInformation, AFireWireBoardKeepsItsVersionInTheFirstWord) {
 TEST(ACUInformation, ARecordOfRandomBitsGivesNoErrorCells) {
     Information information("acu");
     // An infinite slope, a date of no calendar.
-    information.Board.WriteEPROM(88, 0x7F800000);
-    information.Board.WriteEPROM(500, 0x7FEFFFFF);
+    PutWord(information.Board, 88, 0x7F800000);
+    PutWord(information.Board, 500, 0x7FEFFFFF);
     information.Board.Calibration().ReadEPROMValues(information.Board);
     WorkbookProbe book = information.Made();
     EXPECT_EQ(book.Value("ACU", "C24"), "(no number)");

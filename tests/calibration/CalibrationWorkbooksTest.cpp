@@ -60,6 +60,7 @@ TEST(CalibrationFolders, NoMFCNumberLeadsOutOfItsFolder) {
          {"a\tb\x7F", "a_b_"}}};
     for (const auto& [number, folder] : numbers) {
         CalibrationBench bench("acu");
+        const clsAIB::EpromWriting writing(bench.Board);
         bench.Record().WriteEPROM_MFCNumber(number);
         const std::string stamp = DateText(bench.Bench.Time.Now(), "yymmdd_hhnnss");
         const auto saved = CreateAuditSheet_PV17(bench.Services, bench.Record(), Flows, true);

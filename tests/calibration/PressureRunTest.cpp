@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <bit>
 
 namespace ombrix {
 namespace {
@@ -95,8 +96,8 @@ TEST_F(PressureRunTest, AfterItAnOpenBaseReadsZeroAtAnyFlow) {
 
 TEST_F(PressureRunTest, TooMuchOffsetFailsTheAuditAsTooLittleDoes) {
     Use("plain");
-    std::int32_t address = 756; // the polynomial's slope
-    m_Bench->Board.WriteEPROMSng(address, 2.0F * m_Bench->Record().Record().m_PressureCoeff[1]);
+    const float slope = m_Bench->Record().Record().m_PressureCoeff[1];
+    PutWord(m_Bench->Board, 756, std::bit_cast<std::int32_t>(2.0F * slope));
     m_Bench->Record().ReadEPROMValues(m_Bench->Board);
     const CalibrationOutcome audit = Run(Kind::Audit);
     EXPECT_FALSE(audit.Passed);
@@ -172,7 +173,7 @@ TEST_F(PressureRunTest, UnitsThatCannotBeMeasuredAreToldSo) {
     EXPECT_TRUE(Told("before the velocity"));
 
     Use("plain");
-    m_Bench->Board.WriteEPROM(600, 0);
+    PutWord(m_Bench->Board, 600, 0);
     m_Bench->Record().ReadEPROMValues(m_Bench->Board);
     EXPECT_FALSE(Run(Kind::Audit).Passed);
     EXPECT_TRUE(Told("names no pressure sensor"));

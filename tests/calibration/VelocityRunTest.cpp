@@ -330,7 +330,7 @@ TEST_F(VelocityRunTest, AFullDiskDoesNotLoseTheCalibration) {
 
 TEST_F(VelocityRunTest, ARecordWithoutPointsIsNotCalibrated) {
     Use("acu");
-    m_Bench->Board.WriteEPROM(32, 1);
+    PutWord(m_Bench->Board, 32, 1);
     m_Bench->Record().ReadEPROMValues(m_Bench->Board);
     const CalibrationOutcome outcome = Run(Kind::System);
     EXPECT_FALSE(outcome.Passed);

@@ -116,7 +116,7 @@ TEST(MFCStepSensors, ThePressureColumnFollowsTheSensor) {
     for (const std::int32_t sensor : {0, 1, 2}) {
         TestBench bench("acu");
         clsAIB& board = bench.Detect();
-        board.WriteEPROM(44, sensor);
+        PutWord(board, 44, sensor);
         board.Calibration().ReadEPROMValues(board);
         BoardDACSliders sliders(bench.TheStation);
         clsHiResTimer timer(bench.Time);

@@ -129,6 +129,7 @@ TEST_F(DigitalMFCTestTest, CancelBeforeTheFirstSampleLeavesNoFile) {
 
 TEST_F(DigitalMFCTestTest, MFCNumberCannotLeadOutOfTheFolder) {
     Use("acu");
+    const clsAIB::EpromWriting writing(*m_Station->g_CurrentAIB);
     m_Station->g_CurrentAIB->Calibration().WriteEPROM_MFCNumber(R"(..\M/1)");
     At(5.0, [this] { m_Cancel(); });
     EXPECT_EQ(Run().Outcome.Files.at(0).filename(), "ACU_301____M_1_20240315_140514.csv");

@@ -1,12 +1,27 @@
 #include "mainwindow/WindowBench.h"
 
+#include <QDir>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTimer>
+#include <QTreeWidget>
+
+#include <functional>
 
 namespace ombrix {
 namespace {
+
+/// Acts on the modal window of that kind as soon as it stands.
+template <class Window>
+void OnceShown(std::function<void(Window&)> act) {
+    QTimer::singleShot(0, [act = std::move(act)] {
+        auto* window = qobject_cast<Window*>(QApplication::activeModalWidget());
+        ASSERT_NE(window, nullptr);
+        act(*window);
+    });
+}
 
 class EPROMPanelTest : public ::testing::Test {
   protected:
@@ -22,6 +37,8 @@ class EPROMPanelTest : public ::testing::Test {
         m_Bench.Bench.TheStation.g_CurrentAIB->ReadEPROM(address, word);
         return word;
     }
+
+    std::string Image() { return m_Bench.Bench.Bench.Board(0).Eprom().Image(); }
 
     WindowBench m_Bench;
 };
@@ -80,6 +97,38 @@ TEST_F(EPROMPanelTest, ToAllAsksAndThenWritesEveryWord) {
     EXPECT_EQ(m_Bench.LabelText("lblCurrentValueDec"), "0");
 }
 
+TEST_F(EPROMPanelTest, ASavedContentIsShownAndBroughtBack) {
+    const std::string before = Image();
+    Scroll(256);
+    Type("0");
+    m_Bench.Click("cmdWriteValue"); // the first characters of the MFC number
+    ASSERT_EQ(m_Bench.Find<QLineEdit>("txtMFCNumber").text(), "M9200301A")
+        << "shown as it was read";
+    for (const char* button : {"cmdCancelRestore", "cmdRestoreNow"}) {
+        EXPECT_NE(Image(), before);
+        OnceShown<QFileDialog>([](QFileDialog& dialog) {
+            const QDir folder = dialog.directory();
+            EXPECT_EQ(folder.dirName(), "Backups");
+            dialog.selectFile(folder.filePath(folder.entryList({"*EPROM Word 1024.bin"}).at(0)));
+            OnceShown<QFileDialog>(
+                [](QFileDialog& chosen) { QTest::keyClick(&chosen, Qt::Key_Return); });
+        });
+        QTimer::singleShot(200, [button] {
+            auto* form = WindowBench::TopLevel("frmRestoreEPROM");
+            ASSERT_NE(form, nullptr);
+            auto& list = WindowBench::FindIn<QTreeWidget>(*form, "lvwDifferences");
+            ASSERT_EQ(list.topLevelItemCount(), 1);
+            EXPECT_EQ(list.topLevelItem(0)->text(1), "MFC number");
+            EXPECT_EQ(list.topLevelItem(0)->text(3), "\"M9200301A\"");
+            WindowBench::FindIn<QAbstractButton>(*form, button).click();
+        });
+        m_Bench.Click("cmdRestore");
+    }
+    EXPECT_EQ(Image(), before);
+    EXPECT_EQ(m_Bench.LabelText("lblCurrentValue"), "3032394D");
+    EXPECT_EQ(m_Bench.Bench.Messages.Shown.back().Text, "The EPROM holds what the file holds.");
+}
+
 TEST_F(EPROMPanelTest, ThePressureRegisterIsPolledWhileTheButtonSaysSo) {
     auto& button = m_Bench.Find<QPushButton>("Command1");
     const auto* timer = m_Bench.Window.findChild<QTimer*>("Timer1");
@@ -91,6 +140,14 @@ TEST_F(EPROMPanelTest, ThePressureRegisterIsPolledWhileTheButtonSaysSo) {
     m_Bench.Click("Command1");
     EXPECT_EQ(button.text(), "Not Recording");
     EXPECT_FALSE(timer->isActive());
+}
+
+TEST(EPROMPanelFaults, AWordThatDoesNotHoldIsToldAndShownAsItIs) {
+    WindowBench bench("acu", {"eprom-flip"});
+    bench.Click("cmdWriteValue");
+    EXPECT_EQ(bench.Bench.Messages.Shown.back().Icon, MessageIcon::Critical);
+    EXPECT_EQ(bench.LabelText("lblCurrentValue"), "1");
+    EXPECT_EQ(bench.LabelText("lblValueError"), "");
 }
 
 TEST(EPROMPanelFaults, AWordThatCannotBeReadShowsNoValue) {

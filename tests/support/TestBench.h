@@ -101,6 +101,12 @@ class ThrowingEnd final : public ProgramEnd {
     void EndProgram(ExitStatus status) override { throw ProgramEnded{status}; }
 };
 
+/// Puts a word into a board's EPROM past the guard that the program's own writing has.
+inline void PutWord(clsAIB& board, std::int32_t address, std::int32_t word) {
+    const clsAIB::EpromWriting writing(board);
+    board.WriteEPROM(address, word);
+}
+
 /// A station on a simulated bench in virtual time, with its data in a temporary folder.
 class TestBench {
   public:

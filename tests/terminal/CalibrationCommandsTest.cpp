@@ -62,18 +62,6 @@ TEST_F(OmbrixctlTest, ASingleRunTellsWhatItCameTo) {
     EXPECT_EQ(audit.Result["saved"], false) << "an audit stores no coefficients";
 }
 
-TEST_F(OmbrixctlTest, AnEpromThatDoesNotTakeTheTableIsFoundOut) {
-    for (const char* kind : {"velocity-system", "pressure-system"}) {
-        const Outcome outcome =
-            Run(std::string(
-                    "--simulate=plain --yes --time-scale max --fault eprom-readonly calibrate ") +
-                kind);
-        EXPECT_EQ(outcome.Status, 4) << kind;
-        EXPECT_EQ(outcome.Result["saved"], false) << kind;
-        EXPECT_NE(Errors().find("The EPROM does not hold what was written."), std::string::npos);
-    }
-}
-
 TEST_F(OmbrixctlTest, AnInterruptCancelsACalibration) {
     const Outcome outcome = Run("--simulate --time-scale 20 --yes calibrate velocity-system", "",
                                 "timeout --preserve-status -s INT 0.5");

@@ -68,9 +68,12 @@ TEST_F(OmbrixctlTest, AnImageGoesOutAndComesBack) {
     EXPECT_EQ(RunSimulated("eprom save '" + image + "'").Status, 0);
     EXPECT_EQ(ReadWholeFile(image), ReadWholeFile(m_Folder.Path() / "simulator/EPROM_301.bin"));
     RunSimulated("--yes eprom fill 0");
-    EXPECT_EQ(RunSimulated("eprom restore '" + image + "'").Status, 0);
+    EXPECT_EQ(RunSimulated("eprom restore '" + image + "'", "no\\n").Status, 1);
+    EXPECT_NE(Errors().find("1024 MFC number: \"\" → \"M9200301A\""), std::string::npos)
+        << Errors();
+    EXPECT_EQ(RunSimulated("--yes eprom restore '" + image + "'").Status, 0);
     EXPECT_EQ(RunSimulated("info").Result["mfcNumber"], "M9200301A");
-    EXPECT_EQ(RunSimulated("--fault eprom-flip eprom restore '" + image + "'")
+    EXPECT_EQ(RunSimulated("--yes --fault eprom-flip eprom restore '" + image + "'")
                   .Result["differences"]
                   .size(),
               512U);

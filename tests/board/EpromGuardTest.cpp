@@ -1,0 +1,204 @@
+#include "board/EpromGuard.h"
+
+#include "platform/ProgramLog.h"
+#include "support/FullDisk.h"
+#include "support/TestBench.h"
+
+#include <gtest/gtest.h>
+
+namespace ombrix {
+namespace {
+
+class EpromGuardTest : public ::testing::Test {
+  protected:
+    void Use(const std::vector<std::string>& faults) {
+        m_Bench = std::make_unique<TestBench>("acu", faults);
+        m_Bench->Detect();
+        m_Before = Image();
+    }
+    void SetUp() override { Use({}); }
+
+    std::string Image() { return m_Bench->Bench.Board(0).Eprom().Image(); }
+    std::string File(const std::string& path) { return m_Bench->Files.ReadFile(path); }
+    std::string Log() { return File(LogPath(m_Bench->Time)); }
+    std::vector<std::string> Backups() { return m_Bench->Files.FilesIn(BackupFolder); }
+    void WriteCapacity(EpromGuard& guard) {
+        guard.Write([this] {
+            std::int32_t address = 16;
+            m_Bench->TheStation.g_CurrentAIB->WriteEPROMSng(address, 4000.0F);
+        });
+    }
+
+    std::unique_ptr<TestBench> m_Bench;
+    std::string m_Before;
+};
+
+TEST_F(EpromGuardTest, AProcedureSavesTheContentOnceAndLogsWhatItChanges) {
+    EpromGuard guard(m_Bench->TheStation, "Left/Right: \"new\"");
+    WriteCapacity(guard);
+    guard.Write([this] { m_Bench->TheStation.g_CurrentAIB->WriteEPROM(1040, 5); });
+    ASSERT_EQ(Backups(),
+              std::vector<std::string>{"ACU00301_20240315_140509_Left_Right_ _new_.bin"});
+    EXPECT_EQ(File(BackupFolder + Backups()[0]), m_Before);
+    EXPECT_NE(Image(), m_Before);
+    EXPECT_NE(Log().find("EPROM 16 Channel 1 capacity: 5000 → 4000\n"), std::string::npos) << Log();
+    EXPECT_NE(Log().find("EPROM 1040: -1 → 5\n"), std::string::npos) << Log();
+
+    // Another procedure within the same second.
+    EpromGuard(m_Bench->TheStation, "Left/Right: \"new\"").MakeReady();
+    ASSERT_EQ(Backups().size(), 2U);
+    EXPECT_EQ(File(BackupFolder + Backups()[0]), Image()); // "… (2).bin" sorts first
+}
+
+TEST_F(EpromGuardTest, NothingIsWrittenPastAGuard) {
+    EXPECT_THROW(m_Bench->TheStation.g_CurrentAIB->WriteEPROM(1040, 5), std::logic_error);
+    EXPECT_EQ(Image(), m_Before);
+}
+
+TEST_F(EpromGuardTest, ABoardThatDoesNotHoldWhatWasWrittenIsFoundOut) {
+    Use({"eprom-flip"});
+    EpromGuard guard(m_Bench->TheStation, "test");
+    try {
+        WriteCapacity(guard);
+        FAIL() << "not found out";
+    } catch (const EpromMismatch& mismatch) {
+        ASSERT_EQ(mismatch.Words().size(), 1U);
+        EXPECT_EQ(mismatch.Words()[0].Address, 16);
+        EXPECT_NE(std::string(mismatch.what())
+                      .find("16 Channel 1 capacity: 4000 written, 4000.0002 read"),
+                  std::string::npos)
+            << mismatch.what();
+    }
+    EXPECT_NE(Log().find("EPROM reads back wrong: 16 Channel 1 capacity"), std::string::npos);
+}
+
+TEST_F(EpromGuardTest, WorkThatIsBrokenOffIsLoggedAndPassedOn) {
+    EpromGuard guard(m_Bench->TheStation, "test");
+    EXPECT_THROW(guard.Write([this] {
+        m_Bench->TheStation.g_CurrentAIB->WriteEPROM(1040, 5);
+        throw std::runtime_error("broken off");
+    }),
+                 std::runtime_error);
+    EXPECT_NE(Log().find("EPROM 1040: -1 → 5\n"), std::string::npos);
+}
+
+struct Trouble {
+    const char* Name;
+    std::vector<std::string> Faults{};
+    std::function<void(TestBench&)> Before;
+    const char* Reason;
+    const char* Remedy;
+    bool DiskFull = false;
+};
+class RefusalTest : public EpromGuardTest, public ::testing::WithParamInterface<Trouble> {};
+
+void Nothing(TestBench&) {}
+
+TEST_P(RefusalTest, NamesReasonAndRemedyAndWritesNothing) {
+    const Trouble& trouble = GetParam();
+    Use(trouble.Faults);
+    trouble.Before(*m_Bench);
+    FullDisk full(m_Bench->Files);
+    Drive& files = trouble.DiskFull ? static_cast<Drive&>(full) : m_Bench->Files;
+    Platform world{m_Bench->Time, m_Bench->Events,    m_Bench->Messages,
+                   files,         m_Bench->Documents, m_Bench->End};
+    BoardClaims claims(world);
+    EpromGuard guard(world, claims, *m_Bench->TheStation.g_CurrentAIB, "test");
+    try {
+        WriteCapacity(guard);
+        FAIL() << "not refused";
+    } catch (const EpromError& error) {
+        const std::string text = error.what();
+        EXPECT_NE(text.find(trouble.Reason), std::string::npos) << text;
+        EXPECT_NE(text.find(trouble.Remedy), std::string::npos) << text;
+    }
+    EXPECT_EQ(Image(), m_Before);
+    EXPECT_TRUE(Backups().empty());
+    EXPECT_FALSE(guard.IsReady());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Troubles, RefusalTest,
+    ::testing::Values(Trouble{"OtherProgram",
+                              {},
+                              [](TestBench& bench) {
+                                  bench.World.Program = {"ombrix", "1.2.3", "bench7", 4711};
+                                  bench.TheStation.Claims.Claim(301);
+                              },
+                              "is being used by ombrix, process 4711 on bench7",
+                              "end that program"},
+                      Trouble{"OtherBoard",
+                              {},
+                              [](TestBench& bench) { bench.Bench.Board(0).SetIdentity(1, 302); },
+                              "reports serial number 302 now; it was detected with 301",
+                              "detect the boards again"},
+                      Trouble{"NoBoard",
+                              {"unplug@5"},
+                              [](TestBench& bench) { bench.Time.Advance(6.0); },
+                              "detected with serial number 301, reports none now",
+                              "detect the boards again"},
+                      Trouble{"UnsteadyLink",
+                              {"eprom-unsteady"},
+                              Nothing,
+                              "The link to the board is unsteady",
+                              "check the cable"},
+                      Trouble{
+                          "FullDisk", {}, Nothing, "No space left on device", "make room", true}),
+    [](const auto& info) { return info.param.Name; });
+
+TEST_F(EpromGuardTest, ABoardThatIsExchangedDuringAProcedureIsNotWritten) {
+    EpromGuard guard(m_Bench->TheStation, "test");
+    guard.MakeReady();
+    m_Bench->Bench.Board(0).SetIdentity(1, 302);
+    EXPECT_THROW(WriteCapacity(guard), EpromError);
+    EXPECT_EQ(Image(), m_Before);
+}
+
+TEST_F(EpromGuardTest, ABoardWithoutASerialNumberIsForItsIdentityAlone) {
+    m_Bench->Bench.Board(0).SetIdentity(1, 0);
+    m_Bench->Detect();
+    EXPECT_THROW(EpromGuard(m_Bench->TheStation, "test").MakeReady(), EpromError);
+    EpromGuard(m_Bench->TheStation, "test", EpromGuard::Identity::MayBeMissing).MakeReady();
+    EXPECT_EQ(Backups().size(), 1U);
+}
+
+TEST(EpromFields, DifferencesAreShownAsTheFieldsAreMeant) {
+    struct Case {
+        std::int32_t Address;
+        std::vector<std::int32_t> Old;
+        std::vector<std::int32_t> New;
+        const char* Text;
+    };
+    for (const Case& c : std::vector<Case>{
+             {8, {2}, {1}, "8 Data version: 2 → 1"},
+             {1040, {-1}, {7}, "1040: -1 → 7"},
+             {20, {-1}, {0x43480000}, "20 Channel 2 capacity: (erased) → 200"},
+             {24, {0}, {0x7F800000}, "24 Channel 3 capacity: 0 → (no number)"},
+             // Two numbers that are none are still not the same.
+             {24,
+              {0x7F800001},
+              {0x7F800000},
+              "24 Channel 3 capacity: (no number) (7F800001) → (no number) (7F800000)"},
+             {496,
+              {0, 0x40E1D5C0},
+              {0, 0},
+              "496 Velocity system date: 01/01/2000 00:00:00 → never"},
+             {1024,
+              {0x4D202020, 0x20202020, 0x20202020},
+              {0x0000324D, -1, -1},
+              "1024 MFC number: \"   M\" → \"M2\""}}) {
+        EpromImage before;
+        EpromImage after;
+        for (std::size_t word = 0; word < c.Old.size(); ++word) {
+            const std::int32_t address = c.Address + 4 * static_cast<std::int32_t>(word);
+            before.SetWord(address, c.Old[word]);
+            after.SetWord(address, c.New[word]);
+        }
+        const auto differences = EpromDifferences(before, after);
+        ASSERT_EQ(differences.size(), 1U) << c.Text;
+        EXPECT_EQ(DifferenceText(differences[0]), c.Text);
+    }
+}
+
+} // namespace
+} // namespace ombrix

@@ -28,11 +28,9 @@ QTreeWidget* MakeList(const std::vector<EpromDifference>& differences, QWidget* 
     return list;
 }
 
-QString Heading(const QString& fileName, std::size_t changes) {
-    if (changes == 0)
-        return frmRestoreEPROM::tr("%1 holds what the EPROM holds.").arg(fileName);
-    return frmRestoreEPROM::tr("Restoring %1 changes %n field(s):", nullptr,
-                               static_cast<int>(changes))
+QString Heading(const QString& fileName, bool changes) {
+    return (changes ? frmRestoreEPROM::tr("Restoring %1 changes:")
+                    : frmRestoreEPROM::tr("%1 holds what the EPROM holds."))
         .arg(fileName);
 }
 
@@ -52,7 +50,7 @@ frmRestoreEPROM::frmRestoreEPROM(const QString& fileName,
     buttons->addWidget(restore);
     buttons->addWidget(cancel);
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(MakeCaption(Heading(fileName, differences.size()), this));
+    layout->addWidget(MakeCaption(Heading(fileName, !differences.empty()), this));
     layout->addWidget(MakeList(differences, this), 1);
     layout->addLayout(buttons);
     constexpr QSize comfortable(640, 400);

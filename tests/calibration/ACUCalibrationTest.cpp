@@ -99,6 +99,7 @@ TEST_F(ACUCalibrationTest, AnUnsetCapacityAsksBeforeItInitialises) {
         EXPECT_EQ(Word(Map::ChannelCapacity + 4), unset) << "nothing is written against a no";
 
         Read();
+        EXPECT_EQ(m_Bench->Files.FilesIn(BackupFolder).size(), 1U);
         EXPECT_EQ(Word(Map::ChannelCapacity), Bits(5000.0F));
         EXPECT_EQ(Word(Map::ChannelCapacity + 4), Bits(200.0F));
         EXPECT_EQ(Word(Map::CalibrationPoints), 10);

@@ -76,7 +76,6 @@ TEST_F(OmbrixctlTest, ClearPressureAsksAndReadsBack) {
     };
     EXPECT_EQ(RunSimulated("clear-pressure").Status, 1);
     EXPECT_NE(coefficient(), 0);
-    EXPECT_EQ(RunSimulated("--yes --fault eprom-readonly clear-pressure").Status, 4);
     EXPECT_EQ(RunSimulated("--yes clear-pressure").Status, 0);
     EXPECT_EQ(coefficient(), 0);
     EXPECT_EQ(RunSimulated("info").Result["pressureSystem"], "Never");

@@ -77,8 +77,6 @@ INSTANTIATE_TEST_SUITE_P(
                       Writer{"eprom restore '{folder}/image.bin'", "8 Data version"},
                       Writer{"clear-pressure", "600 Pressure present"},
                       Writer{"calibrate velocity-init", "1024 MFC number"},
-                      Writer{"calibrate velocity-system", "48 Demand 1"},
-                      Writer{"calibrate velocity-audit", "504 Velocity audit date"},
                       Writer{"calibrate pressure-system", "748 Base diameter"},
                       Writer{"calibrate pressure-audit", "652 Pressure audit date"}));
 

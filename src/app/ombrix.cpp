@@ -53,6 +53,7 @@ int RunWindows(const StationOptions& options, SafeApplication& application,
         QTimer::singleShot(0, &window, [&window, &options] {
             if (window.DetectAndProgramAIBs())
                 window.ShowTab(options.Board);
+            window.OfferUnfinishedRuns();
         });
         return QApplication::exec();
     } catch (const std::exception& error) {

@@ -1,5 +1,6 @@
 #include "mainwindow/ACUCommands.h"
 
+#include "calibration/UnfinishedRuns.h"
 #include "mainwindow/BoardPanel.h"
 #include "mainwindow/CalibrationPanel.h"
 #include "mainwindow/DACPanel.h"
@@ -49,6 +50,16 @@ void ACUCommands::Initialise(const QString& mfcNumber, bool velocity, bool press
 
 void ACUCommands::CalibratePressure(CalibrationKind kind) {
     Run([kind](ACUSetUp& setUp) { setUp.RunPressure(kind); });
+}
+
+void ACUCommands::OfferUnfinished() {
+    if (m_Station.Procedures.Running())
+        return;
+    Guarded(m_Station.World.Messages, [this] {
+        const RunningProcedure offering(m_Station.Procedures, [] {});
+        OfferUnfinishedRuns(Services());
+    });
+    m_Wait.Close();
 }
 
 void ACUCommands::ClearPressure() {

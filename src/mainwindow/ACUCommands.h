@@ -25,6 +25,8 @@ class ACUCommands final : public QObject {
                 std::string templates);
 
     void CalibratePressure(CalibrationKind kind);
+    /// Asks what to do with calibrations that an earlier program did not finish.
+    void OfferUnfinished();
 
   private:
     void Initialise(const QString& mfcNumber, bool velocity, bool pressure);

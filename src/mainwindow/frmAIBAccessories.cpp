@@ -2,6 +2,7 @@
 
 #include "board/OutputsOff.h"
 #include "board/modAIB.h"
+#include "calibration/frmCalibrationHistory.h"
 #include "healthcheck/frmACUHealthCheck.h"
 #include "mainwindow/ACUCommands.h"
 #include "mainwindow/BenchTestCommands.h"
@@ -81,6 +82,8 @@ void frmAIBAccessories::MakeMenus() {
                          [this] { m_ACUCommands->CalibratePressure(CalibrationKind::Audit); })};
     tools->addSeparator();
     m_UARTsAction = tools->addAction(tr("&UART Console"), m_Tools.get(), &ToolWindows::ShowUARTs);
+    QAction* history =
+        tools->addAction(tr("Calibration &History…"), this, &frmAIBAccessories::ShowHistory);
     QMenu* help = menuBar()->addMenu(tr("&Help"));
     help->addAction(tr("&About"), this, &frmAIBAccessories::ShowAbout);
     const auto name = [](QObject* object, const char* objectName) {
@@ -92,6 +95,7 @@ void frmAIBAccessories::MakeMenus() {
     name(m_PressureActions[0], "mnuPressureSystem");
     name(m_PressureActions[1], "mnuPressureAudit");
     name(m_UARTsAction, "mnuUARTs");
+    name(history, "mnuCalibrationHistory");
     name(help->actions().back(), "mnuAbout");
 }
 
@@ -216,6 +220,16 @@ void frmAIBAccessories::ShowHealthCheck() {
     m_HealthCheck->activateWindow();
 }
 
+void frmAIBAccessories::ShowHistory() {
+    if (!m_History)
+        m_History = std::make_unique<frmCalibrationHistory>(m_Station);
+    m_History->Open();
+}
+
+void frmAIBAccessories::OfferUnfinishedRuns() {
+    m_ACUCommands->OfferUnfinished();
+}
+
 void frmAIBAccessories::RigShown(bool open) {
     UpdateCommands();
     // The rig drives the outputs past the sliders.
@@ -264,6 +278,8 @@ void frmAIBAccessories::closeEvent(QCloseEvent* event) {
     m_Tools->CloseAll();
     if (m_HealthCheck)
         m_HealthCheck->close();
+    if (m_History)
+        m_History->close();
     event->accept();
 }
 

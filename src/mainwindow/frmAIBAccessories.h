@@ -23,6 +23,7 @@ class InfoPanel;
 class NoBoardPanel;
 class ToolWindows;
 class frmACUHealthCheck;
+class frmCalibrationHistory;
 
 /// What main hands to the main window beside the station.
 struct MainWindowServices {
@@ -50,6 +51,8 @@ class frmAIBAccessories final : public QMainWindow, private DetectionView {
     void ShowTab(int board);
     /// Closes without a question, once a procedure that runs has ended.
     void EndUnasked();
+    /// Asks what to do with calibrations that an earlier program did not finish.
+    void OfferUnfinishedRuns();
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -66,6 +69,7 @@ class frmAIBAccessories final : public QMainWindow, private DetectionView {
     void ProcedureRunning(bool running);
     void UpdateCommands();
     void ShowHealthCheck();
+    void ShowHistory();
     void RigShown(bool open);
     void OpenDataFolder();
     void ShowAbout();
@@ -86,6 +90,7 @@ class frmAIBAccessories final : public QMainWindow, private DetectionView {
     QAction* m_UARTsAction = nullptr;
     QTimer* m_UpdateInput;
     std::unique_ptr<frmACUHealthCheck> m_HealthCheck;
+    std::unique_ptr<frmCalibrationHistory> m_History;
     std::unique_ptr<ACUCommands> m_ACUCommands;
     std::unique_ptr<BenchTestCommands> m_BenchTests;
     std::unique_ptr<ToolWindows> m_Tools;

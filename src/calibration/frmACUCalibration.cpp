@@ -75,7 +75,7 @@ void frmACUCalibration::LayOut() {
     layout->addWidget(m_Progress);
     layout->addLayout(buttons);
     constexpr QSize comfortable(640, 500);
-    resize(comfortable);
+    resize(ScaledToFonts(*this, comfortable));
 }
 
 QLayout* frmACUCalibration::MakeStatusLines() {

@@ -34,7 +34,7 @@ frmACUHealthCheck::frmACUHealthCheck(Station& station, DACSliders& sliders,
     layout->addLayout(MakeSideColumn());
     layout->addWidget(m_Graphs, 1);
     constexpr QSize size(1200, 680);
-    resize(size);
+    resize(ScaledToFonts(*this, size));
     connect(m_Options, &HealthCheckOptionsPanel::StartWanted, this, &frmACUHealthCheck::Start);
     connect(m_Options, &HealthCheckOptionsPanel::CancelWanted, this, [this] { m_Run->Cancel(); });
     connect(m_Options, &HealthCheckOptionsPanel::FolderWanted, this,

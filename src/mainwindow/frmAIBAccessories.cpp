@@ -114,7 +114,7 @@ void frmAIBAccessories::LayOut() {
     layout->addWidget(m_Info);
     setCentralWidget(central);
     constexpr QSize comfortable(1280, 700);
-    resize(comfortable);
+    resize(ScaledToFonts(*this, comfortable));
 }
 
 bool frmAIBAccessories::DetectAndProgramAIBs() {

@@ -29,6 +29,11 @@ QCheckBox* MakeCheckBox(const QString& objectName, const QString& caption, QWidg
     return Named(new QCheckBox(caption, parent), objectName, Spoken(caption));
 }
 
+QSize ScaledToFonts(const QWidget& widget, QSize usual) {
+    constexpr int usualResolution = 96;
+    return usual * widget.logicalDpiX() / usualResolution;
+}
+
 QLabel* MakeCaption(const QString& caption, QWidget* parent) {
     auto* label = new QLabel(caption, parent);
     label->setTextFormat(Qt::PlainText);

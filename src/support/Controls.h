@@ -21,6 +21,8 @@ Control* Named(Control* control, const QString& objectName, const QString& acces
 
 QPushButton* MakeButton(const QString& objectName, const QString& caption, QWidget* parent);
 QCheckBox* MakeCheckBox(const QString& objectName, const QString& caption, QWidget* parent);
+/// A size that suits fonts of 96 dots to the inch, for the dots of the desktop's fonts.
+QSize ScaledToFonts(const QWidget& widget, QSize usual);
 /// A text that never changes.
 QLabel* MakeCaption(const QString& caption, QWidget* parent);
 

@@ -26,6 +26,8 @@ QSlider* MakeSlider(int channel, QWidget* parent) {
     slider->setSingleStep(clsAIB::DACFullScale / fineShare);
     slider->setTickPosition(QSlider::TicksLeft);
     slider->setTickInterval(clsAIB::DACFullScale / tickShare);
+    constexpr int leastLines = 8; // a handle needs a way to go
+    slider->setMinimumHeight(leastLines * parent->fontMetrics().height());
     return slider;
 }
 

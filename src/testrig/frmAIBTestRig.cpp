@@ -59,8 +59,8 @@ void frmAIBTestRig::LayOut() {
     m_JobName->setFont(strong);
     m_Outcome->CutToFit();
     m_Status->setRootIsDecorated(false);
-    constexpr int listHeight = 110;
-    m_Status->setFixedHeight(listHeight);
+    constexpr QSize list(0, 110);
+    m_Status->setFixedHeight(ScaledToFonts(*this, list).height());
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_JobName);
     layout->addWidget(m_Status);
@@ -69,7 +69,7 @@ void frmAIBTestRig::LayOut() {
     layout->addWidget(MakeCurrentValues(), 1);
     layout->addLayout(MakeButtons());
     constexpr QSize comfortable(720, 620);
-    resize(comfortable);
+    resize(ScaledToFonts(*this, comfortable));
 }
 
 QLayout* frmAIBTestRig::MakeButtons() {
@@ -84,6 +84,7 @@ QGroupBox* frmAIBTestRig::MakeCurrentValues() {
     auto* frame = Named(new QGroupBox(tr("Current Values"), this), QStringLiteral("fraBoardOnTest"),
                         tr("Current Values"));
     auto* scroll = new QScrollArea(frame);
+    scroll->setAccessibleName(tr("Inputs and outputs of the boards"));
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setWidgetResizable(true);
     m_BoardArea = new QWidget(scroll);

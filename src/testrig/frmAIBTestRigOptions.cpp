@@ -23,9 +23,8 @@ frmAIBTestRigOptions::frmAIBTestRigOptions(frmAIBTestRig& rig) : m_Rig(rig) {
         auto* button =
             MakeButton(ElementName("cmdOption", job),
                        QStringLiteral("%1 - %2").arg(job + 1).arg(ToQt(TestRigJobName(job))), this);
-        constexpr int height = 44;
-        constexpr int width = 300;
-        button->setMinimumSize(width, height);
+        constexpr QSize easilyHit(300, 44);
+        button->setMinimumSize(ScaledToFonts(*this, easilyHit).expandedTo(button->sizeHint()));
         connect(button, &QPushButton::clicked, this, [this, job] { Choose(job); });
         layout->addWidget(button);
     }

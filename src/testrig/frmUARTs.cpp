@@ -44,7 +44,7 @@ frmUARTs::frmUARTs(Station& station)
     }
     layout->addLayout(MakeErrorColumn(), 1);
     constexpr QSize comfortable(760, 420);
-    resize(comfortable);
+    resize(ScaledToFonts(*this, comfortable));
     m_Procedures = station.Procedures.Listen([this](bool running) { ProcedureRunning(running); });
 }
 

@@ -143,17 +143,6 @@ TEST_F(StageWindowTest, LinesHaveTheirLabelsAndLongOnesDoNotMoveTheWindow) {
     EXPECT_FALSE(List().horizontalScrollBar()->isVisible());
 }
 
-TEST_F(StageWindowTest, EveryControlHasANameAndTheTabKeyReachesCancel) {
-    Add(2);
-    for (const char* name :
-         {"lblCalMsg", "lblUnit", "lvwStage", "lblAccessoryCal1", "lblAccessoryCal2",
-          "lblAccessoryCal4", "lblAccessoryCal5", "ctrlProgressBar", "cmdCancel"})
-        EXPECT_FALSE(Find<QWidget>(name).accessibleName().isEmpty()) << name;
-    List().setFocus();
-    QTest::keyClick(&List(), Qt::Key_Tab);
-    EXPECT_EQ(QApplication::focusWidget(), &Find<QPushButton>("cmdCancel"));
-}
-
 TEST_F(StageWindowTest, CancelButtonAndEscapeReachTheRunningCalibrationOnce) {
     for (const bool byKey : {false, true}) {
         Add(1);

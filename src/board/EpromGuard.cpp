@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <exception>
 #include <utility>
 
@@ -151,18 +152,12 @@ void EpromGuard::ReadBack(const clsAIB::EpromWriting& writing) {
     EpromImage wanted = m_Content;
     EpromImage found = m_Content;
     std::vector<EpromMismatch::Word> wrong;
+    AIBStatus status = Status::NoError;
     for (const auto& [address, word] : writing.Words()) {
         std::int32_t stored = 0;
-        const AIBStatus status = m_Board.ReadEPROM(address, stored);
-        if (status != Status::NoError) {
-            Log(fmt::format("EPROM cannot be read back at {}", address));
-            throw EpromError(fmt::format(
-                "What was written to the EPROM of {} cannot be read back: {}.\r\n\r\nPlease check "
-                "the board's cable and power, detect the boards again and repeat \"{}\". The "
-                "content from before lies in\r\n\r\n   {}",
-                m_Unit, clsAIB::AIBErrorStr(status), m_Purpose,
-                m_World.Files.RealPath(m_Backup).string()));
-        }
+        status = m_Board.ReadEPROM(address, stored);
+        if (status != Status::NoError)
+            break;
         wanted.SetWord(address, word);
         found.SetWord(address, stored);
         if (stored != word)
@@ -171,28 +166,37 @@ void EpromGuard::ReadBack(const clsAIB::EpromWriting& writing) {
     for (const EpromDifference& difference : EpromDifferences(m_Content, found))
         Log("EPROM " + DifferenceText(difference));
     m_Content = found;
+    if (status != Status::NoError)
+        ReportUnreadable(status);
     if (!wrong.empty())
         Report(wanted, std::move(wrong), writing.Failure());
 }
 
+void EpromGuard::ReportUnreadable(AIBStatus status) const {
+    const std::string reason = clsAIB::AIBErrorStr(status);
+    Log("EPROM cannot be read back: " + reason);
+    throw EpromError(fmt::format(
+        "What was written to the EPROM of {} cannot be read back: {}.\r\n\r\nPlease check the "
+        "board's cable and power, detect the boards again and repeat \"{}\". The content from "
+        "before lies in\r\n\r\n   {}",
+        m_Unit, reason, m_Purpose, m_World.Files.RealPath(m_Backup).string()));
+}
+
 void EpromGuard::Report(const EpromImage& wanted, std::vector<EpromMismatch::Word> wrong,
                         AIBStatus failure) const {
+    const auto show = [](const EpromDifference& difference) {
+        return fmt::format("{}: {} written, {} read", PlaceText(difference), difference.Old,
+                           difference.New);
+    };
     const auto differences = EpromDifferences(wanted, m_Content);
     for (const EpromDifference& difference : differences)
-        Log(fmt::format("EPROM reads back wrong: {}: {} written, {} read", PlaceText(difference),
-                        difference.Old, difference.New));
+        Log("EPROM reads back wrong: " + show(difference));
     const std::string reason =
         failure == Status::NoError ? "" : fmt::format(" ({})", clsAIB::AIBErrorStr(failure));
     const std::string text = fmt::format(
-        "The EPROM does not hold what was written.\r\n\r\n{} of {}{}:{}\r\n\r\nPlease check the "
-        "board, then repeat \"{}\". The content from before lies in\r\n\r\n   {}",
-        wrong.size() == 1 ? std::string("1 word") : fmt::format("{} words", wrong.size()), m_Unit,
-        reason,
-        Listed(differences,
-               [](const EpromDifference& difference) {
-                   return fmt::format("{}: {} written, {} read", PlaceText(difference),
-                                      difference.Old, difference.New);
-               }),
+        "The EPROM does not hold what was written.\r\n\r\n{} word{} of {}{}:{}\r\n\r\nPlease check "
+        "the board, then repeat \"{}\". The content from before lies in\r\n\r\n   {}",
+        wrong.size(), wrong.size() == 1 ? "" : "s", m_Unit, reason, Listed(differences, show),
         m_Purpose, m_World.Files.RealPath(m_Backup).string());
     throw EpromMismatch(text, std::move(wrong));
 }

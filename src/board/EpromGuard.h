@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace ombrix {
@@ -78,6 +79,7 @@ class EpromGuard {
     void Save();
     std::string FreePath() const;
     void ReadBack(const clsAIB::EpromWriting& writing);
+    [[noreturn]] void ReportUnreadable(AIBStatus status) const;
     [[noreturn]] void Report(const EpromImage& wanted, std::vector<EpromMismatch::Word> wrong,
                              AIBStatus failure) const;
     [[noreturn]] void Refuse(const std::string& reason) const;

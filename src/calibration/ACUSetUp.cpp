@@ -169,7 +169,7 @@ void ACUSetUp::RunVelocityStages(EpromGuard& guard, Initialisation& result) {
         if (result.Aborted || !result.Error.empty())
             break;
     }
-    result.Passed = result.Passed && !result.Aborted;
+    result.Passed = result.Passed && !result.Aborted && result.Error.empty();
 }
 
 CalibrationOutcome ACUSetUp::RunVelocity(CalibrationKind kind) {

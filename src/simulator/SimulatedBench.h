@@ -2,6 +2,7 @@
 
 #include "board/AIBControl.h"
 #include "platform/Clock.h"
+#include "simulator/Noise.h"
 #include "simulator/SimulatedBoard.h"
 
 #include <filesystem>

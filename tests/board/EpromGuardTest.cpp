@@ -40,14 +40,13 @@ TEST_F(EpromGuardTest, AProcedureSavesTheContentOnceAndLogsWhatItChanges) {
     ASSERT_EQ(Backups(),
               std::vector<std::string>{"ACU00301_20240315_140509_Left_Right_ _new_.bin"});
     EXPECT_EQ(File(BackupFolder + Backups()[0]), m_Before);
-    EXPECT_NE(Image(), m_Before);
     EXPECT_NE(Log().find("EPROM 16 Channel 1 capacity: 5000 → 4000\n"), std::string::npos) << Log();
     EXPECT_NE(Log().find("EPROM 1040: -1 → 5\n"), std::string::npos) << Log();
-
-    // Another procedure within the same second.
     EpromGuard(m_Bench->TheStation, "Left/Right: \"new\"").MakeReady();
     ASSERT_EQ(Backups().size(), 2U);
     EXPECT_EQ(File(BackupFolder + Backups()[0]), Image()); // "… (2).bin" sorts first
+    m_Bench->Bench.Board(0).SetIdentity(1, 302);
+    EXPECT_THROW(WriteCapacity(guard), EpromError) << "exchanged during the procedure";
 }
 
 TEST_F(EpromGuardTest, ABoardThatDoesNotHoldWhatWasWrittenIsFoundOut) {
@@ -120,14 +119,6 @@ INSTANTIATE_TEST_SUITE_P(
                 "The link to the board is unsteady", "check the cable"}),
     [](const auto& info) { return info.param.Name; });
 
-TEST_F(EpromGuardTest, ABoardThatIsExchangedDuringAProcedureIsNotWritten) {
-    EpromGuard guard(m_Bench->TheStation, "test");
-    guard.MakeReady();
-    m_Bench->Bench.Board(0).SetIdentity(1, 302);
-    EXPECT_THROW(WriteCapacity(guard), EpromError);
-    EXPECT_EQ(Image(), m_Before);
-}
-
 TEST_F(EpromGuardTest, ABoardWithoutASerialNumberIsForItsIdentityAlone) {
     m_Bench->Bench.Board(0).SetIdentity(1, 0);
     m_Bench->Detect();
@@ -147,7 +138,6 @@ TEST(EpromFields, DifferencesAreShownAsTheFieldsAreMeant) {
              {8, {2}, {1}, "8 Data version: 2 → 1"},
              {1040, {-1}, {7}, "1040: -1 → 7"},
              {20, {-1}, {0x43480000}, "20 Channel 2 capacity: (erased) → 200"},
-             {24, {0}, {0x7F800000}, "24 Channel 3 capacity: 0 → (no number)"},
              {24,
               {0x7F800001},
               {0x7F800000},

@@ -63,6 +63,7 @@ TEST(ACUInformation, DumpsEveryWordOfTheEprom) {
 
 TEST(ACUInformation, AFreshUnitWasNeverCalibrated) {
     Information information("fresh");
+    const clsAIB::EpromWriting writing(information.Board);
     information.Board.Calibration().Init_VelocityHeader();
     information.Board.Calibration().ReadEPROMValues(information.Board);
     WorkbookProbe book = information.Made();

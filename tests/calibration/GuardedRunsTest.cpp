@@ -49,10 +49,11 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(GuardedRun{"Initialisation",
                                  [](ACUSetUp& setUp) {
                                      std::string number = "M1";
+                                     const auto result =
+                                         setUp.RunACUInitialisation(number, true, false);
                                      CalibrationOutcome outcome;
-                                     outcome.NotInEprom =
-                                         setUp.RunACUInitialisation(number, true, false).NotInEprom;
-                                     outcome.AllStored = !outcome.NotInEprom;
+                                     outcome.NotInEprom = result.NotInEprom;
+                                     outcome.AllStored = result.AllStored;
                                      return outcome;
                                  }},
                       GuardedRun{"VelocitySystem",

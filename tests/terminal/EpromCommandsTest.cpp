@@ -35,16 +35,10 @@ class EpromWriterTest : public OmbrixctlTest, public ::testing::WithParamInterfa
         ReplaceWholeFile(m_Folder.Path() / "image.bin", image);
     }
     Outcome RunLine(const std::string& faults) const {
-        const std::string line = fmt::format(fmt::runtime(GetParam().Line),
-                                             fmt::arg("folder", m_Folder.Path().string()));
-        return Run("--simulate=plain --yes --time-scale max " + faults + line);
+        return Run("--simulate=plain --yes --time-scale max " + faults + GetParam().Line, "",
+                   "env -C '" + m_Folder.Path().string() + "'");
     }
     std::string Eprom() const { return ReadWholeFile(m_Folder.Path() / "simulator/EPROM_303.bin"); }
-    std::string Backup() const {
-        for (const auto& entry : std::filesystem::directory_iterator(m_Folder.Path() / "Backups"))
-            return ReadWholeFile(entry.path());
-        return "";
-    }
 
     std::string m_Before;
 };
@@ -56,7 +50,8 @@ TEST_P(EpromWriterTest, FindsOutABoardThatLiesAndKeepsWhatItHeld) {
     EXPECT_NE(error.find("does not hold what was written"), std::string::npos) << error;
     EXPECT_NE(error.find(GetParam().Field), std::string::npos) << error;
     EXPECT_FALSE(outcome.Result.value("saved", false));
-    EXPECT_EQ(Backup(), m_Before);
+    const std::filesystem::directory_iterator backup(m_Folder.Path() / "Backups");
+    EXPECT_EQ(ReadWholeFile(backup->path()), m_Before);
 }
 
 TEST_P(EpromWriterTest, WritesAndDrivesNothingThatCannotBeSavedFirst) {
@@ -69,16 +64,16 @@ TEST_P(EpromWriterTest, WritesAndDrivesNothingThatCannotBeSavedFirst) {
     EXPECT_EQ(Eprom(), m_Before);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Lines, EpromWriterTest,
-    ::testing::Values(Writer{"mfc-number M1", "1024 MFC number"},
-                      Writer{"eprom write 48 1", "48 Demand 1"},
-                      Writer{"eprom fill 0", "8 Data version"},
-                      Writer{"eprom restore '{folder}/image.bin'", "8 Data version"},
-                      Writer{"clear-pressure", "600 Pressure present"},
-                      Writer{"calibrate velocity-init", "1024 MFC number"},
-                      Writer{"calibrate pressure-system", "748 Base diameter"},
-                      Writer{"calibrate pressure-audit", "652 Pressure audit date"}));
+INSTANTIATE_TEST_SUITE_P(Lines, EpromWriterTest,
+                         ::testing::Values(Writer{"mfc-number M1", "1024 MFC number"},
+                                           Writer{"eprom write 48 1", "48 Demand 1"},
+                                           Writer{"eprom fill 0", "8 Data version"},
+                                           Writer{"eprom restore image.bin", "8 Data version"},
+                                           Writer{"clear-pressure", "600 Pressure present"},
+                                           Writer{"calibrate velocity-init", "1024 MFC number"},
+                                           Writer{"calibrate pressure-system", "748 Base diameter"},
+                                           Writer{"calibrate pressure-audit",
+                                                  "652 Pressure audit date"}));
 
 } // namespace
 } // namespace ombrix

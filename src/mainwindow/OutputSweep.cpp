@@ -96,7 +96,7 @@ bool OutputSweep::Settle(clsHiResTimer& timer, double delay_s) {
 std::optional<std::int32_t> OutputSweep::Reading(std::int32_t channel, clsHiResTimer& timer) {
     std::int32_t reading = 0;
     const AIBStatus status = m_Station.g_CurrentAIB->GetADC(channel, reading);
-    m_Watch.Note(status, timer.ElapsedTime());
+    m_Watches.at(static_cast<std::size_t>(channel)).Note(status, timer.ElapsedTime());
     return status == Status::NoError ? std::optional(reading) : std::nullopt;
 }
 

@@ -6,6 +6,7 @@
 #include "board/ProcedureWait.h"
 #include "mainwindow/BenchTestView.h"
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -66,7 +67,8 @@ class OutputSweep {
     DACSliders& m_Sliders;
     Cancellation m_Cancel;
     ProcedureWait m_Wait;
-    AnswerWatch m_Watch;
+    /// One for each input: an input that answers says nothing of the others.
+    std::array<AnswerWatch, clsAIB::DACChannels> m_Watches;
 };
 
 } // namespace ombrix

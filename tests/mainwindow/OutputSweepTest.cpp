@@ -72,5 +72,10 @@ TEST_F(OutputSweepTest, SweepWithoutADelayCanBeCancelled) {
     EXPECT_EQ(result.Lines, 4);
 }
 
+TEST_F(OutputSweepTest, AnInputThatNeverAnswersEndsTheSweep) {
+    Use("acu", {"status:32@MFCGetFlowrate"}); // the pressure input answers
+    EXPECT_EQ(Run(SweepPlan::UpperHalf()).Outcome.Ended, End::Failed);
+}
+
 } // namespace
 } // namespace ombrix

@@ -25,6 +25,11 @@ class MFCChannel {
     explicit MFCChannel(const MFCCharacteristics& characteristics)
         : m_Characteristics(characteristics) {}
 
+    /// Another controller in its place; what it does shows with the next demand.
+    void SetCharacteristics(const MFCCharacteristics& characteristics) {
+        m_Characteristics = characteristics;
+    }
+
     /// Output in bits that a demand settles at, midway between rising and falling.
     static double SteadyOutput(const MFCCharacteristics& characteristics, double demand_bits);
 

@@ -33,6 +33,14 @@ SimulatedBench::SimulatedBench(const Clock& clock, BenchOptions options)
     }
 }
 
+void SimulatedBench::SetFaults(Faults faults) {
+    m_Options.BenchFaults = std::move(faults);
+    if (!m_Options.BenchFaults.EpromFlip)
+        m_FlippedWords.clear();
+    for (const auto& board : m_Boards)
+        board->FaultsChanged();
+}
+
 void SimulatedBench::LoadEprom(std::int32_t index, std::string_view image) {
     Board(index).Eprom().Load(image);
 }

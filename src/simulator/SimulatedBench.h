@@ -34,6 +34,9 @@ class SimulatedBench final : public AIBControl {
     SimulatedBench(const SimulatedBench&) = delete;
     SimulatedBench& operator=(const SimulatedBench&) = delete;
 
+    /// Other faults from now on, those of before being mended. A board that is unplugged at a
+    /// time counts it from the making of the bench, so 0 unplugs it at once.
+    void SetFaults(Faults faults);
     /// Puts an image into a board's EPROM. @throws DriveError, std::out_of_range
     void LoadEprom(std::int32_t index, std::string_view image);
     /// A board as it is, for those who look at the bench from outside.

@@ -25,15 +25,12 @@ constexpr std::uint32_t Bit(std::int32_t number) {
     return 1U << static_cast<unsigned>(number);
 }
 
-std::array<MFCChannel, SimulatedBoard::AirChannels> MakeChannels(const BoardDescription& board,
-                                                                 const Faults& faults) {
-    const auto make = [&](std::int32_t channel) {
-        MFCCharacteristics mfc = board.Channels.at(static_cast<std::size_t>(channel));
-        mfc.Hysteresis_bits += Faults::Sum(faults.Hysteresis_bits, channel);
-        mfc.Gain *= 1.0 + Faults::Sum(faults.Gain_percent, channel) / 100.0;
-        return MFCChannel(mfc);
-    };
-    return {make(0), make(1)};
+MFCCharacteristics Spoilt(const BoardDescription& board, const Faults& faults,
+                          std::int32_t channel) {
+    MFCCharacteristics mfc = board.Channels.at(static_cast<std::size_t>(channel));
+    mfc.Hysteresis_bits += Faults::Sum(faults.Hysteresis_bits, channel);
+    mfc.Gain *= 1.0 + Faults::Sum(faults.Gain_percent, channel) / 100.0;
+    return mfc;
 }
 
 SimulatedEPROM MakeEprom(const BoardDescription& board, const std::filesystem::path& folder) {
@@ -68,8 +65,9 @@ SimulatedBoard::SimulatedBoard(const BoardDescription& description, const Faults
     : m_Description(description), m_Faults(faults),
       m_IdentityFile(folder.empty() ? folder
                                     : folder / fmt::format("IDENTITY_{}.txt", description.Serial)),
-      m_Eprom(MakeEprom(description, folder)), m_Noise(seed),
-      m_Channels(MakeChannels(description, faults)),
+      m_Eprom(MakeEprom(description, folder)),
+      m_Noise(seed), m_Channels{MFCChannel(Spoilt(description, faults, 0)),
+                                MFCChannel(Spoilt(description, faults, 1))},
       // At rest the valve stands for the large channel.
       m_ExtendedPins(Bit(ValveExtendedPin)), m_OutputsFile(MakeOutputsFile(description, folder)) {
     if (description.Bus == BusType::FireWire)
@@ -84,6 +82,12 @@ void SimulatedBoard::HoldOutputs() {
         m_Channels.at(channel).SetDemand(m_Outputs.Demand_bits.at(channel), 0.0);
         m_Channels.at(channel).Settle();
     }
+}
+
+void SimulatedBoard::FaultsChanged() {
+    for (std::int32_t channel = 0; channel < AirChannels; ++channel)
+        m_Channels.at(static_cast<std::size_t>(channel))
+            .SetCharacteristics(Spoilt(m_Description, m_Faults, channel));
 }
 
 AccessoryInfo SimulatedBoard::Identity() const {

@@ -25,6 +25,9 @@ class SimulatedBoard {
     SimulatedBoard(const BoardDescription& description, const Faults& faults,
                    const std::filesystem::path& folder, std::uint64_t seed);
 
+    /// To be called when the faults that the board refers to have changed.
+    void FaultsChanged();
+
     AccessoryInfo Identity() const;
     /// Takes effect in the identity that the next opening reads.
     void SetIdentity(std::int32_t code, std::int32_t serial);

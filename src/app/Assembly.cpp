@@ -2,12 +2,15 @@
 
 #include "board/LoadedAIBControl.h"
 #include "calibration/clsACUCalibration.h"
+#include "platform/CrashReport.h"
+#include "platform/ProgramLog.h"
 #include "platform/SystemClock.h"
 #include "platform/VirtualClock.h"
 #include "simulator/SimulatorFolder.h"
 #include "support/XlsxApplication.h"
 
 #include <climits>
+#include <fmt/ranges.h>
 
 #include <array>
 #include <system_error>
@@ -43,6 +46,10 @@ std::string ComputerName() {
     return ::gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "unknown";
 }
 
+ProgramIdentity Identity(const std::string& program) {
+    return {program, OMBRIX_VERSION, ComputerName(), ::getpid()};
+}
+
 std::unique_ptr<Clock> MakeClock(double timeScale, Clock& base) {
     if (timeScale == 0.0)
         return std::make_unique<VirtualClock>(base.Now());
@@ -58,13 +65,9 @@ Assembly::Assembly(const StationOptions& options, const UserPorts& ports,
       m_BaseClock(std::make_unique<SystemClock>()),
       m_Clock(options.TimeScale == 1.0 ? std::make_unique<SystemClock>()
                                        : MakeClock(options.TimeScale, *m_BaseClock)),
-      m_World{*m_Clock,
-              ports.Events,
-              ports.Messages,
-              m_Drive,
-              ports.Documents,
-              ports.End,
-              {program, OMBRIX_VERSION, ComputerName(), ::getpid()}},
+      m_Messages(ports.Messages, m_World),
+      m_End(ports.End, m_World), m_World{*m_Clock,        ports.Events, m_Messages,       m_Drive,
+                                         ports.Documents, m_End,        Identity(program)},
       m_Library(MakeLibrary()) {
     m_Drive.Mount(ProgramFolder, FolderWithTemplates());
     m_Drive.Mount("T:", fs::temp_directory_path());
@@ -74,6 +77,34 @@ Assembly::Assembly(const StationOptions& options, const UserPorts& ports,
         BoardServices{*m_Library, m_World, [this] {
                           return std::make_shared<clsACUCalibration>(m_World, m_Station->Claims);
                       }});
+    LogStart();
+}
+
+Assembly::~Assembly() {
+    WriteLog(m_World, "Program ended");
+}
+
+void Assembly::LogStart() {
+    RemoveOldLogs(m_World);
+    std::string options = OptionsText();
+    options.pop_back();
+    WriteLog(m_World, "Program started\n" + options);
+    std::vector<std::string> crashes = m_Drive.FilesIn(std::string(R"(C:\)") + DiagnosticsFolder);
+    std::erase_if(crashes, [](const std::string& name) { return !name.starts_with("crash_"); });
+    if (!crashes.empty())
+        WriteLog(m_World, fmt::format("Crash reports that lie in {}: {}", DiagnosticsFolder,
+                                      fmt::join(crashes, ", ")));
+}
+
+std::string Assembly::OptionsText() const {
+    std::string text = fmt::format("Version {}\n", OMBRIX_VERSION);
+    text += IsSimulated() ? fmt::format("Simulated bench {}, seed {}, time scale {}, faults: {}\n",
+                                        m_Options.Bench, m_Options.Seed, m_Options.TimeScale,
+                                        fmt::join(m_Options.FaultTexts, ", "))
+                          : fmt::format("Board library {}\n", m_Options.Library);
+    text += fmt::format("Data folder {}\n", fs::absolute(m_Options.DataRoot).string());
+    text += fmt::format("Share {}\n", m_Options.Share.empty() ? "none" : m_Options.Share.string());
+    return text + fmt::format("Board {}\n", m_Options.Board);
 }
 
 std::unique_ptr<AIBControl> Assembly::MakeLibrary() const {

@@ -3,6 +3,7 @@
 #include "app/StationOptions.h"
 #include "board/Station.h"
 #include "platform/FolderDrive.h"
+#include "platform/LoggedPorts.h"
 #include "simulator/SimulatedBench.h"
 #include "support/LibreOfficeConverter.h"
 #include "support/Spreadsheet.h"
@@ -27,6 +28,9 @@ class Assembly {
     /// @param program "ombrix" or "ombrixctl"
     /// @throws DriveError when the data folder or an image cannot be used
     Assembly(const StationOptions& options, const UserPorts& ports, const std::string& program);
+    Assembly(const Assembly&) = delete;
+    Assembly& operator=(const Assembly&) = delete;
+    ~Assembly();
 
     Station& TheStation() { return *m_Station; }
     Drive& Files() { return m_Drive; }
@@ -34,16 +38,21 @@ class Assembly {
     SpreadsheetLauncher Launcher();
     /// Path of the folder with the report templates, ended by a backslash.
     static std::string TemplatesFolder();
+    /// The options in use, a line each.
+    std::string OptionsText() const;
     bool IsSimulated() const { return !m_Options.Bench.empty(); }
 
   private:
     std::unique_ptr<AIBControl> MakeLibrary() const;
+    void LogStart();
 
     StationOptions m_Options;
     FolderDrive m_Drive;
     LibreOfficeConverter m_Converter;
     std::unique_ptr<Clock> m_BaseClock;
     std::unique_ptr<Clock> m_Clock;
+    LoggedOperator m_Messages;
+    LoggedEnd m_End;
     Platform m_World;
     std::unique_ptr<AIBControl> m_Library;
     std::unique_ptr<Station> m_Station;

@@ -9,6 +9,7 @@
 #include "mainwindow/SafeEnd.h"
 #include "mainwindow/WindowPlace.h"
 #include "mainwindow/frmAIBAccessories.h"
+#include "platform/CrashReport.h"
 
 #include <CLI/CLI.hpp>
 #include <QIcon>
@@ -28,8 +29,13 @@ QIcon ProgramIcon() {
     return icon;
 }
 
+/// For the operator, once its file is written.
+std::string TextAbout(const std::exception& error, const CrashReport& crash) {
+    return UnexpectedErrorText(error, crash.WriteException(error));
+}
+
 int RunWindows(const StationOptions& options, SafeApplication& application,
-               StopSignals& stopSignals) {
+               StopSignals& stopSignals, const CrashReport& crash) {
     QtEventPump events;
     QtOperator messages;
     QtDocumentOpener documents;
@@ -38,12 +44,13 @@ int RunWindows(const StationOptions& options, SafeApplication& application,
         Assembly assembly(options, {events, messages, documents, end}, "ombrix");
         frmAIBAccessories window(assembly.TheStation(),
                                  {[&events] { events.EndProgram(); }, assembly.Launcher(),
-                                  Assembly::TemplatesFolder(), OMBRIX_VERSION});
+                                  Assembly::TemplatesFolder(), OMBRIX_VERSION,
+                                  assembly.OptionsText()});
         end.BeforeEnd = [&assembly] { SwitchAllOff(assembly.TheStation()); };
         SafeEnd safeEnd(assembly.TheStation(), window, messages, stopSignals,
                         [&events] { events.EndProgram(); });
-        application.OnUnexpectedError = [&safeEnd](const std::string& reason) {
-            safeEnd.EndAfterError(reason);
+        application.OnUnexpectedError = [&](const std::exception& error) {
+            safeEnd.EndAfterError(TextAbout(error, crash));
         };
         QObject::connect(&safeEnd, &QObject::destroyed,
                          [&application] { application.OnUnexpectedError = nullptr; });
@@ -56,10 +63,12 @@ int RunWindows(const StationOptions& options, SafeApplication& application,
             window.OfferUnfinishedRuns();
         });
         return QApplication::exec();
-    } catch (const std::exception& error) {
+    } catch (const DriveError& error) {
         messages.Ask({error.what(), MessageIcon::Critical, MessageButtons::Ok});
-        return static_cast<int>(ExitStatus::NotStored);
+    } catch (const std::exception& error) {
+        messages.Ask({TextAbout(error, crash), MessageIcon::Critical, MessageButtons::Ok});
     }
+    return static_cast<int>(ExitStatus::NotStored);
 }
 
 } // namespace
@@ -77,10 +86,11 @@ int main(int argc, char** argv) {
         app.exit(error);
         return static_cast<int>(ExitStatus::WrongUsage);
     }
+    const CrashReport crash(options.DataRoot / DiagnosticsFolder, "ombrix", OMBRIX_VERSION);
     StopSignals stopSignals; // before the toolkit's threads
     SafeApplication application(argc, argv);
     QApplication::setWindowIcon(ProgramIcon());
     // Where windows carry no icons of their own, the desktop takes that of the program's entry.
     QGuiApplication::setDesktopFileName("org.ombrix.Ombrix");
-    return RunWindows(options, application, stopSignals);
+    return RunWindows(options, application, stopSignals, crash);
 }

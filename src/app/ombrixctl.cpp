@@ -1,6 +1,9 @@
 // The program from a terminal: one line does one job.
 #include "app/Assembly.h"
+#include "board/AnswerWatch.h"
 #include "board/EpromGuard.h"
+#include "platform/CrashReport.h"
+#include "platform/ProgramLog.h"
 #include "terminal/CommandLine.h"
 #include "terminal/StandardError.h"
 
@@ -11,6 +14,7 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <functional>
 #include <span>
 
 namespace {
@@ -49,18 +53,16 @@ CommandResult Failure(ExitStatus status, const std::string& error) {
     return result;
 }
 
-CommandResult RunCommand(const ChosenCommand& command, const StationOptions& options, bool yes) {
-    Interrupts interrupts;
-    TerminalEventPump events(interrupts);
-    TerminalOperator messages(interrupts, yes);
-    TerminalDocuments documents;
-    TerminalProgramEnd end;
+CommandResult Unexpected(const std::exception& error, const CrashReport& crash) {
+    return Failure(ExitStatus::NotPassed,
+                   WithPlainLineEnds(UnexpectedErrorText(error, crash.WriteException(error))));
+}
+
+/// Carries out work; whatever stops it becomes a result with its reason.
+CommandResult Attempt(const TerminalOperator& messages, const CrashReport& crash,
+                      const std::function<CommandResult()>& work) {
     try {
-        Assembly assembly(options, {events, messages, documents, end}, "ombrixctl");
-        CommandContext context{
-            assembly.TheStation(),       events,       messages, interrupts, assembly.Launcher(),
-            Assembly::TemplatesFolder(), options.Board};
-        return command.Run(context);
+        return work();
     } catch (const ProgramEndRequest& request) {
         return Failure(request.Status, WithPlainLineEnds(messages.LastTrouble()));
     } catch (const CommandError& error) {
@@ -71,9 +73,37 @@ CommandResult RunCommand(const ChosenCommand& command, const StationOptions& opt
         return Failure(ExitStatus::NotStored, error.what());
     } catch (const std::filesystem::filesystem_error& error) {
         return Failure(ExitStatus::NotStored, error.what());
-    } catch (const std::exception& error) {
+    } catch (const BoardError& error) {
         return Failure(ExitStatus::NotPassed, WithPlainLineEnds(error.what()));
+    } catch (const BoardInUse& error) {
+        return Failure(ExitStatus::NotPassed, WithPlainLineEnds(error.what()));
+    } catch (const std::exception& error) {
+        return Unexpected(error, crash);
     }
+}
+
+CommandResult RunCommand(const ChosenCommand& command, const StationOptions& options, bool yes,
+                         const CrashReport& crash) {
+    Interrupts interrupts;
+    TerminalEventPump events(interrupts);
+    TerminalOperator messages(interrupts, yes);
+    TerminalDocuments documents;
+    TerminalProgramEnd end;
+    return Attempt(messages, crash, [&] {
+        Assembly assembly(options, {events, messages, documents, end}, "ombrixctl");
+        CommandContext context{assembly.TheStation(),
+                               events,
+                               messages,
+                               interrupts,
+                               assembly.Launcher(),
+                               Assembly::TemplatesFolder(),
+                               options.Board,
+                               assembly.OptionsText()};
+        ProcedureLog log(context.TheStation.World, "Command " + command.Name);
+        const CommandResult result = Attempt(messages, crash, [&] { return command.Run(context); });
+        log.Ended(fmt::format("exit status {} {}", static_cast<int>(result.Status), result.Error));
+        return result;
+    });
 }
 
 } // namespace
@@ -100,5 +130,12 @@ int main(int argc, char** argv) {
             std::find(words.begin(), words.end(), std::string_view("--json")) != words.end();
         return output.Print("", Failure(ExitStatus::WrongUsage, error.what()));
     }
-    return output.Print(command.Name, RunCommand(command, options, yes));
+    const CrashReport crash(options.DataRoot / DiagnosticsFolder, "ombrixctl", OMBRIX_VERSION);
+    try {
+        return output.Print(command.Name, RunCommand(command, options, yes, crash));
+    } catch (const std::exception& error) {
+        // Standard output takes no more.
+        fmt::print(stderr, "ombrixctl: {}\n", Unexpected(error, crash).Error);
+        return static_cast<int>(ExitStatus::NotStored);
+    }
 }

@@ -1,6 +1,7 @@
 #include "board/BenchProcedure.h"
 
 #include "platform/Drive.h"
+#include "platform/ProgramLog.h"
 #include "platform/TellOperator.h"
 
 #include <exception>
@@ -8,8 +9,23 @@
 
 namespace ombrix {
 
+namespace {
+
+std::string EndOf(const ProcedureOutcome& outcome) {
+    switch (outcome.Ended) {
+    case ProcedureOutcome::End::Cancelled: return "cancelled";
+    case ProcedureOutcome::End::Failed: return "failed: " + outcome.Error;
+    case ProcedureOutcome::End::NotStored: return "not stored: " + outcome.Error;
+    case ProcedureOutcome::End::Completed: break;
+    }
+    return "completed";
+}
+
+} // namespace
+
 void RunBenchProcedure(Station& station, const std::string& name, DrivenBoards driven,
                        ProcedureOutcome& outcome, const std::function<bool()>& body) {
+    ProcedureLog log(station.World, "The " + name);
     DrivingProcedure running(station, name, std::move(driven));
     const auto fail = [&](ProcedureOutcome::End ended, const char* reason) {
         outcome.Ended = ended;
@@ -27,6 +43,7 @@ void RunBenchProcedure(Station& station, const std::string& name, DrivenBoards d
     } catch (const std::exception& error) {
         fail(ProcedureOutcome::End::Failed, error.what());
     }
+    log.Ended(EndOf(outcome));
 }
 
 } // namespace ombrix

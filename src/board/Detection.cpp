@@ -1,6 +1,7 @@
 #include "board/Detection.h"
 
 #include "board/Recovery.h"
+#include "platform/ProgramLog.h"
 
 #include <fmt/format.h>
 
@@ -13,10 +14,18 @@ std::string TimeOfDayText(const Clock& clock) {
     return fmt::format("{:02}:{:02}:{:02}", now.Hour, now.Minute, now.Second);
 }
 
+void LogIdentity(Platform& world, const clsAIB& board) {
+    WriteLog(world,
+             fmt::format("Board {}: {}, serial number {}, hardware version {}, {}",
+                         board.BoardIndex(), board.BusTypeText(), board.DevSerialNum(),
+                         board.HWVersion(), board.MFCReady() ? "MFCs ready" : "MFCs not ready"));
+}
+
 void ProgramBoard(Station& station, DetectionView& view, std::int32_t index) {
     clsAIB& board = *station.g_AIBList.AIB(index);
     const std::string bus = board.BusTypeText();
     const std::int32_t serial = board.DevSerialNum();
+    LogIdentity(station.World, board);
     view.SetTabCaption(index, fmt::format("{} AIB Detected ({})", bus, serial));
     view.ShowInitState(fmt::format("Initialising ACU {}: {}", index + 1, bus));
     view.ShowProgramming(fmt::format("Programming: AIB {}", index + 1), "Please Wait...");
@@ -50,6 +59,7 @@ bool DetectAndProgramBoards(Station& station, DetectionView& view) {
     station.Claims.ReleaseAll();
     station.g_AIBList.OpenAIBAPI(count);
     if (count == 0) {
+        WriteLog(station.World, "No boards detected");
         view.ShowOutcome(TimeOfDayText(station.World.Time) + " - No AIBs detected");
         return false;
     }

@@ -3,6 +3,7 @@
 #include "board/BoardIdentity.h"
 #include "calibration/ACUInformation.h"
 #include "calibration/clsACUCalibration.h"
+#include "platform/ProgramLog.h"
 #include "platform/Rounding.h"
 #include "platform/TellOperator.h"
 #include "support/Text.h"
@@ -30,6 +31,14 @@ constexpr std::array<Stage, 4> VelocityStages = {{
 constexpr std::array<const char*, 4> PressureStages = {
     "Pressure System Calibration (1 of 2)", "Pressure System Calibration (2 of 2)",
     "Pressure Audit Calibration (1 of 2)", "Pressure Audit Calibration (2 of 2)"};
+
+std::string EndText(bool passed, bool aborted, const std::string& error) {
+    if (!error.empty())
+        return "stopped: " + error;
+    if (aborted)
+        return "cancelled";
+    return passed ? "passed" : "not passed";
+}
 
 } // namespace
 
@@ -69,7 +78,9 @@ bool ACUSetUp::SetAIBSerialNumber(std::int32_t& serial, bool digital, bool analo
         if (serial >= 1 && serial < SmallestSuspectSerial)
             break;
     }
+    ProcedureLog log(m_Services.TheStation.World, "Writing of the board's identity");
     WriteIdentity(m_Services.TheStation, serial, MFCSetupOf(digital, analog));
+    log.Ended("serial number " + std::to_string(serial));
     return true;
 }
 
@@ -87,6 +98,7 @@ void ACUSetUp::AskMFCNumber(std::string& mfcNumber) {
 
 ACUSetUp::Initialisation ACUSetUp::RunACUInitialisation(std::string& mfcNumber, bool velocity,
                                                         bool pressure) {
+    ProcedureLog log(m_Services.TheStation.World, "Initialisation of the ACU");
     EpromGuard guard(m_Services.TheStation, velocity ? "Velocity Initialisation" : "MFC Number");
     DrivingProcedure running(m_Services.TheStation, "initial calibrations", CurrentBoard());
     running.Begin();
@@ -96,6 +108,8 @@ ACUSetUp::Initialisation ACUSetUp::RunACUInitialisation(std::string& mfcNumber, 
     result.Aborted = m_Services.TheStation.World.Events.ProgramEnding();
     if (!result.Aborted && Stores(result, [&] { Record().SaveMFCNumber(guard, mfcNumber); }))
         ListAndRunStages(guard, velocity, pressure, result);
+    log.Ended(EndText(result.Passed, result.Aborted, result.Error) +
+              (result.AllStored ? "" : ", not all stored"));
     return result;
 }
 
@@ -190,6 +204,7 @@ CalibrationOutcome ACUSetUp::RunPressure(CalibrationKind kind) {
 
 CalibrationOutcome ACUSetUp::RunAlone(const char* stage,
                                       const std::function<CalibrationOutcome(EpromGuard&)>& run) {
+    ProcedureLog log(m_Services.TheStation.World, stage);
     EpromGuard guard(m_Services.TheStation, stage);
     DrivingProcedure running(m_Services.TheStation, stage, CurrentBoard());
     running.Begin();
@@ -199,6 +214,8 @@ CalibrationOutcome ACUSetUp::RunAlone(const char* stage,
     if (outcome.NothingDriven)
         running.LeaveOutputs();
     m_Services.Stages.Close();
+    log.Ended(EndText(outcome.Passed, outcome.Aborted, outcome.Error) +
+              (outcome.Saved ? ", saved" : "") + (outcome.AllStored ? "" : ", not all stored"));
     return outcome;
 }
 
@@ -208,6 +225,7 @@ bool ACUSetUp::ClearPressure(const std::function<void(std::int32_t address)>& pr
     if (world.Messages.Ask({"Are you sure you want to Clear the Pressure Calibration?",
                             MessageIcon::Question, MessageButtons::YesNo}) != Answer::Yes)
         return false;
+    ProcedureLog log(world, "Clearing of the pressure calibration");
     EpromGuard(m_Services.TheStation, "Clear Pressure").Write([&] {
         for (std::int32_t address = FirstPressureAddress; address <= LastPressureAddress;
              address += 4) {
@@ -216,13 +234,17 @@ bool ACUSetUp::ClearPressure(const std::function<void(std::int32_t address)>& pr
             world.Events.ProcessPendingEvents();
         }
     });
+    log.Ended("done");
     TellOperator(m_Services.TheStation.World, "Pressure Calibration Cleared");
     return true;
 }
 
 WorkbookOutcome ACUSetUp::CreateACUInfoDoc() {
     const RunningProcedure running = Begin();
-    return OutputACUData(m_Services, *m_Services.TheStation.g_CurrentAIB);
+    ProcedureLog log(m_Services.TheStation.World, "ACU information workbook");
+    const WorkbookOutcome workbook = OutputACUData(m_Services, *m_Services.TheStation.g_CurrentAIB);
+    log.Ended(workbook.WhereItBelongs ? "stored" : "not stored where it belongs");
+    return workbook;
 }
 
 } // namespace ombrix

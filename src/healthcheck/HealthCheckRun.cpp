@@ -14,6 +14,20 @@
 
 namespace ombrix {
 
+namespace {
+
+std::string EndOf(const HealthCheckResult& result) {
+    switch (result.End) {
+    case HealthCheckResult::Outcome::Cancelled: return "cancelled";
+    case HealthCheckResult::Outcome::Failed: return "failed: " + result.Error;
+    case HealthCheckResult::Outcome::NotSaved: return "not saved: " + result.Error;
+    case HealthCheckResult::Outcome::Completed: break;
+    }
+    return "completed";
+}
+
+} // namespace
+
 HealthCheckRun::HealthCheckRun(Station& station, DACSliders& sliders, SpreadsheetLauncher launcher,
                                OpenExcelView& wait, std::string templates)
     : m_Station(station), m_Sliders(sliders), m_Launcher(std::move(launcher)), m_Wait(wait),
@@ -22,15 +36,15 @@ HealthCheckRun::HealthCheckRun(Station& station, DACSliders& sliders, Spreadshee
 HealthCheckResult HealthCheckRun::Run(std::span<const HealthCheckOption> options,
                                       const HealthCheckView& view) {
     HealthCheckResult result;
+    ProcedureLog log(m_Station.World, "Health check");
     DrivingProcedure running(m_Station, "health check",
                              {{m_Station.g_CurrentAIB}, [this] { m_Sliders.ShowAllOff(); }});
     try {
         running.Begin();
         m_Sliders.SetValue(0, 0);
         m_Sliders.SetValue(1, 0);
-        if (!OpenReport(result))
-            return result;
-        RunAll(PlanHealthCheck(options), view, result);
+        if (OpenReport(result))
+            RunAll(PlanHealthCheck(options), view, result);
     } catch (const std::exception& error) {
         running.SwitchOffNow();
         Fail(result, HealthCheckResult::Outcome::Failed, "The health check has been stopped.",
@@ -38,6 +52,7 @@ HealthCheckResult HealthCheckRun::Run(std::span<const HealthCheckOption> options
     }
     if (!result.Sequences.empty())
         Finish(result);
+    log.Ended(EndOf(result));
     return result;
 }
 

@@ -4,7 +4,6 @@
 
 #include <exception>
 #include <functional>
-#include <string>
 
 namespace ombrix {
 
@@ -15,7 +14,7 @@ class SafeApplication final : public QApplication {
     using QApplication::QApplication;
 
     /// Told what has gone wrong; until it is set, exceptions go their way.
-    std::function<void(const std::string& reason)> OnUnexpectedError;
+    std::function<void(const std::exception& error)> OnUnexpectedError;
 
     bool notify(QObject* receiver, QEvent* event) override {
         try {
@@ -23,7 +22,7 @@ class SafeApplication final : public QApplication {
         } catch (const std::exception& error) {
             if (!OnUnexpectedError)
                 throw;
-            OnUnexpectedError(error.what());
+            OnUnexpectedError(error);
             return true;
         }
     }

@@ -34,7 +34,7 @@ void SafeEnd::EndAfterError(const std::string& reason) {
         return;
     SwitchAllOff(m_Station);
     m_EndProgram();
-    const std::string text = "An unexpected error has occurred:\r\n\r\n    " + reason +
+    const std::string text = reason +
                              "\r\n\r\nThe outputs have been switched off, and the program ends. "
                              "Please start it again.";
     WriteLog(m_Station.World, text);

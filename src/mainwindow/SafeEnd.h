@@ -28,7 +28,7 @@ class SafeEnd final : public QObject {
     /// Open dialogs are closed as refused.
     void End();
     /// Switches the outputs off at once and tells the operator what has happened; the first
-    /// error only, since others may follow from it.
+    /// error only, since others may follow from it. @param reason the whole sentence
     void EndAfterError(const std::string& reason);
 
   private:

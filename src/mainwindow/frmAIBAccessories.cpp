@@ -8,6 +8,7 @@
 #include "mainwindow/BenchTestCommands.h"
 #include "mainwindow/BoardPanel.h"
 #include "mainwindow/DACPanel.h"
+#include "mainwindow/DiagnosticsCommand.h"
 #include "mainwindow/InfoPanel.h"
 #include "mainwindow/NoBoardPanel.h"
 #include "mainwindow/ToolWindows.h"
@@ -85,6 +86,11 @@ void frmAIBAccessories::MakeMenus() {
     QAction* history =
         tools->addAction(tr("Calibration &History…"), this, &frmAIBAccessories::ShowHistory);
     QMenu* help = menuBar()->addMenu(tr("&Help"));
+    m_DiagnosticsAction = help->addAction(tr("Save &Diagnostics…"), this, [this] {
+        Guarded(m_Station.World.Messages,
+                [this] { SaveDiagnostics(m_Station, m_Services.Options); });
+    });
+    m_DiagnosticsAction->setObjectName(QStringLiteral("mnuSaveDiagnostics"));
     help->addAction(tr("&About"), this, &frmAIBAccessories::ShowAbout);
     const auto name = [](QObject* object, const char* objectName) {
         object->setObjectName(QLatin1String(objectName));
@@ -200,6 +206,7 @@ void frmAIBAccessories::UpdateCommands() {
     const bool free = !m_Station.Procedures.Running();
     m_DetectAction->setEnabled(free);
     m_UARTsAction->setEnabled(free);
+    m_DiagnosticsAction->setEnabled(free);
     for (QAction* action : m_PressureActions)
         action->setEnabled(free && m_BoardsFound);
     m_Tabs->setEnabled(free);

@@ -34,6 +34,8 @@ struct MainWindowServices {
     std::string Templates;
     /// "major.minor.revision"
     std::string Version;
+    /// The program's options in use, a line each.
+    std::string Options{};
 };
 
 /// The main window: one tab for each board, and the panels that show and drive the board of the
@@ -88,6 +90,7 @@ class frmAIBAccessories final : public QMainWindow, private DetectionView {
     QAction* m_DetectAction = nullptr;
     std::array<QAction*, 2> m_PressureActions{};
     QAction* m_UARTsAction = nullptr;
+    QAction* m_DiagnosticsAction = nullptr;
     QTimer* m_UpdateInput;
     std::unique_ptr<frmACUHealthCheck> m_HealthCheck;
     std::unique_ptr<frmCalibrationHistory> m_History;

@@ -44,6 +44,8 @@ struct CommandContext {
     SpreadsheetLauncher Launcher;
     std::string TemplatesFolder;
     std::int32_t Board = 0;
+    /// The program's options in use, a line each.
+    std::string Options{};
 };
 
 /// Detects and programs the boards as the window does at its start.

@@ -3,6 +3,7 @@
 #include "mainwindow/OutputSweep.h"
 #include "terminal/BoardCommands.h"
 #include "terminal/CalibrationCommands.h"
+#include "terminal/DiagnosticsReport.h"
 #include "terminal/EpromCommands.h"
 #include "terminal/HealthCheckCommand.h"
 #include "terminal/HistoryCommands.h"
@@ -86,6 +87,11 @@ void AddBoardCommands(CLI::App& app, CommandAdder& adder, const std::shared_ptr<
         adder.Add(app, "mfc-number", "Write the MFC number",
                   [args](CommandContext& context) { return RunMFCNumber(context, args->Text); });
     number->add_option("TEXT", args->Text, "At most 12 characters")->required();
+
+    CLI::App* diagnostics = adder.Add(
+        app, "diagnostics", "Put versions, boards, log and crash reports into one archive",
+        [args](CommandContext& context) { return RunDiagnostics(context, args->File); });
+    diagnostics->add_option("FILE", args->File, "The archive; in the data folder if not given");
 }
 
 void AddEpromCommands(CLI::App& app, CommandAdder& adder, const std::shared_ptr<Arguments>& args) {

@@ -48,8 +48,8 @@ class SafeEndTest : public ::testing::TestWithParam<Way> {
   protected:
     SafeEndTest() {
         auto& application = *static_cast<SafeApplication*>(qApp);
-        application.OnUnexpectedError = [this](const std::string& reason) {
-            m_SafeEnd.EndAfterError(reason);
+        application.OnUnexpectedError = [this](const std::exception& error) {
+            m_SafeEnd.EndAfterError(error.what());
         };
     }
     ~SafeEndTest() override { static_cast<SafeApplication*>(qApp)->OnUnexpectedError = nullptr; }

@@ -1,0 +1,153 @@
+#include "support/Diagnostics.h"
+
+#include "board/AnswerWatch.h"
+#include "board/EpromImage.h"
+#include "platform/CrashReport.h"
+#include "platform/FolderDrive.h"
+#include "platform/ProgramLog.h"
+#include "support/FileList.h"
+#include "support/Text.h"
+#include "support/xlsx/ZipArchive.h"
+
+#include <fmt/format.h>
+#include <pugixml.hpp>
+#include <zip.h>
+
+#include <bit>
+#include <cctype>
+#include <sys/utsname.h>
+
+namespace ombrix {
+
+namespace {
+
+constexpr std::size_t LogLines = 2000;
+constexpr double CrashReportDays = 30.0;
+constexpr int CompressionLevel = 6;
+
+std::string FolderPath() {
+    return std::string(R"(C:\)") + DiagnosticsFolder + "\\";
+}
+
+/// The name that the system gives itself.
+std::string SystemName() {
+    constexpr std::string_view key = "PRETTY_NAME=";
+    try {
+        const std::string release = ReadWholeFile("/etc/os-release");
+        const std::size_t start = release.find(key);
+        if (start != std::string::npos)
+            return release.substr(start + key.size(),
+                                  release.find('\n', start) - start - key.size());
+    } catch (const DriveError&) {
+        return "unknown"; // not every system has that file
+    }
+    return "unknown";
+}
+
+std::string VersionsText(const ProgramIdentity& program, const DiagnosticsSource& source) {
+    utsname kernel{};
+    ::uname(&kernel);
+    std::string text =
+        fmt::format("{} {}\nComputer {}\nSystem {}, {} {} {}\n", program.Name, program.Version,
+                    program.Computer, SystemName(), kernel.sysname, kernel.release, kernel.machine);
+    text += fmt::format("fmt {}.{}.{}\n", FMT_VERSION / 10000, FMT_VERSION / 100 % 100,
+                        FMT_VERSION % 100);
+    text += fmt::format("pugixml {}.{}\nlibzip {}\n", PUGIXML_VERSION / 1000,
+                        PUGIXML_VERSION % 1000 / 10, zip_libzip_version());
+    for (const std::string& library : source.Libraries)
+        text += library + "\n";
+    return text;
+}
+
+std::string IdentityText(const clsAIB& board) {
+    return fmt::format(
+        "Board {}: {}, serial number {}, hardware version {}, device type {}\n"
+        "  {}, {}, build {}, configuration bits {:#x}, {} setup, MFCs {}\n",
+        board.BoardIndex(), board.BusTypeText(), board.DevSerialNum(), board.HWVersion(),
+        board.DevType(), Trimmed(board.Vendor()), Trimmed(board.Module()),
+        Trimmed(board.BuildDate()), static_cast<std::uint32_t>(board.ConfigBits()),
+        board.IsDigitalSetup() ? "digital" : "analog", board.MFCReady() ? "ready" : "not ready");
+}
+
+/// The four characters that a word may stand for.
+std::string Characters(std::int32_t word) {
+    std::string text;
+    for (unsigned shift = 0; shift < 32; shift += 8) {
+        const auto byte = static_cast<unsigned char>(static_cast<std::uint32_t>(word) >> shift);
+        text += std::isprint(byte) != 0 ? static_cast<char>(byte) : '.';
+    }
+    return text;
+}
+
+std::string EpromText(const EpromImage& image) {
+    std::string text = "Address      Hex        Long          Single  Text\n";
+    for (std::int32_t address = 0; address < clsAIB::EPROMBytes; address += EpromImage::WordBytes) {
+        const std::int32_t word = image.Word(address);
+        text += fmt::format("{:7} {:>8} {:>11} {:>15}  {}\n", address, HexText(word), word,
+                            GeneralText(std::bit_cast<float>(word)), Characters(word));
+    }
+    return text;
+}
+
+class Archive {
+  public:
+    void Add(const std::string& name, std::string content) {
+        m_Files.push_back({name, [content = std::move(content)] { return content; }});
+    }
+    void AddBoards(clsAIBList& boards) {
+        const std::int32_t count = boards.AIBCount();
+        std::string identities = count == 0 ? "No boards detected\n" : "";
+        for (std::int32_t index = 0; index < count; ++index) {
+            clsAIB& board = *boards.AIB(index);
+            identities += IdentityText(board);
+            const std::string name = fmt::format("board{}_{}", index, board.DevSerialNum());
+            try {
+                const EpromImage image = EpromImage::Read(board);
+                Add(name + ".bin", image.Bytes());
+                Add(name + ".txt", EpromText(image));
+            } catch (const std::exception& error) {
+                Add(name + ".txt", std::string(error.what()) + "\n");
+            }
+        }
+        Add("boards.txt", identities);
+    }
+    void AddCrashReports(const Platform& world) {
+        const std::string oldest =
+            "crash_" + DateText(OleDate(world.Time.Now().Days() - CrashReportDays), "yyyymmdd");
+        for (const std::string& name : world.Files.FilesIn(FolderPath())) {
+            if (!name.starts_with("crash_") || name < oldest)
+                continue;
+            try {
+                Add("crashes/" + name, world.Files.ReadFile(FolderPath() + name));
+            } catch (const DriveError& error) {
+                Add("crashes/" + name, std::string(error.what()) + "\n");
+            }
+        }
+    }
+    std::string Bytes() const { return xlsx::WriteZip(m_Files, CompressionLevel); }
+
+  private:
+    std::vector<xlsx::ZipFile> m_Files;
+};
+
+} // namespace
+
+std::string MakeDiagnostics(Station& station, const DiagnosticsSource& source) {
+    const Platform& world = station.World;
+    Archive archive;
+    archive.Add("versions.txt", VersionsText(world.Program, source));
+    archive.Add("options.txt", source.Options);
+    archive.AddBoards(station.g_AIBList);
+    archive.Add("log.txt", LastLogLines(world.Files, LogLines));
+    archive.AddCrashReports(world);
+    archive.Add("files.txt", FileList(world.Files.RealPath(R"(C:\)")));
+    return archive.Bytes();
+}
+
+std::string DiagnosticsPath(Platform& world) {
+    world.Files.CreateFolder(FolderPath());
+    return FolderPath() + "diagnostics_" + DateText(world.Time.Now(), "yyyymmdd_hhnnss") + "_" +
+           world.Program.Name + ".zip";
+}
+
+} // namespace ombrix

@@ -1,0 +1,107 @@
+#include "soak/Checks.h"
+
+#include "board/EpromImage.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <bit>
+#include <fstream>
+#include <malloc.h>
+#include <unistd.h>
+
+namespace ombrix::soak {
+
+namespace {
+
+std::vector<std::int32_t> ChangedAddresses(const std::string& before, const std::string& after) {
+    const EpromImage former = EpromImage::FromBytes(before);
+    const EpromImage present = EpromImage::FromBytes(after);
+    std::vector<std::int32_t> changed;
+    for (std::int32_t address = 0; address < clsAIB::EPROMBytes; address += EpromImage::WordBytes)
+        if (former.Word(address) != present.Word(address))
+            changed.push_back(address);
+    return changed;
+}
+
+bool MayChange(const Procedure& procedure, std::int32_t address) {
+    return std::any_of(procedure.Ranges.begin(), procedure.Ranges.end(), [&](const auto& range) {
+        return address >= range.first && address <= range.second;
+    });
+}
+
+bool SaysThatItWrote(const Procedure& procedure, const Ending& ending) {
+    switch (procedure.WritesEprom) {
+    case Writes::Never: return false;
+    case Writes::WhenSaved: return ending.Saved;
+    case Writes::WhenFinished:
+        return ending.How == Ending::Kind::Passed || ending.How == Ending::Kind::NotPassed ||
+               ending.How == Ending::Kind::NotStored;
+    case Writes::Always: return true;
+    }
+    return false;
+}
+
+/// What of a record is stored in the EPROM.
+auto Stored(const ACURecord& record) {
+    return std::tuple(
+        record.m_DataVersion, record.m_ChannelCapacity, record.m_CalibrationPoints,
+        record.m_HasSolenoidValves, record.m_VelocityCal[0].M, record.m_VelocityCal[0].C,
+        record.m_VelocityCal[1].M, record.m_VelocityCal[1].C, record.m_VelocityCal[0].Demand,
+        record.m_VelocitySystemDate, record.m_VelocityAuditDate, record.m_VelocitySystemPassed,
+        record.m_VelocityAuditPassed, record.m_MFCNumber,
+        std::bit_cast<std::int32_t>(record.m_MaxPressure), record.m_PressureSystemDate,
+        record.m_PressureAuditDate, record.m_PressureSystemPassed, record.m_PressureAuditPassed);
+}
+
+} // namespace
+
+bool OutputsAreSafe(SoakWorld& world) {
+    constexpr double settled_s = 5.0;
+    constexpr std::int32_t noFlow_bits = 40;
+    world.Time.Advance(settled_s);
+    SimulatedBoard& board = world.Board();
+    for (std::int32_t channel = 0; channel < SimulatedBoard::AnalogChannels; ++channel)
+        if (board.DAC(channel) != 0)
+            return false;
+    return board.FlowReading(0, world.Now_s()) + board.FlowReading(1, world.Now_s()) < noFlow_bits;
+}
+
+bool CheckEprom(SoakProgram& program, const Procedure& procedure, const Ending& ending,
+                const std::string& before, const std::string& told, Violations& violations) {
+    const std::string after = program.World.Board().Eprom().Image();
+    const std::vector<std::int32_t> changed = ChangedAddresses(before, after);
+    const bool toldOfEprom =
+        told.find("EPROM") != std::string::npos || ending.Error.find("EPROM") != std::string::npos;
+    for (const std::int32_t address : changed)
+        if (!MayChange(procedure, address))
+            violations.push_back(fmt::format("EPROM word {} is none of its business", address));
+    const bool says = SaysThatItWrote(procedure, ending);
+    if (!changed.empty() && !says && !toldOfEprom)
+        violations.push_back(fmt::format("{} EPROM words have changed, the first at {}, and "
+                                         "nobody has been told",
+                                         changed.size(), changed.front()));
+    if (toldOfEprom || (changed.empty() && !says))
+        return !toldOfEprom;
+    if (!program.Board().Calibration().ACUInitialised())
+        return true; // a unit that has never been calibrated
+    // Whoever reads the unit now finds what the program takes for its record.
+    clsACUCalibration fresh(program.Ports);
+    fresh.ReadEPROMValues(program.Board());
+    if (!fresh.ACUInitialised())
+        violations.emplace_back("the record in the EPROM cannot be read");
+    else if (Stored(fresh.Record()) != Stored(program.Board().Calibration().Record()))
+        violations.emplace_back("the EPROM does not hold the program's record");
+    return true;
+}
+
+long Memory_KiB() {
+    ::malloc_trim(0); // what the allocator only keeps is no growth
+    std::ifstream file("/proc/self/statm");
+    long total = 0;
+    long resident = 0;
+    file >> total >> resident;
+    return resident * (::sysconf(_SC_PAGESIZE) / 1024);
+}
+
+} // namespace ombrix::soak

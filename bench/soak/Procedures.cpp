@@ -1,0 +1,150 @@
+#include "soak/Procedures.h"
+
+#include "board/ACUMemoryMap.h"
+#include "healthcheck/HealthCheckRun.h"
+#include "mainwindow/DataRecorder.h"
+#include "mainwindow/DigitalMFCTest.h"
+#include "mainwindow/OutputSweep.h"
+
+#include <array>
+
+namespace ombrix::soak {
+
+namespace {
+
+namespace Map = ACUMemoryMap;
+
+Ending EndingOf(const ProcedureOutcome& outcome) {
+    constexpr std::array<Ending::Kind, 4> kinds = {Ending::Kind::Passed, Ending::Kind::Cancelled,
+                                                   Ending::Kind::Stopped, Ending::Kind::NotStored};
+    return {kinds.at(static_cast<std::size_t>(outcome.Ended)), false, outcome.Error, outcome.Files};
+}
+
+Ending::Kind KindOf(bool passed, bool aborted, bool allStored, const std::string& error) {
+    if (!error.empty())
+        return Ending::Kind::Stopped;
+    if (aborted)
+        return Ending::Kind::Cancelled;
+    if (!passed)
+        return Ending::Kind::NotPassed;
+    return allStored ? Ending::Kind::Passed : Ending::Kind::NotStored;
+}
+
+/// The commands that prepare the unit, with views that nobody looks at.
+struct SetUp {
+    RecordedStages Stages;
+    RecordedWait Wait;
+    ACUSetUp Commands;
+
+    explicit SetUp(SoakProgram& program)
+        : Commands({program.TheStation, program.Sliders, Stages, Wait, program.Launcher(),
+                    SoakProgram::Templates}) {
+        program.Cancel = [&program] { program.Board().Calibration().CancelCalibration(); };
+    }
+};
+
+Ending EndingOf(const CalibrationOutcome& outcome) {
+    return {KindOf(outcome.Passed, outcome.Aborted, outcome.AllStored, outcome.Error),
+            outcome.Saved, outcome.Error, outcome.Files};
+}
+
+Ending VelocityInit(SoakProgram& program) {
+    SetUp setUp(program);
+    std::string number = "M9200999X";
+    const auto outcome = setUp.Commands.RunACUInitialisation(number, true, false);
+    return {KindOf(outcome.Passed, outcome.Aborted, outcome.AllStored, outcome.Error),
+            outcome.Passed && outcome.AllStored, outcome.Error, outcome.Files};
+}
+
+template <CalibrationKind Kind>
+Ending Velocity(SoakProgram& program) {
+    return EndingOf(SetUp(program).Commands.RunVelocity(Kind));
+}
+
+template <CalibrationKind Kind>
+Ending Pressure(SoakProgram& program) {
+    return EndingOf(SetUp(program).Commands.RunPressure(Kind));
+}
+
+Ending HealthCheck(SoakProgram& program) {
+    RecordedWait wait;
+    HealthCheckRun run(program.TheStation, program.Sliders, program.Launcher(), wait,
+                       SoakProgram::Templates);
+    program.Cancel = [&run] { run.Cancel(); };
+    constexpr std::array options = {HealthCheckOption::Short, HealthCheckOption::LowCh2};
+    const HealthCheckResult result = run.Run(options, {});
+    constexpr std::array<Ending::Kind, 4> kinds = {Ending::Kind::Passed, Ending::Kind::Cancelled,
+                                                   Ending::Kind::Stopped, Ending::Kind::NotStored};
+    return {kinds.at(static_cast<std::size_t>(result.End)), false, result.Error, result.Files};
+}
+
+Ending Recording(SoakProgram& program) {
+    constexpr double duration_s = 600.0;
+    TimedRecording recording(program.TheStation);
+    program.Cancel = [&recording] { recording.Cancel(); };
+    return EndingOf(recording.Run(duration_s, [](double) {}));
+}
+
+Ending Sweep(SoakProgram& program) {
+    OutputSweep sweep(program.TheStation, program.Sliders);
+    program.Cancel = [&sweep] { sweep.Cancel(); };
+    return EndingOf(sweep.Run(SweepPlan::Stepped(5000, 4000, true), {}).Outcome);
+}
+
+Ending DigitalMFCs(SoakProgram& program) {
+    DigitalMFCTest test(program.TheStation, program.Sliders);
+    program.Cancel = [&test] { test.Cancel(); };
+    return EndingOf(test.Run({}).Outcome);
+}
+
+using Range = std::pair<std::int32_t, std::int32_t>;
+constexpr Range Header = {Map::DataVersion_FireWire, Map::DigitalPressureConfig};
+constexpr Range VelocityTables = {Map::VelocityCal,
+                                  Map::VelocityCal + 2 * Map::VelocityCalBytes - 4};
+constexpr Range VelocitySystemBlock = {Map::VelocitySystemDate, Map::VelocitySystemDate + 4};
+constexpr Range VelocitySystemPassed = {Map::VelocitySystemPassed, Map::VelocitySystemPassed};
+constexpr Range VelocitySystemUser = {Map::VelocitySystemUser, Map::VelocityAuditUser - 4};
+constexpr Range VelocityAuditBlock = {Map::VelocityAuditDate, Map::VelocityAuditDate + 4};
+constexpr Range VelocityAuditPassed = {Map::VelocityAuditPassed, Map::VelocityAuditPassed};
+constexpr Range VelocityAuditUser = {Map::VelocityAuditUser,
+                                     Map::VelocityAuditUser + Map::UserLength - 4};
+constexpr Range MFCNumber = {Map::MFCNumber, Map::MFCNumber + Map::MFCNumberLength - 4};
+constexpr Range PressureBlock = {Map::PressurePresent, Map::PressureCoeff + 8};
+
+} // namespace
+
+const std::vector<Procedure>& Procedures() {
+    static const std::vector<Range> velocity = {VelocityTables, VelocitySystemBlock,
+                                                VelocitySystemPassed, VelocitySystemUser};
+    static const std::vector<Range> audit = {VelocityAuditBlock, VelocityAuditPassed,
+                                             VelocityAuditUser};
+    static const std::vector<Procedure> procedures = {
+        {"velocity-init",
+         VelocityInit,
+         2800.0,
+         Writes::Always,
+         {Header,
+          VelocityTables,
+          {Map::VelocitySystemDate, Map::VelocityAuditUser + 28},
+          MFCNumber}},
+        {"recording", Recording, 600.0},
+        {"health check", HealthCheck, 234.0},
+        {"velocity-system", Velocity<CalibrationKind::System>, 700.0, Writes::WhenSaved, velocity},
+        {"velocity-audit", Velocity<CalibrationKind::Audit>, 700.0, Writes::WhenFinished, audit},
+        {"air sweep", Sweep, 112.0},
+        {"pressure-system",
+         Pressure<CalibrationKind::System>,
+         108.0,
+         Writes::WhenSaved,
+         {PressureBlock}},
+        {"pressure-audit",
+         Pressure<CalibrationKind::Audit>,
+         108.0,
+         Writes::WhenFinished,
+         {PressureBlock}},
+        {"digital MFCs", DigitalMFCs, 336.0},
+    };
+    return procedures;
+}
+
+} // namespace ombrix::soak

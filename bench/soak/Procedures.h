@@ -1,0 +1,42 @@
+#pragma once
+
+#include "soak/SoakStation.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace ombrix::soak {
+
+/// What a procedure said that it came to.
+struct Ending {
+    enum class Kind { Passed, NotPassed, Cancelled, Stopped, NotStored };
+
+    Kind How = Kind::Passed;
+    /// The unit's EPROM is said to hold new values.
+    bool Saved = false;
+    std::string Error;
+    std::vector<std::filesystem::path> Files;
+};
+inline constexpr std::array<const char*, 5> EndingNames = {"passed", "not passed", "cancelled",
+                                                           "stopped", "not stored"};
+
+/// When a procedure may change the EPROM.
+enum class Writes { Never, WhenSaved, WhenFinished, Always };
+
+struct Procedure {
+    const char* Name;
+    Ending (*Run)(SoakProgram& program);
+    /// Undisturbed.
+    double Duration_s;
+    Writes WritesEprom = Writes::Never;
+    /// Byte addresses that it may change: first and last of each range.
+    std::vector<std::pair<std::int32_t, std::int32_t>> Ranges = {};
+};
+
+/// The procedures that the soak runs in turn.
+const std::vector<Procedure>& Procedures();
+
+} // namespace ombrix::soak

@@ -61,7 +61,6 @@ CalibrationOutcome PressureRun::CalibrateACUPressure() {
         } catch (const std::exception& error) {
             Stop(error.what());
         }
-        m_Outcome.Aborted = !Running();
         m_Log.CloseCalibrationLog();
         m_Outcome.Files.insert(m_Outcome.Files.begin(), m_Log.Files().begin(), m_Log.Files().end());
         m_Outcome.AllStored = m_Outcome.AllStored && m_Log.AllStored();
@@ -110,8 +109,10 @@ void PressureRun::Run() {
     Log({"Calibrate Pressure - Calibration Started", "", ""});
     m_Recorder.Begin(m_AutoSave);
     const bool passed = CalibratePressureBase();
-    m_Recorder.Measured(passed, Running());
-    if (!Running())
+    // A cancel that comes later, while the run is stored, does not undo it.
+    m_Outcome.Aborted = !Running();
+    m_Recorder.Measured(passed, !m_Outcome.Aborted);
+    if (m_Outcome.Aborted)
         return;
     if (IsAudit())
         FinishAudit(passed);

@@ -15,8 +15,7 @@ constexpr double Hour_s = 3600.0;
 constexpr std::array<const char*, 3> Benches = {"acu", "fresh", "plain"};
 
 bool ToldOfAir(const std::string& messages) {
-    return messages.find("air may be flowing") != std::string::npos ||
-           messages.find("Air may be flowing") != std::string::npos;
+    return messages.find("AIR MAY STILL BE FLOWING") != std::string::npos;
 }
 
 /// A third of a soak: one bench from its first detection on.

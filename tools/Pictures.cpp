@@ -1,6 +1,7 @@
 // Makes the pictures of the documentation: the windows at work on the simulated bench, in
 // virtual time, so that every run gives the same pictures.
 #include "app/Assembly.h"
+#include "calibration/CalibrationHistory.h"
 #include "mainwindow/QtDocumentOpener.h"
 #include "mainwindow/QtEventPump.h"
 #include "mainwindow/QtProgramEnd.h"
@@ -8,6 +9,7 @@
 #include "support/ctrlProgressBar.h"
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
 #include <QLineEdit>
 #include <QProgressBar>
@@ -142,7 +144,39 @@ class Photographer {
         Find<QAbstractButton>(m_Window, QStringLiteral("cmdVelocity_Init")).click();
     }
 
+    /// The history of the unit, several months after its last calibration.
+    void History(const char* file) {
+        LetMonthsPass();
+        Find<QAction>(m_Window, QStringLiteral("mnuCalibrationHistory")).trigger();
+        QWidget& window = TopLevel("frmCalibrationHistory");
+        window.resize(Screen);
+        QCoreApplication::processEvents();
+        Take(window, file);
+        window.close();
+    }
+
   private:
+    /// Repeats the first run of the unit every month, with readings that drift apart.
+    void LetMonthsPass() {
+        constexpr int months = 9;
+        constexpr double month_days = 30.0;
+        constexpr int drift_bits = 9;
+        Station& station = m_Assembly.TheStation();
+        HistoryEntry run =
+            ReadHistory(station.World.Files, station.g_CurrentAIB->SerialNumber()).Runs.front();
+        for (int month = 1; month < months; ++month) {
+            run.When = OleDate(run.When.Days() + month_days);
+            for (ChannelMeasurement& channel : run.Velocity.Channels) {
+                for (std::size_t point = 0; point < channel.Demand.size(); ++point) {
+                    const int moved = (static_cast<int>(point) - 2) * drift_bits + month % 3 * 4;
+                    channel.Rising.at(point).Reading_bits += moved;
+                    channel.Falling.at(point).Reading_bits += moved;
+                }
+            }
+            AppendToHistory(station.World, run);
+        }
+    }
+
     static bool IsMidwayInStage(QWidget& window, int stage) {
         constexpr int resultColumn = 2;
         // From before the middle on: the last measurement of the stage before stands at its end.
@@ -222,6 +256,7 @@ StationOptions InVirtualTime(const char* bench, const std::filesystem::path& dat
 void MakePictures(const std::filesystem::path& folder, const std::filesystem::path& dataRoot) {
     const StationOptions fresh = InVirtualTime("fresh", dataRoot);
     Studio(fresh, Answer::Yes, folder)->Calibration("calibration.png");
+    Studio(fresh, Answer::No, folder)->History("history.png");
     StationOptions faulty = fresh;
     faulty.FaultTexts = {"hysteresis:1,4000"};
     Studio(faulty, Answer::Yes, folder)->Calibration("calibration-failed.png");

@@ -17,14 +17,21 @@ std::string PathOf(std::int32_t serial) {
     return fmt::format("{}ACU{:05}.jsonl", HistoryFolder, serial);
 }
 
+/// What a crash has cut off must not spoil the line that comes next.
+bool EndsWithinALine(const Drive& files, const std::string& path) {
+    return files.FileExists(path) && !files.ReadFile(path).ends_with('\n');
+}
+
 } // namespace
 
 bool AppendToHistory(Platform& world, HistoryEntry entry) {
     entry.Limits = LimitsOf(entry.Kind);
     try {
         world.Files.CreateFolder(HistoryFolder);
-        const auto file = world.Files.OpenForAppending(PathOf(entry.Serial));
-        file->Write(LineOf(EntryJson(entry)));
+        const std::string path = PathOf(entry.Serial);
+        const char* const begin = EndsWithinALine(world.Files, path) ? "\n" : "";
+        const auto file = world.Files.OpenForAppending(path);
+        file->Write(begin + LineOf(EntryJson(entry)));
         file->Sync();
         return true;
     } catch (const DriveError& error) {

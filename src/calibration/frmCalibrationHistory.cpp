@@ -65,10 +65,11 @@ frmCalibrationHistory::frmCalibrationHistory(Station& station)
     auto* parts = new QSplitter(this);
     parts->addWidget(left);
     parts->addWidget(m_Plot);
-    constexpr int listShare = 2;
-    constexpr int plotShare = 3;
-    parts->setStretchFactor(0, listShare);
-    parts->setStretchFactor(1, plotShare);
+    // The list and the tables of a run need their width; the plot takes what is more.
+    constexpr int listWidth = 500;
+    constexpr int plotWidth = 700;
+    parts->setSizes({listWidth, plotWidth});
+    parts->setStretchFactor(1, 1);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(MakeChoosers());
     layout->addWidget(parts, 1);

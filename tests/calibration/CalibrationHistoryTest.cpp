@@ -1,0 +1,108 @@
+#include "calibration/CalibrationHistory.h"
+
+#include "calibration/CalibrationBench.h"
+#include "calibration/HistoryDrift.h"
+#include "calibration/MeasuredChannels.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace ombrix {
+namespace {
+
+constexpr const char* Path = R"(C:\History\ACU00301.jsonl)";
+
+TEST(CalibrationHistory, EveryRunThatMeasuredLeavesItsRecord) {
+    CalibrationBench bench("acu");
+    const ACURecord found = bench.Record().Record();
+    bench.SetUp.RunVelocity(CalibrationKind::System);
+    bench.Bench.Messages.Answers = {Answer::Cancel};
+    bench.SetUp.RunVelocity(CalibrationKind::System); // declined: nothing was run
+    const double now_s = MonotonicSeconds(bench.Bench.Time);
+    bench.Bench.Events.At(now_s + 20.0, [&] { bench.Record().CancelCalibration(); });
+    bench.SetUp.RunVelocity(CalibrationKind::Audit);
+    bench.SetUp.RunPressure(CalibrationKind::Audit);
+
+    const CalibrationHistory history = ReadHistory(bench.Bench.Files, 301);
+    ASSERT_EQ(history.Runs.size(), 3U);
+    const HistoryEntry& system = history.Runs[0];
+    EXPECT_EQ(system.Verdict, Verdicts::Passed);
+    EXPECT_EQ(system.Found.m_VelocityCal[1], found.m_VelocityCal[1]);
+    EXPECT_EQ(system.Left.value().m_VelocityCal[1], bench.Record().Record().m_VelocityCal[1]);
+    EXPECT_EQ(FitSegments(system.Velocity.Channels[0]), system.Left->m_VelocityCal[0])
+        << "the points are those that the stored table was made of";
+    EXPECT_EQ(system.Limits.at(0), (std::pair<std::string, float>("hysteresis_bits", 131.068F)));
+    EXPECT_EQ(system.Files.size(), 2U);
+    EXPECT_EQ(history.Runs[1].Verdict, Verdicts::Cancelled);
+    EXPECT_TRUE(history.Runs[1].Velocity.Channels[0].Rising.at(0).Valid);
+    EXPECT_EQ(history.Runs[2].Pressure.size(), 5U);
+}
+
+TEST(CalibrationHistory, FailuresHaveTheirReasons) {
+    const std::array<std::array<const char*, 3>, 2> cases = {
+        {{"hysteresis:1,150", Verdicts::Failed,
+          "The data collected from channel 2 was not acceptable"},
+         {"unplug@20", Verdicts::Stopped, "The board does not answer"}}};
+    for (const auto& [fault, verdict, reason] : cases) {
+        CalibrationBench bench("acu", {fault});
+        bench.SetUp.RunVelocity(CalibrationKind::System);
+        const CalibrationHistory history = ReadHistory(bench.Bench.Files, 301);
+        ASSERT_EQ(history.Runs.size(), 1U);
+        EXPECT_EQ(history.Runs[0].Verdict, verdict);
+        ASSERT_EQ(history.Runs[0].Reasons.size(), 1U);
+        EXPECT_TRUE(history.Runs[0].Reasons[0].starts_with(reason)) << history.Runs[0].Reasons[0];
+    }
+}
+
+HistoryEntry AuditEntry(float raisedBy_ml_m) {
+    HistoryEntry entry;
+    entry.Kind = RunKind::VelocityAudit;
+    entry.When = OleDate(45000.0 + static_cast<double>(raisedBy_ml_m));
+    entry.Serial = 301;
+    entry.Program.Computer = "bench, \"left\"";
+    entry.Verdict = Verdicts::Passed;
+    entry.Velocity = GoodRun(CalibrationKind::Audit);
+    for (PointReading& reading : entry.Velocity.Channels[0].Falling)
+        reading.Flow_ml_m += 2.0F * raisedBy_ml_m;
+    return entry;
+}
+
+TEST(CalibrationHistory, DamagedLinesArePassedOverAndCounted) {
+    TestBench bench;
+    for (const float raised : {0.0F, 10.0F})
+        EXPECT_TRUE(AppendToHistory(bench.World, AuditEntry(raised)));
+    std::string text = bench.Files.ReadFile(Path);
+    const std::size_t second = text.find('\n') + 1;
+    text.insert(second, "{}\nnot JSON\n{\"when\":\"2026-\n");
+    text += "{\"when"; // cut off
+    bench.Files.ReplaceFile(Path, text);
+    EXPECT_TRUE(AppendToHistory(bench.World, AuditEntry(20.0F)));
+    const CalibrationHistory history = ReadHistory(bench.Files, 301);
+    EXPECT_EQ(history.DamagedLines, 4);
+    EXPECT_EQ(history.Runs.size(), 3U) << "each but what was damaged";
+}
+
+TEST(CalibrationHistory, TheDriftIsThatFromTheFirstRun) {
+    CalibrationHistory history{{AuditEntry(0.0F), AuditEntry(10.0F), AuditEntry(-25.0F)}};
+    history.Runs[1].Velocity.Channels[0].Rising[4].Valid = false;
+    history.Runs.push_back(AuditEntry(1.0F));
+    history.Runs.back().Kind = RunKind::PressureAudit; // of another kind
+    const Drift percent =
+        DriftOf(history, RunKind::VelocityAudit, 0, DriftScale::PercentOfFullScale);
+    ASSERT_EQ(percent.Series.size(), 10U);
+    ASSERT_EQ(percent.Runs.size(), 3U);
+    EXPECT_EQ(percent.Series[2].Name, "Point 3: 9 %");
+    EXPECT_NEAR(percent.Series[2].Deviations.at(1).value(), 0.2, 1e-5) << "10 of 5000 ml/min";
+    EXPECT_FALSE(percent.Series[4].Deviations.at(1));
+    const Drift flow = DriftOf(history, RunKind::VelocityAudit, 0, DriftScale::Physical);
+    EXPECT_NEAR(flow.Series[9].Deviations.at(2).value(), -25.0, 1e-3);
+    EXPECT_EQ(flow.Unit, "ml/min");
+
+    const std::string csv = HistoryCsv(history);
+    EXPECT_EQ(std::count(csv.begin(), csv.end(), '\n'), 1 + 3 * 20);
+    EXPECT_NE(csv.find(",\"bench, \"\"left\"\"\",velocity-audit,passed,1,5,"), std::string::npos);
+}
+
+} // namespace
+} // namespace ombrix

@@ -1,0 +1,34 @@
+#include "terminal/OmbrixctlTest.h"
+
+namespace ombrix {
+namespace {
+
+TEST_F(OmbrixctlTest, ARunWhoseProgramWasKilledGetsItsReport) {
+    // Killed outright, there is no JSON to take.
+    const std::string killed = fmt::format(
+        "timeout -s KILL 0.4 '{}' --data-root '{}' --simulate --yes --time-scale 40 calibrate "
+        "velocity-system >/dev/null 2>&1",
+        OMBRIXCTL, m_Folder.Path().string());
+    EXPECT_NE(std::system(killed.c_str()), 0);
+    EXPECT_EQ(RunSimulated("adc").Status, 0);
+    EXPECT_NE(Errors().find("ombrixctl report --journal '"), std::string::npos);
+
+    const json journals = Run("report").Result["journals"];
+    ASSERT_EQ(journals.size(), 1U);
+    const std::string journal = journals[0]["file"];
+    const Outcome report = Run("report --journal '" + journal + "'");
+    EXPECT_EQ(report.Status, 0) << Errors();
+    ASSERT_EQ(report.Result["files"].size(), 1U);
+    EXPECT_TRUE(std::filesystem::exists(report.Result["files"][0].get<std::string>()));
+    EXPECT_TRUE(Run("report").Result["journals"].empty());
+    const json runs = Run("history").Result["runs"];
+    ASSERT_EQ(runs.size(), 1U);
+    EXPECT_EQ(runs[0]["verdict"], "interrupted");
+    EXPECT_EQ(Run("history --serial 302").Result["runs"].size(), 0U);
+    ReplaceWholeFile(journal, ReadWholeFile(journal).insert(9, "x"));
+    EXPECT_EQ(Run("report --journal '" + journal + "'").Status, 4);
+    EXPECT_NE(Errors().find("The journal is damaged in line 1"), std::string::npos);
+}
+
+} // namespace
+} // namespace ombrix

@@ -21,13 +21,9 @@ TEST_F(OmbrixctlTest, ARunWhoseProgramWasKilledGetsItsReport) {
     ASSERT_EQ(report.Result["files"].size(), 1U);
     EXPECT_TRUE(std::filesystem::exists(report.Result["files"][0].get<std::string>()));
     EXPECT_TRUE(Run("report").Result["journals"].empty());
-    const json runs = Run("history").Result["runs"];
-    ASSERT_EQ(runs.size(), 1U);
-    EXPECT_EQ(runs[0]["verdict"], "interrupted");
-    EXPECT_EQ(Run("history --serial 302").Result["runs"].size(), 0U);
+    EXPECT_EQ(Run("history").Result["runs"].at(0)["verdict"], "interrupted");
     ReplaceWholeFile(journal, ReadWholeFile(journal).insert(9, "x"));
     EXPECT_EQ(Run("report --journal '" + journal + "'").Status, 4);
-    EXPECT_NE(Errors().find("The journal is damaged in line 1"), std::string::npos);
 }
 
 } // namespace

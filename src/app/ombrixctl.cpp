@@ -11,11 +11,13 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
 #include <functional>
 #include <span>
+#include <system_error>
 
 namespace {
 
@@ -42,8 +44,12 @@ struct Output {
     }
 
   private:
-    /// A reader who is gone has no use for the result.
-    static void Write(const std::string& text) { std::fputs(text.c_str(), stdout); }
+    /// A reader who is gone has no use for the result; a disk that is full has lost it.
+    static void Write(const std::string& text) {
+        if ((std::fputs(text.c_str(), stdout) < 0 || std::fflush(stdout) != 0) && errno != EPIPE)
+            throw std::system_error(errno, std::generic_category(),
+                                    "Standard output takes no more");
+    }
 };
 
 CommandResult Failure(ExitStatus status, const std::string& error) {
@@ -69,13 +75,13 @@ CommandResult Attempt(const TerminalOperator& messages, const CrashReport& crash
         return Failure(error.Status(), error.what());
     } catch (const EpromError& error) {
         return Failure(ExitStatus::NotStored, WithPlainLineEnds(error.what()));
+    } catch (const BoardInUse& error) {
+        return Failure(ExitStatus::NotPassed, WithPlainLineEnds(error.what()));
     } catch (const DriveError& error) {
         return Failure(ExitStatus::NotStored, error.what());
     } catch (const std::filesystem::filesystem_error& error) {
         return Failure(ExitStatus::NotStored, error.what());
     } catch (const BoardError& error) {
-        return Failure(ExitStatus::NotPassed, WithPlainLineEnds(error.what()));
-    } catch (const BoardInUse& error) {
         return Failure(ExitStatus::NotPassed, WithPlainLineEnds(error.what()));
     } catch (const std::exception& error) {
         return Unexpected(error, crash);

@@ -71,9 +71,9 @@ void EpromGuard::MakeReady() {
 void EpromGuard::ClaimBoard() {
     const std::int32_t serial = m_Board.SerialNumber();
     try {
-        if (!m_Claims.Claim(serial))
-            Refuse("The board is being used by " + m_Claims.Holder(serial) +
-                   ".\r\n\r\nPlease end that program, then try again.");
+        m_Claims.Require(serial);
+    } catch (const BoardInUse& error) {
+        Refuse(error.what());
     } catch (const DriveError& error) {
         Refuse(fmt::format("The board cannot be kept from other programs: {}.\r\n\r\nPlease make "
                            "the data folder writable, then try again.",

@@ -62,9 +62,11 @@ frmCalibrationHistory::frmCalibrationHistory(Station& station)
     auto* left = new QSplitter(Qt::Vertical, this);
     left->addWidget(m_Runs);
     left->addWidget(m_Details);
+    left->handle(1)->setAccessibleName(tr("Divider between runs and details"));
     auto* parts = new QSplitter(this);
     parts->addWidget(left);
     parts->addWidget(m_Plot);
+    parts->handle(1)->setAccessibleName(tr("Divider between runs and drift"));
     // The list and the tables of a run need their width; the plot takes what is more.
     constexpr int listWidth = 500;
     constexpr int plotWidth = 700;
@@ -75,7 +77,7 @@ frmCalibrationHistory::frmCalibrationHistory(Station& station)
     layout->addWidget(parts, 1);
     layout->addLayout(MakeButtons());
     constexpr QSize comfortable(1200, 680);
-    resize(comfortable);
+    resize(ScaledToFonts(*this, comfortable));
     connect(m_Runs, &QTreeWidget::currentItemChanged, this, &frmCalibrationHistory::ShowRun);
     m_Procedures = station.Procedures.Listen([this](bool running) { ProcedureRunning(running); });
 }

@@ -54,7 +54,7 @@ frmRestoreEPROM::frmRestoreEPROM(const QString& fileName,
     layout->addWidget(MakeList(differences, this), 1);
     layout->addLayout(buttons);
     constexpr QSize comfortable(640, 400);
-    resize(comfortable);
+    resize(ScaledToFonts(*this, comfortable));
     cancel->setFocus();
 }
 

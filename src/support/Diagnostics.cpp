@@ -1,7 +1,7 @@
 #include "support/Diagnostics.h"
 
 #include "board/AnswerWatch.h"
-#include "board/EpromImage.h"
+#include "board/EpromFields.h"
 #include "platform/CrashReport.h"
 #include "platform/FolderDrive.h"
 #include "platform/ProgramLog.h"
@@ -13,8 +13,6 @@
 #include <pugixml.hpp>
 #include <zip.h>
 
-#include <bit>
-#include <cctype>
 #include <sys/utsname.h>
 
 namespace ombrix {
@@ -69,23 +67,12 @@ std::string IdentityText(const clsAIB& board) {
         board.IsDigitalSetup() ? "digital" : "analog", board.MFCReady() ? "ready" : "not ready");
 }
 
-/// The four characters that a word may stand for.
-std::string Characters(std::int32_t word) {
-    std::string text;
-    for (unsigned shift = 0; shift < 32; shift += 8) {
-        const auto byte = static_cast<unsigned char>(static_cast<std::uint32_t>(word) >> shift);
-        text += std::isprint(byte) != 0 ? static_cast<char>(byte) : '.';
-    }
-    return text;
-}
-
 std::string EpromText(const EpromImage& image) {
-    std::string text = "Address      Hex        Long          Single  Text\n";
-    for (std::int32_t address = 0; address < clsAIB::EPROMBytes; address += EpromImage::WordBytes) {
-        const std::int32_t word = image.Word(address);
-        text += fmt::format("{:7} {:>8} {:>11} {:>15}  {}\n", address, HexText(word), word,
-                            GeneralText(std::bit_cast<float>(word)), Characters(word));
-    }
+    std::string text = "Address  Hex of the first word  Value  Field\n";
+    for (const EpromField& field : EpromFields())
+        text +=
+            fmt::format("{:7} {:>8}  {:<24} {}\n", field.Address,
+                        HexText(image.Word(field.Address)), ShowField(field, image), field.Name);
     return text;
 }
 

@@ -170,8 +170,9 @@ CommandResult RunIdentity(CommandContext& context, std::int32_t serial, const st
     if (status != Status::NoError)
         throw CommandError(ExitStatus::NotStored,
                            "The identity could not be written: " + clsAIB::AIBErrorStr(status));
-    context.Messages.Ask({"The AIB has been programmed - restart application to check.",
-                          MessageIcon::Information, MessageButtons::Ok});
+    context.TheStation.World.Messages.Ask(
+        {"The AIB has been programmed - restart application to check.", MessageIcon::Information,
+         MessageButtons::Ok});
     CommandResult result;
     const auto code = static_cast<std::int32_t>(mfcs);
     result.Json = {{"serial", serial}, {"code", code}};

@@ -113,7 +113,7 @@ CommandResult RunEpromFill(CommandContext& context, std::int32_t value) {
     WriteAll(context, [&](const EpromProgress& progress) {
         return WriteWholeEPROM(context.TheStation, value, progress);
     });
-    context.Messages.Ask({"All locations written"});
+    context.TheStation.World.Messages.Ask({"All locations written"});
     return result;
 }
 
@@ -129,10 +129,11 @@ CommandResult RunEpromRestore(CommandContext& context, const std::filesystem::pa
     const EpromImage image = ReadEpromFile(file);
     ChosenBoard(context);
     const auto agreed = [&](const std::vector<EpromDifference>& differences) {
-        const std::string changes =
-            differences.empty() ? "Nothing will change.\r\n" : FieldsText(differences, "\r\n");
-        return context.Messages.Ask({changes + "\r\nAre you sure you want to restore the EPROM?",
-                                     MessageIcon::Question, MessageButtons::YesNo}) == Answer::Yes;
+        const std::string changes = FieldsText(differences, "\r\n");
+        return differences.empty() ||
+               context.TheStation.World.Messages.Ask(
+                   {changes + "\r\nAre you sure you want to restore the EPROM?",
+                    MessageIcon::Question, MessageButtons::YesNo}) == Answer::Yes;
     };
     CommandResult result;
     result.Json["differences"] = Json::array();

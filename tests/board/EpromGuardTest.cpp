@@ -108,7 +108,7 @@ INSTANTIATE_TEST_SUITE_P(
     Troubles, RefusalTest,
     ::testing::Values(
         Trouble{"OtherProgram", "no-air", [](TestBench&, BoardClaims& other) { other.Claim(301); },
-                "is being used by ombrix, process 4711 on bench7", "end that program"},
+                "is in use by ombrix, process 4711 on bench7", "end it"},
         Trouble{"OtherBoard", "no-air",
                 [](TestBench& bench, BoardClaims&) { bench.Bench.Board(0).SetIdentity(1, 302); },
                 "reports serial number 302 now; it was detected with 301", "detect the boards"},

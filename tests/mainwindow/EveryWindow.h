@@ -4,6 +4,7 @@
 #include "calibration/modACUCalibration.h"
 #include "mainwindow/QtOperator.h"
 #include "mainwindow/WindowBench.h"
+#include "mainwindow/frmRestoreEPROM.h"
 #include "support/frmOpenExcel.h"
 
 #include <QAction>
@@ -72,6 +73,19 @@ inline void ShowRig(const Visit& visit) {
     });
 }
 
+inline void ShowHistory(const Visit& visit) {
+    WindowBench bench;
+    bench.Find<QAction>("mnuCalibrationHistory").trigger();
+    visit(*WindowBench::TopLevel("frmCalibrationHistory"));
+}
+
+inline void ShowRestore(const Visit& visit) {
+    frmRestoreEPROM window("ACU00301_20240315_140509_EPROM To All.bin",
+                           {{1024, "MFC number", "\"M9200301A\"", "\"M9200123Z\""}}, nullptr);
+    window.show();
+    visit(window);
+}
+
 inline void ShowWait(const Visit& visit) {
     frmOpenExcel window(nullptr);
     window.Show("Opening the template of the ACU health check");
@@ -101,6 +115,8 @@ inline std::vector<WindowOfProgram> EveryWindow() {
             {"Uarts", ShowUarts},
             {"RigOptions", ShowRigOptions},
             {"Rig", ShowRig},
+            {"History", ShowHistory},
+            {"Restore", ShowRestore},
             {"Wait", ShowWait},
             {"Message", Box([](QtOperator& messages) {
                  messages.Ask({"Not saved:\r\n\r\n   C:\\ACUs\\ACU00301_M9200301A\\report.xlsx",

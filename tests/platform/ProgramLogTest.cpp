@@ -52,12 +52,8 @@ TEST(ProgramLog, ProceduresAreNotedWithTheirOutcome) {
                           Case{[]() -> bool { throw ProgramEnded{}; }, "left by an error"}}) {
         TestBench bench;
         ProcedureOutcome outcome;
-        const auto run = [&] {
-            RunBenchProcedure(
-                bench.TheStation, "The sweep has been stopped.", [] {}, outcome, c.Body);
-        };
         try {
-            run();
+            RunBenchProcedure(bench.TheStation, "sweep", {}, outcome, c.Body);
         } catch (const ProgramEnded&) {
             EXPECT_STREQ(c.Line, "left by an error");
         }

@@ -1,6 +1,6 @@
 #include "soak/Checks.h"
 
-#include "board/EpromImage.h"
+#include "board/EpromGuard.h"
 
 #include <fmt/format.h>
 
@@ -42,6 +42,14 @@ bool SaysThatItWrote(const Procedure& procedure, const Ending& ending) {
     return false;
 }
 
+/// Whether the content is among the saved ones.
+bool IsSaved(const Drive& files, const std::string& content) {
+    const std::vector<std::string> names = files.FilesIn(BackupFolder);
+    return std::any_of(names.rbegin(), names.rend(), [&](const auto& name) {
+        return files.ReadFile(BackupFolder + name) == content;
+    });
+}
+
 /// What of a record is stored in the EPROM.
 auto Stored(const ACURecord& record) {
     return std::tuple(
@@ -76,6 +84,8 @@ bool CheckEprom(SoakProgram& program, const Procedure& procedure, const Ending& 
     for (const std::int32_t address : changed)
         if (!MayChange(procedure, address))
             violations.push_back(fmt::format("EPROM word {} is none of its business", address));
+    if (!changed.empty() && !IsSaved(program.World.Folder, before))
+        violations.emplace_back("the EPROM has changed without having been saved first");
     const bool says = SaysThatItWrote(procedure, ending);
     if (!changed.empty() && !says && !toldOfEprom)
         violations.push_back(fmt::format("{} EPROM words have changed, the first at {}, and "
@@ -86,7 +96,7 @@ bool CheckEprom(SoakProgram& program, const Procedure& procedure, const Ending& 
     if (!program.Board().Calibration().ACUInitialised())
         return true; // a unit that has never been calibrated
     // Whoever reads the unit now finds what the program takes for its record.
-    clsACUCalibration fresh(program.Ports);
+    clsACUCalibration fresh(program.Ports, program.TheStation.Claims);
     fresh.ReadEPROMValues(program.Board());
     if (!fresh.ACUInitialised())
         violations.emplace_back("the record in the EPROM cannot be read");

@@ -87,6 +87,9 @@ class BenchSoak {
         m_Program->Documents.Opened.clear();
         if (!safe && !ToldOfAir(told))
             violations.emplace_back("air has been left flowing, and nobody has been told");
+        if (HasMark() != ToldOfAir(told))
+            violations.emplace_back(HasMark() ? "a mark is left, and nobody has been told"
+                                              : "no mark is left for the next start");
         const bool written = CheckEprom(*m_Program, procedure, ending, before, told, violations);
         m_Files.Check(fault.What == Fault::Act::DiskFull, violations);
         if (m_Program->TheStation.Procedures.Running())
@@ -97,6 +100,12 @@ class BenchSoak {
         tally.Tried = 1;
         tally.Endings.at(static_cast<std::size_t>(ending.How)) = 1;
         Note(procedure, faultIndex, phase, tally, ending, violations);
+    }
+
+    bool HasMark() const {
+        const std::vector<std::string> files = m_World.Folder.FilesIn(R"(C:\Claims)");
+        return std::any_of(files.begin(), files.end(),
+                           [](const std::string& name) { return name.ends_with(".running"); });
     }
 
     /// As the operator would: a program that has ended is started again, lost boards are

@@ -48,7 +48,8 @@ SoakWorld::SoakWorld(const std::string& bench, std::uint64_t seed,
 
 SoakProgram::SoakProgram(SoakWorld& world)
     : World(world), TheStation(BoardServices{world.Library, Ports, [this] {
-                                                 return std::make_shared<clsACUCalibration>(Ports);
+                                                 return std::make_shared<clsACUCalibration>(
+                                                     Ports, TheStation.Claims);
                                              }}) {}
 
 bool SoakProgram::Detect() {

@@ -135,17 +135,21 @@ void EpromGuard::Write(const std::function<void()>& work) {
         RequireSameBoard();
     else
         MakeReady();
+    const EpromImage before = m_Content;
     clsAIB::EpromWriting writing(m_Board);
-    std::exception_ptr trouble;
     try {
         work();
-    } catch (...) {
-        trouble = std::current_exception();
+    } catch (const std::exception& error) {
+        // The log is to say what has been changed, and the operator that it is a part only.
+        ReadBack(writing);
+        if (m_Content == before)
+            throw;
+        throw EpromError(fmt::format(
+            "The writing to the EPROM of {} was broken off: {}\r\n\r\nIt has been written in part. "
+            "Please repeat \"{}\", or restore the content from before, which lies in\r\n\r\n   {}",
+            m_Unit, error.what(), m_Purpose, m_World.Files.RealPath(m_Backup).string()));
     }
-    // Also of work that was broken off: the log is to say what has been changed.
     ReadBack(writing);
-    if (trouble)
-        std::rethrow_exception(trouble);
 }
 
 void EpromGuard::ReadBack(const clsAIB::EpromWriting& writing) {

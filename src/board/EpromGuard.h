@@ -68,7 +68,8 @@ class EpromGuard {
     bool IsReady() const { return !m_Backup.empty(); }
 
     /// Runs what writes to the board's EPROM, makes ready for it where that has not been done,
-    /// and reads every written word back. What the work throws is passed on after that.
+    /// and reads every written word back. What the work throws is passed on after that, or
+    /// becomes an EpromError when it has left the EPROM written in part.
     /// @throws EpromError, EpromMismatch, BoardError
     void Write(const std::function<void()>& work);
 

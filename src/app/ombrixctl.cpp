@@ -106,7 +106,12 @@ CommandResult RunCommand(const ChosenCommand& command, const StationOptions& opt
                                options.Board,
                                assembly.OptionsText()};
         ProcedureLog log(context.TheStation.World, "Command " + command.Name);
-        const CommandResult result = Attempt(messages, crash, [&] { return command.Run(context); });
+        CommandResult result = Attempt(messages, crash, [&] { return command.Run(context); });
+        // A script must not go on beside a unit that may be blowing.
+        if (context.TheStation.AirMayFlow && result.Status == ExitStatus::Done) {
+            result.Status = ExitStatus::NotPassed;
+            result.Error = "The outputs could not be set to zero: air may still be flowing.";
+        }
         log.Ended(fmt::format("exit status {} {}", static_cast<int>(result.Status), result.Error));
         return result;
     });

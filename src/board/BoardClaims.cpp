@@ -5,9 +5,8 @@
 namespace ombrix {
 
 std::string ClaimPath(Drive& files, std::int32_t serial, const char* kind) {
-    constexpr const char* folder = R"(C:\Claims)";
-    files.CreateFolder(folder);
-    return fmt::format(R"({}\AIB_{:05}.{})", folder, serial, kind);
+    files.CreateFolder(ClaimFolder);
+    return fmt::format(R"({}\AIB_{:05}.{})", ClaimFolder, serial, kind);
 }
 
 std::string NameOf(const ProgramIdentity& program) {
@@ -21,6 +20,14 @@ bool BoardClaims::Claim(std::int32_t serial) {
                                       NameOf(m_World.Program));
     }
     return claim != nullptr;
+}
+
+bool BoardClaims::IsOurs(std::int32_t serial) noexcept {
+    try {
+        return Claim(serial);
+    } catch (const std::exception&) {
+        return true;
+    }
 }
 
 std::string BoardClaims::Holder(std::int32_t serial) const {

@@ -26,6 +26,9 @@ class BoardClaims {
     /// True when the board is this program's, now or already before; false while another
     /// program has it. @throws DriveError when the data folder takes no lock
     bool Claim(std::int32_t serial);
+    /// Whether no other program has the board. One whose claim cannot even be tried counts as
+    /// ours: switching air off comes before keeping out of somebody's way.
+    bool IsOurs(std::int32_t serial) noexcept;
     /// Who has the board that could not be claimed ("ombrixctl, process 1234 on bench7").
     std::string Holder(std::int32_t serial) const;
     /// Claims a board that is about to be driven. @throws BoardInUse, DriveError
@@ -43,6 +46,7 @@ std::string NameOf(const ProgramIdentity& program);
 
 /// Path of a file about a board in the folder of claims, which it makes: the lock, or the mark
 /// of a procedure that drives the board. @param kind ending of the name ("lock")
+inline constexpr const char* ClaimFolder = R"(C:\Claims)";
 std::string ClaimPath(Drive& files, std::int32_t serial, const char* kind);
 
 } // namespace ombrix

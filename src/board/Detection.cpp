@@ -32,7 +32,7 @@ void ProgramBoard(Station& station, DetectionView& view, std::int32_t index) {
     view.SetTabCaption(index, fmt::format("Programming {} AIB...", bus));
     station.World.Events.ProcessPendingEvents();
     // Programming a board would disturb the program that works with it.
-    if (station.Claims.Claim(serial))
+    if (station.Claims.IsOurs(serial))
         board.StartFPGAUpload();
     view.SetTabCaption(index, fmt::format("AIB_{}: {}", serial, bus));
 }
@@ -40,16 +40,27 @@ void ProgramBoard(Station& station, DetectionView& view, std::int32_t index) {
 /// Takes the boards for this program, and says which ones another program has.
 void ClaimBoards(Station& station) {
     std::string taken;
+    std::string untried;
     for (const auto& board : station.g_AIBList.Boards()) {
         const std::int32_t serial = board->DevSerialNum();
-        if (!station.Claims.Claim(serial))
-            taken +=
-                fmt::format("Board {} is in use by {}.\r\n", serial, station.Claims.Holder(serial));
+        try {
+            if (!station.Claims.Claim(serial))
+                taken += fmt::format("Board {} is in use by {}.\r\n", serial,
+                                     station.Claims.Holder(serial));
+        } catch (const DriveError& error) {
+            untried += fmt::format("Board {}: {}.\r\n", serial, error.what());
+        }
     }
+    const auto warn = [&station](const std::string& text) {
+        station.World.Messages.Ask({text, MessageIcon::Warning, MessageButtons::Ok});
+    };
     if (!taken.empty())
-        station.World.Messages.Ask({taken + "\r\nWhat another program has can be looked at here, "
-                                            "but is neither programmed nor driven.",
-                                    MessageIcon::Warning, MessageButtons::Ok});
+        warn(taken + "\r\nWhat another program has can be looked at here, but is neither "
+                     "programmed nor driven.");
+    if (!untried.empty())
+        warn("The boards cannot be kept from other programs:\r\n\r\n" + untried +
+             "\r\nThey can be looked at, but not driven. Please make the data folder writable, "
+             "then detect the boards again.");
 }
 
 } // namespace
@@ -61,14 +72,17 @@ bool DetectAndProgramBoards(Station& station, DetectionView& view) {
     if (count == 0) {
         WriteLog(station.World, "No boards detected");
         view.ShowOutcome(TimeOfDayText(station.World.Time) + " - No AIBs detected");
+        TellOfMissingBoards(station);
         return false;
     }
     view.ShowOutcome(fmt::format("ACUs Detected: {}", count));
-    ClaimBoards(station);
+    // Air off first: whatever is told has to be read by somebody.
     const std::vector<UnfinishedBoard> unfinished = SwitchOffUnfinished(station);
+    ClaimBoards(station);
     for (std::int32_t index = 0; index < count; ++index)
         ProgramBoard(station, view, index);
     FinishRecovery(station, unfinished);
+    TellOfMissingBoards(station);
     view.ShowProgramming("Programming Completed", fmt::format("{} board(s) detected and programmed",
                                                               station.g_AIBList.AIBCount()));
     return true;

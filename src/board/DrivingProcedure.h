@@ -25,7 +25,7 @@ class DrivingProcedure {
     DrivingProcedure(Station& station, std::string name, DrivenBoards driven);
 
     /// Claims and marks the boards; nothing may be driven before.
-    /// @throws BoardInUse, DriveError
+    /// @throws BoardInUse, DriveError; BoardError for a board that has another identity now
     void Begin();
     /// Switches off before the guard goes, as for a message that waits to be read.
     void SwitchOffNow() noexcept;
@@ -33,11 +33,13 @@ class DrivingProcedure {
     void LeaveOutputs() noexcept { m_LeaveOutputs = true; }
 
   private:
-    void RemoveMarks(const Boards& stillOn) noexcept;
+    void RemoveMarks(const Boards& boards) noexcept;
 
     Station& m_Station;
     std::string m_Name;
     DrivenBoards m_Driven;
+    /// Those whose mark is this procedure's.
+    Boards m_Marked;
     bool m_Begun = false;
     bool m_LeaveOutputs = false;
     bool m_Told = false;

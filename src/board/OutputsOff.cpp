@@ -1,5 +1,6 @@
 #include "board/OutputsOff.h"
 
+#include "board/RunningMark.h"
 #include "platform/ProgramLog.h"
 
 #include <fmt/format.h>
@@ -11,15 +12,6 @@ namespace ombrix {
 
 namespace {
 
-/// A board whose claim cannot even be tried is taken for one of ours: air off comes first.
-bool IsOurs(Station& station, const clsAIB& board) {
-    try {
-        return station.Claims.Claim(board.DevSerialNum());
-    } catch (const std::exception&) {
-        return true;
-    }
-}
-
 std::string AirMayFlowText(const Boards& boards) {
     std::string list;
     for (const auto& board : boards)
@@ -27,6 +19,16 @@ std::string AirMayFlowText(const Boards& boards) {
     return "The outputs could not be set to zero: AIR MAY STILL BE FLOWING.\r\n\r\n" + list +
            "\r\nPlease close the air supply and switch off the power of the Aeration Control "
            "Unit at once. Then check the cable of the board and detect the boards again.";
+}
+
+/// A mark of a procedure that is there already says more.
+void MarkForNextStart(Platform& world, std::int32_t serial) noexcept {
+    try {
+        if (!FindMark(world, serial))
+            LeaveMark(world, serial, "driving by hand");
+    } catch (const std::exception& error) {
+        WriteLog(world, std::string("No mark can be left: ") + error.what());
+    }
 }
 
 } // namespace
@@ -38,9 +40,11 @@ Boards SwitchOff(const Boards& boards) noexcept {
     return refusing;
 }
 
-void TellAirMayFlow(Platform& world, const Boards& boards) noexcept {
+void TellAirMayFlow(Station& station, const Boards& boards) noexcept {
     if (boards.empty())
         return;
+    station.AirMayFlow = true;
+    Platform& world = station.World;
     try {
         const std::string text = AirMayFlowText(boards);
         WriteLog(world, text);
@@ -53,13 +57,18 @@ void TellAirMayFlow(Platform& world, const Boards& boards) noexcept {
 void SwitchAllOff(Station& station) noexcept {
     Boards driven;
     for (const auto& board : station.g_AIBList.Boards()) {
-        if (!IsOurs(station, *board))
+        const std::int32_t serial = board->DevSerialNum();
+        if (!station.Claims.IsOurs(serial))
             continue;
         const bool mayDrive = board->MayDrive();
-        if (!board->SwitchOutputsOff() && mayDrive)
+        if (board->SwitchOutputsOff()) {
+            RemoveMark(station.World, serial);
+        } else if (mayDrive) {
             driven.push_back(board);
+            MarkForNextStart(station.World, serial);
+        }
     }
-    TellAirMayFlow(station.World, driven);
+    TellAirMayFlow(station, driven);
 }
 
 } // namespace ombrix

@@ -14,10 +14,11 @@ Boards SwitchOff(const Boards& boards) noexcept;
 
 /// Tells and logs which boards did not let their outputs be switched off, and what the operator
 /// is to do: air may be flowing. Told also when the program is ending; never throws.
-void TellAirMayFlow(Platform& world, const Boards& boards) noexcept;
+void TellAirMayFlow(Station& station, const Boards& boards) noexcept;
 
 /// Switches off the outputs of every board that was detected last, except those that another
-/// program has. Tells of those that may drive air and do not take it.
+/// program has. Tells of those that may drive air and do not take it, and marks them for the
+/// next start.
 void SwitchAllOff(Station& station) noexcept;
 
 } // namespace ombrix

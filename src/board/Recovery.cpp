@@ -5,13 +5,15 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 namespace ombrix {
 
 std::vector<UnfinishedBoard> SwitchOffUnfinished(Station& station) {
     std::vector<UnfinishedBoard> unfinished;
     for (const auto& board : station.g_AIBList.Boards()) {
         const std::int32_t serial = board->DevSerialNum();
-        if (!station.Claims.Claim(serial))
+        if (!station.Claims.IsOurs(serial))
             continue; // a program that runs sees to its boards itself
         if (const auto mark = FindMark(station.World, serial)) {
             board->SwitchOutputsOff();
@@ -19,6 +21,31 @@ std::vector<UnfinishedBoard> SwitchOffUnfinished(Station& station) {
         }
     }
     return unfinished;
+}
+
+void TellOfMissingBoards(Station& station) {
+    const auto detected = station.g_AIBList.Boards();
+    std::string missing;
+    for (const std::int32_t serial : MarkedBoards(station.World.Files)) {
+        const bool found =
+            std::any_of(detected.begin(), detected.end(),
+                        [serial](const auto& board) { return board->DevSerialNum() == serial; });
+        if (found || !station.Claims.IsOurs(serial))
+            continue;
+        if (const auto mark = FindMark(station.World, serial))
+            missing += fmt::format("    Board {}: \"{}\", begun on {} ({})\r\n", serial,
+                                   mark->Procedure, mark->Since, mark->Program);
+    }
+    if (missing.empty())
+        return;
+    const std::string text =
+        "The program ended while it drove a board that is not there now: AIR MAY STILL BE "
+        "FLOWING.\r\n\r\n" +
+        missing +
+        "\r\nPlease close the air supply or switch off the power of the Aeration Control Unit, "
+        "then connect the board and detect the boards again.";
+    WriteLog(station.World, text);
+    station.World.Messages.Ask({text, MessageIcon::Critical, MessageButtons::Ok});
 }
 
 void FinishRecovery(Station& station, const std::vector<UnfinishedBoard>& unfinished) {
@@ -34,7 +61,7 @@ void FinishRecovery(Station& station, const std::vector<UnfinishedBoard>& unfini
                              "board {} have been set to zero.\r\n\r\n",
                              mark.Procedure, mark.Since, mark.Program, board->DevSerialNum());
     }
-    TellAirMayFlow(station.World, stillOn);
+    TellAirMayFlow(station, stillOn);
     if (found.empty())
         return;
     found += "Air may have been flowing until now. Please look after the unit before you go on.";

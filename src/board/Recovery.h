@@ -18,6 +18,9 @@ struct UnfinishedBoard {
 /// each such board off at once, before anything else is done with it.
 std::vector<UnfinishedBoard> SwitchOffUnfinished(Station& station);
 
+/// Warns of marks at boards that have not been found: nobody can switch their outputs off.
+void TellOfMissingBoards(Station& station);
+
 /// Once the boards are programmed: switches off again, since an FPGA without its program may
 /// have taken nothing, and tells the operator what was found. The mark of a board that does not
 /// take it stays, with a warning that air may be flowing.

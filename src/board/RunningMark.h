@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace ombrix {
 
@@ -21,8 +22,10 @@ struct RunningMark {
 
 /// Leaves the mark of a procedure that begins now, flushed to the disk. @throws DriveError
 void LeaveMark(Platform& world, std::int32_t serial, const std::string& procedure);
-/// The mark of a board; what a damaged one does not tell stands as "unknown". @throws DriveError
+/// The mark of a board; what a damaged or unreadable one does not tell stands as "unknown".
 std::optional<RunningMark> FindMark(Platform& world, std::int32_t serial);
+/// Serial numbers of the boards that have a mark.
+std::vector<std::int32_t> MarkedBoards(const Drive& files);
 /// A mark that cannot be removed costs the next start a needless switching off; it is logged.
 void RemoveMark(Platform& world, std::int32_t serial);
 

@@ -25,6 +25,8 @@ struct Station {
     std::string g_AutoSaveFolder;
     ProcedureGate Procedures;
     BoardClaims Claims;
+    /// A board has not let its outputs be switched off since the program's start.
+    bool AirMayFlow = false;
 };
 
 } // namespace ombrix

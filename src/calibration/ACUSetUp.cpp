@@ -102,6 +102,7 @@ ACUSetUp::Initialisation ACUSetUp::RunACUInitialisation(std::string& mfcNumber, 
     EpromGuard guard(m_Services.TheStation, velocity ? "Velocity Initialisation" : "MFC Number");
     DrivingProcedure running(m_Services.TheStation, "initial calibrations", CurrentBoard());
     running.Begin();
+    m_Services.AirOff = [&running] { running.SwitchOffNow(); };
     AskMFCNumber(mfcNumber);
     Initialisation result;
     // A prompt that the end of the program has closed was not answered.
@@ -208,6 +209,7 @@ CalibrationOutcome ACUSetUp::RunAlone(const char* stage,
     EpromGuard guard(m_Services.TheStation, stage);
     DrivingProcedure running(m_Services.TheStation, stage, CurrentBoard());
     running.Begin();
+    m_Services.AirOff = [&running] { running.SwitchOffNow(); };
     m_Services.Stages.Stage_Add(stage);
     CalibrationOutcome outcome = run(guard);
     // What the operator drives by hand goes on when the opening prompt is declined.

@@ -5,6 +5,7 @@
 #include "calibration/CalibrationView.h"
 #include "support/OpenExcel.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -21,6 +22,9 @@ struct CalibrationServices {
     std::string Templates;
     /// The date that reports bear when they are made later than what they report.
     std::optional<OleDate> DateOfReports = {};
+
+    /// Switches the air off at once, when a run is stopped by an error.
+    std::function<void()> AirOff = [] {};
 
     OleDate ReportDate() const { return DateOfReports.value_or(TheStation.World.Time.Now()); }
 };

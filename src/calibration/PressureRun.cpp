@@ -318,7 +318,7 @@ void PressureRun::FinishAudit(bool passed) {
 }
 
 void PressureRun::Stop(const std::string& reason) {
-    m_Record.Air(m_Services.Sliders).AllChannelsOff();
+    m_Services.AirOff();
     m_Outcome.Passed = false;
     m_Outcome.Error = reason;
     m_Log.LogCalibration("Calibration stopped: " + reason.substr(0, reason.find("\r\n")));

@@ -155,8 +155,13 @@ void VelocityRun::FinishSystem() {
 }
 
 bool VelocityRun::WantsToSave() {
-    return AskYesNo("Would you like to save the calibration?") == Answer::Yes ||
-           AskYesNo("Are you sure you want to lose the calibration data?") != Answer::Yes;
+    const bool wanted =
+        AskYesNo("Would you like to save the calibration?") == Answer::Yes ||
+        AskYesNo("Are you sure you want to lose the calibration data?") != Answer::Yes;
+    // An interrupt and the end of the program refuse both questions, and mean neither.
+    m_World.Events.ProcessPendingEvents();
+    m_Outcome.Aborted = !Running();
+    return wanted && !m_Outcome.Aborted;
 }
 
 void VelocityRun::SaveCoefficients() {
@@ -218,7 +223,7 @@ void VelocityRun::Note(const WorkbookOutcome& workbook) {
 }
 
 void VelocityRun::Stop(const std::string& reason) {
-    m_Record.Air(m_Services.Sliders).AllChannelsOff();
+    m_Services.AirOff();
     m_Outcome.Passed = false;
     m_Outcome.Error = reason;
     LogStop();

@@ -118,7 +118,7 @@ bool clsACUCalibration::ReadEPROMValues_v02(bool showErrors) {
     m_VelocityAuditDate = m_PressureSystemDate = m_PressureAuditDate = OleDate();
     ReadEPROMValues_Velocity();
     ReadEPROMValues_Pressure();
-    if (m_AIB->IsFireWire())
+    if (m_AIB->IsFireWire() && m_Claims.IsOurs(m_AIB->DevSerialNum()))
         m_AIB->ConfigureGPIO(m_HasSolenoidValves != 0 ? 1 : 0);
     return true;
 }

@@ -19,13 +19,13 @@ EpromOutcome WriteImage(Station& station, const char* purpose, const EpromImage&
     EpromGuard(station, purpose).Write([&] {
         for (std::int32_t address = 0; address < clsAIB::EPROMBytes;
              address += EpromImage::WordBytes) {
-            station.g_CurrentAIB->WriteEPROM(address, image.Word(address));
             const bool goesOn = progress(address);
             station.World.Events.ProcessPendingEvents();
             if (!goesOn || station.World.Events.ProgramEnding()) {
                 ended = EpromOutcome::BrokenOff;
                 return;
             }
+            station.g_CurrentAIB->WriteEPROM(address, image.Word(address));
         }
     });
     return ended;

@@ -92,6 +92,7 @@ QCheckBox* GIOPanel::MakePowerBox(int index, const QString& caption, QWidget* pa
     m_Power.at(static_cast<std::size_t>(index)) = box;
     connect(box, &QCheckBox::toggled, this, [this, index](bool on) {
         Guarded(m_Station.World.Messages, [&] {
+            m_Station.Claims.Require(Board().DevSerialNum());
             if (on)
                 Board().SetExtGPO(FirstPowerPin + index);
             else
@@ -123,7 +124,11 @@ void GIOPanel::SendDirections() {
     for (std::size_t pin = 0; pin < Pins; ++pin)
         mask |= m_IsOutput.at(pin)->isChecked() ? 1 << pin : 0;
     m_Mask->ShowValue(ToQt(HexText(mask)));
-    Guarded(m_Station.World.Messages, [&] { Board().ConfigureGPIO(mask); });
+    Guarded(m_Station.World.Messages, [&] {
+        // The pins of a board that another program has are that program's.
+        if (m_Station.Claims.IsOurs(Board().DevSerialNum()))
+            Board().ConfigureGPIO(mask);
+    });
     ShowGIOColumns();
 }
 
@@ -137,6 +142,7 @@ void GIOPanel::ShowGIOColumns() {
 
 void GIOPanel::SetOutput(int pin, bool high) {
     Guarded(m_Station.World.Messages, [&] {
+        m_Station.Claims.Require(Board().DevSerialNum());
         if (high)
             Board().SetGPO(pin);
         else

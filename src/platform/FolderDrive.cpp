@@ -118,6 +118,11 @@ void StoreByTemporaryName(const fs::path& path, std::string_view content,
         ::unlink(temporary.c_str());
         throw;
     }
+    // The name is to last as well as the content.
+    const FileDescriptor folder(
+        ::open(path.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder.IsOpen())
+        ::fsync(folder.Get());
 }
 
 } // namespace
@@ -240,15 +245,21 @@ void FolderDrive::RemoveFile(std::string_view path) {
 
 std::unique_ptr<FileLock> FolderDrive::TryLock(std::string_view path, std::string_view holder) {
     const fs::path real = RealPath(path);
-    FileDescriptor file = OpenFile(real, O_RDWR | O_CREAT);
+    FileDescriptor file(::open(real.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666));
+    // Another user's file can be locked all the same.
+    const bool readOnly = !file.IsOpen();
+    if (readOnly)
+        file = OpenFile(real, O_RDONLY);
     if (::flock(file.Get(), LOCK_EX | LOCK_NB) != 0) {
         if (errno == EWOULDBLOCK)
             return nullptr;
         throw DriveError(fmt::format("{} cannot be locked: {}", real.string(), Reason()));
     }
-    if (::ftruncate(file.Get(), 0) != 0)
-        throw DriveError(fmt::format("{} cannot be written: {}", real.string(), Reason()));
-    WriteAll(file, holder, real);
+    if (!readOnly) {
+        if (::ftruncate(file.Get(), 0) != 0)
+            throw DriveError(fmt::format("{} cannot be written: {}", real.string(), Reason()));
+        WriteAll(file, holder, real);
+    }
     return std::make_unique<FolderFileLock>(std::move(file));
 }
 

@@ -117,6 +117,7 @@ CommandResult RunInfo(CommandContext& context) {
 
 CommandResult RunSelfTest(CommandContext& context) {
     clsAIB& board = ChosenBoard(context);
+    context.TheStation.Claims.Require(board.DevSerialNum());
     std::vector<int> failedBits;
     const bool registersPassed = board.RunWalkingRegisterTest(&failedBits);
     const bool mfcReady = board.CheckMFCReady();

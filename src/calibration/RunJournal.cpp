@@ -1,6 +1,7 @@
 #include "calibration/RunJournal.h"
 
 #include "platform/TellOperator.h"
+#include "support/FreePath.h"
 #include "support/SingleJson.h"
 
 #include <fmt/format.h>
@@ -14,13 +15,6 @@ namespace {
 /// Less than the second that may be lost, by more than two samples lie apart.
 constexpr double WriteSpacing_s = 0.7;
 
-std::string FreePath(const Drive& files, const std::string& name) {
-    std::string path = JournalFolder + name + JournalEnding;
-    for (int number = 2; files.FileExists(path); ++number)
-        path = fmt::format("{}{} ({}){}", JournalFolder, name, number, JournalEnding);
-    return path;
-}
-
 } // namespace
 
 std::string RunningMarkOf(const std::string& journal) {
@@ -32,7 +26,7 @@ void RunJournal::Open(const std::string& name, const std::string& header) {
     try {
         Drive& files = m_World.Files;
         files.CreateFolder(JournalFolder);
-        m_Path = FreePath(files, name);
+        m_Path = FreePath(files, JournalFolder + name, JournalEnding);
         const ProgramIdentity& program = m_World.Program;
         m_Running =
             files.TryLock(RunningMarkOf(m_Path), fmt::format("{}, process {} on {}", program.Name,

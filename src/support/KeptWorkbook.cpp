@@ -1,8 +1,7 @@
 #include "support/KeptWorkbook.h"
 
 #include "platform/TellOperator.h"
-
-#include <fmt/format.h>
+#include "support/FreePath.h"
 
 namespace ombrix {
 
@@ -10,12 +9,9 @@ namespace {
 
 constexpr std::string_view Extension = ".xlsx";
 
-std::string FreePath(const Drive& files, const std::string& fileName) {
-    const std::string stem = R"(T:\)" + fileName.substr(0, fileName.size() - Extension.size());
-    std::string path = stem + std::string(Extension);
-    for (int number = 2; files.FileExists(path); ++number)
-        path = fmt::format("{} ({}){}", stem, number, Extension);
-    return path;
+std::string KeptPath(const Drive& files, const std::string& fileName) {
+    const std::string stem = fileName.substr(0, fileName.size() - Extension.size());
+    return FreePath(files, R"(T:\)" + stem, Extension);
 }
 
 } // namespace
@@ -23,7 +19,7 @@ std::string FreePath(const Drive& files, const std::string& fileName) {
 std::optional<std::filesystem::path> KeepWorkbook(Platform& world, Workbook& workbook,
                                                   const std::string& fileName) {
     try {
-        const std::string file = FreePath(world.Files, fileName);
+        const std::string file = KeptPath(world.Files, fileName);
         workbook.SaveAs(file, FileFormat::ByExtension);
         const std::filesystem::path path = world.Files.RealPath(file);
         TellOperator(world,

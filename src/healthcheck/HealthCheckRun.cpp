@@ -1,12 +1,8 @@
 #include "healthcheck/HealthCheckRun.h"
 
 #include "board/DrivingProcedure.h"
-#include "calibration/clsACUCalibration.h"
-#include "healthcheck/SaveFolder.h"
 #include "healthcheck/clsMFCSequence.h"
 #include "platform/TellOperator.h"
-#include "support/KeptWorkbook.h"
-#include "support/Text.h"
 
 #include <fmt/format.h>
 
@@ -30,8 +26,8 @@ std::string EndOf(const HealthCheckResult& result) {
 
 HealthCheckRun::HealthCheckRun(Station& station, DACSliders& sliders, SpreadsheetLauncher launcher,
                                OpenExcelView& wait, std::string templates)
-    : m_Station(station), m_Sliders(sliders), m_Launcher(std::move(launcher)), m_Wait(wait),
-      m_Templates(std::move(templates)) {}
+    : m_Station(station), m_Sliders(sliders),
+      m_Report(station, std::move(launcher), wait, std::move(templates)) {}
 
 HealthCheckResult HealthCheckRun::Run(std::span<const HealthCheckOption> options,
                                       const HealthCheckView& view) {
@@ -43,33 +39,22 @@ HealthCheckResult HealthCheckRun::Run(std::span<const HealthCheckOption> options
         running.Begin();
         m_Sliders.SetValue(0, 0);
         m_Sliders.SetValue(1, 0);
-        if (OpenReport(result))
+        if (result.Error = m_Report.Open(); result.Error.empty()) {
             RunAll(PlanHealthCheck(options), view, result);
+        } else {
+            result.End = HealthCheckResult::Outcome::NotSaved;
+        }
     } catch (const std::exception& error) {
         running.SwitchOffNow();
-        Fail(result, HealthCheckResult::Outcome::Failed, "The health check has been stopped.",
-             error.what());
+        result.End = HealthCheckResult::Outcome::Failed;
+        result.Error = error.what();
+        TellOperator(m_Station.World, "The health check has been stopped.\r\n\r\n" + result.Error,
+                     MessageIcon::Critical);
     }
     if (!result.Sequences.empty())
-        Finish(result);
+        Save(result);
     log.Ended(EndOf(result));
     return result;
-}
-
-bool HealthCheckRun::OpenReport(HealthCheckResult& result) {
-    m_Report = OpenExcel(m_Wait, m_Station.World, m_Launcher, "Initialising Excel Report",
-                         m_Templates + "ACUHealthCheck.xltx");
-    m_Wait.Close();
-    if (m_Report)
-        return true;
-    if (m_Report.Error.empty()) {
-        result.End = HealthCheckResult::Outcome::NotSaved;
-        result.Error = "The template of the report has not been found.";
-        return false;
-    }
-    Fail(result, HealthCheckResult::Outcome::NotSaved, "The report could not be opened.",
-         m_Report.Error);
-    return false;
 }
 
 void HealthCheckRun::RunAll(const std::vector<SequencePlan>& plan, const HealthCheckView& view,
@@ -116,8 +101,8 @@ void HealthCheckRun::RunOne(const SequencePlan& plan, const HealthCheckView& vie
                                     sequence.SampleCount(), sequence.RecordFull()});
     };
     try {
-        if (!sequence.RunSequence({m_Station, m_Sliders, wait}, sequenceView, m_Report.Book, sheet,
-                                  m_OverviewRow))
+        if (!sequence.RunSequence({m_Station, m_Sliders, wait}, sequenceView, &m_Report.Book(),
+                                  sheet, m_Report.OverviewRow()))
             result.End = HealthCheckResult::Outcome::Cancelled;
     } catch (const BoardError&) {
         note(); // its record is in the report up to where the board was lost
@@ -139,62 +124,17 @@ std::string HealthCheckRun::DistinctSheetName(const std::string& name,
     return distinct;
 }
 
-void HealthCheckRun::Fail(HealthCheckResult& result, HealthCheckResult::Outcome outcome,
-                          const std::string& heading, const std::string& reason) {
-    result.End = outcome;
-    result.Error = reason;
-    Tell(heading + "\r\n\r\n" + reason, MessageIcon::Critical);
-}
-
-void HealthCheckRun::Finish(HealthCheckResult& result) {
-    try {
-        m_Report.Book->Sheet("DataTemplate").SetVisible(SheetVisibility::Hidden);
-        m_Report.Book->Sheet("Overview").Select();
-        m_Report.Application->SetVisible(true);
-        Save(result);
-    } catch (const std::exception& error) {
-        Fail(result, HealthCheckResult::Outcome::NotSaved, "The report could not be saved.",
-             error.what());
-        Keep(FileName(), result);
-    }
-}
-
-std::string HealthCheckRun::FileName() const {
-    clsAIB& board = *m_Station.g_CurrentAIB;
-    return fmt::format("{}_ACU{}_{}.xlsx", board.Calibration().MFCSerialNumber_Clean(),
-                       board.SerialNumber(),
-                       DateText(m_Station.World.Time.Now(), "yyyymmdd_hhnnss"));
-}
-
 void HealthCheckRun::Save(HealthCheckResult& result) {
-    std::string folder;
-    if (GetACUFolder(m_Station, folder)) {
-        const std::string file = folder + FileName();
-        m_Report.Book->SaveAs(file, FileFormat::ByExtension);
-        result.Files.push_back(m_Station.World.Files.RealPath(file));
-        Tell("The file has been saved:\r\n\r\n   " + file, MessageIcon::Information);
+    const SavedReport saved =
+        m_Report.Save(ReportUnitOf(*m_Station.g_CurrentAIB), m_Station.World.Time.Now());
+    if (saved.File)
+        result.Files.push_back(*saved.File);
+    if (saved.Error.empty()) {
+        TellOperator(m_Station.World, "The file has been saved:\r\n\r\n   " + saved.Path);
         return;
     }
-    clsAIB& board = *m_Station.g_CurrentAIB;
-    const std::string unit = fmt::format("{:05}_{}\\'", board.SerialNumber(),
-                                         board.Calibration().MFCSerialNumber_Clean());
-    const std::string warning = "Unable to Save Excel File in following locations:\r\n\r\n"
-                                "   'S:\\Production\\ACUs\\_Initial Tests\\" +
-                                unit + "\r\n\r\n'C:\\ACUs\\" + unit +
-                                ".\r\n\r\nYou will need to do this manually.";
     result.End = HealthCheckResult::Outcome::NotSaved;
-    result.Error = warning;
-    Tell(warning, MessageIcon::Warning);
-    Keep(FileName(), result);
-}
-
-void HealthCheckRun::Keep(const std::string& fileName, HealthCheckResult& result) {
-    if (const auto path = KeepWorkbook(m_Station.World, *m_Report.Book, fileName))
-        result.Files.push_back(*path);
-}
-
-void HealthCheckRun::Tell(const std::string& text, MessageIcon icon) const {
-    TellOperator(m_Station.World, text, icon);
+    result.Error = saved.Error;
 }
 
 } // namespace ombrix

@@ -4,7 +4,7 @@
 #include "board/Station.h"
 #include "healthcheck/GraphSurface.h"
 #include "healthcheck/HealthCheckProgramme.h"
-#include "support/OpenExcel.h"
+#include "healthcheck/HealthCheckReport.h"
 
 #include <filesystem>
 #include <functional>
@@ -68,23 +68,12 @@ class HealthCheckRun {
     Answer AskPrompt(const SequencePlan& plan);
     std::string DistinctSheetName(const std::string& name,
                                   const std::vector<SequenceResult>& taken) const;
-    bool OpenReport(HealthCheckResult& result);
-    void Fail(HealthCheckResult& result, HealthCheckResult::Outcome outcome,
-              const std::string& heading, const std::string& reason);
-    void Finish(HealthCheckResult& result);
     void Save(HealthCheckResult& result);
-    void Keep(const std::string& fileName, HealthCheckResult& result);
-    std::string FileName() const;
-    void Tell(const std::string& text, MessageIcon icon) const;
 
     Station& m_Station;
     DACSliders& m_Sliders;
-    SpreadsheetLauncher m_Launcher;
-    OpenExcelView& m_Wait;
-    std::string m_Templates;
+    HealthCheckReport m_Report;
     Cancellation m_Cancel;
-    OpenedWorkbook m_Report;
-    std::int32_t m_OverviewRow = 7;
 };
 
 } // namespace ombrix

@@ -1,7 +1,7 @@
 #include "healthcheck/SaveFolder.h"
 
 #include "board/modAIB.h"
-#include "calibration/clsACUCalibration.h"
+#include "healthcheck/HealthCheckReport.h"
 
 #include <fmt/format.h>
 
@@ -22,11 +22,13 @@ bool GetSaveRootFolder(Station& station, std::string& folder) {
 }
 
 bool GetACUFolder(Station& station, std::string& folder) {
+    return GetUnitFolder(station, ReportUnitOf(*station.g_CurrentAIB), folder);
+}
+
+bool GetUnitFolder(Station& station, const ReportUnit& unit, std::string& folder) {
     if (!GetSaveRootFolder(station, folder))
         return false;
-    clsAIB& board = *station.g_CurrentAIB;
-    folder += fmt::format("ACU{:05}_{}\\", board.SerialNumber(),
-                          board.Calibration().MFCSerialNumber_Clean());
+    folder += fmt::format("ACU{:05}_{}\\", unit.Serial, unit.MFCNumber);
     return CheckFolderExists(station.World.Files, station.World.Messages, folder,
                              FolderMode::Create);
 }

@@ -1,5 +1,6 @@
 #include "healthcheck/clsMFCSequence.h"
 
+#include "healthcheck/HealthCheckReport.h"
 #include "support/Spreadsheet.h"
 #include "support/Text.h"
 
@@ -62,9 +63,10 @@ bool clsMFCSequence::RunSequence(const SequenceBench& bench, const SequenceView&
     if (view.Steps != nullptr)
         FillStepList(*view.Steps);
     const auto exportRecord = [&] {
+        const OleDate now = bench.TheStation.World.Time.Now();
         if (workbook != nullptr)
-            ExportToWorkbook(*bench.TheStation.g_CurrentAIB, bench.TheStation.World.Time.Now(),
-                             *workbook, sheetName, overviewRow);
+            ExportToWorkbook(ReportUnitOf(*bench.TheStation.g_CurrentAIB), now, *workbook,
+                             sheetName, overviewRow);
     };
     try {
         const bool completed = RunSteps(bench, view);

@@ -10,6 +10,7 @@
 
 namespace ombrix {
 
+struct ReportUnit;
 class Workbook;
 class Worksheet;
 
@@ -50,6 +51,10 @@ class clsMFCSequence {
     bool RunSequence(const SequenceBench& bench, const SequenceView& view, Workbook* workbook,
                      const std::string& sheetName, std::int32_t& overviewRow);
 
+    /// Writes what was recorded. @param now the date of the report @throws SpreadsheetError
+    void ExportToWorkbook(const ReportUnit& unit, OleDate now, Workbook& workbook,
+                          const std::string& sheetName, std::int32_t& overviewRow) const;
+
   private:
     void DrawGraphTemplate(const GraphSurfaces& graphs) const;
     void DrawExpectedDemand(GraphSurface& surface, std::int32_t channel) const;
@@ -58,8 +63,6 @@ class clsMFCSequence {
     bool RunSteps(const SequenceBench& bench, const SequenceView& view);
     void NoteFullRecord(std::int32_t index, const SequenceView& view) const;
 
-    void ExportToWorkbook(clsAIB& board, OleDate now, Workbook& workbook,
-                          const std::string& sheetName, std::int32_t& overviewRow) const;
     void ExportOverviewBlock(Worksheet& overview, std::int32_t& row) const;
 
     /// Steps refer to the one before them, so they never move.

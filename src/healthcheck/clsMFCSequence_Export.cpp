@@ -1,6 +1,6 @@
 // What a sequence writes into the report workbook: its data sheet and its overview block.
 #include "board/modAIB.h"
-#include "calibration/clsACUCalibration.h"
+#include "healthcheck/HealthCheckReport.h"
 #include "healthcheck/clsMFCSequence.h"
 #include "support/Spreadsheet.h"
 
@@ -62,7 +62,7 @@ void LayOutForPrint(Worksheet& overview, std::int32_t freeRow, std::int32_t char
 
 } // namespace
 
-void clsMFCSequence::ExportToWorkbook(clsAIB& board, OleDate now, Workbook& workbook,
+void clsMFCSequence::ExportToWorkbook(const ReportUnit& unit, OleDate now, Workbook& workbook,
                                       const std::string& sheetName,
                                       std::int32_t& overviewRow) const {
     Worksheet& overview = workbook.Sheet("Overview");
@@ -70,14 +70,13 @@ void clsMFCSequence::ExportToWorkbook(clsAIB& board, OleDate now, Workbook& work
     workbook.Sheet("DataTemplate").CopyAfter(workbook.Sheet(workbook.WorksheetCount() - 1));
     Worksheet& dataSheet = workbook.Sheet(workbook.WorksheetCount() - 1);
 
-    clsACUCalibration& record = board.Calibration();
-    overview.SetValue("C2", board.SerialNumber());
-    overview.SetValue("C3", record.MFCSerialNumber_Clean());
+    overview.SetValue("C2", unit.Serial);
+    overview.SetValue("C3", unit.MFCNumber);
     overview.SetValue("C5", now);
     dataSheet.SetName(sheetName);
-    if (record.PressureConfig() == 0)
+    if (unit.PressureConfig == 0)
         dataSheet.SetValue("J1", std::string("Pressure (Analog)"));
-    else if (record.PressureConfig() == 1)
+    else if (unit.PressureConfig == 1)
         dataSheet.SetValue("J1", std::string("Pressure (Digital)"));
     overview.SetValue("N7", dataSheet.Value("J1"));
 

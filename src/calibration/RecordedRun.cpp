@@ -1,10 +1,9 @@
 #include "calibration/RecordedRun.h"
 
 #include "calibration/ChannelJudgement.h"
+#include "calibration/JournalLines.h"
 #include "calibration/RunJson.h"
 #include "calibration/RunRecorder.h"
-
-#include <fmt/format.h>
 
 #include <utility>
 
@@ -69,17 +68,14 @@ void JournalReader::Take(const SingleJson& line) {
 }
 
 void JournalReader::TakeHeader(const SingleJson& line) {
-    if (const int version = line.at("journal").get<int>(); version != JournalVersion)
-        throw std::runtime_error(fmt::format(
-            "it is a journal of version {}, which this program does not know", version));
+    const JournalHeader header = HeaderOf(line);
     m_Run.Kind = KindOf(line.at("kind"));
     m_Run.Velocity.Kind = CalibrationKindOf(m_Run.Kind);
     m_Run.Unattended = line.at("unattended").get<bool>();
-    m_Run.Start = m_Run.MeasuredAt = DateOf(line.at("start"));
-    m_Run.Program = {line.at("program").get<std::string>(), line.at("version").get<std::string>(),
-                     line.at("station").get<std::string>(), line.at("process").get<std::int64_t>()};
-    m_Run.Serial = line.at("board").at("serial").get<std::int32_t>();
-    m_Run.Unit = UnitOf(line.at("unit"));
+    m_Run.Start = m_Run.MeasuredAt = header.Start;
+    m_Run.Program = header.Program;
+    m_Run.Serial = header.Serial;
+    m_Run.Unit = header.Unit;
     m_HasHeader = true;
 }
 
@@ -139,8 +135,6 @@ void JournalReader::Store() {
 }
 
 RecordedRun JournalReader::Finish() {
-    if (!m_HasHeader)
-        throw JournalError("The journal is empty: the run had not begun to measure.");
     // The reading in the making of a run that was cut off has its trace, if no result.
     if (m_Open)
         Store();
@@ -151,20 +145,7 @@ RecordedRun JournalReader::Finish() {
 
 RecordedRun ReadJournal(Platform& world, std::string_view text) {
     JournalReader reader(world);
-    for (int number = 1; !text.empty(); ++number) {
-        const std::size_t end = text.find('\n');
-        if (end == std::string_view::npos)
-            break; // cut off
-        try {
-            reader.Take(SingleJson::parse(text.substr(0, end)));
-        } catch (const SingleJson::exception&) {
-            throw JournalError(fmt::format("The journal is damaged in line {}.", number));
-        } catch (const std::exception& error) {
-            throw JournalError(
-                fmt::format("The journal is damaged in line {}: {}.", number, error.what()));
-        }
-        text.remove_prefix(end + 1);
-    }
+    ReadJournalLines(text, [&reader](const SingleJson& line) { reader.Take(line); });
     return reader.Finish();
 }
 

@@ -3,16 +3,9 @@
 #include "calibration/CalibrationHistory.h"
 #include "calibration/VelocityMeasurement.h"
 
-#include <stdexcept>
 #include <string_view>
 
 namespace ombrix {
-
-/// A journal cannot be read. The text says where it is damaged.
-class JournalError : public std::runtime_error {
-  public:
-    using std::runtime_error::runtime_error;
-};
 
 /// A run as its journal tells it.
 struct RecordedRun {
@@ -36,7 +29,7 @@ struct RecordedRun {
     bool Ended = false;
 };
 
-/// Reads the text of a journal. What a crash has cut off at its end is passed over.
+/// Reads the text of a calibration's journal. What a crash has cut off at its end is passed over.
 /// @throws JournalError when another part is damaged, or nothing was written
 RecordedRun ReadJournal(Platform& world, std::string_view text);
 

@@ -1,20 +1,9 @@
 #pragma once
 
-#include "calibration/CalibrationServices.h"
+#include "calibration/JournalledRun.h"
 #include "calibration/RecordedRun.h"
 
-#include <filesystem>
-#include <vector>
-
 namespace ombrix {
-
-/// What became of workbooks that were made again.
-struct RemadeReport {
-    /// Real paths, in the order of writing.
-    std::vector<std::filesystem::path> Files;
-    /// Every workbook that the run makes lies where it belongs.
-    bool AllStored = true;
-};
 
 /// A kind of run that makes a workbook; a pressure system calibration has its log alone.
 constexpr bool MakesWorkbooks(RunKind kind) {

@@ -2,7 +2,6 @@
 
 #include "platform/TellOperator.h"
 #include "support/FreePath.h"
-#include "support/SingleJson.h"
 
 #include <fmt/format.h>
 
@@ -49,10 +48,11 @@ void RunJournal::Add(const std::string& line) {
     Write(false);
 }
 
-void RunJournal::Sample(const TraceSample& sample) {
+void RunJournal::Sample(std::string_view sample) {
     if (!IsOpen())
         return;
-    m_Samples.push_back(sample);
+    m_Samples += m_Samples.empty() ? "" : ",";
+    m_Samples += sample;
     if (MonotonicSeconds(m_World.Time) - m_Written_s < WriteSpacing_s)
         return;
     TakeSamples();
@@ -77,10 +77,7 @@ void RunJournal::Close(const std::string& last) {
 void RunJournal::TakeSamples() {
     if (m_Samples.empty())
         return;
-    SingleJson list = SingleJson::array();
-    for (const TraceSample& sample : std::exchange(m_Samples, {}))
-        list.push_back({ToJson(sample.Time_s), sample.Reading_bits});
-    m_Unwritten += LineOf({{"samples", std::move(list)}});
+    m_Unwritten += fmt::format("{{\"samples\":[{}]}}\n", std::exchange(m_Samples, {}));
 }
 
 void RunJournal::Write(bool sync) {
@@ -101,11 +98,13 @@ void RunJournal::Write(bool sync) {
 
 void RunJournal::GoOnWithout(const char* reason) {
     m_File.reset();
-    TellOperator(m_World,
-                 std::string("The journal of the calibration cannot be written:\r\n\r\n") + reason +
-                     "\r\n\r\nThe calibration goes on without it. What it measures would be lost "
-                     "with the program: please make room on the disk for the next one.",
-                 MessageIcon::Warning);
+    TellOperator(
+        m_World,
+        fmt::format("The journal of the {0} cannot be written:\r\n\r\n{1}\r\n\r\nThe {0} goes "
+                    "on without it. What it measures would be lost with the program: "
+                    "please make room on the disk for the next one.",
+                    m_What, reason),
+        MessageIcon::Warning);
 }
 
 } // namespace ombrix

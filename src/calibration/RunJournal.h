@@ -1,12 +1,12 @@
 #pragma once
 
-#include "calibration/VelocityMeasurement.h"
 #include "platform/Platform.h"
 
 #include <chrono>
 #include <memory>
 #include <string>
-#include <vector>
+#include <string_view>
+#include <utility>
 
 namespace ombrix {
 
@@ -21,7 +21,8 @@ inline constexpr const char* RunningEnding = ".running";
 /// the last second. A disk that takes no journal is told once and never stops the run.
 class RunJournal {
   public:
-    explicit RunJournal(Platform& world) : m_World(world) {}
+    /// @param what runs, as messages name it ("calibration")
+    RunJournal(Platform& world, std::string what) : m_World(world), m_What(std::move(what)) {}
     RunJournal(const RunJournal&) = delete;
     RunJournal& operator=(const RunJournal&) = delete;
 
@@ -30,8 +31,8 @@ class RunJournal {
     bool IsOpen() const { return m_File != nullptr; }
     /// Adds a line, after the samples before it.
     void Add(const std::string& line);
-    /// Adds a sample, which is written within a second.
-    void Sample(const TraceSample& sample);
+    /// Adds a sample, which is written within a second. @param sample as JSON
+    void Sample(std::string_view sample);
     /// Adds the last line and lets the run be over.
     void Close(const std::string& last);
 
@@ -43,11 +44,13 @@ class RunJournal {
     void GoOnWithout(const char* reason);
 
     Platform& m_World;
+    std::string m_What;
     std::string m_Path;
     std::unique_ptr<FileLock> m_Running;
     std::unique_ptr<OutputFile> m_File;
     std::string m_Unwritten;
-    std::vector<TraceSample> m_Samples;
+    /// Separated by commas.
+    std::string m_Samples;
     double m_Written_s = 0.0;
     MachineTime::time_point m_Synced;
 };

@@ -58,6 +58,7 @@ RunKind KindOf(const SingleJson& json) {
 SingleJson UnitJson(const ACURecord& record) {
     SingleJson unit = {{"mfcNumber", Trimmed(record.m_MFCNumber)},
                        {"points", record.m_CalibrationPoints},
+                       {"pressureConfig", record.m_DigitalPressureConfig},
                        {"valves", record.m_HasSolenoidValves},
                        {"capacity_ml_m", ListJson(record.m_ChannelCapacity)}};
     unit["tables"] = SingleJson::array();
@@ -78,6 +79,7 @@ ACURecord UnitOf(const SingleJson& json) {
     ACURecord record;
     record.m_MFCNumber = json.at("mfcNumber").get<std::string>();
     record.m_CalibrationPoints = json.at("points").get<std::int32_t>();
+    record.m_DigitalPressureConfig = json.value("pressureConfig", 0); // older files lack it
     record.m_HasSolenoidValves = json.at("valves").get<std::int32_t>();
     Fill(record.m_ChannelCapacity, json.at("capacity_ml_m"));
     for (std::size_t channel = 0; channel < AirChannels; ++channel) {

@@ -1,9 +1,9 @@
 #include "calibration/RunRecorder.h"
 
 #include "board/EpromImage.h"
+#include "calibration/JournalLines.h"
 #include "calibration/RunJson.h"
 #include "calibration/clsACUCalibration.h"
-#include "support/Text.h"
 
 #include <fmt/format.h>
 
@@ -25,13 +25,6 @@ SingleJson EpromJson(clsAIB& board) {
     }
 }
 
-SingleJson BoardJson(const clsAIB& board) {
-    return {{"serial", board.SerialNumber()},
-            {"bus", board.BusTypeText()},
-            {"hwVersion", board.HWVersion()},
-            {"buildDate", Trimmed(board.BuildDate())}};
-}
-
 const char* VerdictOf(const CalibrationOutcome& outcome) {
     if (!outcome.Error.empty())
         return Verdicts::Stopped;
@@ -43,7 +36,7 @@ const char* VerdictOf(const CalibrationOutcome& outcome) {
 } // namespace
 
 RunRecorder::RunRecorder(Station& station, const clsACUCalibration& record, RunKind kind)
-    : m_Station(station), m_Record(record), m_Kind(kind), m_Journal(station.World),
+    : m_Station(station), m_Record(record), m_Kind(kind), m_Journal(station.World, "calibration"),
       m_Found(record.Record()), m_Start(station.World.Time.Now()) {}
 
 void RunRecorder::Begin(bool unattended) {
@@ -51,20 +44,12 @@ void RunRecorder::Begin(bool unattended) {
     m_Found = m_Record.Record();
     m_Start = m_Station.World.Time.Now();
     clsAIB& board = *m_Station.g_CurrentAIB;
-    const ProgramIdentity& program = m_Station.World.Program;
-    m_Journal.Open(fmt::format("{}_{}_{}", m_Record.SerialNumberStr(), NameOf(m_Kind),
-                               DateText(m_Start, "yyyymmdd_hhnnss")),
-                   LineOf({{"journal", JournalVersion},
-                           {"kind", NameOf(m_Kind)},
-                           {"unattended", unattended},
-                           {"start", DateJson(m_Start)},
-                           {"program", program.Name},
-                           {"version", program.Version},
-                           {"station", program.Computer},
-                           {"process", program.ProcessId},
-                           {"board", BoardJson(board)},
-                           {"unit", UnitJson(m_Found)},
-                           {"eprom", EpromJson(board)}}));
+    SingleJson header =
+        HeaderJson({NameOf(m_Kind), m_Start, m_Station.World.Program, m_Found}, board);
+    header["unattended"] = unattended;
+    header["eprom"] = EpromJson(board);
+    m_Journal.Open(JournalName(m_Record.SerialNumberStr(), NameOf(m_Kind), m_Start),
+                   LineOf(header));
 }
 
 void RunRecorder::ChannelBegins(std::size_t channel, const ChannelMeasurement& measured) {
@@ -83,7 +68,7 @@ void RunRecorder::ReadingBegins(const char* sweep, std::size_t point, const Poin
 
 void RunRecorder::Sample(const TraceSample& sample) {
     if (m_Reading)
-        m_Journal.Sample(sample);
+        m_Journal.Sample(SingleJson{ToJson(sample.Time_s), sample.Reading_bits}.dump());
 }
 
 void RunRecorder::ReadingEnds(const PointReading& reading) {
@@ -120,8 +105,7 @@ bool RunRecorder::End(const CalibrationOutcome& outcome, HistoryEntry entry) {
         entry.Left = m_Record.Record();
     for (const std::filesystem::path& file : outcome.Files)
         entry.Files.push_back(file.string());
-    m_Journal.Close(LineOf(
-        {{"end", DateJson(world.Time.Now())}, {"verdict", entry.Verdict}, {"files", entry.Files}}));
+    m_Journal.Close(EndLine(world.Time.Now(), entry.Verdict, entry.Files));
     return AppendToHistory(world, entry);
 }
 

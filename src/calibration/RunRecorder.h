@@ -11,9 +11,6 @@ namespace ombrix {
 
 class clsACUCalibration;
 
-/// Version of the journal's format, which stands in its first line.
-inline constexpr int JournalVersion = 1;
-
 /// Where a reading of a journal belongs.
 namespace Sweeps {
 inline constexpr const char* Rising = "rising";

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "calibration/CalibrationServices.h"
-#include "calibration/RemadeReport.h"
+#include "calibration/JournalledRun.h"
 
 #include <memory>
 #include <string>
@@ -20,15 +19,12 @@ struct UnfinishedRun {
 /// The unfinished runs, in the order of their names; runs that are going on are not among them.
 std::vector<UnfinishedRun> FindUnfinishedRuns(Platform& world);
 
-/// Ends the journal and adds the run to the history of its unit. @param files of its report
-void SettleUnfinishedRun(Platform& world, const std::string& journal, const RecordedRun& run,
+/// Ends the journal and notes the interruption. @param files of the run's report
+void SettleUnfinishedRun(Platform& world, const std::string& journal, const JournalledRun& run,
                          const std::vector<std::filesystem::path>& files);
-
-/// One line that says which run it was and how far it had come.
-std::string Describe(const RecordedRun& run);
 
 /// Asks of each unfinished run whether to write the report of what there is, to discard it, or to
 /// ask again at the next start; and does that.
-void OfferUnfinishedRuns(const CalibrationServices& services);
+void OfferUnfinishedRuns(const CalibrationServices& services, const JournalReading& read);
 
 } // namespace ombrix

@@ -1,6 +1,7 @@
 #include "healthcheck/HealthCheckProgramme.h"
 
 #include <algorithm>
+#include <array>
 
 namespace ombrix {
 
@@ -90,6 +91,12 @@ void AppendSequences(std::vector<SequencePlan>& plan, HealthCheckOption option) 
 }
 
 } // namespace
+
+const char* NameOf(HealthCheckOption option) {
+    constexpr std::array names = {"short",    "pressure", "long-ch1",
+                                  "long-ch2", "low-ch1",  "low-ch2"};
+    return names.at(static_cast<std::size_t>(option));
+}
 
 std::vector<SequencePlan> PlanHealthCheck(std::span<const HealthCheckOption> options) {
     const std::initializer_list<HealthCheckOption> order = {

@@ -10,6 +10,9 @@ namespace ombrix {
 /// The tests that the operator chooses from, in the order in which they run.
 enum class HealthCheckOption { Short, PressureCheck, LongCh1, LongCh2, LowCh1, LowCh2 };
 
+/// Its name in files and on command lines ("long-ch1").
+const char* NameOf(HealthCheckOption option);
+
 /// One step of a sequence: demands as fractions of full scale, 0 to 1, and its length.
 struct StepPlan {
     float Ch1Demand = 0.0F;

@@ -26,7 +26,7 @@ std::string EndOf(const HealthCheckResult& result) {
 
 HealthCheckRun::HealthCheckRun(Station& station, DACSliders& sliders, SpreadsheetLauncher launcher,
                                OpenExcelView& wait, std::string templates)
-    : m_Station(station), m_Sliders(sliders),
+    : m_Station(station), m_Sliders(sliders), m_Recorder(station),
       m_Report(station, std::move(launcher), wait, std::move(templates)) {}
 
 HealthCheckResult HealthCheckRun::Run(std::span<const HealthCheckOption> options,
@@ -40,6 +40,7 @@ HealthCheckResult HealthCheckRun::Run(std::span<const HealthCheckOption> options
         m_Sliders.SetValue(0, 0);
         m_Sliders.SetValue(1, 0);
         if (result.Error = m_Report.Open(); result.Error.empty()) {
+            m_Recorder.Begin(options);
             RunAll(PlanHealthCheck(options), view, result);
         } else {
             result.End = HealthCheckResult::Outcome::NotSaved;
@@ -53,6 +54,7 @@ HealthCheckResult HealthCheckRun::Run(std::span<const HealthCheckOption> options
     }
     if (!result.Sequences.empty())
         Save(result);
+    m_Recorder.End(EndOf(result), result.Files);
     log.Ended(EndOf(result));
     return result;
 }
@@ -89,7 +91,7 @@ void HealthCheckRun::RunOne(const SequencePlan& plan, const HealthCheckView& vie
     clsMFCSequence sequence;
     for (const StepPlan& step : plan.Steps)
         sequence.AddStep(step.Ch1Demand, step.Ch2Demand, step.Duration_s);
-    SequenceView sequenceView{view.Graphs, view.Labels, view.Steps};
+    SequenceView sequenceView{view.Graphs, view.Labels, view.Steps, {}, &m_Recorder};
     if (view.Progress)
         sequenceView.Progress = [&](double elapsed_s) {
             view.Progress((done_s + elapsed_s) / total_s);
@@ -100,6 +102,7 @@ void HealthCheckRun::RunOne(const SequencePlan& plan, const HealthCheckView& vie
         result.Sequences.push_back({sheet, sequence.StepCount(), sequence.TotalTime_s(),
                                     sequence.SampleCount(), sequence.RecordFull()});
     };
+    m_Recorder.SequenceBegins(sheet, plan.Steps);
     try {
         if (!sequence.RunSequence({m_Station, m_Sliders, wait}, sequenceView, &m_Report.Book(),
                                   sheet, m_Report.OverviewRow()))

@@ -4,6 +4,7 @@
 #include "board/Station.h"
 #include "healthcheck/GraphSurface.h"
 #include "healthcheck/HealthCheckProgramme.h"
+#include "healthcheck/HealthCheckRecorder.h"
 #include "healthcheck/HealthCheckReport.h"
 
 #include <filesystem>
@@ -72,6 +73,7 @@ class HealthCheckRun {
 
     Station& m_Station;
     DACSliders& m_Sliders;
+    HealthCheckRecorder m_Recorder;
     HealthCheckReport m_Report;
     Cancellation m_Cancel;
 };

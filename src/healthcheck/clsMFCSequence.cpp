@@ -1,5 +1,6 @@
 #include "healthcheck/clsMFCSequence.h"
 
+#include "healthcheck/HealthCheckRecorder.h"
 #include "healthcheck/HealthCheckReport.h"
 #include "support/Spreadsheet.h"
 #include "support/Text.h"
@@ -55,6 +56,12 @@ bool clsMFCSequence::RecordFull() const {
                        [](const clsMFCStep& step) { return step.RecordFull(); });
 }
 
+void clsMFCSequence::AddSamples(std::int32_t index, std::span<const clsMFCStep::Sample> samples) {
+    clsMFCStep& step = m_Steps.at(static_cast<std::size_t>(index));
+    for (const clsMFCStep::Sample& sample : samples)
+        step.AddSample(sample);
+}
+
 bool clsMFCSequence::RunSequence(const SequenceBench& bench, const SequenceView& view,
                                  Workbook* workbook, const std::string& sheetName,
                                  std::int32_t& overviewRow) {
@@ -64,6 +71,8 @@ bool clsMFCSequence::RunSequence(const SequenceBench& bench, const SequenceView&
         FillStepList(*view.Steps);
     const auto exportRecord = [&] {
         const OleDate now = bench.TheStation.World.Time.Now();
+        if (view.Recorder != nullptr)
+            view.Recorder->SequenceEnds(now);
         if (workbook != nullptr)
             ExportToWorkbook(ReportUnitOf(*bench.TheStation.g_CurrentAIB), now, *workbook,
                              sheetName, overviewRow);
@@ -86,6 +95,8 @@ bool clsMFCSequence::RunSteps(const SequenceBench& bench, const SequenceView& vi
         m_Steps[index].StartStep(timer, bench.Sliders);
         if (view.Steps != nullptr)
             view.Steps->ListIndex(static_cast<int>(index));
+        if (view.Recorder != nullptr)
+            view.Recorder->StepBegins(static_cast<std::int32_t>(index));
     };
     start();
     while (true) {
@@ -96,9 +107,12 @@ bool clsMFCSequence::RunSteps(const SequenceBench& bench, const SequenceView& vi
             start();
         }
         clsMFCStep& step = m_Steps[index];
-        if (step.RecordDataPoint(*bench.TheStation.g_CurrentAIB, view.Graphs, view.Labels) &&
-            view.Progress)
-            view.Progress(timer.ElapsedTime());
+        if (step.RecordDataPoint(*bench.TheStation.g_CurrentAIB, view.Graphs, view.Labels)) {
+            if (view.Recorder != nullptr)
+                view.Recorder->Sample(step.LastSample());
+            if (view.Progress)
+                view.Progress(timer.ElapsedTime());
+        }
         const double due_s = std::min<double>(step.NextSampleTime_s(), step.EndTime_s());
         if (!bench.Wait.Pass(timer, due_s))
             return false;

@@ -6,10 +6,12 @@
 
 #include <deque>
 #include <functional>
+#include <span>
 #include <string>
 
 namespace ombrix {
 
+class HealthCheckRecorder;
 struct ReportUnit;
 class Workbook;
 class Worksheet;
@@ -21,13 +23,14 @@ struct SequenceBench {
     ProcedureWait& Wait;
 };
 
-/// Where a running sequence shows; each of them may be none.
+/// Where a running sequence shows and is written down; each of them may be none.
 struct SequenceView {
     const GraphSurfaces* Graphs = nullptr;
     ValueLabels* Labels = nullptr;
     StepList* Steps = nullptr;
     /// Told the seconds since the start of the sequence with each sample.
     std::function<void(double elapsed_s)> Progress = {};
+    HealthCheckRecorder* Recorder = nullptr;
 };
 
 /// An ordered list of timed steps that runs as one programme against one timer.
@@ -51,6 +54,9 @@ class clsMFCSequence {
     bool RunSequence(const SequenceBench& bench, const SequenceView& view, Workbook* workbook,
                      const std::string& sheetName, std::int32_t& overviewRow);
 
+    /// Adds samples that were recorded earlier to a step of a sequence that is not run.
+    /// @throws std::out_of_range
+    void AddSamples(std::int32_t index, std::span<const clsMFCStep::Sample> samples);
     /// Writes what was recorded. @param now the date of the report @throws SpreadsheetError
     void ExportToWorkbook(const ReportUnit& unit, OleDate now, Workbook& workbook,
                           const std::string& sheetName, std::int32_t& overviewRow) const;

@@ -63,6 +63,16 @@ std::int32_t clsMFCStep::data(std::int32_t row, std::int32_t column) const {
     return m_Data.at(Index(row)).at(Index(column));
 }
 
+const clsMFCStep::Sample& clsMFCStep::LastSample() const {
+    return m_Data.at(Index(m_DataCount - 1));
+}
+
+void clsMFCStep::AddSample(const Sample& sample) {
+    NoteExtremes(sample);
+    m_Data.push_back(sample);
+    ++m_DataCount;
+}
+
 void clsMFCStep::StartStep(clsHiResTimer& timer, DACSliders& sliders) {
     m_Timer = &timer;
     for (const std::int32_t channel : {0, 1}) {

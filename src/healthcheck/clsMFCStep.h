@@ -25,6 +25,7 @@ class clsMFCStep {
     /// Samples that a step can hold; at the shortest spacing 200 s.
     static constexpr std::int32_t DataCapacity = 10000;
     static constexpr float SampleSpacing_s = 0.02F;
+    using Sample = std::array<std::int32_t, Columns>;
 
     /// @param ch1Demand, ch2Demand fractions of full scale, 0 to 1
     /// @param prevStep the step before it in the sequence, none for the first; must outlive it
@@ -53,6 +54,10 @@ class clsMFCStep {
     /// Takes a sample if one is due, and shows it; true when one was stored. A reading that
     /// fails is not stored. @throws BoardError when the board has not answered for a second
     bool RecordDataPoint(clsAIB& board, const GraphSurfaces* graphs, ValueLabels* labels);
+    /// The sample that was stored last. @throws std::out_of_range without one
+    const Sample& LastSample() const;
+    /// Adds a sample that was recorded earlier to a step that is not run.
+    void AddSample(const Sample& sample);
     /// Time at which the next sample is due.
     double NextSampleTime_s() const { return m_LastAttempt_s + SampleSpacing_s; }
 
@@ -66,8 +71,6 @@ class clsMFCStep {
     float Get_EndVal(std::int32_t column, float window_ms) const;
 
   private:
-    using Sample = std::array<std::int32_t, Columns>;
-
     struct Extremes {
         std::int32_t MinValue = 0;
         std::int32_t MinIndex = -1;

@@ -1,6 +1,7 @@
 #include "mainwindow/ACUCommands.h"
 
 #include "calibration/UnfinishedRuns.h"
+#include "healthcheck/RecordedHealthCheck.h"
 #include "mainwindow/BoardPanel.h"
 #include "mainwindow/CalibrationPanel.h"
 #include "mainwindow/DACPanel.h"
@@ -57,7 +58,7 @@ void ACUCommands::OfferUnfinished() {
         return;
     Guarded(m_Station.World.Messages, [this] {
         const RunningProcedure offering(m_Station.Procedures, [] {});
-        OfferUnfinishedRuns(Services());
+        OfferUnfinishedRuns(Services(), OpenJournal);
     });
     m_Wait.Close();
 }

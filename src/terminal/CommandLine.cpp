@@ -12,6 +12,7 @@
 #include "terminal/TestCommands.h"
 
 #include <CLI/CLI.hpp>
+#include <fmt/format.h>
 
 #include <array>
 #include <filesystem>
@@ -138,17 +139,16 @@ void AddEpromCommands(CLI::App& app, CommandAdder& adder, const std::shared_ptr<
 
 void AddHealthCheck(CLI::App& app, CommandAdder& adder, const std::shared_ptr<Arguments>& args) {
     struct Choice {
-        const char* Flag;
         const char* Help;
         HealthCheckOption Option;
     };
     static constexpr std::array<Choice, 6> choices = {
-        {{"--short", "Short test", HealthCheckOption::Short},
-         {"--pressure", "Pressure test with gauges", HealthCheckOption::PressureCheck},
-         {"--long-ch1", "Long test of channel 1", HealthCheckOption::LongCh1},
-         {"--long-ch2", "Long test of channel 2", HealthCheckOption::LongCh2},
-         {"--low-ch1", "Low test of channel 1", HealthCheckOption::LowCh1},
-         {"--low-ch2", "Low test of channel 2", HealthCheckOption::LowCh2}}};
+        {{"Short test", HealthCheckOption::Short},
+         {"Pressure test with gauges", HealthCheckOption::PressureCheck},
+         {"Long test of channel 1", HealthCheckOption::LongCh1},
+         {"Long test of channel 2", HealthCheckOption::LongCh2},
+         {"Low test of channel 1", HealthCheckOption::LowCh1},
+         {"Low test of channel 2", HealthCheckOption::LowCh2}}};
     CLI::App* check = adder.Add(app, "health-check", "Run the health check and store its report",
                                 [args](CommandContext& context) {
                                     std::vector<HealthCheckOption> options;
@@ -160,7 +160,8 @@ void AddHealthCheck(CLI::App& app, CommandAdder& adder, const std::shared_ptr<Ar
                                 });
     CLI::Option_group* group = check->add_option_group("tests", "At least one of");
     for (std::size_t i = 0; i < choices.size(); ++i)
-        group->add_flag(choices.at(i).Flag, args->Options.at(i), choices.at(i).Help);
+        group->add_flag(fmt::format("--{}", NameOf(choices.at(i).Option)), args->Options.at(i),
+                        choices.at(i).Help);
     group->require_option(1, 0);
 }
 
@@ -207,7 +208,7 @@ void AddHistoryCommands(CLI::App& app, CommandAdder& adder,
     history->add_option("--serial", args->Serial, "Serial number of one unit")
         ->check(CLI::PositiveNumber);
     CLI::App* report =
-        adder.Add(app, "report", "Make the workbooks of a calibration again from its journal",
+        adder.Add(app, "report", "Make the workbooks of a run again from its journal",
                   [args](CommandContext& context) { return RunReport(context, args->File); });
     report
         ->add_option("--journal", args->File, "The journal; without it, unfinished ones are named")

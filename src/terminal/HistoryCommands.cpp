@@ -1,8 +1,10 @@
 #include "terminal/HistoryCommands.h"
 
 #include "calibration/CalibrationHistory.h"
+#include "calibration/JournalLines.h"
 #include "calibration/RunJournal.h"
 #include "calibration/UnfinishedRuns.h"
+#include "healthcheck/RecordedHealthCheck.h"
 #include "platform/FolderDrive.h"
 #include "support/Text.h"
 #include "terminal/ProcedureResult.h"
@@ -34,9 +36,9 @@ std::optional<std::string> OwnJournal(const Drive& files, const fs::path& journa
                : std::nullopt;
 }
 
-RecordedRun ReadRun(Platform& world, const fs::path& journal) {
+std::unique_ptr<JournalledRun> ReadRun(Platform& world, const fs::path& journal) {
     try {
-        return ReadJournal(world, ReadWholeFile(journal));
+        return OpenJournal(world, ReadWholeFile(journal));
     } catch (const JournalError& error) {
         throw CommandError(ExitStatus::NotStored, journal.string() + ": " + error.what());
     }
@@ -50,7 +52,7 @@ CommandResult ListUnfinished(CommandContext& context) {
         const fs::path path = world.Files.RealPath(run.Journal);
         std::string what;
         try {
-            what = Describe(ReadJournal(world, world.Files.ReadFile(run.Journal)));
+            what = OpenJournal(world, world.Files.ReadFile(run.Journal))->Describe();
         } catch (const JournalError& error) {
             what = error.what();
         }
@@ -90,28 +92,28 @@ CommandResult RunReport(CommandContext& context, const fs::path& journal) {
         return ListUnfinished(context);
     Station& station = context.TheStation;
     Drive& files = station.World.Files;
-    const RecordedRun run = ReadRun(station.World, journal);
-    const auto own = run.Ended ? std::nullopt : OwnJournal(files, journal);
+    const std::unique_ptr<JournalledRun> run = ReadRun(station.World, journal);
+    const auto own = run->Ended() ? std::nullopt : OwnJournal(files, journal);
     const std::unique_ptr<FileLock> hold = own ? files.TryLock(RunningMarkOf(*own), "") : nullptr;
     if (own && !hold)
         throw CommandError(ExitStatus::NotPassed,
-                           journal.string() + ": this calibration is still going on.");
+                           journal.string() + ": this run is still going on.");
     BoardDACSliders sliders(station);
     TerminalStages stages;
     NoWaitWindow wait;
-    const RemadeReport remade = MakeReport(
-        {station, sliders, stages, wait, context.Launcher, context.TemplatesFolder}, run);
+    const RemadeReport remade = run->MakeReport(
+        {station, sliders, stages, wait, context.Launcher, context.TemplatesFolder});
     CommandResult result;
-    result.Json["run"] = Describe(run);
-    result.Text = Describe(run) + "\n";
-    if (!MakesWorkbooks(run.Kind))
-        result.Text += "A run of this kind makes no workbook.\n";
+    result.Json["run"] = run->Describe();
+    result.Text = run->Describe() + "\n";
+    if (!run->HasReport())
+        result.Text += "There is nothing to make a workbook of.\n";
     AddFiles(result, remade.Files);
     if (!remade.AllStored) {
         result.Status = ExitStatus::NotStored;
         result.Error = "A workbook could not be stored where it belongs.";
     } else if (own) {
-        SettleUnfinishedRun(station.World, *own, run, remade.Files);
+        SettleUnfinishedRun(station.World, *own, *run, remade.Files);
     }
     return result;
 }
@@ -122,7 +124,7 @@ void TellOfUnfinishedRuns(CommandContext& context) {
         const std::vector<UnfinishedRun> runs = FindUnfinishedRuns(world);
         if (!runs.empty())
             fmt::print(stderr,
-                       "An unfinished calibration was found. Its report: ombrixctl report "
+                       "An unfinished run was found. Its report: ombrixctl report "
                        "--journal '{}'\n",
                        world.Files.RealPath(runs.front().Journal).string());
     } catch (const DriveError&) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "calibration/ACUSetUp.h"
+#include "calibration/RunJournal.h"
 #include "support/DocumentConverter.h"
 #include "support/TestBench.h"
 #include "support/XlsxApplication.h"
@@ -91,6 +92,10 @@ class CalibrationBench {
             Board.ReadEPROM(address, words.back());
         }
         return words;
+    }
+    std::string JournalText() const {
+        const std::string folder = JournalFolder;
+        return Bench.Files.ReadFile(folder + Bench.Files.FilesIn(folder).front());
     }
     /// The texts of the messages shown.
     std::vector<std::string> Told() const {

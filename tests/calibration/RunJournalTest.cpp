@@ -1,6 +1,7 @@
 #include "calibration/RunJournal.h"
 
 #include "calibration/CalibrationBench.h"
+#include "calibration/JournalLines.h"
 #include "calibration/RecordedRun.h"
 #include "calibration/RemadeReport.h"
 #include "support/SingleJson.h"
@@ -10,17 +11,11 @@
 
 #include <algorithm>
 #include <bit>
-#include <regex>
 
 namespace ombrix {
 namespace {
 
 using Kind = CalibrationKind;
-
-std::string JournalText(CalibrationBench& bench) {
-    const Drive& files = bench.Bench.Files;
-    return files.ReadFile(JournalFolder + files.FilesIn(JournalFolder).front());
-}
 
 /// How many valid readings and how many samples.
 std::pair<std::size_t, std::size_t> ContentOf(const RecordedRun& run) {
@@ -37,14 +32,6 @@ std::pair<std::size_t, std::size_t> ContentOf(const RecordedRun& run) {
             count(step.Reading);
     }
     return {readings, samples};
-}
-
-/// The parts of a workbook, dates to a tenth of a second: a sum of days has digits beyond.
-std::map<std::string, std::string> PartsOf(const std::filesystem::path& file) {
-    std::map<std::string, std::string> parts = WorkbookProbe(ReadWholeFile(file)).Parts();
-    for (auto& [name, part] : parts)
-        part = std::regex_replace(part, std::regex(R"((<v>45366\.\d{6})\d*)"), "$1");
-    return parts;
 }
 
 struct ReportCase {
@@ -67,7 +54,7 @@ TEST_P(JournalReportTest, IsTheRunsOwnPartByPart) {
     const CalibrationOutcome outcome =
         c.Velocity ? bench.SetUp.RunVelocity(c.What) : bench.SetUp.RunPressure(c.What);
     bench.Bench.Time.Advance(1000.0);
-    const RecordedRun run = ReadJournal(bench.Bench.World, JournalText(bench));
+    const RecordedRun run = ReadJournal(bench.Bench.World, bench.JournalText());
     EXPECT_TRUE(run.Ended);
     const RemadeReport remade = MakeReport(bench.Services, run);
     EXPECT_TRUE(remade.AllStored);
@@ -97,7 +84,7 @@ TEST(RunJournalTest, ACutAtAnyByteLosesWhatStandsBehindItOnly) {
     CalibrationBench bench("acu");
     bench.Bench.Events.At(100.0, [&] { bench.Record().CancelCalibration(); });
     bench.SetUp.RunVelocity(Kind::System);
-    const std::string text = JournalText(bench);
+    const std::string text = bench.JournalText();
     const std::size_t header = text.find('\n') + 1;
     std::pair<std::size_t, std::size_t> before;
     constexpr std::size_t step = 61; // prime, to fall on every part of a line
@@ -116,7 +103,7 @@ TEST(RunJournalTest, AProgramThatDiesLosesASecondAtMost) {
     constexpr double samplesASecond = 10.0; // of the first point, which takes 15 s
     for (const double at_s : {3.0, 3.4, 7.9, 14.9})
         bench.Bench.Events.At(at_s, [&, at_s] {
-            const RecordedRun run = ReadJournal(bench.Bench.World, JournalText(bench));
+            const RecordedRun run = ReadJournal(bench.Bench.World, bench.JournalText());
             EXPECT_FALSE(run.Ended);
             EXPECT_GE(static_cast<double>(ContentOf(run).second), (at_s - 1.0) * samplesASecond - 1)
                 << at_s;

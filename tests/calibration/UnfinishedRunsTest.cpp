@@ -1,7 +1,8 @@
 #include "calibration/UnfinishedRuns.h"
 
 #include "calibration/CalibrationBench.h"
-#include "calibration/RunJournal.h"
+#include "calibration/CalibrationHistory.h"
+#include "healthcheck/RecordedHealthCheck.h"
 #include "support/WorkbookProbe.h"
 
 #include <gtest/gtest.h>
@@ -18,8 +19,7 @@ class UnfinishedRunsTest : public ::testing::Test {
     void DieAt(double at_s, CalibrationKind kind) {
         std::string text;
         m_Bench.Bench.Events.At(at_s, [&] {
-            const std::string folder = JournalFolder;
-            text = Files().ReadFile(folder + Files().FilesIn(folder).front());
+            text = m_Bench.JournalText();
             EXPECT_TRUE(Unfinished().empty()) << "a run that is going on";
             m_Bench.Record().CancelCalibration();
         });
@@ -33,7 +33,7 @@ class UnfinishedRunsTest : public ::testing::Test {
     std::vector<UnfinishedRun> Unfinished() { return FindUnfinishedRuns(m_Bench.Bench.World); }
     void Offer(Answer answer) {
         m_Bench.Bench.Messages.Answers = {answer};
-        OfferUnfinishedRuns(m_Bench.Services);
+        OfferUnfinishedRuns(m_Bench.Services, OpenJournal);
     }
     Drive& Files() { return m_Bench.Bench.Files; }
 
@@ -54,7 +54,7 @@ TEST_F(UnfinishedRunsTest, YesWritesTheReportOfWhatThereIs) {
     WorkbookProbe report(ReadWholeFile(history.Runs[0].Files[0]));
     EXPECT_EQ(report.Value("Report", "M3"), "NOT COMPLETE");
     EXPECT_NE(report.Value("Report", "F13"), "");
-    EXPECT_TRUE(ReadJournal(m_Bench.Bench.World, Files().ReadFile(Journal)).Ended);
+    EXPECT_TRUE(OpenJournal(m_Bench.Bench.World, Files().ReadFile(Journal))->Ended());
 }
 
 TEST_F(UnfinishedRunsTest, NoRemovesTheJournalAndCancelLeavesItForTheNextStart) {

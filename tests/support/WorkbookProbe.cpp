@@ -1,10 +1,13 @@
 #include "support/WorkbookProbe.h"
 
 #include "board/modAIB.h"
+#include "platform/FolderDrive.h"
 #include "support/xlsx/ZipArchive.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>
+
+#include <regex>
 
 namespace ombrix {
 
@@ -122,6 +125,13 @@ std::vector<std::string> WorkbookProbe::Charts(const std::string& sheet) {
         for (const std::string& chart : Related(drawing, "/chart"))
             charts.push_back(chart);
     return charts;
+}
+
+std::map<std::string, std::string> PartsOf(const std::filesystem::path& file) {
+    std::map<std::string, std::string> parts = WorkbookProbe(ReadWholeFile(file)).Parts();
+    for (auto& [name, part] : parts)
+        part = std::regex_replace(part, std::regex(R"((<v>45366\.\d{6})\d*)"), "$1");
+    return parts;
 }
 
 std::string WithParts(std::string_view archive, const std::map<std::string, std::string>& changes) {

@@ -2,6 +2,7 @@
 
 #include <pugixml.hpp>
 
+#include <filesystem>
 #include <map>
 #include <string>
 #include <string_view>
@@ -40,6 +41,9 @@ class WorkbookProbe {
     std::map<std::string, std::string> m_Parts;
     std::map<std::string, pugi::xml_document> m_Documents;
 };
+
+/// The parts of a workbook, dates to a tenth of a second: a sum of days has digits beyond.
+std::map<std::string, std::string> PartsOf(const std::filesystem::path& file);
 
 /// The archive with parts changed, added or (when empty) taken away.
 std::string WithParts(std::string_view archive, const std::map<std::string, std::string>& changes);

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "calibration/JournalLines.h"
+#include "calibration/JournalledRun.h"
+#include "healthcheck/HealthCheckProgramme.h"
+#include "healthcheck/clsMFCStep.h"
+
+namespace ombrix {
+
+/// A step of a sequence as it was run, with what it recorded.
+struct RecordedStep {
+    StepPlan Plan;
+    std::vector<clsMFCStep::Sample> Samples;
+};
+
+struct RecordedSequence {
+    std::string Sheet;
+    std::vector<RecordedStep> Steps;
+};
+
+/// A health check as its journal tells it.
+class RecordedHealthCheck final : public JournalledRun {
+  public:
+    /// @param text of the journal; what a crash has cut off at its end is passed over
+    /// @throws JournalError when another part is damaged, or nothing was written
+    explicit RecordedHealthCheck(std::string_view text);
+
+    /// Samples of all sequences together.
+    std::size_t SampleCount() const;
+
+    bool Ended() const override { return m_Ended; }
+    std::string Describe() const override;
+    bool HasReport() const override { return !m_Sequences.empty(); }
+    RemadeReport MakeReport(const CalibrationServices& services) const override;
+    void NoteInterruption(Platform& world, const std::vector<std::string>& files) const override;
+
+  private:
+    void Take(const SingleJson& line);
+    void TakeHeader(const SingleJson& line);
+    void TakeSequence(const SingleJson& line);
+    void TakeSamples(const SingleJson& samples);
+
+    JournalHeader m_Header;
+    /// When the last whole sequence had been measured; the start of the run before that.
+    OleDate m_MeasuredAt;
+    std::vector<RecordedSequence> m_Sequences;
+    std::size_t m_Step = 0;
+    bool m_HasHeader = false;
+    bool m_Ended = false;
+};
+
+/// Reads the journal of a run of any kind. @throws JournalError
+std::unique_ptr<JournalledRun> OpenJournal(Platform& world, std::string_view text);
+
+} // namespace ombrix

@@ -1,0 +1,103 @@
+#include "calibration/CalibrationBench.h"
+#include "calibration/UnfinishedRuns.h"
+#include "healthcheck/HealthCheckRun.h"
+#include "healthcheck/RecordedHealthCheck.h"
+#include "support/WorkbookProbe.h"
+
+#include <gtest/gtest.h>
+
+namespace ombrix {
+namespace {
+
+using Option = HealthCheckOption;
+
+HealthCheckResult RunOn(CalibrationBench& bench, Option option, double cancelAt_s = 0.0) {
+    const CalibrationServices& with = bench.Services;
+    HealthCheckRun run(with.TheStation, with.Sliders, with.Launcher, with.Wait, with.Templates);
+    if (cancelAt_s > 0.0)
+        bench.Bench.Events.At(cancelAt_s, [&run] { run.Cancel(); });
+    return run.Run(std::array{option}, {});
+}
+
+struct JournalCase {
+    const char* Name;
+    Option What = Option::Short;
+    std::vector<std::string> Faults{};
+    double CancelAt_s = 0.0;
+    std::int32_t PressureConfig = 0;
+    std::deque<Answer> Answers{};
+};
+
+class HealthCheckJournalTest : public ::testing::TestWithParam<JournalCase> {};
+
+TEST_P(HealthCheckJournalTest, MakesTheRunsOwnReportPartByPart) {
+    const JournalCase& c = GetParam();
+    CalibrationBench bench("acu", c.Faults);
+    PutWord(bench.Board, ACUMemoryMap::DigitalPressureConfig, c.PressureConfig);
+    bench.Record().ReadEPROMValues(bench.Board);
+    bench.Bench.Messages.Answers = c.Answers;
+    const HealthCheckResult outcome = RunOn(bench, c.What, c.CancelAt_s);
+    bench.Bench.Time.Advance(1000.0);
+    const auto run = OpenJournal(bench.Bench.World, bench.JournalText());
+    EXPECT_TRUE(run->Ended());
+    const RemadeReport remade = run->MakeReport(bench.Services);
+    EXPECT_TRUE(remade.AllStored);
+    ASSERT_EQ(outcome.Files.size(), 1U);
+    ASSERT_EQ(remade.Files.size(), 1U);
+    EXPECT_NE(remade.Files[0], outcome.Files[0]);
+    EXPECT_TRUE(PartsOf(remade.Files[0]) == PartsOf(outcome.Files[0]));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Runs, HealthCheckJournalTest,
+    ::testing::Values(JournalCase{"Whole"}, JournalCase{"Cancelled", Option::LowCh2, {}, 23.4},
+                      JournalCase{"BoardLost", Option::Short, {"unplug@8"}},
+                      JournalCase{"DigitalSensor", Option::Short, {}, 0.0, 1},
+                      JournalCase{
+                          "OnlyTheLargeGauge", Option::PressureCheck, {}, 0.0, 0, {Answer::No}}),
+    [](const auto& info) { return info.param.Name; });
+
+std::size_t SamplesOf(const std::string& text) {
+    return RecordedHealthCheck(text).SampleCount();
+}
+
+TEST(HealthCheckJournalCutTest, LosesWhatStandsBehindTheCutOnly) {
+    CalibrationBench bench("acu");
+    const HealthCheckResult outcome = RunOn(bench, Option::Short, 9.0);
+    const std::string text = bench.JournalText();
+    const std::size_t header = text.find('\n') + 1;
+    std::size_t before = 0;
+    constexpr std::size_t step = 97; // prime, to fall on every part of a line
+    for (std::size_t cut = header; cut <= text.size(); cut += step) {
+        const std::size_t samples = SamplesOf(text.substr(0, cut));
+        EXPECT_GE(samples, before) << cut;
+        before = samples;
+    }
+    const int measured = outcome.Sequences.at(0).Samples + outcome.Sequences.at(1).Samples;
+    EXPECT_EQ(before, static_cast<std::size_t>(measured));
+    EXPECT_THROW(SamplesOf(text.substr(0, header) + "?" + text.substr(header)), JournalError);
+}
+
+TEST(HealthCheckJournalCutTest, ARunWhoseProgramDiedIsOfferedWithAllButItsLastSecond) {
+    CalibrationBench bench("acu");
+    Drive& files = bench.Bench.Files;
+    bench.Bench.Events.At(9.6, [&] {
+        files.ReplaceFile(R"(C:\Journals\dead.jsonl)", bench.JournalText() + R"({"samp)");
+        files.ReplaceFile(R"(C:\Journals\dead.running)", "ombrix");
+    });
+    RunOn(bench, Option::Short, 10.0);
+    EXPECT_GE(SamplesOf(files.ReadFile(R"(C:\Journals\dead.jsonl)")), 425U);
+    bench.Bench.Messages.Shown.clear();
+    OfferUnfinishedRuns(bench.Services, OpenJournal);
+    const std::vector<std::string> told = bench.Told();
+    ASSERT_EQ(told.size(), 2U);
+    EXPECT_NE(told[0].find(": 2 sequences, "), std::string::npos) << told[0];
+    const std::string file = told[1].substr(told[1].find('/'));
+    WorkbookProbe report(ReadWholeFile(file));
+    EXPECT_EQ(report.Value("Overview", "L48"), "To Zero from 20.0");
+    EXPECT_NE(report.Value("Zero - Ch2", "A60"), "");
+    EXPECT_TRUE(FindUnfinishedRuns(bench.Bench.World).empty());
+}
+
+} // namespace
+} // namespace ombrix

@@ -1,7 +1,10 @@
 #include "calibration/CalibrationLog.h"
 
 #include "board/modAIB.h"
+#include "platform/ProgramLog.h"
 #include "support/Text.h"
+
+#include <utility>
 
 namespace ombrix {
 
@@ -40,6 +43,10 @@ void CalibrationLog::LogCalibration(std::string_view line) {
 
 void CalibrationLog::CloseCalibrationLog() {
     m_File.reset();
+    // Not while air is driven: a question that waits for somebody would hold up the run.
+    if (!m_Trouble.empty())
+        m_World.Messages.Ask(
+            {std::exchange(m_Trouble, {}), MessageIcon::Warning, MessageButtons::Ok});
 }
 
 void CalibrationLog::Open(const std::string& path) {
@@ -70,9 +77,8 @@ void CalibrationLog::GoOnElsewhere(const std::string& reason) {
         outcome = std::string("It cannot be kept in the folder for temporary files either:") +
                   "\r\n\r\n" + error.what();
     }
-    m_World.Messages.Ask(
-        {"The calibration log cannot be written:\r\n\r\n" + reason + "\r\n\r\n" + outcome,
-         MessageIcon::Warning, MessageButtons::Ok});
+    m_Trouble = "The calibration log cannot be written:\r\n\r\n" + reason + "\r\n\r\n" + outcome;
+    WriteLog(m_World, m_Trouble);
 }
 
 } // namespace ombrix

@@ -11,8 +11,8 @@
 namespace ombrix {
 
 /// The text log of a calibration: one line a step, fields separated by commas. Lines reach the
-/// operating system as they are written. When the file cannot be written, the operator is told
-/// and the whole log goes on in the folder for temporary files.
+/// operating system as they are written. When the file cannot be written, the whole log
+/// goes on in the folder for temporary files, and the operator is told when it is closed.
 class CalibrationLog {
   public:
     explicit CalibrationLog(Platform& world) : m_World(world) {}
@@ -39,6 +39,7 @@ class CalibrationLog {
     Platform& m_World;
     std::unique_ptr<OutputFile> m_File;
     std::string m_Name;
+    std::string m_Trouble;
     std::vector<std::string> m_Lines;
     std::vector<std::filesystem::path> m_Files;
     bool m_AllStored = true;

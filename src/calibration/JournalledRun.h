@@ -36,8 +36,8 @@ class JournalledRun {
     /// Makes its workbooks as the run does; they replace nothing, and no board is needed.
     virtual RemadeReport MakeReport(const CalibrationServices& services) const = 0;
     /// Writes down that the run was cut off, where such runs are kept beside their journals.
-    /// @param files of its report
-    virtual void NoteInterruption(Platform& world, const std::vector<std::string>& files) const = 0;
+    /// @param files of its report @return false when that could not be stored; it has been told
+    virtual bool NoteInterruption(Platform& world, const std::vector<std::string>& files) const = 0;
 };
 
 /// Reads the text of a journal. @throws JournalError

@@ -294,6 +294,7 @@ void PressureRun::FinishSystem(bool passed) {
         Stored(m_Outcome, [this] { m_Record.SavePressureSystemCalibration(m_Guard, m_Measured); });
     if (!m_Outcome.Saved)
         return;
+    m_Recorder.Stored();
     m_Log.LogCalibration("Values Written to EPROM");
     TellOperator(m_World, "ACU Pressure System Caibration Passed");
 }

@@ -40,7 +40,7 @@ RemadeReport RecordedCalibration::MakeReport(const CalibrationServices& services
     return ombrix::MakeReport(services, m_Run);
 }
 
-void RecordedCalibration::NoteInterruption(Platform& world,
+bool RecordedCalibration::NoteInterruption(Platform& world,
                                            const std::vector<std::string>& files) const {
     HistoryEntry entry;
     entry.Kind = m_Run.Kind;
@@ -49,10 +49,11 @@ void RecordedCalibration::NoteInterruption(Platform& world,
     entry.Serial = m_Run.Serial;
     entry.Verdict = Verdicts::Interrupted;
     entry.Found = m_Run.Unit;
+    entry.Left = m_Run.Left;
     entry.Velocity = m_Run.Velocity;
     entry.Pressure = m_Run.Pressure;
     entry.Files = files;
-    AppendToHistory(world, entry);
+    return AppendToHistory(world, entry);
 }
 
 } // namespace ombrix

@@ -17,7 +17,7 @@ class RecordedCalibration final : public JournalledRun {
     bool HasReport() const override;
     RemadeReport MakeReport(const CalibrationServices& services) const override;
     /// Adds it to the history of its unit.
-    void NoteInterruption(Platform& world, const std::vector<std::string>& files) const override;
+    bool NoteInterruption(Platform& world, const std::vector<std::string>& files) const override;
 
   private:
     RecordedRun m_Run;

@@ -61,6 +61,8 @@ void JournalReader::Take(const SingleJson& line) {
         TakeMeasured(line);
     else if (line.contains("auditSheet"))
         m_Run.AuditSheet = line.at("auditSheet").get<bool>();
+    else if (line.contains("stored"))
+        m_Run.Left = UnitOf(line.at("stored"));
     else if (line.contains("end"))
         m_Run.Ended = true;
     else

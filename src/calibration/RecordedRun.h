@@ -18,6 +18,8 @@ struct RecordedRun {
     std::int32_t Serial = 0;
     /// The unit as the run found it.
     ACURecord Unit{};
+    /// As it stored the unit; nothing when it did not.
+    std::optional<ACURecord> Left{};
     VelocityMeasurement Velocity{};
     std::vector<PressureReading> Pressure{};
     /// Everything that was to be measured has been.

@@ -1,5 +1,6 @@
 #include "calibration/RunJournal.h"
 
+#include "platform/ProgramLog.h"
 #include "platform/TellOperator.h"
 #include "support/FreePath.h"
 
@@ -64,6 +65,9 @@ void RunJournal::Close(const std::string& last) {
     if (IsOpen())
         Write(true);
     m_File.reset();
+    // Not while it measured: a question that waits for somebody would hold up driven air.
+    if (!m_Trouble.empty())
+        TellOperator(m_World, std::exchange(m_Trouble, {}), MessageIcon::Warning);
     if (!m_Running)
         return;
     try {
@@ -98,13 +102,12 @@ void RunJournal::Write(bool sync) {
 
 void RunJournal::GoOnWithout(const char* reason) {
     m_File.reset();
-    TellOperator(
-        m_World,
-        fmt::format("The journal of the {0} cannot be written:\r\n\r\n{1}\r\n\r\nThe {0} goes "
-                    "on without it. What it measures would be lost with the program: "
-                    "please make room on the disk for the next one.",
-                    m_What, reason),
-        MessageIcon::Warning);
+    m_Trouble =
+        fmt::format("The journal of the {0} could not be written:\r\n\r\n{1}\r\n\r\nThe {0} "
+                    "went on without it. What it measured would have been lost with the "
+                    "program: please make room on the disk for the next one.",
+                    m_What, reason);
+    WriteLog(m_World, m_Trouble);
 }
 
 } // namespace ombrix

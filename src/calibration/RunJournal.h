@@ -18,7 +18,8 @@ inline constexpr const char* JournalEnding = ".jsonl";
 inline constexpr const char* RunningEnding = ".running";
 
 /// The file to which a run streams what it measures, line by line, so that a crash loses at most
-/// the last second. A disk that takes no journal is told once and never stops the run.
+/// the last second. A disk that takes no journal never stops the run, and is told when
+/// that is over.
 class RunJournal {
   public:
     /// @param what runs, as messages name it ("calibration")
@@ -49,6 +50,7 @@ class RunJournal {
     std::unique_ptr<FileLock> m_Running;
     std::unique_ptr<OutputFile> m_File;
     std::string m_Unwritten;
+    std::string m_Trouble;
     /// Separated by commas.
     std::string m_Samples;
     double m_Written_s = 0.0;

@@ -87,6 +87,10 @@ void RunRecorder::Measured(bool passed, bool complete) {
                           {"complete", complete}}));
 }
 
+void RunRecorder::Stored() {
+    m_Journal.Add(LineOf({{"stored", UnitJson(m_Record.Record())}}));
+}
+
 void RunRecorder::AuditSheet(bool wanted) {
     m_Journal.Add(LineOf({{"auditSheet", wanted}}));
 }

@@ -39,6 +39,8 @@ class RunRecorder {
     void ChannelJudged();
     /// All has been measured that will be. @param complete neither cancelled nor stopped
     void Measured(bool passed, bool complete);
+    /// The unit's EPROM holds what was measured.
+    void Stored();
     /// Whether the audit's sheet is wanted as well.
     void AuditSheet(bool wanted);
 

@@ -54,7 +54,8 @@ void Offer(const CalibrationServices& services, const std::string& journal,
         const Answer answer = AskAbout(world, run->Describe(), run->HasReport());
         if (run->HasReport() && answer == Answer::Yes)
             WriteReport(services, journal, *run);
-        else if (answer == (run->HasReport() ? Answer::No : Answer::Yes))
+        else if (answer == (run->HasReport() ? Answer::No : Answer::Yes) &&
+                 run->NoteInterruption(world, {}))
             Discard(world, journal);
     } catch (const JournalError& error) {
         const std::string file = world.Files.RealPath(journal).string();
@@ -81,18 +82,20 @@ std::vector<UnfinishedRun> FindUnfinishedRuns(Platform& world) {
     return runs;
 }
 
-void SettleUnfinishedRun(Platform& world, const std::string& journal, const JournalledRun& run,
+bool SettleUnfinishedRun(Platform& world, const std::string& journal, const JournalledRun& run,
                          const std::vector<std::filesystem::path>& files) {
     std::vector<std::string> names;
     for (const std::filesystem::path& file : files)
         names.push_back(file.string());
+    if (!run.NoteInterruption(world, names))
+        return false;
     // A line that was cut off goes: it would be a damaged one in front of the last.
     std::string text = world.Files.ReadFile(journal);
     text.erase(text.rfind('\n') + 1);
     world.Files.ReplaceFile(journal,
                             text + EndLine(world.Time.Now(), Verdicts::Interrupted, names));
     world.Files.RemoveFile(RunningMarkOf(journal));
-    run.NoteInterruption(world, names);
+    return true;
 }
 
 void OfferUnfinishedRuns(const CalibrationServices& services, const JournalReading& read) {

@@ -19,8 +19,9 @@ struct UnfinishedRun {
 /// The unfinished runs, in the order of their names; runs that are going on are not among them.
 std::vector<UnfinishedRun> FindUnfinishedRuns(Platform& world);
 
-/// Ends the journal and notes the interruption. @param files of the run's report
-void SettleUnfinishedRun(Platform& world, const std::string& journal, const JournalledRun& run,
+/// Notes the interruption and ends the journal. @param files of the run's report
+/// @return false when it could not be noted: the run stays unfinished
+bool SettleUnfinishedRun(Platform& world, const std::string& journal, const JournalledRun& run,
                          const std::vector<std::filesystem::path>& files);
 
 /// Asks of each unfinished run whether to write the report of what there is, to discard it, or to

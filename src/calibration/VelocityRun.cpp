@@ -170,6 +170,8 @@ void VelocityRun::SaveCoefficients() {
         table.at(channel) = m_Measured.Channels.at(channel).NewVelocityCal;
     m_Outcome.Saved =
         Stored(m_Outcome, [&] { m_Record.SaveVelocitySystemCalibration(m_Guard, table); });
+    if (m_Outcome.Saved)
+        m_Recorder.Stored();
     if (m_Outcome.Saved && !m_Unattended)
         TellOperator(m_World, "Calibration Coefficients Saved");
 }

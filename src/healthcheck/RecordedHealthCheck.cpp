@@ -103,9 +103,10 @@ RemadeReport RecordedHealthCheck::MakeReport(const CalibrationServices& services
     return remade;
 }
 
-void RecordedHealthCheck::NoteInterruption(Platform& world,
+bool RecordedHealthCheck::NoteInterruption(Platform& world,
                                            const std::vector<std::string>& /*files*/) const {
     WriteLog(world, "Interrupted: " + Describe()); // health checks have no history beside the log
+    return true;
 }
 
 std::unique_ptr<JournalledRun> OpenJournal(Platform& world, std::string_view text) {

@@ -32,7 +32,7 @@ class RecordedHealthCheck final : public JournalledRun {
     std::string Describe() const override;
     bool HasReport() const override { return !m_Sequences.empty(); }
     RemadeReport MakeReport(const CalibrationServices& services) const override;
-    void NoteInterruption(Platform& world, const std::vector<std::string>& files) const override;
+    bool NoteInterruption(Platform& world, const std::vector<std::string>& files) const override;
 
   private:
     void Take(const SingleJson& line);

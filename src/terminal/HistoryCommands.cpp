@@ -112,8 +112,9 @@ CommandResult RunReport(CommandContext& context, const fs::path& journal) {
     if (!remade.AllStored) {
         result.Status = ExitStatus::NotStored;
         result.Error = "A workbook could not be stored where it belongs.";
-    } else if (own) {
-        SettleUnfinishedRun(station.World, *own, *run, remade.Files);
+    } else if (own && !SettleUnfinishedRun(station.World, *own, *run, remade.Files)) {
+        result.Status = ExitStatus::NotStored;
+        result.Error = "The interruption could not be added to the unit's history.";
     }
     return result;
 }

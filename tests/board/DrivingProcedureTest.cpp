@@ -1,5 +1,6 @@
 #include "board/DrivingProcedure.h"
 
+#include "board/Recovery.h"
 #include "board/RunningMark.h"
 #include "support/TestBench.h"
 
@@ -86,6 +87,37 @@ TEST(OutputsOff, BoardThatRefusesOneOutputIsToldAboutAndTheOthersAreOff) {
     ASSERT_EQ(bench.Messages.Shown.size(), 1U);
     EXPECT_NE(bench.Messages.Shown[0].Text.find("Board 301 (USB)"), std::string::npos);
     EXPECT_EQ(bench.Bench.Board(0).DAC(2), 0);
+    EXPECT_TRUE(bench.TheStation.AirMayFlow);
+    EXPECT_TRUE(FindMark(bench.World, 301)) << "for the next start";
+}
+
+TEST(Recovery, AMarkedBoardThatIsNotThereIsWarnedOf) {
+    TestBench bench("none");
+    LeaveMark(bench.World, 301, "air test");
+    TellOfMissingBoards(bench.TheStation);
+    ASSERT_EQ(bench.Messages.Shown.size(), 1U);
+    EXPECT_NE(bench.Messages.Shown[0].Text.find("Board 301: \"air test\""), std::string::npos);
+}
+
+TEST(Recovery, ALockThatCannotBeTakenDoesNotKeepTheAirOn) {
+    TestBench bench;
+    LeaveMark(bench.World, 301, "air test");
+    bench.Detect().SetDAC(2, 30000);
+    std::filesystem::create_directory(bench.Folder.Path() / "Claims/AIB_00301.lock");
+    EXPECT_EQ(SwitchOffUnfinished(bench.TheStation).size(), 1U);
+    EXPECT_EQ(bench.Bench.Board(0).DAC(2), 0);
+}
+
+TEST_F(DrivingProcedureTest, TheMarkOfAnEarlierProcedureStaysUntilTheOutputsAreOff) {
+    LeaveMark(m_Bench.World, 301, "earlier");
+    for (const bool leave : {true, false}) {
+        DrivingProcedure running(m_Bench.TheStation, "calibration", {{m_Board}});
+        running.Begin();
+        EXPECT_EQ(FindMark(m_Bench.World, 301)->Procedure, "earlier");
+        if (leave)
+            running.LeaveOutputs();
+    }
+    EXPECT_FALSE(Marked());
 }
 
 } // namespace

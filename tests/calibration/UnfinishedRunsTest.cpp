@@ -67,7 +67,7 @@ TEST_F(UnfinishedRunsTest, NoRemovesTheJournalAndCancelLeavesItForTheNextStart) 
     }
     Offer(Answer::No);
     EXPECT_FALSE(Files().FileExists(Journal) || Files().FileExists(Mark));
-    EXPECT_EQ(ReadHistory(Files(), 301).Runs.size(), 0U);
+    EXPECT_EQ(ReadHistory(Files(), 301).Runs.at(0).Verdict, Verdicts::Interrupted);
 }
 
 } // namespace

@@ -198,6 +198,18 @@ TEST_F(VelocityRunTest, LosingTheDataTakesTwoAnswers) {
     EXPECT_NE(m_Bench->Eprom(), m_Before);
 }
 
+TEST_F(VelocityRunTest, AnInterruptAtTheQuestionDoesNotSave) {
+    Use("acu");
+    AnswerWith({Answer::Ok, Answer::No, Answer::No});
+    m_Bench->Bench.Messages.WhileAsked = [this](const Message& message) {
+        if (message.Text == "Would you like to save the calibration?")
+            m_Bench->Record().CancelCalibration();
+    };
+    const CalibrationOutcome outcome = Run(Kind::System);
+    EXPECT_TRUE(outcome.Aborted && !outcome.Saved);
+    EXPECT_EQ(m_Bench->Eprom(), m_Before);
+}
+
 TEST_F(VelocityRunTest, AnAuditIsWrittenDownOnlyWhenTheReportIsWanted) {
     Use("acu");
     AnswerWith({Answer::Ok, Answer::No});

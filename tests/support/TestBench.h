@@ -57,8 +57,13 @@ class ScriptedOperator final : public Operator {
     std::deque<Answer> Answers;
     std::deque<std::optional<std::string>> Texts;
 
+    /// What happens while a message stands there.
+    std::function<void(const Message& message)> WhileAsked;
+
     Answer Ask(const Message& message) override {
         Shown.push_back(message);
+        if (WhileAsked)
+            WhileAsked(message);
         if (!Answers.empty()) {
             const Answer answer = Answers.front();
             Answers.pop_front();

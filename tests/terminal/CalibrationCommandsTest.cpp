@@ -63,8 +63,8 @@ TEST_F(OmbrixctlTest, ASingleRunTellsWhatItCameTo) {
 }
 
 TEST_F(OmbrixctlTest, AnInterruptCancelsACalibration) {
-    const Outcome outcome = Run("--simulate --time-scale 20 --yes calibrate velocity-system", "",
-                                "timeout --preserve-status -s INT 0.5");
+    const Outcome outcome =
+        RunUntilItDrives("--simulate --time-scale 20 --yes calibrate velocity-system");
     EXPECT_EQ(outcome.Status, 1);
     EXPECT_EQ(outcome.Result["aborted"], true);
     EXPECT_EQ(outcome.Result["error"], "ACU Calibration Aborted");

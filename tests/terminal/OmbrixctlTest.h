@@ -43,6 +43,16 @@ class OmbrixctlTest : public ::testing::Test {
     Outcome RunSimulated(const std::string& arguments, const std::string& input = "") const {
         return Run("--simulate " + arguments, input);
     }
+    /// Ctrl-C as soon as the procedure has begun to drive, however slow the machine is.
+    Outcome RunUntilItDrives(const std::string& arguments) const {
+        const std::filesystem::path claims = m_Folder.Path() / "Claims";
+        std::filesystem::remove_all(claims); // with the mark of a run that was unplugged before
+        return Run(arguments, "",
+                   fmt::format("sh -c '\"$@\" & "
+                               "while kill -0 $! && ! ls {}/*.running; do sleep 0.02; done "
+                               ">/dev/null 2>&1; kill -INT $!; wait $!' sh",
+                               claims.string()));
+    }
     std::filesystem::path ErrorFile() const { return m_Folder.Path() / "stderr.txt"; }
     std::string Errors() const { return ReadWholeFile(ErrorFile()); }
 

@@ -49,29 +49,31 @@ TEST_F(OmbrixctlTest, AirFlowAndSpeedTestGiveTheirResults) {
 }
 
 TEST_F(OmbrixctlTest, ProcedureThatIsNotDoneHasItsStatusAndItsError) {
-    const std::string untilInterrupt = "timeout --preserve-status -s INT 0.6";
+    enum class End { ByItself, ByInterrupt };
     struct Case {
         const char* Arguments;
         int Status;
         const char* Error;
-        std::string Under = "";
+        End Ends = End::ByItself;
     };
     for (const Case& c : std::vector<Case>{
              {"--time-scale max test mfc", 1, "The test of the digital MFCs has been cancelled."},
              {"--time-scale max test air-flow", 3, "tAIB_Flow AND tAIB_Measure are Nothing!"},
              {"--fault unplug@9 --time-scale max test air-sweep", 1, "does not answer"},
              {"--fault unplug@8 --time-scale max health-check --short", 1, "does not answer"},
-             {"health-check --short", 1, "The health check has been cancelled.", untilInterrupt},
+             {"health-check --short", 1, "The health check has been cancelled.", End::ByInterrupt},
              {"=airflow --time-scale 20 test air-flow", 1, "The air flow test has been cancelled.",
-              untilInterrupt},
+              End::ByInterrupt},
              {"=acu test rig", 3, "Board 2 is missing."},
              {"=none test rig", 3, "No AIBs"},
              {"=pair --time-scale max test rig", 1, "while output 0 of board 2 was 8192"},
              {"=rig --fault unplug@5 --time-scale max test rig", 1, "does not answer"},
              {"=rig --time-scale 2 test rig", 1, "The test rig job has been cancelled.",
-              untilInterrupt}}) {
+              End::ByInterrupt}}) {
         const std::string simulate = *c.Arguments == '=' ? "--simulate" : "--simulate ";
-        const Outcome outcome = Run(simulate + c.Arguments, "", c.Under);
+        const Outcome outcome = c.Ends == End::ByInterrupt
+                                    ? RunUntilItDrives(simulate + c.Arguments)
+                                    : Run(simulate + c.Arguments);
         EXPECT_EQ(outcome.Status, c.Status) << c.Arguments;
         EXPECT_NE(outcome.Result["error"].get<std::string>().find(c.Error), std::string::npos)
             << outcome.Result["error"];

@@ -1,51 +1,38 @@
 #pragma once
 
-#include "platform/Drive.h"
+#include "support/ForwardingDrive.h"
 
 #include <functional>
 
 namespace ombrix::soak {
 
 /// A disk that can be filled up at any moment, by way of what happens before each writing.
-class SoakDisk final : public Drive {
+class SoakDisk final : public ForwardingDrive {
   public:
-    explicit SoakDisk(Drive& drive) : m_Drive(drive) {}
+    using ForwardingDrive::ForwardingDrive;
 
     bool Full = false;
     /// Told before a whole file is stored.
     std::function<void()> BeforeStoring;
 
-    bool FileExists(std::string_view path) const override { return m_Drive.FileExists(path); }
-    bool FolderExists(std::string_view path) const override { return m_Drive.FolderExists(path); }
     bool CreateFolder(std::string_view path) override {
-        return Full ? m_Drive.FolderExists(path) : m_Drive.CreateFolder(path);
+        return Full ? FolderExists(path) : ForwardingDrive::CreateFolder(path);
     }
     std::unique_ptr<OutputFile> OpenForWriting(std::string_view path) override {
         RequireRoom();
-        return std::make_unique<File>(m_Drive.OpenForWriting(path), *this);
+        return std::make_unique<File>(ForwardingDrive::OpenForWriting(path), *this);
     }
     std::unique_ptr<OutputFile> OpenForAppending(std::string_view path) override {
         RequireRoom();
-        return std::make_unique<File>(m_Drive.OpenForAppending(path), *this);
+        return std::make_unique<File>(ForwardingDrive::OpenForAppending(path), *this);
     }
-    std::string ReadFile(std::string_view path) const override { return m_Drive.ReadFile(path); }
     void ReplaceFile(std::string_view path, std::string_view content) override {
         BeforeWhole();
-        m_Drive.ReplaceFile(path, content);
+        ForwardingDrive::ReplaceFile(path, content);
     }
     void CreateFile(std::string_view path, std::string_view content) override {
         BeforeWhole();
-        m_Drive.CreateFile(path, content);
-    }
-    std::vector<std::string> FilesIn(std::string_view folder) const override {
-        return m_Drive.FilesIn(folder);
-    }
-    void RemoveFile(std::string_view path) override { m_Drive.RemoveFile(path); }
-    std::unique_ptr<FileLock> TryLock(std::string_view path, std::string_view holder) override {
-        return m_Drive.TryLock(path, holder);
-    }
-    std::filesystem::path RealPath(std::string_view path) const override {
-        return m_Drive.RealPath(path);
+        ForwardingDrive::CreateFile(path, content);
     }
 
   private:
@@ -76,8 +63,6 @@ class SoakDisk final : public Drive {
             BeforeStoring();
         RequireRoom();
     }
-
-    Drive& m_Drive;
 };
 
 } // namespace ombrix::soak

@@ -40,6 +40,22 @@ std::string EndText(bool passed, bool aborted, const std::string& error) {
     return passed ? "passed" : "not passed";
 }
 
+/// Lets the runs switch the air off, as long as the procedure that drives it lasts.
+class LentAirOff {
+  public:
+    LentAirOff(CalibrationServices& services, DrivingProcedure& running) : m_Services(services) {
+        m_Services.AirOff = [&running] { running.SwitchOffNow(); };
+    }
+    ~LentAirOff() {
+        m_Services.AirOff = [] {};
+    }
+    LentAirOff(const LentAirOff&) = delete;
+    LentAirOff& operator=(const LentAirOff&) = delete;
+
+  private:
+    CalibrationServices& m_Services;
+};
+
 } // namespace
 
 clsACUCalibration& ACUSetUp::Record() const {
@@ -102,7 +118,7 @@ ACUSetUp::Initialisation ACUSetUp::RunACUInitialisation(std::string& mfcNumber, 
     EpromGuard guard(m_Services.TheStation, velocity ? "Velocity Initialisation" : "MFC Number");
     DrivingProcedure running(m_Services.TheStation, "initial calibrations", CurrentBoard());
     running.Begin();
-    m_Services.AirOff = [&running] { running.SwitchOffNow(); };
+    const LentAirOff airOff(m_Services, running);
     AskMFCNumber(mfcNumber);
     Initialisation result;
     // A prompt that the end of the program has closed was not answered.
@@ -209,7 +225,7 @@ CalibrationOutcome ACUSetUp::RunAlone(const char* stage,
     EpromGuard guard(m_Services.TheStation, stage);
     DrivingProcedure running(m_Services.TheStation, stage, CurrentBoard());
     running.Begin();
-    m_Services.AirOff = [&running] { running.SwitchOffNow(); };
+    const LentAirOff airOff(m_Services, running);
     m_Services.Stages.Stage_Add(stage);
     CalibrationOutcome outcome = run(guard);
     // What the operator drives by hand goes on when the opening prompt is declined.

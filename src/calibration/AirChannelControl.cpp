@@ -1,5 +1,6 @@
 #include "calibration/AirChannelControl.h"
 
+#include "board/ACUWiring.h"
 #include "calibration/AirUnits.h"
 #include "platform/Rounding.h"
 
@@ -12,10 +13,6 @@ namespace {
 /// 1 % of full scale.
 constexpr double CutOff_bits = 655.34;
 constexpr std::int32_t LargestDAC = 65535;
-// Valves hang at an extended output of USB boards, and at a pin of FireWire boards.
-constexpr std::int32_t UsbValveOutput = 8;
-constexpr std::int32_t FireWireValvePin = 0;
-
 template <class Array>
 auto& At(Array& values, std::int32_t channel) {
     return values.at(static_cast<std::size_t>(channel));
@@ -116,9 +113,11 @@ void AirChannelControl::SetChannelOutput(std::int32_t channel) {
     m_State.m_ValveState = (channel + 1) % 2;
     const bool set = m_State.m_ValveState == 1;
     if (m_AIB.IsUsb())
-        set ? m_AIB.SetExtGPO(UsbValveOutput) : m_AIB.ClearExtGPO(UsbValveOutput);
+        set ? m_AIB.SetExtGPO(ACUWiring::UsbValveOutput)
+            : m_AIB.ClearExtGPO(ACUWiring::UsbValveOutput);
     else if (m_AIB.IsFireWire())
-        set ? m_AIB.SetGPO(FireWireValvePin) : m_AIB.ClearGPO(FireWireValvePin);
+        set ? m_AIB.SetGPO(ACUWiring::FireWireValvePin)
+            : m_AIB.ClearGPO(ACUWiring::FireWireValvePin);
 }
 
 void AirChannelControl::SetChannelDAC(std::int32_t channel, std::int32_t bits) {

@@ -1,5 +1,6 @@
 #include "calibration/PressureRun.h"
 
+#include "board/ACUWiring.h"
 #include "calibration/AcceptanceChecks.h"
 #include "calibration/AirUnits.h"
 #include "calibration/AuditSheets.h"
@@ -26,7 +27,6 @@ constexpr double DisplaySpacing_s = 0.05;
 /// Of the readings that the journal keeps.
 constexpr double SampleSpacing_s = 0.1;
 constexpr std::int32_t Coefficients = 3;
-constexpr std::int32_t PressureInput = 2;
 
 std::string Rule(std::size_t length) {
     return std::string(length, '-');
@@ -201,7 +201,7 @@ float PressureRun::RecordPressurePoint(float flow_ml_m) {
     clsHiResTimer timer(m_World.Time);
     const auto readInput = [&] {
         std::int32_t bits = 0;
-        const AIBStatus status = board.GetADC(PressureInput, bits);
+        const AIBStatus status = board.GetADC(ACUWiring::PressureInput, bits);
         m_Watch.Note(status, MonotonicSeconds(m_World.Time));
         return status == Status::NoError ? std::optional(bits) : std::nullopt;
     };

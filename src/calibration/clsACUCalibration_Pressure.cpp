@@ -1,5 +1,6 @@
 // The pressure of the unit: reading it, and what its calibrations leave in the record.
 #include "board/ACUMemoryMap.h"
+#include "board/ACUWiring.h"
 #include "calibration/PressureRun.h"
 #include "calibration/clsACUCalibration.h"
 #include "platform/Rounding.h"
@@ -9,9 +10,7 @@ namespace ombrix {
 
 namespace {
 
-constexpr std::int32_t PressureInput = 2;
 constexpr std::int32_t Passed = 1;
-constexpr std::size_t UserLength = ACUMemoryMap::UserLength;
 
 } // namespace
 
@@ -30,7 +29,7 @@ std::int32_t clsACUCalibration::PressureFlowOffset(float flow_ml_m) const {
 }
 
 float clsACUCalibration::PressureGet_mBar(AirChannelControl& air) const {
-    const std::int32_t raw = m_AIB->MyGetADC(PressureInput);
+    const std::int32_t raw = m_AIB->MyGetADC(ACUWiring::PressureInput);
     const float flow_ml_m = m_HasSolenoidValves != 0
                                 ? air.CurrentChannelAir_ml_m(m_AirState.m_ValveState)
                                 : air.CurrentChannelAir_ml_m(0) + air.CurrentChannelAir_ml_m(1);
@@ -40,7 +39,7 @@ float clsACUCalibration::PressureGet_mBar(AirChannelControl& air) const {
 }
 
 void clsACUCalibration::PressureZero(AirChannelControl& air) {
-    const std::int32_t raw = m_AIB->MyGetADC(PressureInput);
+    const std::int32_t raw = m_AIB->MyGetADC(ACUWiring::PressureInput);
     // Of both channels, whether the unit has valves or not.
     const float flow_ml_m = air.CurrentChannelAir_ml_m(0) + air.CurrentChannelAir_ml_m(1);
     m_PressureZero = RoundHalfEven(static_cast<double>(raw) - PressureFlowOffset(flow_ml_m));
@@ -59,7 +58,7 @@ void clsACUCalibration::SavePressureSystemCalibration(EpromGuard& guard,
                                                       const PressureCal& measured) {
     Store(guard, Record(), [&] {
         m_PressureSystemDate = m_World.Time.Now();
-        m_PressureSystemUser = FixedWidth(CalibrationUser, UserLength);
+        m_PressureSystemUser = FixedWidth(CalibrationUser, ACUMemoryMap::UserLength);
         m_PressureSystemPassed = Passed;
         CopyPressureCal(measured);
         // Four times over, as the units in the field have been written.
@@ -73,7 +72,7 @@ void clsACUCalibration::SavePressureAudit(EpromGuard& guard, const PressureCal& 
                                           bool passed) {
     Store(guard, Record(), [&] {
         m_PressureAuditDate = m_World.Time.Now();
-        m_PressureAuditUser = FixedWidth(CalibrationUser, UserLength);
+        m_PressureAuditUser = FixedWidth(CalibrationUser, ACUMemoryMap::UserLength);
         m_PressureAuditPassed = passed ? Passed : 0;
         CopyPressureCal(measured);
         WriteEPROM_PressureDateUserAudit();

@@ -11,7 +11,6 @@ namespace ombrix {
 namespace {
 
 constexpr std::int32_t True = -1;
-constexpr std::size_t UserLength = ACUMemoryMap::UserLength;
 
 } // namespace
 
@@ -39,7 +38,7 @@ void clsACUCalibration::SaveVelocitySystemCalibration(
         m_VelocityCal = measured;
         m_VelocitySystemPassed = True;
         m_VelocitySystemDate = m_World.Time.Now();
-        m_VelocitySystemUser = FixedWidth(CalibrationUser, UserLength);
+        m_VelocitySystemUser = FixedWidth(CalibrationUser, ACUMemoryMap::UserLength);
         WriteEPROM_VelocitySystem(0);
         WriteEPROM_VelocitySystem(1);
         WriteEPROM_VelocityDateUserSystem();
@@ -56,7 +55,7 @@ void clsACUCalibration::SaveVelocityAudit(EpromGuard& guard, bool passed, const 
 void clsACUCalibration::NoteVelocityAudit(bool passed) {
     m_VelocityAuditPassed = passed ? True : 0;
     m_VelocityAuditDate = m_World.Time.Now();
-    m_VelocityAuditUser = FixedWidth(CalibrationUser, UserLength);
+    m_VelocityAuditUser = FixedWidth(CalibrationUser, ACUMemoryMap::UserLength);
 }
 
 } // namespace ombrix

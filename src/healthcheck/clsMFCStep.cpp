@@ -1,11 +1,10 @@
 #include "healthcheck/clsMFCStep.h"
 
 #include "calibration/clsACUCalibration.h"
+#include "platform/Index.h"
 #include "platform/Rounding.h"
 
 #include <fmt/format.h>
-
-#include <cstddef>
 
 namespace ombrix {
 
@@ -14,10 +13,6 @@ namespace {
 constexpr Colour DemandColour{192, 192, 192};
 constexpr Colour Channel1Colour{0, 0, 255};
 constexpr Colour Channel2Colour{0, 255, 0};
-
-constexpr std::size_t Index(std::int32_t value) {
-    return static_cast<std::size_t>(value);
-}
 
 template <class... Args>
 void Show(ValueLabels& labels, std::size_t label, fmt::format_string<Args...> text,

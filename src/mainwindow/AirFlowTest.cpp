@@ -1,5 +1,6 @@
 #include "mainwindow/AirFlowTest.h"
 
+#include "board/ACUWiring.h"
 #include "mainwindow/TestLog.h"
 #include "platform/Rounding.h"
 
@@ -44,8 +45,6 @@ constexpr auto Steps = static_cast<std::int32_t>(Schedule.size());
 
 constexpr double FullDemand_bits = 65534.0;
 constexpr std::int32_t ReferenceSupply_bits = 65534;
-constexpr std::int32_t UsbValveOutput = 8;
-constexpr std::int32_t FireWireValvePin = 0;
 
 constexpr double SwitchTime_s = 8.0;
 constexpr double MeasureTime_s = 30.0;
@@ -124,7 +123,7 @@ bool AirFlowTest::Measure(const BenchTestView& view, AirFlowResult& result) {
         return true;
     }
     SetOutput(*m_Measure, 0, ReferenceSupply_bits);
-    m_Flow->SetGPO(FireWireValvePin);
+    m_Flow->SetGPO(ACUWiring::FireWireValvePin);
     clsHiResTimer timer(m_Station.World.Time);
     Running run{log, timer, view, result};
     if (!RunSchedule(run))
@@ -210,9 +209,11 @@ void AirFlowTest::SetOutput(clsAIB& board, std::int32_t channel, std::int32_t bi
 
 void AirFlowTest::MoveValve(std::int32_t valve) {
     if (m_Flow->IsUsb())
-        valve == 0 ? m_Flow->ClearExtGPO(UsbValveOutput) : m_Flow->SetExtGPO(UsbValveOutput);
+        valve == 0 ? m_Flow->ClearExtGPO(ACUWiring::UsbValveOutput)
+                   : m_Flow->SetExtGPO(ACUWiring::UsbValveOutput);
     else if (m_Flow->IsFireWire())
-        valve == 0 ? m_Flow->ClearGPO(FireWireValvePin) : m_Flow->SetGPO(FireWireValvePin);
+        valve == 0 ? m_Flow->ClearGPO(ACUWiring::FireWireValvePin)
+                   : m_Flow->SetGPO(ACUWiring::FireWireValvePin);
 }
 
 void AirFlowTest::ShowOff() {

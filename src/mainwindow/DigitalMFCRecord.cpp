@@ -1,5 +1,6 @@
 #include "mainwindow/DigitalMFCRecord.h"
 
+#include "platform/Index.h"
 #include "support/Text.h"
 
 #include <fmt/format.h>
@@ -13,10 +14,6 @@ constexpr std::int32_t Levels = DigitalMFCRecord::Steps / 2;
 /// Where the comparison of channel 1 stands beside the samples; channel 0 has its header in the
 /// file's.
 constexpr std::int32_t SecondHeaderRow = 6;
-
-std::size_t Index(std::int32_t number) {
-    return static_cast<std::size_t>(number);
-}
 
 std::string SampleText(const std::vector<DigitalMFCRecord::Sample>& samples, std::int32_t row) {
     const DigitalMFCRecord::Sample sample =

@@ -1,5 +1,6 @@
 #include "mainwindow/DigitalMFCTest.h"
 
+#include "board/ACUWiring.h"
 #include "calibration/CalibrationWorkbooks.h"
 #include "calibration/clsACUCalibration.h"
 #include "mainwindow/TestLog.h"
@@ -18,10 +19,9 @@ constexpr double ZeroTime_s = 6.0;
 constexpr double DemandTime_s = 10.0;
 constexpr double MeanTime_s = 2.0;
 constexpr double SampleSpacing_s = 0.05;
-constexpr double WholeTime_s =
+constexpr double WholeProfile_s =
     DigitalMFCRecord::Channels *
     (FirstRest_s + DigitalMFCRecord::Steps * (ZeroTime_s + DemandTime_s) + ZeroTime_s);
-constexpr std::int32_t PressureInput = 2;
 
 } // namespace
 
@@ -114,7 +114,7 @@ bool DigitalMFCTest::FollowPhase(Running& run, const Phase& phase, std::int32_t 
         if (now_s >= run.LastSample_s + SampleSpacing_s) {
             run.LastSample_s = now_s;
             TakeSample(run, phase, demand_bits, now_s - start_s, mean);
-            run.View.Progress(now_s / WholeTime_s);
+            run.View.Progress(now_s / WholeProfile_s);
         }
         if (!m_Wait.Pass(run.Timer, std::min(end_s, run.LastSample_s + SampleSpacing_s)))
             return false;
@@ -127,7 +127,7 @@ void DigitalMFCTest::TakeSample(Running& run, const Phase& phase, std::int32_t d
     std::int32_t value = 0;
     std::int32_t pressure = 0;
     const AIBStatus status = Read(run, phase.Channel, value);
-    Read(run, PressureInput, pressure);
+    Read(run, ACUWiring::PressureInput, pressure);
     std::int32_t counter = -1;
     if (phase.Record == Recording::On) {
         m_Record.Add(phase.Channel, {static_cast<float>(run.LastSample_s - run.ProfileStart_s),

@@ -1,6 +1,7 @@
 #include "mainwindow/EPROMPanel.h"
 
 #include "board/EpromGuard.h"
+#include "board/EpromImage.h"
 #include "mainwindow/frmRestoreEPROM.h"
 #include "platform/Rounding.h"
 #include "support/ClickableLabel.h"
@@ -22,7 +23,7 @@ namespace ombrix {
 
 namespace {
 
-constexpr int WordBytes = 4;
+constexpr int WordBytes = EpromImage::WordBytes;
 constexpr int LastWord = clsAIB::EPROMBytes / WordBytes - 1;
 constexpr int PollInterval_ms = 100;
 

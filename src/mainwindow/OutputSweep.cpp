@@ -1,5 +1,6 @@
 #include "mainwindow/OutputSweep.h"
 
+#include "board/ACUWiring.h"
 #include "mainwindow/TestLog.h"
 
 #include <fmt/format.h>
@@ -16,7 +17,6 @@ constexpr std::int32_t Inputs = 4;
 /// How often a board is asked for a sign of life while the air settles.
 constexpr double LookSpacing_s = 0.05;
 /// An input that is read from the board itself, whatever the MFCs do.
-constexpr std::int32_t PressureInput = 2;
 
 } // namespace
 
@@ -84,7 +84,7 @@ bool OutputSweep::Settle(clsHiResTimer& timer, double delay_s) {
     double lookDue_s = end_s - delay_s;
     do {
         if (const double now_s = timer.ElapsedTime(); now_s >= lookDue_s) {
-            Reading(PressureInput, timer);
+            Reading(ACUWiring::PressureInput, timer);
             lookDue_s = now_s + LookSpacing_s;
         }
         if (!m_Wait.Pass(timer, std::min(end_s, lookDue_s)))

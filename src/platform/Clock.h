@@ -24,6 +24,9 @@ class Clock {
     /// Rests for at most the given time and at most a millisecond. Returns early, if anything:
     /// a caller that waits for a deadline calls again until it has passed.
     virtual void Rest(double longest_s) = 0;
+
+  protected:
+    static constexpr double LongestRest_s = 0.001;
 };
 
 /// The monotonic counter in seconds.

@@ -11,7 +11,6 @@ using std::chrono::days;
 using std::chrono::sys_days;
 
 constexpr sys_days Epoch{std::chrono::year{1899} / 12 / 30};
-constexpr double SecondsPerDay = 86400.0;
 constexpr double FirstDay = -657434.0; // 1 January 100
 constexpr double LastDay = 2958465.0;  // 31 December 9999
 

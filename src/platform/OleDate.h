@@ -17,6 +17,8 @@ struct CivilTime {
     auto operator<=>(const CivilTime&) const = default;
 };
 
+inline constexpr double SecondsPerDay = 86400.0;
+
 /// Date and time as days since 30 December 1899, the fraction being the time of day: the form
 /// in which dates stand in EPROMs and workbooks. 0 means "never".
 /// The count is kept as it is read, so that any 64 bits of an EPROM survive being carried.

@@ -10,9 +10,7 @@ namespace ombrix {
 
 namespace {
 
-constexpr double LongestRest_s = 0.001;
 constexpr double WakeMargin_s = 0.0002;
-constexpr double SecondsPerDay = 86400.0;
 
 std::tm LocalTime(std::time_t time) {
     std::tm local{};

@@ -8,8 +8,6 @@ namespace ombrix {
 namespace {
 
 constexpr std::int64_t CountsPerSecond = 1'000'000'000;
-constexpr double SecondsPerDay = 86400.0;
-constexpr double LongestRest_s = 0.001;
 
 } // namespace
 

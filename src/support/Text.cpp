@@ -37,12 +37,6 @@ std::size_t BytesOfCharacters(std::string_view text, std::size_t characters) {
     return bytes;
 }
 
-std::size_t CharacterCount(std::string_view text) {
-    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char byte) {
-        return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
-    }));
-}
-
 } // namespace
 
 std::string GeneralText(float value) {
@@ -85,6 +79,12 @@ std::string Trimmed(std::string_view text) {
     while (!text.empty() && IsBlank(text.back()))
         text.remove_suffix(1);
     return std::string(text);
+}
+
+std::size_t CharacterCount(std::string_view text) {
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char byte) {
+        return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
+    }));
 }
 
 std::string FixedWidth(std::string_view text, std::size_t characters) {

@@ -29,6 +29,9 @@ std::optional<double> ParseNumber(std::string_view text);
 /// The text without surrounding blanks (and the zero bytes that fill up fixed-width texts).
 std::string Trimmed(std::string_view text);
 
+/// Characters of UTF-8 text.
+std::size_t CharacterCount(std::string_view text);
+
 /// The text cut or filled with blanks to a number of characters.
 std::string FixedWidth(std::string_view text, std::size_t characters);
 

@@ -8,7 +8,7 @@
 namespace ombrix {
 namespace {
 
-constexpr Colour Blue{0, 0, 255};
+constexpr Colour LineColour{0, 0, 255};
 
 class GraphWidgetTest : public ::testing::Test {
   protected:
@@ -54,7 +54,7 @@ class PaintWatch final : public QObject {
 
 TEST_F(GraphWidgetTest, LineStandsWhereItsUnitsSay) {
     m_Graph.DrawWidth(2);
-    m_Graph.Line(0.0, 50.0, 10.0, 50.0, Blue);
+    m_Graph.Line(0.0, 50.0, 10.0, 50.0, LineColour);
     const QImage picture = Picture();
     EXPECT_TRUE(IsBlue(picture.pixelColor(200, 50)));
     EXPECT_EQ(picture.pixelColor(200, 150), QColor(Qt::white));
@@ -62,10 +62,10 @@ TEST_F(GraphWidgetTest, LineStandsWhereItsUnitsSay) {
 
 TEST_F(GraphWidgetTest, TracesSurviveAResize) {
     m_Graph.DrawWidth(2);
-    m_Graph.Line(0.0, 50.0, 5.0, 50.0, Blue);
+    m_Graph.Line(0.0, 50.0, 5.0, 50.0, LineColour);
     Picture();
     m_Graph.resize(800, 400);
-    m_Graph.Line(5.0, 50.0, 10.0, 50.0, Blue);
+    m_Graph.Line(5.0, 50.0, 10.0, 50.0, LineColour);
     const QImage picture = Picture();
     EXPECT_TRUE(IsBlue(picture.pixelColor(200, 100)));
     EXPECT_TRUE(IsBlue(picture.pixelColor(600, 100)));
@@ -73,7 +73,7 @@ TEST_F(GraphWidgetTest, TracesSurviveAResize) {
 
 TEST_F(GraphWidgetTest, PenOfEachLineIsKeptForARedraw) {
     m_Graph.DrawWidth(6);
-    m_Graph.Line(0.0, 50.0, 10.0, 50.0, Blue);
+    m_Graph.Line(0.0, 50.0, 10.0, 50.0, LineColour);
     m_Graph.DrawWidth(2);
     m_Graph.Line(0.0, -50.0, 10.0, -50.0, {255, 0, 0});
     Picture();
@@ -88,7 +88,7 @@ TEST_F(GraphWidgetTest, PenOfEachLineIsKeptForARedraw) {
 TEST_F(GraphWidgetTest, ClsForgetsEverything) {
     m_Graph.DrawWidth(2);
     m_Graph.Print(0.0, 100.0, "Title");
-    m_Graph.Line(0.0, 0.0, 10.0, 0.0, Blue);
+    m_Graph.Line(0.0, 0.0, 10.0, 0.0, LineColour);
     Picture();
     m_Graph.Cls();
     EXPECT_EQ(InkedRows(), 0);
@@ -100,7 +100,7 @@ TEST_F(GraphWidgetTest, NewSegmentRepaintsItsNeighbourhoodOnly) {
     PaintWatch watch;
     m_Graph.installEventFilter(&watch);
     m_Graph.DrawWidth(2);
-    m_Graph.Line(5.0, 0.0, 5.1, 10.0, Blue);
+    m_Graph.Line(5.0, 0.0, 5.1, 10.0, LineColour);
     QCoreApplication::processEvents();
     EXPECT_LE(watch.LastRect.width(), 16);
     EXPECT_LE(watch.LastRect.height(), 24);

@@ -9,7 +9,7 @@
 namespace ombrix {
 namespace {
 
-constexpr Colour Blue{64, 64, 255};
+constexpr Colour BarBlue{64, 64, 255};
 constexpr Colour Red{255, 0, 0};
 constexpr Colour Yellow{255, 255, 0};
 
@@ -63,7 +63,7 @@ TEST_F(ProgressBarTest, BoxFollowsTheOrientation) {
         m_Bar.Orientation(orientation);
         m_Bar.Refresh();
         for (const QPoint point : {QPoint(0, 0), {49, 29}, {50, 30}, {199, 39}, {0, 39}}) {
-            const QColor expected = box.contains(point) ? ToQt(Blue) : QColor(Qt::white);
+            const QColor expected = box.contains(point) ? ToQt(BarBlue) : QColor(Qt::white);
             EXPECT_EQ(At(point.x(), point.y()), expected)
                 << orientation << ": " << point.x() << ", " << point.y();
         }
@@ -114,7 +114,7 @@ TEST_F(ProgressBarTest, StoredSettingsShowWithTheNextRedrawWhichNeedsAnotherValu
     m_Bar.DisplayType(6);
     m_Bar.UserString("Stored");
     m_Bar.Value(50.1F);
-    EXPECT_EQ(At(0, 0), ToQt(Blue));
+    EXPECT_EQ(At(0, 0), ToQt(BarBlue));
     EXPECT_EQ(Text(), "");
     m_Bar.Value(50.0F);
     EXPECT_EQ(At(0, 0), ToQt(Red));
@@ -143,7 +143,7 @@ TEST_F(ProgressBarTest, TextIsReadableOnBothSidesOfTheEdge) {
     m_Bar.Orientation(0);
     m_Bar.DisplayType(6);
     m_Bar.UserString("HHHHHHHH");
-    for (const Colour colour : {Blue, Yellow}) {
+    for (const Colour colour : {BarBlue, Yellow}) {
         m_Bar.ForeColour(colour);
         m_Bar.Refresh();
         EXPECT_GE(ContrastWithin(0, 100, ToQt(colour)), readable);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Drive.h"
+#include "support/ForwardingDrive.h"
 
 #include <limits>
 
@@ -25,53 +25,32 @@ class FileOnFullDisk final : public OutputFile {
     int& m_WritesLeft;
 };
 
-/// A drive whose C: has no room left for whole files.
-class FullDisk final : public Drive {
+/// A drive whose C: has no room left for whole files; text files that are gone on with have it.
+class FullDisk final : public ForwardingDrive {
   public:
-    explicit FullDisk(Drive& drive) : m_Drive(drive) {}
+    using ForwardingDrive::ForwardingDrive;
 
     /// Text files cannot be begun either.
     bool NoNewFiles = false;
     /// What still goes into text files, all of them together.
     int WritesLeft = std::numeric_limits<int>::max();
 
-    bool FileExists(std::string_view path) const override { return m_Drive.FileExists(path); }
-    bool FolderExists(std::string_view path) const override { return m_Drive.FolderExists(path); }
-    bool CreateFolder(std::string_view path) override { return m_Drive.CreateFolder(path); }
     std::unique_ptr<OutputFile> OpenForWriting(std::string_view path) override {
         if (path.starts_with("C:") && NoNewFiles)
             throw DriveError("No space left on device");
-        return std::make_unique<FileOnFullDisk>(m_Drive.OpenForWriting(path), WritesLeft);
+        return std::make_unique<FileOnFullDisk>(ForwardingDrive::OpenForWriting(path), WritesLeft);
     }
-    /// Goes on with a file that has room left: the disk is full for those that are begun.
-    std::unique_ptr<OutputFile> OpenForAppending(std::string_view path) override {
-        return m_Drive.OpenForAppending(path);
-    }
-    std::string ReadFile(std::string_view path) const override { return m_Drive.ReadFile(path); }
     void ReplaceFile(std::string_view path, std::string_view content) override {
         // The few bytes of a mark find room as long as files can be begun.
         if (path.starts_with("C:") && (NoNewFiles || !path.ends_with(".running")))
             throw DriveError("No space left on device");
-        m_Drive.ReplaceFile(path, content);
+        ForwardingDrive::ReplaceFile(path, content);
     }
     void CreateFile(std::string_view path, std::string_view content) override {
         if (path.starts_with("C:"))
             throw DriveError("No space left on device");
-        m_Drive.CreateFile(path, content);
+        ForwardingDrive::CreateFile(path, content);
     }
-    std::vector<std::string> FilesIn(std::string_view folder) const override {
-        return m_Drive.FilesIn(folder);
-    }
-    void RemoveFile(std::string_view path) override { m_Drive.RemoveFile(path); }
-    std::unique_ptr<FileLock> TryLock(std::string_view path, std::string_view holder) override {
-        return m_Drive.TryLock(path, holder);
-    }
-    std::filesystem::path RealPath(std::string_view path) const override {
-        return m_Drive.RealPath(path);
-    }
-
-  private:
-    Drive& m_Drive;
 };
 
 } // namespace ombrix

@@ -1,5 +1,6 @@
 #include "support/xlsx/ChartXml.h"
 
+#include "support/xlsx/DrawingXml.h"
 #include "support/xlsx/XmlText.h"
 
 #include <fmt/format.h>
@@ -19,7 +20,6 @@ constexpr std::array<std::string_view, 8> LineColours = {"A9B8CE", "1F5FBF", "B4
 constexpr std::string_view TextColour = "595959";
 constexpr std::string_view AxisColour = "A6A6A6";
 constexpr std::string_view GridColour = "E3E3E3";
-constexpr double EmuPerPoint = 12700.0;
 
 /// Ids by which charts and axes name each other inside the part.
 struct AxisIds {

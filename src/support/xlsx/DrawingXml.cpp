@@ -10,7 +10,6 @@ namespace ombrix::xlsx {
 
 namespace {
 
-constexpr double EmuPerPoint = 12700.0;
 /// Boxes come in whole points; an edge that misses a cell's edge by less is meant to be on it.
 constexpr double SnapDistance_pt = 1.0;
 

@@ -8,6 +8,9 @@
 
 namespace ombrix::xlsx {
 
+/// The unit of length of drawings, the English metric unit.
+inline constexpr double EmuPerPoint = 12700.0;
+
 /// Position and size of an area of cells.
 SheetBox BoxOf(const CellArea& area, const CellStore& cells);
 

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace ombrix::xlsx {
+
+/// The longest formula that a cell may hold.
+inline constexpr std::size_t LongestFormula = 8192;
 
 /// A formula (without "=") as it reads when its cell is copied: relative references move
 /// along, absolute ones stay. A reference that would leave the sheet becomes #REF!.

@@ -14,7 +14,6 @@ constexpr double Digit_px = 7.0;
 constexpr double Padding_px = 5.0;
 constexpr double PointsPerPixel = 0.75;
 constexpr double WidestColumn_digits = 255.0;
-constexpr double HighestRow_pt = 409.5;
 
 /// Widths are stored in digits; what is shown is whole pixels.
 double Points(double width_digits) {

@@ -6,6 +6,8 @@
 
 namespace ombrix::xlsx {
 
+inline constexpr double HighestRow_pt = 409.5;
+
 /// Widths and formats of a sheet's columns, as its template gives them.
 class SheetColumns {
   public:

@@ -13,8 +13,6 @@ namespace ombrix::xlsx {
 
 namespace {
 
-/// The longest formula that a cell may hold.
-constexpr std::size_t LongestFormula = 8192;
 /// Formulas that were shared take no more than this when they are told one by one.
 constexpr std::size_t MostSharedText = std::size_t{32} << 20U;
 

@@ -11,8 +11,8 @@ namespace {
 
 constexpr const char* PartName = "xl/styles.xml";
 constexpr int GeneralFormat = 0;
-constexpr int PercentFormat = 9;
-constexpr int PercentFormatWithDecimals = 10;
+constexpr int WholePercentFormat = 9;
+constexpr int TwoDecimalPercentFormat = 10;
 constexpr int DateTimeFormat = 22;
 
 const char* ElementName(CellSide side) {
@@ -101,7 +101,7 @@ int StyleSheet::NumberFormatOf(int format) const {
 
 bool StyleSheet::ShowsPercent(int format) const {
     const int number = NumberFormatOf(format);
-    if (number == PercentFormat || number == PercentFormatWithDecimals)
+    if (number == WholePercentFormat || number == TwoDecimalPercentFormat)
         return true;
     const pugi::xml_node custom =
         m_Document.document_element().child("numFmts").find_child_by_attribute(

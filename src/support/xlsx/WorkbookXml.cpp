@@ -1,5 +1,6 @@
 #include "support/xlsx/WorkbookXml.h"
 
+#include "support/Text.h"
 #include "support/xlsx/FormulaText.h"
 #include "support/xlsx/XmlPart.h"
 #include "support/xlsx/XmlText.h"
@@ -28,13 +29,6 @@ constexpr const char* PrintAreaName = "_xlnm.Print_Area";
 constexpr std::array<std::string_view, 9> BehindCalculation = {
     "oleSize",       "customWorkbookViews", "pivotCaches",       "smartTagPr", "smartTagTypes",
     "webPublishing", "fileRecoveryPr",      "webPublishObjects", "extLst"};
-
-/// Bytes that begin a character; names are limited in characters.
-std::size_t CharacterCount(std::string_view text) {
-    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
-        return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
-    }));
-}
 
 void CheckSheetName(std::string_view name) {
     if (name.empty() || CharacterCount(name) > LongestSheetName ||

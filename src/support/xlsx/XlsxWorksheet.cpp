@@ -5,6 +5,7 @@
 #include "support/xlsx/DrawingXml.h"
 #include "support/xlsx/FormulaText.h"
 #include "support/xlsx/RangeCopy.h"
+#include "support/xlsx/SheetColumns.h"
 #include "support/xlsx/SheetOrder.h"
 #include "support/xlsx/SheetReader.h"
 #include "support/xlsx/SheetWriter.h"
@@ -19,7 +20,6 @@ namespace ombrix::xlsx {
 
 namespace {
 
-constexpr std::size_t LongestFormula = 8192;
 /// Cells that are changed one by one; more than any report holds.
 constexpr long long MostCells = 1000000;
 constexpr const char* RelationshipTypes =
@@ -29,7 +29,6 @@ constexpr const char* ChartPartType =
     "application/vnd.openxmlformats-officedocument.drawingml.chart+xml";
 
 constexpr int MostRows = 10000;
-constexpr double HighestRow_pt = 409.5;
 
 void CheckRow(int row) {
     if (row < 1 || row > MaxRow)

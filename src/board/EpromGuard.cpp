@@ -2,6 +2,7 @@
 
 #include "board/AnswerWatch.h"
 #include "board/modAIB.h"
+#include "platform/FileNamePart.h"
 #include "platform/ProgramLog.h"
 
 #include <fmt/format.h>
@@ -16,15 +17,6 @@ namespace {
 
 /// What a message lists; the log has all.
 constexpr std::size_t ListedPlaces = 5;
-
-std::string FileNamePart(std::string text) {
-    constexpr std::string_view excluded = R"(\/:*?"<>|)";
-    for (char& character : text)
-        if (static_cast<unsigned char>(character) < ' ' ||
-            excluded.find(character) != std::string_view::npos)
-            character = '_';
-    return text;
-}
 
 std::string TimeStamp(const Clock& clock) {
     const CivilTime now = clock.Now().ToCivil().value_or(CivilTime{});

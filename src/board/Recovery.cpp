@@ -39,7 +39,7 @@ void TellOfMissingBoards(Station& station) {
     if (missing.empty())
         return;
     const std::string text =
-        "The program ended while it drove a board that is not there now: AIR MAY STILL BE "
+        "A board was left with its outputs on and is not there now: AIR MAY STILL BE "
         "FLOWING.\r\n\r\n" +
         missing +
         "\r\nPlease close the air supply or switch off the power of the Aeration Control Unit, "
@@ -57,8 +57,8 @@ void FinishRecovery(Station& station, const std::vector<UnfinishedBoard>& unfini
             continue;
         }
         RemoveMark(station.World, board->DevSerialNum());
-        found += fmt::format("The program ended during \"{}\", begun on {} ({}). The outputs of "
-                             "board {} have been set to zero.\r\n\r\n",
+        found += fmt::format("\"{}\", begun on {} ({}), left the outputs of board {} on. They have "
+                             "been set to zero now.\r\n\r\n",
                              mark.Procedure, mark.Since, mark.Program, board->DevSerialNum());
     }
     TellAirMayFlow(station, stillOn);

@@ -1,5 +1,6 @@
 #include "calibration/ACUInformation.h"
 
+#include "board/EpromImage.h"
 #include "calibration/CellRuns.h"
 #include "calibration/clsACUCalibration.h"
 #include "platform/TellOperator.h"
@@ -172,14 +173,17 @@ WorkbookOutcome OutputACUData(const CalibrationServices& services, clsAIB& board
                    });
     if (!opened)
         return {};
-    if (unread > 0)
-        TellOperator(world,
-                     fmt::format("{} of the {} words of the EPROM could not be read. Their cells "
-                                 "are empty.",
-                                 unread, clsAIB::EPROMBytes / 4),
-                     MessageIcon::Warning);
-    return SaveCalibrationExcelWorkbook(
+    std::string lack;
+    if (unread > 0) {
+        lack = fmt::format("{} of the {} words of the EPROM could not be read. Their cells are "
+                           "empty.",
+                           unread, EpromImage::WordCount);
+        TellOperator(world, lack, MessageIcon::Warning);
+    }
+    WorkbookOutcome outcome = SaveCalibrationExcelWorkbook(
         services, opened, "ACU_Information_" + unit.SerialNumberStr() + ".xls", false);
+    outcome.Lack = lack;
+    return outcome;
 }
 
 } // namespace ombrix

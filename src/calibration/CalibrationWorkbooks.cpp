@@ -2,10 +2,9 @@
 
 #include "board/modAIB.h"
 #include "calibration/clsACUCalibration.h"
+#include "platform/FileNamePart.h"
 #include "platform/TellOperator.h"
 #include "support/Text.h"
-
-#include <algorithm>
 
 namespace ombrix {
 
@@ -22,21 +21,6 @@ OpenedWorkbook Failed(const CalibrationServices& services, const std::string& he
 }
 
 } // namespace
-
-std::string FileNamePart(std::string text) {
-    // A point would turn a folder's name into a file's, two of them lead out of the folder.
-    std::replace_if(
-        text.begin(), text.end(),
-        [](char character) {
-            constexpr unsigned char firstPrintable = 0x20;
-            constexpr unsigned char deleted = 0x7F;
-            const auto code = static_cast<unsigned char>(character);
-            return code < firstPrintable || code == deleted ||
-                   std::string_view(R"(\/:*?"<>|.)").find(character) != std::string_view::npos;
-        },
-        '_');
-    return text;
-}
 
 std::string AutoSaveFolderName(Station& station, const clsACUCalibration& record) {
     const std::string mfcNumber = FileNamePart(record.ACUMFCNumber());

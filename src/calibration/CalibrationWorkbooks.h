@@ -19,11 +19,9 @@ struct WorkbookOutcome {
     std::optional<std::filesystem::path> File;
     /// It has the name and the format that it was to have.
     bool WhereItBelongs = false;
+    /// What it does not hold and should; the operator has been told.
+    std::string Lack = {};
 };
-
-/// A text as a part of a file's name: an MFC number comes from an EPROM, which may hold anything.
-/// What cannot stand in a file name becomes "_".
-std::string FileNamePart(std::string text);
 
 /// Name of a folder of automatically saved workbooks, from serial number, MFC number and time.
 std::string AutoSaveFolderName(Station& station, const clsACUCalibration& record);

@@ -1,9 +1,9 @@
 #include "mainwindow/DigitalMFCTest.h"
 
 #include "board/ACUWiring.h"
-#include "calibration/CalibrationWorkbooks.h"
 #include "calibration/clsACUCalibration.h"
 #include "mainwindow/TestLog.h"
+#include "platform/FileNamePart.h"
 #include "platform/Rounding.h"
 
 #include <fmt/format.h>

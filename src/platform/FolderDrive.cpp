@@ -125,6 +125,16 @@ void StoreByTemporaryName(const fs::path& path, std::string_view content,
         ::fsync(folder.Get());
 }
 
+/// Unlike a plain renaming this never takes the place of a file.
+int TakeFreeName(const char* temporary, const fs::path& path) {
+    if (::link(temporary, path.c_str()) == 0)
+        return ::unlink(temporary);
+    if (errno != EPERM && errno != EOPNOTSUPP)
+        return -1;
+    // Memory sticks and some shares know no second name for a file.
+    return ::renameat2(AT_FDCWD, temporary, AT_FDCWD, path.c_str(), RENAME_NOREPLACE);
+}
+
 } // namespace
 
 std::string ReadWholeFile(const fs::path& path) {
@@ -219,10 +229,8 @@ void FolderDrive::ReplaceFile(std::string_view path, std::string_view content) {
 
 void FolderDrive::CreateFile(std::string_view path, std::string_view content) {
     const fs::path real = RealPath(path);
-    // Unlike a renaming, a link never takes the place of a file.
-    StoreByTemporaryName(real, content, [&real](const char* temporary) {
-        return ::link(temporary, real.c_str()) == 0 ? ::unlink(temporary) : -1;
-    });
+    StoreByTemporaryName(real, content,
+                         [&real](const char* temporary) { return TakeFreeName(temporary, real); });
 }
 
 std::vector<std::string> FolderDrive::FilesIn(std::string_view folder) const {

@@ -134,6 +134,9 @@ CommandResult RunInfoWorkbook(CommandContext& context) {
     if (!outcome.WhereItBelongs) {
         result.Status = ExitStatus::NotStored;
         result.Error = "The ACU information workbook could not be stored where it belongs.";
+    } else if (!outcome.Lack.empty()) {
+        result.Status = ExitStatus::NotPassed;
+        result.Error = outcome.Lack;
     }
     AddFiles(result,
              outcome.File ? std::vector{*outcome.File} : std::vector<std::filesystem::path>{});

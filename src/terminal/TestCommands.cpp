@@ -59,7 +59,8 @@ CommandResult RunMFCTest(CommandContext& context) {
     CommandResult result;
     AddOutcome(result, outcome.Outcome, "The test of the digital MFCs");
     result.Json["results"] = outcome.Means;
-    result.Text += MeansText(outcome.Means);
+    if (!outcome.Outcome.Files.empty()) // else nothing has been measured
+        result.Text += MeansText(outcome.Means);
     return result;
 }
 

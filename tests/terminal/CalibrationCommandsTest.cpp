@@ -111,6 +111,12 @@ TEST_F(OmbrixctlTest, TheInformationWorkbookIsNamed) {
     const std::filesystem::path file = outcome.Result["files"][0].get<std::string>();
     EXPECT_EQ(file.filename(), "ACU_Information_ACU00301.xls");
     EXPECT_TRUE(ReadWholeFile(file).starts_with(BinaryWorkbook));
+
+    const Outcome empty = RunSimulated("--yes --fault status:2@ReadEEPROM info-workbook");
+    EXPECT_EQ(empty.Status, 1);
+    EXPECT_NE(empty.Result["error"].get<std::string>().find("could not be read"),
+              std::string::npos);
+    EXPECT_EQ(empty.Result["files"].size(), 1U);
 }
 
 } // namespace

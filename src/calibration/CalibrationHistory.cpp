@@ -43,6 +43,15 @@ bool AppendToHistory(Platform& world, HistoryEntry entry) {
     }
 }
 
+bool IsInHistory(const Drive& files, const HistoryEntry& run) {
+    const std::vector<HistoryEntry> runs = ReadHistory(files, run.Serial).Runs;
+    return std::any_of(runs.begin(), runs.end(), [&run](const HistoryEntry& other) {
+        return other.Kind == run.Kind && other.When == run.When &&
+               other.Program.ProcessId == run.Program.ProcessId &&
+               other.Program.Computer == run.Program.Computer;
+    });
+}
+
 std::vector<std::int32_t> UnitsWithHistory(const Drive& files) {
     std::vector<std::int32_t> serials;
     for (const std::string& name : files.FilesIn(HistoryFolder)) {

@@ -65,6 +65,10 @@ struct CalibrationHistory {
 /// that could not be written; the operator has been told.
 bool AppendToHistory(Platform& world, HistoryEntry entry);
 
+/// Whether the history of a run's unit holds it already, whatever its verdict there.
+/// @throws DriveError
+bool IsInHistory(const Drive& files, const HistoryEntry& run);
+
 /// Serial numbers of the units that have a history, smallest first.
 std::vector<std::int32_t> UnitsWithHistory(const Drive& files);
 

@@ -304,6 +304,7 @@ void PressureRun::FinishAudit(bool passed) {
     // No audit sheet for an audit that the unit does not know of.
     if (!Stored(m_Outcome, [&] { m_Record.SavePressureAudit(m_Guard, m_Measured, passed); }))
         return;
+    m_Recorder.Stored();
     std::array<float, Points> flows_ml_m{};
     std::transform(m_Points.begin(), m_Points.end(), flows_ml_m.begin(),
                    [](const PressureReading& point) { return point.Flow_ml_m; });

@@ -53,7 +53,8 @@ bool RecordedCalibration::NoteInterruption(Platform& world,
     entry.Velocity = m_Run.Velocity;
     entry.Pressure = m_Run.Pressure;
     entry.Files = files;
-    return AppendToHistory(world, entry);
+    // The program may have ended between a run's entry and the end of its journal.
+    return IsInHistory(world.Files, entry) || AppendToHistory(world, entry);
 }
 
 } // namespace ombrix

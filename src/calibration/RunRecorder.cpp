@@ -88,6 +88,7 @@ void RunRecorder::Measured(bool passed, bool complete) {
 }
 
 void RunRecorder::Stored() {
+    m_Stored = true;
     m_Journal.Add(LineOf({{"stored", UnitJson(m_Record.Record())}}));
 }
 
@@ -105,12 +106,14 @@ bool RunRecorder::End(const CalibrationOutcome& outcome, HistoryEntry entry) {
     if (!outcome.Error.empty())
         entry.Reasons.push_back(outcome.Error.substr(0, outcome.Error.find("\r\n")));
     entry.Found = m_Found;
-    if (outcome.Saved)
+    if (m_Stored)
         entry.Left = m_Record.Record();
     for (const std::filesystem::path& file : outcome.Files)
         entry.Files.push_back(file.string());
+    // A journal without an end is offered again at the next start, a gap in the history is not.
+    const bool stored = AppendToHistory(world, entry);
     m_Journal.Close(EndLine(world.Time.Now(), entry.Verdict, entry.Files));
-    return AppendToHistory(world, entry);
+    return stored;
 }
 
 } // namespace ombrix

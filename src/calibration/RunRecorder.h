@@ -57,6 +57,7 @@ class RunRecorder {
     OleDate m_Start;
     bool m_Begun = false;
     bool m_Reading = false;
+    bool m_Stored = false;
 };
 
 } // namespace ombrix

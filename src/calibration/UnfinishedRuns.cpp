@@ -64,6 +64,15 @@ void Offer(const CalibrationServices& services, const std::string& journal,
     }
 }
 
+/// False for a journal that cannot be read as well: its run is offered, and told of then.
+bool IsOver(const Drive& files, const std::string& journal) {
+    try {
+        return !files.FileExists(journal) || HasEnded(files.ReadFile(journal));
+    } catch (const DriveError&) {
+        return false;
+    }
+}
+
 } // namespace
 
 std::vector<UnfinishedRun> FindUnfinishedRuns(Platform& world) {
@@ -74,10 +83,10 @@ std::vector<UnfinishedRun> FindUnfinishedRuns(Platform& world) {
         UnfinishedRun run{JournalOf(name), world.Files.TryLock(JournalFolder + name, "")};
         if (!run.Hold)
             continue;
-        if (world.Files.FileExists(run.Journal) && !HasEnded(world.Files.ReadFile(run.Journal)))
-            runs.push_back(std::move(run));
-        else
+        if (IsOver(world.Files, run.Journal))
             world.Files.RemoveFile(JournalFolder + name);
+        else
+            runs.push_back(std::move(run));
     }
     return runs;
 }
@@ -99,9 +108,18 @@ bool SettleUnfinishedRun(Platform& world, const std::string& journal, const Jour
 }
 
 void OfferUnfinishedRuns(const CalibrationServices& services, const JournalReading& read) {
-    for (const UnfinishedRun& run : FindUnfinishedRuns(services.TheStation.World)) {
-        if (!services.TheStation.World.Events.ProgramEnding())
+    Platform& world = services.TheStation.World;
+    for (const UnfinishedRun& run : FindUnfinishedRuns(world)) {
+        if (world.Events.ProgramEnding())
+            return;
+        try {
             Offer(services, run.Journal, read);
+        } catch (const DriveError& error) {
+            TellOperator(world,
+                         std::string("An unfinished run could not be dealt with:\r\n\r\n   ") +
+                             error.what() + "\r\n\r\nIt is asked about again at the next start.",
+                         MessageIcon::Warning);
+        }
     }
 }
 

@@ -158,10 +158,14 @@ bool VelocityRun::WantsToSave() {
     const bool wanted =
         AskYesNo("Would you like to save the calibration?") == Answer::Yes ||
         AskYesNo("Are you sure you want to lose the calibration data?") != Answer::Yes;
-    // An interrupt and the end of the program refuse both questions, and mean neither.
+    return !LeftUnanswered() && wanted;
+}
+
+/// An interrupt and the end of the program refuse a question, and do not mean its No.
+bool VelocityRun::LeftUnanswered() {
     m_World.Events.ProcessPendingEvents();
     m_Outcome.Aborted = !Running();
-    return wanted && !m_Outcome.Aborted;
+    return m_Outcome.Aborted;
 }
 
 void VelocityRun::SaveCoefficients() {
@@ -189,12 +193,20 @@ void VelocityRun::FinishAudit() {
                   "\r\n\r\n" +
                   offer;
     const bool wanted = m_Unattended || AskYesNo(text) == Answer::Yes;
-    m_Recorder.AuditSheet(wanted);
-    if (wanted) {
-        Note(CreateAuditSheet_PV16(m_Services, m_Record, m_Measured, m_Unattended));
-        Stored(m_Outcome, [&] { m_Record.SaveVelocityAudit(m_Guard, m_Outcome.Passed, before); });
-    }
+    if (!m_Unattended && LeftUnanswered())
+        m_Record.Replace(before);
+    else
+        FileAudit(wanted, before);
     SaveReport();
+}
+
+void VelocityRun::FileAudit(bool wanted, const ACURecord& before) {
+    m_Recorder.AuditSheet(wanted);
+    if (!wanted)
+        return;
+    Note(CreateAuditSheet_PV16(m_Services, m_Record, m_Measured, m_Unattended));
+    if (Stored(m_Outcome, [&] { m_Record.SaveVelocityAudit(m_Guard, m_Outcome.Passed, before); }))
+        m_Recorder.Stored();
 }
 
 void VelocityRun::FillReport() {

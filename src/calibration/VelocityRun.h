@@ -39,8 +39,10 @@ class VelocityRun {
     void TellIfNotAcceptable(std::size_t channel);
     void FinishSystem();
     void FinishAudit();
+    void FileAudit(bool wanted, const ACURecord& before);
     void SaveCoefficients();
     bool WantsToSave();
+    bool LeftUnanswered();
     std::string ReasonOfFailure() const;
     void FillReport();
     void SaveReport();

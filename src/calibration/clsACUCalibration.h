@@ -41,6 +41,8 @@ class clsACUCalibration : private ACURecord {
 
     /// All fields, for those who show or store them.
     const ACURecord& Record() const { return *this; }
+    /// Takes back what was noted and is not to be stored.
+    void Replace(const ACURecord& record) { static_cast<ACURecord&>(*this) = record; }
 
     bool ACUInitialised() const { return m_ACUInitialised; }
     /// The MFC number without surrounding blanks.
@@ -138,6 +140,9 @@ class clsACUCalibration : private ACURecord {
     void ReadVelocityTables();
     void CalculatePressureScaling();
     std::int32_t PressureFlowOffset(float flow_ml_m) const;
+    /// False when they cannot be read.
+    bool ReadCapacities();
+    bool HasCapacities() const;
     bool InitialiseBlank();
     /// Runs work that changes fields and writes them; what the EPROM does not hold does not stay
     /// in the record either.

@@ -79,9 +79,31 @@ bool clsACUCalibration::ReadEPROMValues(clsAIB& board) {
     return true;
 }
 
+bool clsACUCalibration::ReadCapacities() {
+    for (const std::size_t channel : {0U, 1U}) {
+        std::int32_t address =
+            Map::ChannelCapacity + static_cast<std::int32_t>(channel) * Map::WordBytes;
+        if (m_AIB->ReadEPROMSng(address, m_ChannelCapacity.at(channel),
+                                fmt::format("Channel Capacity {}", channel)) != Status::NoError)
+            return false;
+    }
+    return true;
+}
+
+bool clsACUCalibration::HasCapacities() const {
+    return !IsNotSet(m_ChannelCapacity[0]) && !IsNotSet(m_ChannelCapacity[1]);
+}
+
 bool clsACUCalibration::InitialiseBlank() {
     try {
         EpromGuard guard(m_World, m_Claims, *m_AIB, "EPROM Initialisation");
+        guard.MakeReady();
+        // The question stood on a single reading, and what would be lost is a whole calibration.
+        if (ReadCapacities() && HasCapacities())
+            throw EpromError("The EPROM holds the capacities of its channels, although they have "
+                             "been read as missing: the link to the board is unsteady.\r\n\r\n"
+                             "Nothing has been written. Please check the cable of the board, then "
+                             "detect the boards again.");
         SaveFreshHeader(guard);
         return true;
     } catch (const std::runtime_error& error) {
@@ -96,9 +118,9 @@ bool clsACUCalibration::ReadEPROMValues_v02(bool showErrors) {
             Tell("There was an error reading the EPROM in the AIB", MessageIcon::Information);
         return false;
     };
-    m_ChannelCapacity[0] = ReadSingle(Map::ChannelCapacity, "Channel Capacity 0");
-    m_ChannelCapacity[1] = ReadSingle(Map::ChannelCapacity + 4, "Channel Capacity 1");
-    if (IsNotSet(m_ChannelCapacity[0]) || IsNotSet(m_ChannelCapacity[1])) {
+    if (!ReadCapacities())
+        return fail(); // what cannot be read is not known to be missing
+    if (!HasCapacities()) {
         const Message question{"This ACU has not been initialised.\r\n\r\n"
                                "Would you like to Initialise the EPROM now?",
                                MessageIcon::Question, MessageButtons::YesNo};

@@ -136,8 +136,10 @@ void HealthCheckRun::Save(HealthCheckResult& result) {
         TellOperator(m_Station.World, "The file has been saved:\r\n\r\n   " + saved.Path);
         return;
     }
-    result.End = HealthCheckResult::Outcome::NotSaved;
-    result.Error = saved.Error;
+    // A run that was cancelled or stopped stays that: its work was not done.
+    if (result.End == HealthCheckResult::Outcome::Completed)
+        result.End = HealthCheckResult::Outcome::NotSaved;
+    result.Error += (result.Error.empty() ? "" : "\r\n\r\n") + saved.Error;
 }
 
 } // namespace ombrix

@@ -165,7 +165,9 @@ void EPROMPanel::Restore() {
         return;
     WriteShown([this, &file](const EpromProgress& progress) {
         const auto agreed = [this, &file](const std::vector<EpromDifference>& differences) {
-            frmRestoreEPROM form(ToQt(file->filename().string()), differences, this);
+            frmRestoreEPROM form(ToQt(file->filename().string()),
+                                 ToQt(OriginWarning(*file, *m_Station.g_CurrentAIB)), differences,
+                                 this);
             return form.exec() == QDialog::Accepted;
         };
         if (RestoreEPROM(m_Station, ReadEpromFile(*file), agreed, progress) != EpromOutcome::Done)

@@ -5,8 +5,8 @@
 
 #include <fmt/format.h>
 
+#include <cstdio>
 #include <stdexcept>
-#include <string>
 
 namespace ombrix {
 
@@ -58,6 +58,16 @@ EpromImage ReadEpromFile(const std::filesystem::path& file) {
     } catch (const std::invalid_argument& error) {
         throw DriveError(fmt::format("{} is no saved EPROM: {}.", file.string(), error.what()));
     }
+}
+
+std::string OriginWarning(const std::filesystem::path& file, const clsAIB& board) {
+    int serial = 0;
+    if (std::sscanf(file.filename().c_str(), "ACU%5d_", &serial) != 1 ||
+        serial == board.SerialNumber())
+        return {};
+    return fmt::format("This is the EPROM of another unit: ACU{:05}. It is about to go into "
+                       "ACU{:05}.",
+                       serial, board.SerialNumber());
 }
 
 EpromOutcome RestoreEPROM(Station& station, const EpromImage& image,

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <string>
 #include <vector>
 
 namespace ombrix {
@@ -32,6 +33,10 @@ EpromOutcome WriteWholeEPROM(Station& station, std::int32_t value, const EpromPr
 
 /// The image in a file. @throws DriveError for a file that cannot be read or is none
 EpromImage ReadEpromFile(const std::filesystem::path& file);
+
+/// What to tell before a file goes into a board whose name says that it was saved from another
+/// unit; empty where it does not.
+std::string OriginWarning(const std::filesystem::path& file, const clsAIB& board);
 
 /// Writes every word of an image, as a procedure.
 /// @param agreed shown what will change, and asked whether it shall

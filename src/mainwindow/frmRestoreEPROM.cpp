@@ -36,7 +36,7 @@ QString Heading(const QString& fileName, bool changes) {
 
 } // namespace
 
-frmRestoreEPROM::frmRestoreEPROM(const QString& fileName,
+frmRestoreEPROM::frmRestoreEPROM(const QString& fileName, const QString& warning,
                                  const std::vector<EpromDifference>& differences, QWidget* parent)
     : QDialog(parent) {
     setWindowTitle(tr("Restore EPROM"));
@@ -50,6 +50,15 @@ frmRestoreEPROM::frmRestoreEPROM(const QString& fileName,
     buttons->addWidget(restore);
     buttons->addWidget(cancel);
     auto* layout = new QVBoxLayout(this);
+    if (!warning.isEmpty()) {
+        auto* origin = MakeCaption(warning, this);
+        origin->setObjectName(QStringLiteral("lblOrigin"));
+        origin->setWordWrap(true);
+        QFont bold = origin->font();
+        bold.setBold(true);
+        origin->setFont(bold);
+        layout->addWidget(origin);
+    }
     layout->addWidget(MakeCaption(Heading(fileName, !differences.empty()), this));
     layout->addWidget(MakeList(differences, this), 1);
     layout->addLayout(buttons);

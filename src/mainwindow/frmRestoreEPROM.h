@@ -15,8 +15,9 @@ class frmRestoreEPROM final : public QDialog {
     Q_OBJECT
 
   public:
-    frmRestoreEPROM(const QString& fileName, const std::vector<EpromDifference>& differences,
-                    QWidget* parent);
+    /// @param warning stands above all; empty for none
+    frmRestoreEPROM(const QString& fileName, const QString& warning,
+                    const std::vector<EpromDifference>& differences, QWidget* parent);
 };
 
 /// Lets the operator choose an EPROM image; nothing when none is chosen.

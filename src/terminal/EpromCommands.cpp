@@ -127,9 +127,10 @@ CommandResult RunEpromSave(CommandContext& context, const std::filesystem::path&
 
 CommandResult RunEpromRestore(CommandContext& context, const std::filesystem::path& file) {
     const EpromImage image = ReadEpromFile(file);
-    ChosenBoard(context);
+    const std::string warning = OriginWarning(file, ChosenBoard(context));
     const auto agreed = [&](const std::vector<EpromDifference>& differences) {
-        const std::string changes = FieldsText(differences, "\r\n");
+        const std::string changes =
+            warning + (warning.empty() ? "" : "\r\n\r\n") + FieldsText(differences, "\r\n");
         return differences.empty() ||
                context.TheStation.World.Messages.Ask(
                    {changes + "\r\nAre you sure you want to restore the EPROM?",

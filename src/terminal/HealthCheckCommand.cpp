@@ -38,9 +38,10 @@ CommandResult RunHealthCheckCommand(CommandContext& context,
 
     CommandResult result;
     result.Status = StatusOf(outcome.End);
-    result.Error = outcome.End == HealthCheckResult::Outcome::Cancelled
-                       ? "The health check has been cancelled."
-                       : WithPlainLineEnds(outcome.Error);
+    result.Error = WithPlainLineEnds(outcome.Error);
+    if (outcome.End == HealthCheckResult::Outcome::Cancelled)
+        result.Error = "The health check has been cancelled." +
+                       (result.Error.empty() ? "" : "\n\n" + result.Error);
     result.Json["sequences"] = nlohmann::ordered_json::array();
     for (const SequenceResult& sequence : outcome.Sequences) {
         result.Json["sequences"].push_back({{"sheet", sequence.Sheet},

@@ -19,8 +19,9 @@ std::int32_t Bits(float value) {
 /// A unit whose EPROM is made to hold what a test needs.
 class ACUCalibrationTest : public ::testing::Test {
   protected:
-    void UseBench(const char* name, std::int32_t board = 0) {
-        m_Bench = std::make_unique<TestBench>(name);
+    void UseBench(const char* name, std::int32_t board = 0,
+                  const std::vector<std::string>& faults = {}) {
+        m_Bench = std::make_unique<TestBench>(name, faults);
         m_Board = &m_Bench->Detect(board);
     }
     void SetUp() override { UseBench("acu"); }
@@ -105,6 +106,25 @@ TEST_F(ACUCalibrationTest, AnUnsetCapacityAsksBeforeItInitialises) {
         EXPECT_EQ(Word(Map::CalibrationPoints), 10);
         EXPECT_EQ(Word(Map::HasSolenoidValves), -1);
     }
+}
+
+TEST_F(ACUCalibrationTest, ACapacityThatWasReadWronglyCostsNoCalibration) {
+    const std::int32_t capacity = Word(Map::ChannelCapacity + 4);
+    const std::int32_t number = Word(Map::MFCNumber);
+    Put(Map::ChannelCapacity + 4, 0);
+    m_Bench->Messages.WhileAsked = [&](const Message& message) {
+        if (message.Buttons == MessageButtons::YesNo)
+            Put(Map::ChannelCapacity + 4, capacity); // what it has held all the time
+    };
+    Read();
+    ASSERT_EQ(Shown().size(), 3U);
+    EXPECT_NE(Shown()[1].Text.find("the link to the board is unsteady"), std::string::npos);
+    EXPECT_EQ(Word(Map::MFCNumber), number) << "nothing is written";
+
+    UseBench("acu", 0, {"status:2@ReadEEPROM"});
+    Read();
+    for (const Message& message : Shown())
+        EXPECT_NE(message.Buttons, MessageButtons::YesNo) << "not known to be missing";
 }
 
 TEST_F(ACUCalibrationTest, NoCalibrationPointsAreAnError) {

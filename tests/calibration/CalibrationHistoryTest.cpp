@@ -36,7 +36,11 @@ TEST(CalibrationHistory, EveryRunThatMeasuredLeavesItsRecord) {
     EXPECT_EQ(system.Files.size(), 2U);
     EXPECT_EQ(history.Runs[1].Verdict, Verdicts::Cancelled);
     EXPECT_TRUE(history.Runs[1].Velocity.Channels[0].Rising.at(0).Valid);
+    EXPECT_FALSE(history.Runs[1].Left.has_value());
     EXPECT_EQ(history.Runs[2].Pressure.size(), 5U);
+    EXPECT_EQ(history.Runs[2].Left.value().m_PressureAuditDate,
+              bench.Record().Record().m_PressureAuditDate)
+        << "an audit's result is in the EPROM as well";
 }
 
 TEST(CalibrationHistory, AFailureHasItsReason) {

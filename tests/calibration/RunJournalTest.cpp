@@ -129,8 +129,8 @@ TEST(RunJournalTest, ADiskThatTakesNeitherJournalNorHistoryDoesNotStopTheRun) {
     EXPECT_FALSE(outcome.AllStored) << "the history is a result";
     const std::vector<std::string> told = bench.Told();
     ASSERT_EQ(told.size(), 5U) << "each of them once, between the prompts";
-    EXPECT_TRUE(told[3].starts_with("The journal of the calibration could not be written:"));
-    EXPECT_TRUE(told[4].starts_with("The run could not be added to the calibration history:"));
+    EXPECT_TRUE(told[3].starts_with("The run could not be added to the calibration history:"));
+    EXPECT_TRUE(told[4].starts_with("The journal of the calibration could not be written:"));
 }
 
 } // namespace

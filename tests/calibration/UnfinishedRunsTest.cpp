@@ -3,6 +3,7 @@
 #include "calibration/CalibrationBench.h"
 #include "calibration/CalibrationHistory.h"
 #include "healthcheck/RecordedHealthCheck.h"
+#include "support/FullDisk.h"
 #include "support/WorkbookProbe.h"
 
 #include <gtest/gtest.h>
@@ -68,6 +69,18 @@ TEST_F(UnfinishedRunsTest, NoRemovesTheJournalAndCancelLeavesItForTheNextStart) 
     Offer(Answer::No);
     EXPECT_FALSE(Files().FileExists(Journal) || Files().FileExists(Mark));
     EXPECT_EQ(ReadHistory(Files(), 301).Runs.at(0).Verdict, Verdicts::Interrupted);
+}
+
+TEST_F(UnfinishedRunsTest, ARunThatCannotBeSettledAtOnceIsWrittenDownOnce) {
+    DieAt(20.0, CalibrationKind::System);
+    FullDisk disk(Files());
+    TestBench& bench = m_Bench.Bench;
+    Platform full{bench.Time, bench.Events, bench.Messages, disk, bench.Documents, bench.End};
+    const auto run = OpenJournal(bench.World, Files().ReadFile(Journal));
+    EXPECT_THROW(SettleUnfinishedRun(full, Journal, *run, {}), DriveError);
+    EXPECT_EQ(Unfinished().size(), 1U) << "asked about again";
+    EXPECT_TRUE(SettleUnfinishedRun(bench.World, Journal, *run, {}));
+    EXPECT_EQ(ReadHistory(Files(), 301).Runs.size(), 1U);
 }
 
 } // namespace

@@ -199,15 +199,19 @@ TEST_F(VelocityRunTest, LosingTheDataTakesTwoAnswers) {
 }
 
 TEST_F(VelocityRunTest, AnInterruptAtTheQuestionDoesNotSave) {
-    Use("acu");
-    AnswerWith({Answer::Ok, Answer::No, Answer::No});
-    m_Bench->Bench.Messages.WhileAsked = [this](const Message& message) {
-        if (message.Text == "Would you like to save the calibration?")
-            m_Bench->Record().CancelCalibration();
-    };
-    const CalibrationOutcome outcome = Run(Kind::System);
-    EXPECT_TRUE(outcome.Aborted && !outcome.Saved);
-    EXPECT_EQ(m_Bench->Eprom(), m_Before);
+    for (const Kind kind : {Kind::System, Kind::Audit}) {
+        Use("acu");
+        AnswerWith({Answer::Ok, Answer::No, Answer::No});
+        m_Bench->Bench.Messages.WhileAsked = [this](const Message& message) {
+            if (message.Text.find("Would you like to save the") != std::string::npos)
+                m_Bench->Record().CancelCalibration();
+        };
+        const OleDate audit = m_Bench->Record().Record().m_VelocityAuditDate;
+        const CalibrationOutcome outcome = Run(kind);
+        EXPECT_TRUE(outcome.Aborted && !outcome.Saved);
+        EXPECT_EQ(m_Bench->Eprom(), m_Before);
+        EXPECT_EQ(m_Bench->Record().Record().m_VelocityAuditDate, audit);
+    }
 }
 
 TEST_F(VelocityRunTest, AnAuditIsWrittenDownOnlyWhenTheReportIsWanted) {

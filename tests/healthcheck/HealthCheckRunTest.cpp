@@ -205,6 +205,14 @@ TEST_F(HealthCheckRunTest, WithoutAFolderTheReportIsKeptAndSaidWhere) {
     EXPECT_EQ(Open(result.Files[0]).WorksheetCount(), 7);
 }
 
+TEST_F(HealthCheckRunTest, ACancelledRunStaysCancelledWithoutAFolder) {
+    ReplaceWholeFile(m_Bench->Folder.Path() / "ACUs", "a file in the way");
+    m_Bench->Events.At(7.0, [this] { m_Cancel(); });
+    const HealthCheckResult result = Run({Option::Short});
+    EXPECT_EQ(result.End, Outcome::Cancelled);
+    EXPECT_NE(result.Error, "");
+}
+
 TEST_F(HealthCheckRunTest, AFullDiskLosesNothing) {
     m_FullDisk = std::make_unique<FullDisk>(m_Bench->Files);
     const HealthCheckResult result = Run({Option::Short});

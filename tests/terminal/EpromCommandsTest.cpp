@@ -19,6 +19,18 @@ TEST_F(OmbrixctlTest, ImagesAreComparedFieldByField) {
     EXPECT_EQ(RunSimulated("eprom diff '" + ErrorFile().string() + "'").Status, 4);
 }
 
+TEST_F(OmbrixctlTest, AnotherUnitsBackupIsSaidToBeOne) {
+    Run("--simulate=plain mfc-number M1");
+    const auto backup = *std::filesystem::directory_iterator(m_Folder.Path() / "Backups");
+    const std::string restore = "eprom restore '" + backup.path().string() + "'";
+    constexpr const char* warning =
+        "EPROM of another unit: ACU00303. It is about to go into ACU00301";
+    EXPECT_EQ(RunSimulated(restore).Status, 1) << "asked, and not answered";
+    EXPECT_NE(Errors().find(warning), std::string::npos) << Errors();
+    Run("--simulate=plain " + restore);
+    EXPECT_EQ(Errors().find("another unit"), std::string::npos) << Errors();
+}
+
 /// A line that writes the EPROM, and a field that it writes.
 struct Writer {
     const char* Line;

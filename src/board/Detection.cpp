@@ -1,6 +1,7 @@
 #include "board/Detection.h"
 
 #include "board/Recovery.h"
+#include "platform/DateText.h"
 #include "platform/ProgramLog.h"
 
 #include <fmt/format.h>
@@ -10,8 +11,7 @@ namespace ombrix {
 namespace {
 
 std::string TimeOfDayText(const Clock& clock) {
-    const CivilTime now = clock.Now().ToCivil().value_or(CivilTime{});
-    return fmt::format("{:02}:{:02}:{:02}", now.Hour, now.Minute, now.Second);
+    return DateText(clock.Now(), "hh:nn:ss");
 }
 
 void LogIdentity(Platform& world, const clsAIB& board) {

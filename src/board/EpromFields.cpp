@@ -2,6 +2,7 @@
 
 #include "board/ACUMemoryMap.h"
 #include "platform/CodePage.h"
+#include "platform/DateText.h"
 #include "platform/OleDate.h"
 
 #include <fmt/format.h>
@@ -103,15 +104,9 @@ std::string SingleText(std::uint32_t bits) {
     return std::isfinite(value) ? fmt::format("{}", value) : "(no number)";
 }
 
-std::string DateText(std::uint64_t bits) {
-    const auto days = std::bit_cast<double>(bits);
-    if (days == 0.0)
-        return "never";
-    const auto date = OleDate(days).ToCivil();
-    if (!date)
-        return "(no date)";
-    return fmt::format("{:02}/{:02}/{:04} {:02}:{:02}:{:02}", date->Day, date->Month, date->Year,
-                       date->Hour, date->Minute, date->Second);
+std::string LastTimeText(std::uint64_t bits) {
+    const OleDate date(std::bit_cast<double>(bits));
+    return date == OleDate() ? "never" : DateText(date, "dd/mm/yyyy hh:nn:ss");
 }
 
 /// Trailing blanks and what cannot be printed do not show.
@@ -163,7 +158,7 @@ std::string ShowField(const EpromField& field, const EpromImage& image) {
     switch (field.Kind) {
     case EpromKind::Single: return SingleText(Bits(image, field, 0));
     case EpromKind::Date:
-        return DateText(std::uint64_t{Bits(image, field, 1)} << 32U | Bits(image, field, 0));
+        return LastTimeText(std::uint64_t{Bits(image, field, 1)} << 32U | Bits(image, field, 0));
     case EpromKind::Text: return QuotedText(field, image);
     case EpromKind::Long: break;
     }

@@ -2,7 +2,9 @@
 
 #include "board/AnswerWatch.h"
 #include "board/modAIB.h"
+#include "platform/DateText.h"
 #include "platform/FileNamePart.h"
+#include "platform/FreePath.h"
 #include "platform/ProgramLog.h"
 
 #include <fmt/format.h>
@@ -17,12 +19,6 @@ namespace {
 
 /// What a message lists; the log has all.
 constexpr std::size_t ListedPlaces = 5;
-
-std::string TimeStamp(const Clock& clock) {
-    const CivilTime now = clock.Now().ToCivil().value_or(CivilTime{});
-    return fmt::format("{:04}{:02}{:02}_{:02}{:02}{:02}", now.Year, now.Month, now.Day, now.Hour,
-                       now.Minute, now.Second);
-}
 
 std::string Listed(const std::vector<EpromDifference>& differences,
                    const std::function<std::string(const EpromDifference&)>& show) {
@@ -99,19 +95,14 @@ void EpromGuard::ReadSteadily() {
                "\r\n\r\nPlease check the cable and its plugs, then try again.");
 }
 
-std::string EpromGuard::FreePath() const {
-    const std::string stem = fmt::format("{}{}_{}_{}", BackupFolder, m_Unit,
-                                         TimeStamp(m_World.Time), FileNamePart(m_Purpose));
-    std::string path = stem + ".bin";
-    for (int number = 2; m_World.Files.FileExists(path); ++number)
-        path = fmt::format("{} ({}).bin", stem, number);
-    return path;
-}
-
 void EpromGuard::Save() {
     try {
         CreateFolderPath(m_World.Files, BackupFolder);
-        const std::string path = FreePath();
+        const std::string path = FreePath(
+            m_World.Files,
+            fmt::format("{}{}_{}_{}", BackupFolder, m_Unit,
+                        DateText(m_World.Time.Now(), "yyyymmdd_hhnnss"), FileNamePart(m_Purpose)),
+            ".bin");
         m_World.Files.CreateFile(path, m_Content.Bytes());
         m_Backup = path;
     } catch (const DriveError& error) {

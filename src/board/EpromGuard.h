@@ -78,7 +78,6 @@ class EpromGuard {
     void RequireSameBoard() const;
     void ReadSteadily();
     void Save();
-    std::string FreePath() const;
     void ReadBack(const clsAIB::EpromWriting& writing);
     [[noreturn]] void ReportUnreadable(AIBStatus status) const;
     [[noreturn]] void Report(const EpromImage& wanted, std::vector<EpromMismatch::Word> wrong,

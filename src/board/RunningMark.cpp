@@ -1,6 +1,7 @@
 #include "board/RunningMark.h"
 
 #include "board/BoardClaims.h"
+#include "platform/DateText.h"
 #include "platform/ProgramLog.h"
 
 #include <fmt/format.h>
@@ -33,11 +34,10 @@ std::string ContentOf(const Drive& files, const std::string& path) {
 } // namespace
 
 void LeaveMark(Platform& world, std::int32_t serial, const std::string& procedure) {
-    const CivilTime now = world.Time.Now().ToCivil().value_or(CivilTime{});
     world.Files.ReplaceFile(ClaimPath(world.Files, serial, MarkKind),
-                            fmt::format("{}\n{:04}-{:02}-{:02} {:02}:{:02}:{:02}\n{}\n", procedure,
-                                        now.Year, now.Month, now.Day, now.Hour, now.Minute,
-                                        now.Second, NameOf(world.Program)));
+                            fmt::format("{}\n{}\n{}\n", procedure,
+                                        DateText(world.Time.Now(), "yyyy-mm-dd hh:nn:ss"),
+                                        NameOf(world.Program)));
 }
 
 std::optional<RunningMark> FindMark(Platform& world, std::int32_t serial) {

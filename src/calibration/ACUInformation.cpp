@@ -3,6 +3,7 @@
 #include "board/EpromImage.h"
 #include "calibration/CellRuns.h"
 #include "calibration/clsACUCalibration.h"
+#include "platform/DateText.h"
 #include "platform/TellOperator.h"
 #include "support/Text.h"
 

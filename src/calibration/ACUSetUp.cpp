@@ -2,6 +2,8 @@
 
 #include "board/BoardIdentity.h"
 #include "calibration/ACUInformation.h"
+#include "calibration/GuardedOutcome.h"
+#include "calibration/RunKind.h"
 #include "calibration/clsACUCalibration.h"
 #include "platform/ProgramLog.h"
 #include "platform/Rounding.h"
@@ -132,16 +134,10 @@ ACUSetUp::Initialisation ACUSetUp::RunACUInitialisation(std::string& mfcNumber, 
 
 /// What goes wrong with the EPROM ends the sequence.
 bool ACUSetUp::Stores(Initialisation& result, const std::function<void()>& save) {
-    try {
-        save();
-        return true;
-    } catch (const EpromError& error) {
-        result.NotInEprom = true;
-        result.AllStored = false;
-        result.Error = error.what();
+    const bool stored = Stored(result, save);
+    if (!stored)
         TellOperator(m_Services.TheStation.World, result.Error, MessageIcon::Critical);
-        return false;
-    }
+    return stored;
 }
 
 void ACUSetUp::ListAndRunStages(EpromGuard& guard, bool velocity, bool pressure,
@@ -204,19 +200,15 @@ void ACUSetUp::RunVelocityStages(EpromGuard& guard, Initialisation& result) {
 }
 
 CalibrationOutcome ACUSetUp::RunVelocity(CalibrationKind kind) {
-    return RunAlone(kind == CalibrationKind::Audit ? "Velocity Audit Calibration"
-                                                   : "Velocity System Calibration",
-                    [&](EpromGuard& guard) {
-                        return Record().CalibrateACUAirVelocity(m_Services, guard, kind, false);
-                    });
+    return RunAlone(TitleOf(VelocityRunKind(kind)), [&](EpromGuard& guard) {
+        return Record().CalibrateACUAirVelocity(m_Services, guard, kind, false);
+    });
 }
 
 CalibrationOutcome ACUSetUp::RunPressure(CalibrationKind kind) {
-    return RunAlone(kind == CalibrationKind::Audit ? "Pressure Audit Calibration"
-                                                   : "Pressure System Calibration",
-                    [&](EpromGuard& guard) {
-                        return Record().CalibrateACUPressure(m_Services, guard, kind, false);
-                    });
+    return RunAlone(TitleOf(PressureRunKind(kind)), [&](EpromGuard& guard) {
+        return Record().CalibrateACUPressure(m_Services, guard, kind, false);
+    });
 }
 
 CalibrationOutcome ACUSetUp::RunAlone(const char* stage,

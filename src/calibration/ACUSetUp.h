@@ -33,20 +33,11 @@ class ACUSetUp {
     /// declines; the identity is read again by the next detection only.
     bool SetAIBSerialNumber(std::int32_t& serial, bool digital, bool analog);
 
-    /// What became of an initialisation.
-    struct Initialisation {
-        /// Every run of the sequence was made and passed.
-        bool Passed = false;
-        bool Aborted = false;
+    /// What became of an initialisation: Passed when every run of the sequence was made and
+    /// passed, Error when it was stopped.
+    struct Initialisation : CalibrationOutcome {
         /// A line for each stage that has not passed.
         std::string FailedStages;
-        /// Real paths of what was written.
-        std::vector<std::filesystem::path> Files;
-        /// Why the sequence was stopped; the operator has been told.
-        std::string Error;
-        /// The EPROM was not to be written, or does not hold what was written.
-        bool NotInEprom = false;
-        bool AllStored = true;
     };
     /// The MFC number, then the initial calibrations. @param mfcNumber the number as it stands
     /// in the window; takes what the operator enters

@@ -2,6 +2,7 @@
 
 #include "calibration/AirUnits.h"
 #include "calibration/clsACUCalibration.h"
+#include "platform/DateText.h"
 #include "platform/Rounding.h"
 #include "support/Text.h"
 

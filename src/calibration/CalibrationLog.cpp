@@ -1,8 +1,8 @@
 #include "calibration/CalibrationLog.h"
 
 #include "board/modAIB.h"
+#include "platform/DateText.h"
 #include "platform/ProgramLog.h"
-#include "support/Text.h"
 
 #include <utility>
 

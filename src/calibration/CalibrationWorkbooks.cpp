@@ -2,9 +2,9 @@
 
 #include "board/modAIB.h"
 #include "calibration/clsACUCalibration.h"
+#include "platform/DateText.h"
 #include "platform/FileNamePart.h"
 #include "platform/TellOperator.h"
-#include "support/Text.h"
 
 namespace ombrix {
 

@@ -1,5 +1,6 @@
 #include "calibration/DriftPlotWidget.h"
 
+#include "platform/DateText.h"
 #include "support/Controls.h"
 #include "support/QtText.h"
 #include "support/ReadableColour.h"

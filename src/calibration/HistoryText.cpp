@@ -1,5 +1,6 @@
 // A unit's history as text: for a spreadsheet, and for people.
 #include "calibration/HistoryDrift.h"
+#include "platform/DateText.h"
 #include "support/Text.h"
 
 #include <fmt/format.h>

@@ -1,6 +1,7 @@
 #include "calibration/JournalLines.h"
 
 #include "calibration/RunJson.h"
+#include "platform/DateText.h"
 #include "support/Text.h"
 
 #include <fmt/format.h>

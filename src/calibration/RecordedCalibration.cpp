@@ -1,7 +1,7 @@
 #include "calibration/RecordedCalibration.h"
 
 #include "calibration/RemadeReport.h"
-#include "support/Text.h"
+#include "platform/DateText.h"
 
 #include <fmt/format.h>
 

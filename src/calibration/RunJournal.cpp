@@ -1,8 +1,8 @@
 #include "calibration/RunJournal.h"
 
+#include "platform/FreePath.h"
 #include "platform/ProgramLog.h"
 #include "platform/TellOperator.h"
-#include "support/FreePath.h"
 
 #include <fmt/format.h>
 

@@ -1,5 +1,6 @@
 #include "calibration/RunJson.h"
 
+#include "platform/DateText.h"
 #include "support/Text.h"
 
 #include <cstdio>

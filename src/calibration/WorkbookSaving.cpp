@@ -1,9 +1,9 @@
 // The common end of all calibration workbooks: how they are saved, shown and, if all else fails,
 // kept.
 #include "calibration/CalibrationWorkbooks.h"
+#include "platform/DateText.h"
 #include "platform/TellOperator.h"
 #include "support/KeptWorkbook.h"
-#include "support/Text.h"
 
 #include <fmt/format.h>
 

@@ -2,11 +2,11 @@
 
 #include "calibration/DriftPlotWidget.h"
 #include "calibration/HistoryDrift.h"
+#include "platform/DateText.h"
 #include "platform/FolderDrive.h"
 #include "support/Controls.h"
 #include "support/Guarded.h"
 #include "support/QtText.h"
-#include "support/Text.h"
 #include "support/modListView.h"
 
 #include <QBuffer>

@@ -1,5 +1,6 @@
 #include "calibration/modACUCalibration.h"
 
+#include "platform/DateText.h"
 #include "support/Text.h"
 
 namespace ombrix {

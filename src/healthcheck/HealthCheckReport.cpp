@@ -2,10 +2,10 @@
 
 #include "calibration/clsACUCalibration.h"
 #include "healthcheck/SaveFolder.h"
+#include "platform/DateText.h"
+#include "platform/FreePath.h"
 #include "platform/TellOperator.h"
-#include "support/FreePath.h"
 #include "support/KeptWorkbook.h"
-#include "support/Text.h"
 
 #include <fmt/format.h>
 

@@ -6,8 +6,8 @@
 #include "healthcheck/HealthCheckRecorder.h"
 #include "healthcheck/HealthCheckReport.h"
 #include "healthcheck/clsMFCSequence.h"
+#include "platform/DateText.h"
 #include "platform/ProgramLog.h"
-#include "support/Text.h"
 
 #include <fmt/format.h>
 

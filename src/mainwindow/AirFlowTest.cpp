@@ -3,6 +3,7 @@
 #include "board/ACUWiring.h"
 #include "mainwindow/TestLog.h"
 #include "platform/Rounding.h"
+#include "support/Text.h"
 
 #include <fmt/format.h>
 

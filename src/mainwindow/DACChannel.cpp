@@ -3,6 +3,7 @@
 #include "board/DACSliders.h"
 #include "support/ADCBar.h"
 #include "support/Controls.h"
+#include "support/Text.h"
 
 #include <QGridLayout>
 #include <QLineEdit>

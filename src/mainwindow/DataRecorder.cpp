@@ -1,6 +1,7 @@
 #include "mainwindow/DataRecorder.h"
 
 #include "board/ProcedureWait.h"
+#include "platform/DateText.h"
 #include "support/Text.h"
 
 #include <fmt/format.h>

@@ -5,6 +5,7 @@
 #include "mainwindow/TestLog.h"
 #include "platform/FileNamePart.h"
 #include "platform/Rounding.h"
+#include "support/Text.h"
 
 #include <fmt/format.h>
 

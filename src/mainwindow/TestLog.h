@@ -1,8 +1,8 @@
 #pragma once
 
 #include "board/BenchProcedure.h"
+#include "platform/DateText.h"
 #include "platform/Drive.h"
-#include "support/Text.h"
 
 #include <memory>
 #include <string>

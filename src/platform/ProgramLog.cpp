@@ -1,5 +1,7 @@
 #include "platform/ProgramLog.h"
 
+#include "platform/DateText.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -21,8 +23,7 @@ std::string OneLine(std::string_view text) {
 
 /// Names of logs stand in the order of their days.
 std::string LogName(OleDate date) {
-    const CivilTime day = date.ToCivil().value_or(CivilTime{});
-    return fmt::format("ombrix_{:04}{:02}{:02}.log", day.Year, day.Month, day.Day);
+    return "ombrix_" + DateText(date, "yyyymmdd") + ".log";
 }
 
 bool IsLogName(std::string_view name) {
@@ -48,12 +49,10 @@ std::string LogPath(const Clock& clock) {
 }
 
 void WriteLog(Platform& world, std::string_view line) {
-    const CivilTime now = world.Time.Now().ToCivil().value_or(CivilTime{});
     try {
         world.Files.CreateFolder(LogFolder);
         world.Files.OpenForAppending(LogPath(world.Time))
-            ->Write(fmt::format("{:04}-{:02}-{:02} {:02}:{:02}:{:02} {}[{}] {}\n", now.Year,
-                                now.Month, now.Day, now.Hour, now.Minute, now.Second,
+            ->Write(fmt::format("{} {}[{}] {}\n", DateText(world.Time.Now(), "yyyy-mm-dd hh:nn:ss"),
                                 world.Program.Name, world.Program.ProcessId, OneLine(line)));
     } catch (const DriveError&) {
         return; // work goes on without a log

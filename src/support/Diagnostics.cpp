@@ -3,6 +3,7 @@
 #include "board/AnswerWatch.h"
 #include "board/EpromFields.h"
 #include "platform/CrashReport.h"
+#include "platform/DateText.h"
 #include "platform/FolderDrive.h"
 #include "platform/ProgramLog.h"
 #include "support/FileList.h"

@@ -1,7 +1,7 @@
 #include "support/KeptWorkbook.h"
 
+#include "platform/FreePath.h"
 #include "platform/TellOperator.h"
-#include "support/FreePath.h"
 
 namespace ombrix {
 

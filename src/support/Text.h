@@ -1,7 +1,5 @@
 #pragma once
 
-#include "platform/OleDate.h"
-
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -34,9 +32,5 @@ std::size_t CharacterCount(std::string_view text);
 
 /// The text cut or filled with blanks to a number of characters.
 std::string FixedWidth(std::string_view text, std::size_t characters);
-
-/// A date in a pattern of yyyy, yy, mm, dd, hh, nn (minutes) and ss; every other character
-/// stands for itself. Bits that are no date give "(no date)".
-std::string DateText(OleDate date, std::string_view pattern);
 
 } // namespace ombrix

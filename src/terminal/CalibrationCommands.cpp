@@ -17,14 +17,10 @@ using Json = nlohmann::ordered_json;
 class TerminalSetUp {
   public:
     explicit TerminalSetUp(CommandContext& context)
-        : m_Context(context), m_Board(ChosenBoard(context)), m_Sliders(context.TheStation),
+        : m_Board(ChosenBoard(context)), m_Sliders(context.TheStation),
+          m_Interrupt(context.Events, [this] { m_Board.Calibration().CancelCalibration(); }),
           SetUp({context.TheStation, m_Sliders, Stages, m_Wait, context.Launcher,
-                 context.TemplatesFolder}) {
-        context.Events.OnInterrupt = [this] { m_Board.Calibration().CancelCalibration(); };
-    }
-    TerminalSetUp(const TerminalSetUp&) = delete;
-    TerminalSetUp& operator=(const TerminalSetUp&) = delete;
-    ~TerminalSetUp() { m_Context.Events.OnInterrupt = nullptr; }
+                 context.TemplatesFolder}) {}
 
     clsAIB& Board() { return m_Board; }
     float Pressure_mBar() {
@@ -33,10 +29,10 @@ class TerminalSetUp {
     }
 
   private:
-    CommandContext& m_Context;
     clsAIB& m_Board;
     BoardDACSliders m_Sliders;
     NoWaitWindow m_Wait;
+    CancelOnInterrupt m_Interrupt;
 
   public:
     TerminalStages Stages;

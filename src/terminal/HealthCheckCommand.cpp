@@ -28,13 +28,12 @@ CommandResult RunHealthCheckCommand(CommandContext& context,
     NoWaitWindow wait;
     HealthCheckRun run(context.TheStation, sliders, context.Launcher, wait,
                        context.TemplatesFolder);
-    context.Events.OnInterrupt = [&run] { run.Cancel(); };
     HealthCheckResult outcome;
     {
+        const CancelOnInterrupt cancel(context.Events, [&run] { run.Cancel(); });
         ProgressBar bar;
         outcome = run.Run(options, {.Progress = [&bar](double share) { bar.Show(share); }});
     }
-    context.Events.OnInterrupt = nullptr;
 
     CommandResult result;
     result.Status = StatusOf(outcome.End);

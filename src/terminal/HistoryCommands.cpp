@@ -5,8 +5,8 @@
 #include "calibration/RunJournal.h"
 #include "calibration/UnfinishedRuns.h"
 #include "healthcheck/RecordedHealthCheck.h"
+#include "platform/DateText.h"
 #include "platform/FolderDrive.h"
-#include "support/Text.h"
 #include "terminal/ProcedureResult.h"
 #include "terminal/TerminalStages.h"
 

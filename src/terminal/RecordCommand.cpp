@@ -11,13 +11,12 @@ namespace ombrix {
 CommandResult RunRecord(CommandContext& context, double seconds) {
     ChosenBoard(context);
     TimedRecording recording(context.TheStation);
-    context.Events.OnInterrupt = [&recording] { recording.Cancel(); };
     ProcedureOutcome outcome;
     {
+        const CancelOnInterrupt cancel(context.Events, [&recording] { recording.Cancel(); });
         ProgressBar bar;
         outcome = recording.Run(seconds, [&bar](double share) { bar.Show(share); });
     }
-    context.Events.OnInterrupt = nullptr;
     CommandResult result;
     result.Json["lines"] = recording.Lines();
     result.Text = fmt::format("{} lines\n", recording.Lines());

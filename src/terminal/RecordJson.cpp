@@ -1,5 +1,6 @@
 #include "terminal/RecordJson.h"
 
+#include "platform/DateText.h"
 #include "support/Text.h"
 
 namespace ombrix {

@@ -33,10 +33,8 @@ class TerminalRig final : public TestRigView {
 TestRigResult RunLoopThrough(CommandContext& context) {
     TerminalRig view;
     TestRigRun run(context.TheStation, view);
-    context.Events.OnInterrupt = [&run] { run.Cancel(); };
-    TestRigResult result = run.Run(TestRigJob::LoopThrough);
-    context.Events.OnInterrupt = nullptr;
-    return result;
+    const CancelOnInterrupt cancel(context.Events, [&run] { run.Cancel(); });
+    return run.Run(TestRigJob::LoopThrough);
 }
 
 clsAIB& FirstBoard(CommandContext& context) {

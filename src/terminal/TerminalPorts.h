@@ -9,6 +9,7 @@
 #include <chrono>
 #include <functional>
 #include <string>
+#include <utility>
 
 namespace ombrix {
 
@@ -27,6 +28,20 @@ class TerminalEventPump final : public EventPump {
   private:
     Interrupts& m_Interrupts;
     std::chrono::steady_clock::time_point m_LastLook;
+};
+
+/// While it lives, an interrupt cancels a procedure.
+class CancelOnInterrupt {
+  public:
+    CancelOnInterrupt(TerminalEventPump& events, std::function<void()> cancel) : m_Events(events) {
+        m_Events.OnInterrupt = std::move(cancel);
+    }
+    ~CancelOnInterrupt() { m_Events.OnInterrupt = nullptr; }
+    CancelOnInterrupt(const CancelOnInterrupt&) = delete;
+    CancelOnInterrupt& operator=(const CancelOnInterrupt&) = delete;
+
+  private:
+    TerminalEventPump& m_Events;
 };
 
 /// The operator at a terminal: messages and prompts on standard error, answers from standard

@@ -18,11 +18,9 @@ using Json = nlohmann::ordered_json;
 /// Runs a test under a progress bar; an interrupt cancels it meanwhile.
 template <class Test, class Work>
 auto RunShown(CommandContext& context, Test& test, const Work& work) {
-    context.Events.OnInterrupt = [&test] { test.Cancel(); };
+    const CancelOnInterrupt cancel(context.Events, [&test] { test.Cancel(); });
     ProgressBar bar;
-    const auto result = work(BenchTestView{.Progress = [&bar](double share) { bar.Show(share); }});
-    context.Events.OnInterrupt = nullptr;
-    return result;
+    return work(BenchTestView{.Progress = [&bar](double share) { bar.Show(share); }});
 }
 
 SweepPlan PlanOf(const SweepOptions& options) {

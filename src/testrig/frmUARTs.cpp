@@ -1,9 +1,9 @@
 #include "testrig/frmUARTs.h"
 
+#include "platform/DateText.h"
 #include "support/Controls.h"
 #include "support/Guarded.h"
 #include "support/QtText.h"
-#include "support/Text.h"
 #include "support/ValueLabel.h"
 #include "testrig/UARTChannel.h"
 

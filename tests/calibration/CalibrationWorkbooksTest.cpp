@@ -4,9 +4,9 @@
 #include "calibration/CalibrationBench.h"
 #include "calibration/CalibrationReport.h"
 #include "calibration/MeasuredChannels.h"
+#include "platform/DateText.h"
 #include "support/FullDisk.h"
 #include "support/NoConverter.h"
-#include "support/Text.h"
 
 #include <gtest/gtest.h>
 

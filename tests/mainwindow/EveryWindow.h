@@ -81,6 +81,8 @@ inline void ShowHistory(const Visit& visit) {
 
 inline void ShowRestore(const Visit& visit) {
     frmRestoreEPROM window("ACU00301_20240315_140509_EPROM To All.bin",
+                           "This is the EPROM of another unit: ACU00301. It is about to go into "
+                           "ACU00302.",
                            {{1024, "MFC number", "\"M9200301A\"", "\"M9200123Z\""}}, nullptr);
     window.show();
     visit(window);

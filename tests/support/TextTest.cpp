@@ -1,5 +1,7 @@
 #include "support/Text.h"
 
+#include "platform/DateText.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>

@@ -1,5 +1,7 @@
 #include "support/xlsx/WorkbookPath.h"
 
+#include "platform/FreePath.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -53,10 +55,7 @@ std::string FreePathBeside(std::string_view path, std::string_view currentFolder
                            std::string_view otherwise, const Drive& files) {
     std::string stem = FullPath(FileNameOf(path).empty() ? otherwise : path, currentFolder);
     stem.resize(stem.size() - Extension(stem).size());
-    std::string candidate = stem + ".xlsx";
-    for (int number = 2; files.FileExists(candidate); ++number)
-        candidate = fmt::format("{} ({}).xlsx", stem, number);
-    return candidate;
+    return FreePath(files, stem, ".xlsx");
 }
 
 } // namespace ombrix::xlsx

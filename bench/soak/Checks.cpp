@@ -72,6 +72,8 @@ bool OutputsAreSafe(SoakWorld& world) {
     for (std::int32_t channel = 0; channel < SimulatedBoard::AnalogChannels; ++channel)
         if (board.DAC(channel) != 0)
             return false;
+    if (board.FlowSetPoint(0) != 0 || board.FlowSetPoint(1) != 0)
+        return false;
     return board.FlowReading(0, world.Now_s()) + board.FlowReading(1, world.Now_s()) < noFlow_bits;
 }
 

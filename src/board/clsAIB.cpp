@@ -118,6 +118,7 @@ AIBStatus clsAIB::MFCSetFlowRate(std::int32_t channel, float percent) {
     if (!m_MFCReady)
         return Status::NoError;
     m_MayDrive = m_MayDrive || percent > 0.0F;
+    m_SetPointStands = m_SetPointStands || percent > 0.0F;
     const std::int32_t setPoint = RoundHalfEven(percent / 100.0F * MFCFullScale);
     return CheckStatus(m_Services.Library.MFCSetFlowrate(
         m_Index, channel, std::clamp(setPoint, 0, static_cast<std::int32_t>(MFCFullScale))));
@@ -157,18 +158,25 @@ std::int32_t clsAIB::DAC(std::int32_t channel) const {
 }
 
 bool clsAIB::SwitchOutputsOff() noexcept {
-    bool taken = true;
-    const auto tryCall = [&taken](auto call) {
-        try {
-            taken = call() == Status::NoError && taken;
-        } catch (const std::exception&) {
-            taken = false;
+    const auto takesZeros = [](std::int32_t channels, auto sendZero) {
+        bool taken = true;
+        for (std::int32_t channel = 0; channel < channels; ++channel) {
+            try {
+                taken = sendZero(channel) == Status::NoError && taken;
+            } catch (const std::exception&) {
+                taken = false;
+            }
         }
+        return taken;
     };
-    for (std::int32_t channel = 0; channel < AirChannels && HasDigitalMFCs(); ++channel)
-        tryCall([&] { return m_Services.Library.MFCSetFlowrate(m_Index, channel, 0); });
-    for (std::int32_t channel = 0; channel < DACChannels; ++channel)
-        tryCall([&] { return m_Services.Library.SetDAC(m_Index, channel, 0); });
+    const bool setPointsOff = takesZeros(AirChannels, [this](std::int32_t channel) {
+        return m_Services.Library.MFCSetFlowrate(m_Index, channel, 0);
+    });
+    const bool outputsOff = takesZeros(DACChannels, [this](std::int32_t channel) {
+        return m_Services.Library.SetDAC(m_Index, channel, 0);
+    });
+    const bool taken = outputsOff && (setPointsOff || !(HasDigitalMFCs() || m_SetPointStands));
+    m_SetPointStands = m_SetPointStands && !setPointsOff;
     m_DAC.fill(0);
     m_MayDrive = m_MayDrive && !taken;
     m_StatusOK = m_StatusOK && taken;

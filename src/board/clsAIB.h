@@ -101,9 +101,10 @@ class clsAIB {
     AIBStatus SetDAC(std::int32_t channel, std::int32_t value);
     /// The value last requested for a DAC channel.
     std::int32_t DAC(std::int32_t channel) const;
-    /// Sets every output to zero: the DACs and, where the board has digital MFCs, their demands
-    /// too, whatever mode is selected and whether they are ready or not. Each is tried, also
-    /// after another has failed. True when the board has taken them all.
+    /// Sets every output to zero: the DACs and the digital set-points, whatever the board is,
+    /// whatever mode is selected and whether the MFCs are ready or not. Each is tried, also after
+    /// another has failed. True when the board has taken all that it can have been told to drive:
+    /// a board without digital MFCs may refuse their link, unless a set-point was sent to it.
     bool SwitchOutputsOff() noexcept;
     /// An output was told something else than zero and the board has not taken all the zeros of
     /// SwitchOutputsOff since.
@@ -185,6 +186,8 @@ class clsAIB {
     bool m_DigitalSetup = false;
     bool m_StatusOK = false;
     bool m_MayDrive = false;
+    /// A set-point above zero was sent and SwitchOutputsOff has not taken it back since.
+    bool m_SetPointStands = false;
     std::array<std::int32_t, DACChannels> m_DAC{};
     bool m_MFCReady = false;
     /// Not owned; none while the EPROM is not being written.

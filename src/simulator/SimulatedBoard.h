@@ -46,6 +46,9 @@ class SimulatedBoard {
     std::int32_t DAC(std::int32_t channel) const {
         return m_Outputs.DAC.at(static_cast<std::size_t>(channel));
     }
+    std::int32_t FlowSetPoint(std::int32_t channel) const {
+        return m_Outputs.SetPoint.at(static_cast<std::size_t>(channel));
+    }
     /// An analog input in bits, fed by the unit's own sensors.
     std::int32_t AnalogInput(std::int32_t channel, double now_s);
     /// A signal of so many bits as an analog input reads it.

@@ -50,6 +50,24 @@ TEST_F(DrivingProcedureTest, OutputsOfTheModeThatIsNotSelectedAreSwitchedOffToo)
     clsAIB& board = refusing.Detect();
     board.IsDigitalSetup(false);
     EXPECT_FALSE(board.SwitchOutputsOff()) << "the digital demands were not tried";
+
+    const Faults noLink = Faults::Parse(std::vector<std::string>{"status:32@MFCSetFlowrate"});
+    for (const std::int32_t index : {0, 1}) { // analog MFCs by USB, FireWire
+        TestBench analog("pair");
+        clsAIB& driven = analog.Detect(index);
+        analog.Bench.SetFaults(noLink);
+        driven.SetDAC(0, 30000);
+        EXPECT_TRUE(driven.SwitchOutputsOff()) << "a link that was never used matters to nobody";
+        analog.Bench.SetFaults({});
+        driven.IsDigitalSetup(true);
+        driven.SetDAC(0, 30000);
+        driven.IsDigitalSetup(false);
+        analog.Bench.SetFaults(noLink);
+        EXPECT_FALSE(driven.SwitchOutputsOff());
+        analog.Bench.SetFaults({});
+        EXPECT_TRUE(driven.SwitchOutputsOff());
+        EXPECT_LT(analog.FlowLater_bits(index), TestBench::NoFlow_bits);
+    }
 }
 
 TEST_F(DrivingProcedureTest, WhatTheOperatorDrivesGoesOnWhenNothingWasDriven) {

@@ -73,10 +73,13 @@ const std::vector<Procedure> Filing = {
     {"The test of the digital MFCs has been stopped.", "acu", 15.0, &BenchTestEnds::RunDigitalMFCs},
     {"The air test has been stopped.", "acu", 10.0, &BenchTestEnds::RunSweep},
     {"The test rig job has been stopped.", "rig", 10.0, &BenchTestEnds::RunRig}};
-const Procedure Speed = {"The speed test has been stopped.", "acu", 0.5, &BenchTestEnds::RunSpeed};
+// Set-points go out also to a board that has analog MFCs only.
+const std::vector<Procedure> Speed = {
+    {"The speed test has been stopped.", "acu", 0.5, &BenchTestEnds::RunSpeed},
+    {"The speed test has been stopped.", "plain", 2.5, &BenchTestEnds::RunSpeed}};
 
 INSTANTIATE_TEST_SUITE_P(Filing, BenchTestEnds, ::testing::ValuesIn(Filing));
-INSTANTIATE_TEST_SUITE_P(Speed, BenchTestEnds, ::testing::Values(Speed));
+INSTANTIATE_TEST_SUITE_P(Speed, BenchTestEnds, ::testing::ValuesIn(Speed));
 INSTANTIATE_TEST_SUITE_P(Filing, BenchTestDisk, ::testing::ValuesIn(Filing));
 
 TEST_P(BenchTestEnds, CancelAndTheEndOfTheProgramKeepWhatWasMeasured) {

@@ -8,6 +8,7 @@
 #include "simulator/SimulatorFolder.h"
 #include "support/TemporaryFolder.h"
 
+#include <algorithm>
 #include <deque>
 #include <functional>
 #include <map>
@@ -139,14 +140,18 @@ class TestBench {
     BoardServices Services;
     Station TheStation;
 
-    /// What flows on a board's channels a few seconds later, both together in bits.
+    /// What flows on a board's channels a few seconds later, both together in bits. A set-point
+    /// that stands counts, even where an analog demand came after it: it would flow again.
     std::int32_t FlowLater_bits(std::int32_t index = 0) {
         constexpr double settled_s = 5.0;
         Time.Advance(settled_s);
         const double now_s =
             static_cast<double>(Time.Counter()) / static_cast<double>(Time.Frequency());
         SimulatedBoard& board = Bench.Board(index);
-        return board.FlowReading(0, now_s) + board.FlowReading(1, now_s);
+        std::int32_t flow_bits = 0;
+        for (const std::int32_t channel : {0, 1})
+            flow_bits += std::max(board.FlowReading(channel, now_s), board.FlowSetPoint(channel));
+        return flow_bits;
     }
     static constexpr std::int32_t NoFlow_bits = 40;
 

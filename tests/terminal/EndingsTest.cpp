@@ -133,6 +133,13 @@ TEST_F(Endings, BoardThatDoesNotAnswerKeepsItsMarkUntilItTakesTheZeros) {
 
 TEST_F(Endings, BoardOfAnotherProgramIsNeitherDrivenNorSwitchedOff) {
     const pid_t other = Start(OMBRIXCTL, Sweep);
+TEST_F(Endings, SpeedTestLeavesNoSetPointAtABoardWithAnalogMFCs) {
+    for (const char* bench : {"--simulate=plain", "--simulate=pair --board 1"}) {
+        EXPECT_EQ(Run(std::string(bench) + " test speed").Status, 0) << Errors();
+        ExpectSafe();
+    }
+}
+
     ASSERT_TRUE(Await([this] { return Outputs() > 0; }));
     const std::string holder = fmt::format("ombrixctl, process {} on", other);
     for (const char* command : {"dac 0 0", "uart set 0 0", "test air-sweep", "health-check --short",

@@ -110,7 +110,8 @@ CommandResult RunCommand(const ChosenCommand& command, const StationOptions& opt
         // A script must not go on beside a unit that may be blowing.
         if (context.TheStation.AirMayFlow && result.Status == ExitStatus::Done) {
             result.Status = ExitStatus::NotPassed;
-            result.Error = "The outputs could not be set to zero: air may still be flowing.";
+            result.Error = "Outputs that were left on could not be set to zero: air may still be "
+                           "flowing.";
         }
         log.Ended(fmt::format("exit status {} {}", static_cast<int>(result.Status), result.Error));
         return result;

@@ -38,6 +38,7 @@ void TellOfMissingBoards(Station& station) {
     }
     if (missing.empty())
         return;
+    station.AirMayFlow = true;
     const std::string text =
         "A board was left with its outputs on and is not there now: AIR MAY STILL BE "
         "FLOWING.\r\n\r\n" +

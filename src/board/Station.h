@@ -25,7 +25,8 @@ struct Station {
     std::string g_AutoSaveFolder;
     ProcedureGate Procedures;
     BoardClaims Claims;
-    /// A board has not let its outputs be switched off since the program's start.
+    /// Since the program's start a board has not let its outputs be switched off, or one that was
+    /// left with its outputs on has not been found.
     bool AirMayFlow = false;
 };
 

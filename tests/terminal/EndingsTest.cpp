@@ -120,19 +120,19 @@ TEST_P(EndedWhileDriving, NoAirFlowsAfterwardsOrTheNextStartSwitchesItOff) {
 }
 
 TEST_F(Endings, BoardThatDoesNotAnswerKeepsItsMarkUntilItTakesTheZeros) {
-    Run("--simulate --time-scale max --fault unplug@5 test air-sweep");
+    EXPECT_EQ(RunSimulated("--time-scale max --fault unplug@5 test air-sweep").Status, 1);
     EXPECT_GT(Outputs(), 0);
     EXPECT_NE(Errors().find("AIR MAY STILL BE FLOWING"), std::string::npos);
     EXPECT_NE(Errors().find("close the air supply"), std::string::npos);
-    RunSimulated("--fault status:32@SetDAC detect");
+    EXPECT_EQ(Run("--simulate=plain adc").Status, 1) << "the marked board is missing";
+    EXPECT_NE(Errors().find("is not there now: AIR MAY STILL BE FLOWING"), std::string::npos);
+    EXPECT_EQ(RunSimulated("--fault status:32@SetDAC detect").Status, 1);
     EXPECT_NE(Errors().find("AIR MAY STILL BE FLOWING"), std::string::npos);
     EXPECT_EQ(Marks(), 1U);
-    RunSimulated("detect");
+    EXPECT_EQ(RunSimulated("detect").Status, 0);
     ExpectSafe();
 }
 
-TEST_F(Endings, BoardOfAnotherProgramIsNeitherDrivenNorSwitchedOff) {
-    const pid_t other = Start(OMBRIXCTL, Sweep);
 TEST_F(Endings, SpeedTestLeavesNoSetPointAtABoardWithAnalogMFCs) {
     for (const char* bench : {"--simulate=plain", "--simulate=pair --board 1"}) {
         EXPECT_EQ(Run(std::string(bench) + " test speed").Status, 0) << Errors();
@@ -140,6 +140,8 @@ TEST_F(Endings, SpeedTestLeavesNoSetPointAtABoardWithAnalogMFCs) {
     }
 }
 
+TEST_F(Endings, BoardOfAnotherProgramIsNeitherDrivenNorSwitchedOff) {
+    const pid_t other = Start(OMBRIXCTL, Sweep);
     ASSERT_TRUE(Await([this] { return Outputs() > 0; }));
     const std::string holder = fmt::format("ombrixctl, process {} on", other);
     for (const char* command : {"dac 0 0", "uart set 0 0", "test air-sweep", "health-check --short",

@@ -54,14 +54,17 @@ void TellAirMayFlow(Station& station, const Boards& boards) noexcept {
     }
 }
 
-void SwitchAllOff(Station& station) noexcept {
+bool SwitchAllOff(Station& station) noexcept {
+    bool allOff = true;
     Boards driven;
     for (const auto& board : station.g_AIBList.Boards()) {
         const std::int32_t serial = board->DevSerialNum();
         if (!station.Claims.IsOurs(serial))
             continue;
         const bool mayDrive = board->MayDrive();
-        if (board->SwitchOutputsOff()) {
+        const bool off = board->SwitchOutputsOff();
+        allOff = allOff && off;
+        if (off) {
             RemoveMark(station.World, serial);
         } else if (mayDrive) {
             driven.push_back(board);
@@ -69,6 +72,7 @@ void SwitchAllOff(Station& station) noexcept {
         }
     }
     TellAirMayFlow(station, driven);
+    return allOff;
 }
 
 } // namespace ombrix

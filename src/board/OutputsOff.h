@@ -19,6 +19,7 @@ void TellAirMayFlow(Station& station, const Boards& boards) noexcept;
 /// Switches off the outputs of every board that was detected last, except those that another
 /// program has. Tells of those that may drive air and do not take it, and marks them for the
 /// next start.
-void SwitchAllOff(Station& station) noexcept;
+/// @return whether every board has taken it
+bool SwitchAllOff(Station& station) noexcept;
 
 } // namespace ombrix

@@ -104,5 +104,24 @@ TEST_P(SafeEndTest, OpenDialogIsRefusedAndNoneIsOpenedAfterwards) {
     ExpectEnded();
 }
 
+TEST(SafeEndAfterError, OutputsThatABoardDoesNotSwitchOffAreNotSaidToBeOff) {
+    for (const bool driven : {false, true}) {
+        WindowBench bench;
+        QtOperator messages;
+        StopSignals stopSignals;
+        SafeEnd safeEnd(bench.Bench.TheStation, bench.Window, messages, stopSignals, [] {});
+        if (driven)
+            bench.Find<QSlider>("sldDACValue_0").setValue(20000);
+        bench.Bench.Bench.SetFaults(Faults::Parse(std::vector<std::string>{"status:32@SetDAC"}));
+        safeEnd.EndAfterError("no such tab");
+        // What names a driven board comes before it.
+        const std::string text = bench.Bench.Messages.Shown.at(driven ? 1 : 0).Text;
+        EXPECT_TRUE(text.starts_with("no such tab")) << text;
+        EXPECT_EQ(text.find("have been switched off"), std::string::npos) << text;
+        EXPECT_NE(text.find("AIR MAY STILL BE FLOWING"), std::string::npos) << text;
+        EXPECT_NE(text.find("close the air supply"), std::string::npos) << text;
+    }
+}
+
 } // namespace
 } // namespace ombrix

@@ -64,9 +64,11 @@ bool SwitchAllOff(Station& station) noexcept {
         const bool mayDrive = board->MayDrive();
         const bool off = board->SwitchOutputsOff();
         allOff = allOff && off;
+        if (!mayDrive)
+            continue;
         if (off) {
             RemoveMark(station.World, serial);
-        } else if (mayDrive) {
+        } else {
             driven.push_back(board);
             MarkForNextStart(station.World, serial);
         }

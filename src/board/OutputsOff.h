@@ -18,7 +18,8 @@ void TellAirMayFlow(Station& station, const Boards& boards) noexcept;
 
 /// Switches off the outputs of every board that was detected last, except those that another
 /// program has. Tells of those that may drive air and do not take it, and marks them for the
-/// next start.
+/// next start. A mark that was left before this program drove the board stays for the next
+/// detection: an FPGA without its program may take zeros that do nothing.
 /// @return whether every board has taken it
 bool SwitchAllOff(Station& station) noexcept;
 

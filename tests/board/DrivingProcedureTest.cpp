@@ -109,6 +109,17 @@ TEST(OutputsOff, BoardThatRefusesOneOutputIsToldAboutAndTheOthersAreOff) {
     EXPECT_TRUE(FindMark(bench.World, 301)) << "for the next start";
 }
 
+TEST(OutputsOff, MarkOfAnEarlierProgramStaysForTheDetectionThatProgramsTheBoard) {
+    TestBench bench;
+    bench.Detect();
+    LeaveMark(bench.World, 301, "air test");
+    EXPECT_TRUE(SwitchAllOff(bench.TheStation)); // as at the end for want of an FPGA file
+    EXPECT_TRUE(FindMark(bench.World, 301)) << "an FPGA without its program may have taken nothing";
+    bench.TheStation.g_CurrentAIB->SetDAC(2, 30000);
+    EXPECT_TRUE(SwitchAllOff(bench.TheStation));
+    EXPECT_FALSE(FindMark(bench.World, 301));
+}
+
 TEST(Recovery, AMarkedBoardThatIsNotThereIsWarnedOf) {
     TestBench bench("none");
     LeaveMark(bench.World, 301, "air test");

@@ -9,7 +9,9 @@
 #include "mainwindow/SafeEnd.h"
 #include "mainwindow/WindowPlace.h"
 #include "mainwindow/frmAIBAccessories.h"
+#include "platform/AtExit.h"
 #include "platform/CrashReport.h"
+#include "platform/ProgramLog.h"
 
 #include <CLI/CLI.hpp>
 #include <QIcon>
@@ -34,6 +36,14 @@ std::string TextAbout(const std::exception& error, const CrashReport& crash) {
     return UnexpectedErrorText(error, crash.WriteException(error));
 }
 
+/// The toolkit calls exit where its connection to the display breaks, in the middle of whatever
+/// runs: no window is closed, no procedure ends.
+void EndWithoutDisplay(Station& station, QtOperator& messages) noexcept {
+    WriteLog(station.World, "The windows are gone, as when their display ends: outputs off");
+    messages.DisplayIsGone();
+    SwitchAllOff(station);
+}
+
 int RunWindows(const StationOptions& options, SafeApplication& application,
                StopSignals& stopSignals, const CrashReport& crash) {
     QtEventPump events;
@@ -47,6 +57,7 @@ int RunWindows(const StationOptions& options, SafeApplication& application,
                                   Assembly::TemplatesFolder(), OMBRIX_VERSION,
                                   assembly.OptionsText()});
         end.BeforeEnd = [&assembly] { SwitchAllOff(assembly.TheStation()); };
+        const AtExit withoutDisplay([&] { EndWithoutDisplay(assembly.TheStation(), messages); });
         SafeEnd safeEnd(assembly.TheStation(), window, messages, stopSignals,
                         [&events] { events.EndProgram(); });
         application.OnUnexpectedError = [&](const std::exception& error) {

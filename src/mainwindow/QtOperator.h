@@ -14,6 +14,8 @@ class QtOperator final : public Operator {
     /// Nobody is there any more: open dialogs are refused, and so is everything asked from now
     /// on; what is told goes to standard error.
     void StopAsking();
+    /// The same where even the windows cannot be touched any more, because their display is gone.
+    void DisplayIsGone() { m_NobodyIsThere = true; }
 
   private:
     bool m_NobodyIsThere = false;

@@ -33,16 +33,15 @@ class Assembly {
     ~Assembly();
 
     Station& TheStation() { return *m_Station; }
-    Drive& Files() { return m_Drive; }
     Clock& Time() { return *m_Clock; }
     SpreadsheetLauncher Launcher();
     /// Path of the folder with the report templates, ended by a backslash.
     static std::string TemplatesFolder();
     /// The options in use, a line each.
     std::string OptionsText() const;
-    bool IsSimulated() const { return !m_Options.Bench.empty(); }
 
   private:
+    bool IsSimulated() const { return !m_Options.Bench.empty(); }
     std::unique_ptr<AIBControl> MakeLibrary() const;
     void LogStart();
 

@@ -59,8 +59,8 @@ void AddStationOptions(CLI::App& app, StationOptions& options) {
     options.DataRoot = DefaultDataRoot();
     CLI::Option* simulate =
         app.add_flag("--simulate{acu}", options.Bench,
-                     "Use the simulated bench of that name: acu, fresh, plain, pair, rig, "
-                     "airflow or none; alone it means acu")
+                     "Use the simulated bench of that name: " + BenchNames("or") +
+                         "; alone it means acu")
             ->check(CheckBench);
     app.add_option("--library", options.Library, "The board library to load")
         ->type_name("FILE")

@@ -27,11 +27,24 @@ BoardDescription CalibratedBoard(BusType bus, std::int32_t serial, std::int32_t 
     return board;
 }
 
+std::vector<BoardDescription> ACUBench() {
+    return {CalibratedBoard(BusType::Usb, 301, 1, "M9200301A")};
+}
+
+std::vector<BoardDescription> FreshBench() {
+    return {Board(BusType::Usb, 302, 0)};
+}
+
 std::vector<BoardDescription> PlainBench() {
     BoardDescription board = CalibratedBoard(BusType::Usb, 303, 0, "M9200303C");
     board.Unit.SolenoidValves = false;
     board.Unit.MaxPressure_mBar = 400.0F;
     return {board};
+}
+
+std::vector<BoardDescription> PairBench() {
+    return {CalibratedBoard(BusType::Usb, 123, 0, "M9200123B"),
+            CalibratedBoard(BusType::FireWire, 7, 0, "M9200007E")};
 }
 
 std::vector<BoardDescription> RigBench() {
@@ -48,27 +61,44 @@ std::vector<BoardDescription> AirFlowBench() {
     return {CalibratedBoard(BusType::Usb, 161, 0, "M9200161D"), measure};
 }
 
+std::vector<BoardDescription> NoBoards() {
+    return {};
+}
+
+struct NamedBench {
+    std::string_view Name;
+    std::vector<BoardDescription> (*Boards)();
+};
+
+constexpr std::array<NamedBench, 7> Benches = {{{"acu", ACUBench},
+                                                {"fresh", FreshBench},
+                                                {"plain", PlainBench},
+                                                {"pair", PairBench},
+                                                {"rig", RigBench},
+                                                {"airflow", AirFlowBench},
+                                                {"none", NoBoards}}};
+
 } // namespace
 
 std::vector<BoardDescription> DescribeBench(std::string_view name) {
-    if (name == "acu")
-        return {CalibratedBoard(BusType::Usb, 301, 1, "M9200301A")};
-    if (name == "fresh")
-        return {Board(BusType::Usb, 302, 0)};
-    if (name == "plain")
-        return PlainBench();
-    if (name == "pair")
-        return {CalibratedBoard(BusType::Usb, 123, 0, "M9200123B"),
-                CalibratedBoard(BusType::FireWire, 7, 0, "M9200007E")};
-    if (name == "rig")
-        return RigBench();
-    if (name == "airflow")
-        return AirFlowBench();
-    if (name == "none")
-        return {};
-    throw BenchError(fmt::format("There is no simulated bench \"{}\". Benches are acu, fresh, "
-                                 "plain, pair, rig, airflow and none.",
-                                 name));
+    for (const NamedBench& bench : Benches) {
+        if (bench.Name == name)
+            return bench.Boards();
+    }
+    throw BenchError(fmt::format("There is no simulated bench \"{}\". Benches are {}.", name,
+                                 BenchNames("and")));
+}
+
+std::string BenchNames(std::string_view conjunction) {
+    std::string names;
+    for (const NamedBench& bench : Benches) {
+        if (&bench == &Benches.back())
+            names += fmt::format(" {} ", conjunction);
+        else if (&bench != &Benches.front())
+            names += ", ";
+        names += bench.Name;
+    }
+    return names;
 }
 
 double BackPressure_mBar(double flow_ml_m) {

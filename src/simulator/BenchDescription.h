@@ -42,9 +42,11 @@ class BenchError : public std::invalid_argument {
     using std::invalid_argument::invalid_argument;
 };
 
-/// The boards of a bench: "acu", "fresh", "plain", "pair", "rig", "airflow" or "none".
-/// @throws BenchError
+/// The boards of the bench of that name. @throws BenchError
 std::vector<BoardDescription> DescribeBench(std::string_view name);
+
+/// The names of all benches for a sentence. @param conjunction before the last ("and")
+std::string BenchNames(std::string_view conjunction);
 
 /// Back-pressure in mBar of an open 50 mm base at a flow.
 double BackPressure_mBar(double flow_ml_m);

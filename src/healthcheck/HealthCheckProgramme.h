@@ -22,6 +22,7 @@ struct StepPlan {
     bool operator==(const StepPlan&) const = default;
 };
 
+/// One sequence of a health check: its steps run one after the other and fill one sheet.
 struct SequencePlan {
     /// Name of its sheet in the report; a name taken in the workbook gets " (2)", … appended.
     std::string SheetName;

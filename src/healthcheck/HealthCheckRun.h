@@ -25,6 +25,8 @@ struct SequenceResult {
     bool RecordFull = false;
 };
 
+/// What became of a health check. Errors of the board and of the report stand in it and are not
+/// thrown.
 struct HealthCheckResult {
     /// Failed: the run was stopped by an error. NotSaved: there is no report, or not where it
     /// belongs.

@@ -13,6 +13,8 @@ struct RecordedStep {
     std::vector<clsMFCStep::Sample> Samples;
 };
 
+/// A sequence of a journal, whole or up to where the run was cut off: its sheet in the report and
+/// its steps. A step that was not reached has no samples.
 struct RecordedSequence {
     std::string Sheet;
     std::vector<RecordedStep> Steps;

@@ -15,6 +15,7 @@ namespace ombrix {
 
 class TestLog;
 
+/// What became of an air flow test. Errors are in the outcome; the operator has been told of them.
 struct AirFlowResult {
     ProcedureOutcome Outcome;
     /// Which boards are missing, as the operator has been told; empty when all were there.

@@ -11,9 +11,10 @@
 
 namespace ombrix {
 
+/// What became of a test of the digital MFCs, and what it compares; errors are in the outcome.
 struct DigitalMFCResult {
     ProcedureOutcome Outcome;
-    /// Zero for the steps that were not measured.
+    /// In bits; zero for the steps that were not measured.
     DigitalMFCRecord::StepMeans Means{};
 };
 

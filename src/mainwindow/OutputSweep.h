@@ -38,6 +38,7 @@ struct SweepPlan {
     double Delay_s = 0.0;
 };
 
+/// What became of a sweep; errors are in the outcome, the readings in its file.
 struct SweepResult {
     ProcedureOutcome Outcome;
     /// Levels that were measured.

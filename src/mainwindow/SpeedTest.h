@@ -12,6 +12,8 @@
 
 namespace ombrix {
 
+/// What became of a speed test: how long all pairs of writes took in each mode, 0 for a mode that
+/// was not measured to its end. Errors are in the outcome.
 struct SpeedResult {
     ProcedureOutcome Outcome;
     double Analog_s = 0.0;

@@ -14,6 +14,7 @@
 
 namespace ombrix {
 
+/// Which bench is simulated, with what faults, and where it keeps what its boards store.
 struct BenchOptions {
     /// Name of the bench, see DescribeBench.
     std::string Bench = "acu";

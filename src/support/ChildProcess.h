@@ -7,6 +7,7 @@
 
 namespace ombrix {
 
+/// How a program that was run has ended; that it did not start is an outcome too, no exception.
 struct ChildOutcome {
     enum Kind { Exited, Killed, TimedOut, NotStarted };
     Kind Kind = NotStarted;

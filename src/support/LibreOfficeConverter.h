@@ -9,6 +9,7 @@
 
 namespace ombrix {
 
+/// Which LibreOffice converts, where, and how long it may take.
 struct LibreOfficeSettings {
     /// A name to be found on the search path, or a path.
     std::string Program = "soffice";

@@ -72,6 +72,7 @@ struct SheetBox {
 
 class Worksheet;
 
+/// A chart on a sheet. All operations throw SpreadsheetError, as for a series that is not there.
 class Chart {
   public:
     virtual ~Chart() = default;
@@ -87,6 +88,8 @@ class Chart {
     virtual void SetSeriesAxisGroup(int series, AxisGroup group) = 0;
 };
 
+/// A sheet of a workbook, which owns it; it is addressed in A1 style, and lives as long as its
+/// workbook. Rows and positions count from 1. All operations throw SpreadsheetError.
 class Worksheet {
   public:
     virtual ~Worksheet() = default;
@@ -124,6 +127,8 @@ class Worksheet {
 
 class SpreadsheetApplication;
 
+/// A workbook that is open in its application, which owns it. References to it and to its sheets
+/// and charts are valid until it is closed. All operations throw SpreadsheetError.
 class Workbook {
   public:
     virtual ~Workbook() = default;

@@ -17,6 +17,8 @@ struct TestRigStep {
     std::string Remark;
 };
 
+/// What became of a job of the test rig. A step can fail although the procedure has completed: its
+/// check was not passed.
 struct TestRigResult {
     ProcedureOutcome Procedure;
     std::vector<TestRigStep> Steps;

@@ -72,10 +72,7 @@ Ending HealthCheck(SoakProgram& program) {
                        SoakProgram::Templates);
     program.Cancel = [&run] { run.Cancel(); };
     constexpr std::array options = {HealthCheckOption::Short, HealthCheckOption::LowCh2};
-    const HealthCheckResult result = run.Run(options, {});
-    constexpr std::array<Ending::Kind, 4> kinds = {Ending::Kind::Passed, Ending::Kind::Cancelled,
-                                                   Ending::Kind::Stopped, Ending::Kind::NotStored};
-    return {kinds.at(static_cast<std::size_t>(result.End)), false, result.Error, result.Files};
+    return EndingOf(run.Run(options, {}));
 }
 
 Ending Recording(SoakProgram& program) {

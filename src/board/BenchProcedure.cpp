@@ -9,20 +9,6 @@
 
 namespace ombrix {
 
-namespace {
-
-std::string EndOf(const ProcedureOutcome& outcome) {
-    switch (outcome.Ended) {
-    case ProcedureOutcome::End::Cancelled: return "cancelled";
-    case ProcedureOutcome::End::Failed: return "failed: " + outcome.Error;
-    case ProcedureOutcome::End::NotStored: return "not stored: " + outcome.Error;
-    case ProcedureOutcome::End::Completed: break;
-    }
-    return "completed";
-}
-
-} // namespace
-
 void RunBenchProcedure(Station& station, const std::string& name, DrivenBoards driven,
                        ProcedureOutcome& outcome, const std::function<bool()>& body) {
     ProcedureLog log(station.World, "The " + name);

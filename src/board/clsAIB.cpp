@@ -11,7 +11,7 @@ namespace ombrix {
 
 namespace {
 
-constexpr std::int32_t AirChannels = 2;
+constexpr std::int32_t FlowChannels = 2;
 constexpr float MFCFullScale = 32000.0F;
 
 } // namespace
@@ -147,7 +147,7 @@ AIBStatus clsAIB::GetADC_UART(std::int32_t channel, std::int32_t& value) {
 
 AIBStatus clsAIB::SetDAC(std::int32_t channel, std::int32_t value) {
     m_DAC.at(static_cast<std::size_t>(channel)) = value;
-    if (m_DigitalSetup && channel < AirChannels)
+    if (m_DigitalSetup && channel < FlowChannels)
         return SetDAC_UART(channel, value);
     m_MayDrive = m_MayDrive || value != 0;
     return CheckStatus(m_Services.Library.SetDAC(m_Index, channel, value));
@@ -169,7 +169,7 @@ bool clsAIB::SwitchOutputsOff() noexcept {
         }
         return taken;
     };
-    const bool setPointsOff = takesZeros(AirChannels, [this](std::int32_t channel) {
+    const bool setPointsOff = takesZeros(FlowChannels, [this](std::int32_t channel) {
         return m_Services.Library.MFCSetFlowrate(m_Index, channel, 0);
     });
     const bool outputsOff = takesZeros(DACChannels, [this](std::int32_t channel) {
@@ -184,7 +184,7 @@ bool clsAIB::SwitchOutputsOff() noexcept {
 }
 
 AIBStatus clsAIB::GetADC(std::int32_t channel, std::int32_t& value) {
-    if (m_DigitalSetup && channel < AirChannels)
+    if (m_DigitalSetup && channel < FlowChannels)
         return MFCGetFlowRate(channel, value);
     return CheckStatus(m_Services.Library.GetADC(m_Index, channel, value));
 }

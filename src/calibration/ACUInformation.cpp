@@ -48,10 +48,6 @@ class InformationSheet {
     Worksheet& m_Sheet;
 };
 
-std::string Cell(char column, int row) {
-    return fmt::format("{}{}", column, row);
-}
-
 void WriteIdentity(InformationSheet& sheet, const clsAIB& board, OleDate now) {
     sheet.Set("I4", std::string("Ombrix"));
     sheet.Set("I5", now);

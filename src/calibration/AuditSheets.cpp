@@ -1,6 +1,7 @@
 #include "calibration/AuditSheets.h"
 
 #include "calibration/AirUnits.h"
+#include "calibration/CellRuns.h"
 #include "calibration/clsACUCalibration.h"
 #include "platform/DateText.h"
 #include "platform/Rounding.h"
@@ -93,10 +94,6 @@ struct ChannelColumns {
 constexpr std::array<ChannelColumns, AirChannels> Columns_PV16 = {
     {{'D', 'E', 'F', 'G', 'H', 'I', "D", "C", "$D$8"},
      {'J', 'K', 'L', 'M', 'N', 'O', "J", "I", "$D$9"}}};
-
-std::string Cell(char column, std::int32_t row) {
-    return fmt::format("{}{}", column, row);
-}
 
 /// Low demands are judged by their difference from full scale, the others by that from the
 /// demand: near zero a percentage of the demand would be too strict.

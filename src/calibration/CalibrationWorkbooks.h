@@ -23,6 +23,14 @@ struct WorkbookOutcome {
     std::string Lack = {};
 };
 
+/// Adds a workbook to what a run has written. @tparam Outcome has AllStored and Files
+template <class Outcome>
+void AddWorkbook(Outcome& outcome, const WorkbookOutcome& workbook) {
+    outcome.AllStored = outcome.AllStored && workbook.WhereItBelongs;
+    if (workbook.File)
+        outcome.Files.push_back(*workbook.File);
+}
+
 /// Name of a folder of automatically saved workbooks, from serial number, MFC number and time.
 std::string AutoSaveFolderName(Station& station, const clsACUCalibration& record);
 

@@ -309,11 +309,7 @@ void PressureRun::FinishAudit(bool passed) {
     std::transform(m_Points.begin(), m_Points.end(), flows_ml_m.begin(),
                    [](const PressureReading& point) { return point.Flow_ml_m; });
     m_Recorder.AuditSheet(true);
-    const WorkbookOutcome sheet =
-        CreateAuditSheet_PV17(m_Services, m_Record, flows_ml_m, m_AutoSave);
-    m_Outcome.AllStored = sheet.WhereItBelongs;
-    if (sheet.File)
-        m_Outcome.Files.push_back(*sheet.File);
+    AddWorkbook(m_Outcome, CreateAuditSheet_PV17(m_Services, m_Record, flows_ml_m, m_AutoSave));
     m_Log.LogCalibration("Values Written to EPROM");
     TellOperator(m_World, passed ? "ACU Pressure Audit Caibration Passed"
                                  : "ACU Pressure Audit Caibration Failed");

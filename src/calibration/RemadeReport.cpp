@@ -38,12 +38,6 @@ CalibrationServices At(const CalibrationServices& services, OleDate date) {
     return dated;
 }
 
-void Note(RemadeReport& remade, const WorkbookOutcome& workbook) {
-    remade.AllStored = remade.AllStored && workbook.WhereItBelongs;
-    if (workbook.File)
-        remade.Files.push_back(*workbook.File);
-}
-
 /// Nobody has declined the sheet of an audit that was cut off when all had been measured.
 bool WantsAuditSheet(const RecordedRun& run) {
     return CalibrationKindOf(run.Kind) == CalibrationKind::Audit &&
@@ -60,9 +54,9 @@ void MakeVelocityReport(const CalibrationServices& services, const clsACUCalibra
     }
     report.Fill(run.Velocity, run.Passed);
     if (WantsAuditSheet(run))
-        Note(remade,
-             CreateAuditSheet_PV16(At(services, run.MeasuredAt), record, run.Velocity, true));
-    Note(remade, report.Save(run.Velocity.Kind));
+        AddWorkbook(remade, CreateAuditSheet_PV16(At(services, run.MeasuredAt), record,
+                                                  run.Velocity, true));
+    AddWorkbook(remade, report.Save(run.Velocity.Kind));
 }
 
 void MakePressureSheet(const CalibrationServices& services, const clsACUCalibration& record,
@@ -70,7 +64,8 @@ void MakePressureSheet(const CalibrationServices& services, const clsACUCalibrat
     std::array<float, 5> flows_ml_m{};
     for (std::size_t i = 0; i < std::min(run.Pressure.size(), flows_ml_m.size()); ++i)
         flows_ml_m.at(i) = run.Pressure.at(i).Flow_ml_m;
-    Note(remade, CreateAuditSheet_PV17(At(services, run.MeasuredAt), record, flows_ml_m, true));
+    AddWorkbook(remade,
+                CreateAuditSheet_PV17(At(services, run.MeasuredAt), record, flows_ml_m, true));
 }
 
 } // namespace

@@ -23,10 +23,6 @@ constexpr int PointRow = 3;
 constexpr int FitRow = 13;
 constexpr int StepRow = 15;
 
-std::string Cell(const char* column, int row) {
-    return fmt::format("{}{}", column, row);
-}
-
 const char* StateText(ChannelState state, CalibrationKind kind) {
     switch (state) {
     case ChannelState::NotPresent: return "Not present";

@@ -204,7 +204,7 @@ void VelocityRun::FileAudit(bool wanted, const ACURecord& before) {
     m_Recorder.AuditSheet(wanted);
     if (!wanted)
         return;
-    Note(CreateAuditSheet_PV16(m_Services, m_Record, m_Measured, m_Unattended));
+    AddWorkbook(m_Outcome, CreateAuditSheet_PV16(m_Services, m_Record, m_Measured, m_Unattended));
     if (Stored(m_Outcome, [&] { m_Record.SaveVelocityAudit(m_Guard, m_Outcome.Passed, before); }))
         m_Recorder.Stored();
 }
@@ -225,15 +225,9 @@ void VelocityRun::FillReport() {
 
 void VelocityRun::SaveReport() {
     if (m_Report.IsOpen())
-        Note(m_Report.Save(m_Kind));
+        AddWorkbook(m_Outcome, m_Report.Save(m_Kind));
     else
         m_Outcome.AllStored = false;
-}
-
-void VelocityRun::Note(const WorkbookOutcome& workbook) {
-    m_Outcome.AllStored = m_Outcome.AllStored && workbook.WhereItBelongs;
-    if (workbook.File)
-        m_Outcome.Files.push_back(*workbook.File);
 }
 
 void VelocityRun::Stop(const std::string& reason) {

@@ -46,7 +46,6 @@ class VelocityRun {
     std::string ReasonOfFailure() const;
     void FillReport();
     void SaveReport();
-    void Note(const WorkbookOutcome& workbook);
     void Stop(const std::string& reason);
     void AddToHistory();
     void LogStop();

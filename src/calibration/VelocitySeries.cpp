@@ -20,8 +20,8 @@ std::optional<float> Value(const std::vector<PointReading>& readings, std::size_
                                           : static_cast<float>(reading.Reading_bits);
 }
 
-std::optional<float> Expected(const ChannelMeasurement& measured, float demand,
-                              CalibrationKind kind) {
+std::optional<float> ExpectedAt(const ChannelMeasurement& measured, float demand,
+                                CalibrationKind kind) {
     if (kind == CalibrationKind::Audit)
         return demand;
     // Air that does not rise with the demand has no line worth comparing with.
@@ -67,7 +67,7 @@ VelocitySeries SeriesOf(const ChannelMeasurement& measured, CalibrationKind kind
         const float demand =
             kind == CalibrationKind::Audit ? told.Flow_ml_m : static_cast<float>(told.Bits);
         series.Demand.emplace_back(demand);
-        series.Expected.push_back(Expected(measured, demand, kind));
+        series.Expected.push_back(ExpectedAt(measured, demand, kind));
         series.Rising.push_back(Value(measured.Rising, point, kind));
         series.Falling.push_back(Value(measured.Falling, point, kind));
         series.Limit.emplace_back(Limit(measured, point, demand, kind));

@@ -15,7 +15,7 @@ namespace ombrix {
 
 namespace {
 
-constexpr const char* Extension = ".xlsx";
+constexpr const char* ReportExtension = ".xlsx";
 
 } // namespace
 
@@ -62,7 +62,7 @@ SavedReport HealthCheckReport::SaveInUnitFolder(const ReportUnit& unit, const st
     const Drive& files = m_Station.World.Files;
     std::string folder;
     if (GetUnitFolder(m_Station, unit, folder)) {
-        const std::string path = FreePath(files, folder + name, Extension);
+        const std::string path = FreePath(files, folder + name, ReportExtension);
         Book().SaveAs(path, FileFormat::ByExtension);
         return {path, files.RealPath(path), {}};
     }
@@ -76,7 +76,7 @@ SavedReport HealthCheckReport::SaveInUnitFolder(const ReportUnit& unit, const st
 }
 
 SavedReport HealthCheckReport::KeepElsewhere(const std::string& name, std::string error) {
-    return {{}, KeepWorkbook(m_Station.World, Book(), name + Extension), std::move(error)};
+    return {{}, KeepWorkbook(m_Station.World, Book(), name + ReportExtension), std::move(error)};
 }
 
 } // namespace ombrix

@@ -10,20 +10,6 @@
 
 namespace ombrix {
 
-namespace {
-
-std::string EndOf(const HealthCheckResult& result) {
-    switch (result.End) {
-    case HealthCheckResult::Outcome::Cancelled: return "cancelled";
-    case HealthCheckResult::Outcome::Failed: return "failed: " + result.Error;
-    case HealthCheckResult::Outcome::NotSaved: return "not saved: " + result.Error;
-    case HealthCheckResult::Outcome::Completed: break;
-    }
-    return "completed";
-}
-
-} // namespace
-
 HealthCheckRun::HealthCheckRun(Station& station, DACSliders& sliders, SpreadsheetLauncher launcher,
                                OpenExcelView& wait, std::string templates)
     : m_Station(station), m_Sliders(sliders), m_Recorder(station),
@@ -43,11 +29,11 @@ HealthCheckResult HealthCheckRun::Run(std::span<const HealthCheckOption> options
             m_Recorder.Begin(options);
             RunAll(PlanHealthCheck(options), view, result);
         } else {
-            result.End = HealthCheckResult::Outcome::NotSaved;
+            result.Ended = ProcedureOutcome::End::NotStored;
         }
     } catch (const std::exception& error) {
         running.SwitchOffNow();
-        result.End = HealthCheckResult::Outcome::Failed;
+        result.Ended = ProcedureOutcome::End::Failed;
         result.Error = error.what();
         TellOperator(m_Station.World, "The health check has been stopped.\r\n\r\n" + result.Error,
                      MessageIcon::Critical);
@@ -68,12 +54,12 @@ void HealthCheckRun::RunAll(const std::vector<SequencePlan>& plan, const HealthC
         if (answer == Answer::Cancel)
             m_Cancel.Request();
         if (m_Cancel.Requested()) {
-            result.End = HealthCheckResult::Outcome::Cancelled;
+            result.Ended = ProcedureOutcome::End::Cancelled;
             return;
         }
         if (answer == Answer::Yes)
             RunOne(sequence, view, done_s, total_s, result);
-        if (result.End == HealthCheckResult::Outcome::Cancelled)
+        if (result.Ended == ProcedureOutcome::End::Cancelled)
             return;
         done_s += TotalTime_s({&sequence, 1});
     }
@@ -106,7 +92,7 @@ void HealthCheckRun::RunOne(const SequencePlan& plan, const HealthCheckView& vie
     try {
         if (!sequence.RunSequence({m_Station, m_Sliders, wait}, sequenceView, &m_Report.Book(),
                                   sheet, m_Report.OverviewRow()))
-            result.End = HealthCheckResult::Outcome::Cancelled;
+            result.Ended = ProcedureOutcome::End::Cancelled;
     } catch (const BoardError&) {
         note(); // its record is in the report up to where the board was lost
         throw;
@@ -137,8 +123,8 @@ void HealthCheckRun::Save(HealthCheckResult& result) {
         return;
     }
     // A run that was cancelled or stopped stays that: its work was not done.
-    if (result.End == HealthCheckResult::Outcome::Completed)
-        result.End = HealthCheckResult::Outcome::NotSaved;
+    if (result.Ended == ProcedureOutcome::End::Completed)
+        result.Ended = ProcedureOutcome::End::NotStored;
     result.Error += (result.Error.empty() ? "" : "\r\n\r\n") + saved.Error;
 }
 

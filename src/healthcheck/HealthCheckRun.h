@@ -1,13 +1,13 @@
 #pragma once
 
 #include "board/DACSliders.h"
+#include "board/ProcedureOutcome.h"
 #include "board/Station.h"
 #include "healthcheck/GraphSurface.h"
 #include "healthcheck/HealthCheckProgramme.h"
 #include "healthcheck/HealthCheckRecorder.h"
 #include "healthcheck/HealthCheckReport.h"
 
-#include <filesystem>
 #include <functional>
 #include <span>
 #include <string>
@@ -27,17 +27,8 @@ struct SequenceResult {
 
 /// What became of a health check. Errors of the board and of the report stand in it and are not
 /// thrown.
-struct HealthCheckResult {
-    /// Failed: the run was stopped by an error. NotSaved: there is no report, or not where it
-    /// belongs.
-    enum class Outcome { Completed, Cancelled, Failed, NotSaved };
-
-    Outcome End = Outcome::Completed;
+struct HealthCheckResult : ProcedureOutcome {
     std::vector<SequenceResult> Sequences;
-    /// Real paths of what was written.
-    std::vector<std::filesystem::path> Files;
-    /// Why the run failed or was not saved; the operator has been told.
-    std::string Error;
 };
 
 /// Where a running health check shows; each of them may be none.

@@ -1,6 +1,6 @@
 #include "healthcheck/RecordedHealthCheck.h"
 
-#include "calibration/RecordedCalibration.h"
+#include "calibration/JournalLines.h"
 #include "calibration/RunJson.h"
 #include "calibration/clsACUCalibration.h"
 #include "healthcheck/HealthCheckRecorder.h"
@@ -107,12 +107,6 @@ bool RecordedHealthCheck::NoteInterruption(Platform& world,
                                            const std::vector<std::string>& /*files*/) const {
     WriteLog(world, "Interrupted: " + Describe()); // health checks have no history beside the log
     return true;
-}
-
-std::unique_ptr<JournalledRun> OpenJournal(Platform& world, std::string_view text) {
-    if (KindOfJournal(text) == HealthCheckKind)
-        return std::make_unique<RecordedHealthCheck>(text);
-    return std::make_unique<RecordedCalibration>(ReadJournal(world, text));
 }
 
 } // namespace ombrix

@@ -51,7 +51,4 @@ class RecordedHealthCheck final : public JournalledRun {
     bool m_Ended = false;
 };
 
-/// Reads the journal of a run of any kind. @throws JournalError
-std::unique_ptr<JournalledRun> OpenJournal(Platform& world, std::string_view text);
-
 } // namespace ombrix

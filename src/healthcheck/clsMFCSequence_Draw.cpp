@@ -10,7 +10,7 @@ namespace ombrix {
 
 namespace {
 
-constexpr double FullScale_bits = 65535.0;
+constexpr double ReadingFullScale_bits = 65535.0;
 constexpr double PressureTop = 12000.0;
 /// 0.2 % of full scale.
 constexpr double DifferenceLimit_bits = 131.0;
@@ -41,11 +41,11 @@ void clsMFCSequence::DrawGraphTemplate(const GraphSurfaces& graphs) const {
     constexpr double flowTop = 84000.0;
     constexpr double flowBottom = -3360.0;
     DrawFrame(*graphs[0], right, flowTop, flowBottom, "Channel 1 - 5000 mL/min" + seconds,
-              {FullScale_bits, 0.0});
-    PrintLevel(*graphs[0], FullScale_bits, "100%");
+              {ReadingFullScale_bits, 0.0});
+    PrintLevel(*graphs[0], ReadingFullScale_bits, "100%");
     DrawFrame(*graphs[1], right, flowTop, flowBottom, "Channel 2 - 200 mL/min" + seconds,
-              {FullScale_bits, 0.0});
-    PrintLevel(*graphs[1], FullScale_bits, "100%");
+              {ReadingFullScale_bits, 0.0});
+    PrintLevel(*graphs[1], ReadingFullScale_bits, "100%");
 
     constexpr double pressureBottom = -1000.0;
     DrawFrame(*graphs[2], right, PressureTop, pressureBottom, "Pressure Measurement" + seconds,
@@ -69,9 +69,9 @@ void clsMFCSequence::DrawGraphTemplate(const GraphSurfaces& graphs) const {
 void clsMFCSequence::DrawExpectedDemand(GraphSurface& surface, std::int32_t channel) const {
     surface.DrawStyle(GraphSurface::Style::Dotted);
     double x = 0.0;
-    double y = Step(0).DemandValue_Percent(channel) * FullScale_bits;
+    double y = Step(0).DemandValue_Percent(channel) * ReadingFullScale_bits;
     for (const clsMFCStep& step : m_Steps) {
-        const double level = step.DemandValue_Percent(channel) * FullScale_bits;
+        const double level = step.DemandValue_Percent(channel) * ReadingFullScale_bits;
         if (x > 0.0)
             surface.Line(x, y, x, level, ExpectedColour);
         surface.Line(x, level, step.EndTime_s(), level, ExpectedColour);

@@ -82,7 +82,7 @@ HealthCheckResult frmACUHealthCheck::RunHealthCheck() {
     m_Progress->setValue(0);
     const std::vector<HealthCheckOption> chosen = m_Options->Chosen();
     HealthCheckResult result = m_Run->Run(chosen, view);
-    if (result.End == HealthCheckResult::Outcome::Completed)
+    if (result.Ended == ProcedureOutcome::End::Completed)
         m_Progress->setValue(ProgressSteps);
     return result;
 }

@@ -1,7 +1,7 @@
 #include "mainwindow/ACUCommands.h"
 
 #include "calibration/UnfinishedRuns.h"
-#include "healthcheck/RecordedHealthCheck.h"
+#include "healthcheck/OpenJournal.h"
 #include "mainwindow/BoardPanel.h"
 #include "mainwindow/CalibrationPanel.h"
 #include "mainwindow/DACPanel.h"

@@ -13,31 +13,19 @@ namespace ombrix {
 
 namespace {
 
-QString Heading(int channel) {
+QString ChannelHeading(int channel) {
     // The air channels are 1 and 2 to the operator.
     constexpr int airChannels = 2;
     return channel < airChannels ? DACChannel::tr("DAC %1 (Ch %2)").arg(channel).arg(channel + 1)
                                  : DACChannel::tr("DAC %1").arg(channel);
 }
 
-QSlider* MakeSlider(int channel, QWidget* parent) {
-    constexpr int pageShare = 20;
-    constexpr int fineShare = 1000;
-    constexpr int tickShare = 10;
-    auto* slider = Named(new QSlider(Qt::Vertical, parent), ElementName("sldDACValue", channel),
-                         DACChannel::tr("DAC %1").arg(channel));
-    slider->setRange(0, DACSliders::Max);
-    slider->setPageStep(DACSliders::Max / pageShare);
-    slider->setSingleStep(DACSliders::Max / fineShare);
-    slider->setTickPosition(QSlider::TicksLeft);
-    slider->setTickInterval(DACSliders::Max / tickShare);
-    return slider;
-}
-
 } // namespace
 
 DACChannel::DACChannel(int channel, QWidget* parent)
-    : QWidget(parent), m_Channel(channel), m_Slider(MakeSlider(channel, this)),
+    : QWidget(parent), m_Channel(channel),
+      m_Slider(MakeDemandSlider(ElementName("sldDACValue", channel), tr("DAC %1").arg(channel),
+                                DACSliders::Max, this)),
       m_Bar(new ADCBar(channel, tr("Bars of ADC %1 and DAC %1").arg(channel), this)),
       m_Output(new ValueLabel(ElementName("lblDACValue", channel),
                               tr("Value of DAC %1").arg(channel), this)),
@@ -55,7 +43,7 @@ DACChannel::DACChannel(int channel, QWidget* parent)
 void DACChannel::LayOut() {
     auto* layout = new QGridLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    QLabel* heading = MakeCaption(Heading(m_Channel), this);
+    QLabel* heading = MakeCaption(ChannelHeading(m_Channel), this);
     for (QLabel* label : {heading, static_cast<QLabel*>(m_Output), static_cast<QLabel*>(m_Input)})
         label->setAlignment(Qt::AlignCenter);
     m_Text->setAlignment(Qt::AlignCenter);

@@ -16,13 +16,13 @@ namespace ombrix {
 namespace {
 
 constexpr double FirstRest_s = 2.0;
-constexpr double ZeroTime_s = 6.0;
+constexpr double RestTime_s = 6.0;
 constexpr double DemandTime_s = 10.0;
 constexpr double MeanTime_s = 2.0;
-constexpr double SampleSpacing_s = 0.05;
+constexpr double SampleTime_s = 0.05;
 constexpr double WholeProfile_s =
     DigitalMFCRecord::Channels *
-    (FirstRest_s + DigitalMFCRecord::Steps * (ZeroTime_s + DemandTime_s) + ZeroTime_s);
+    (FirstRest_s + DigitalMFCRecord::Steps * (RestTime_s + DemandTime_s) + RestTime_s);
 
 } // namespace
 
@@ -68,7 +68,7 @@ bool DigitalMFCTest::MeasureAndStore(const BenchTestView& view, ProcedureOutcome
 
 bool DigitalMFCTest::Measure(const BenchTestView& view) {
     clsHiResTimer timer(m_Station.World.Time);
-    Running run{timer, view, 0.0, -SampleSpacing_s};
+    Running run{timer, view, 0.0, -SampleTime_s};
     for (std::int32_t channel = 0; channel < DigitalMFCRecord::Channels; ++channel) {
         float unused_bits = 0.0F;
         if (!RunDemandPhase(run, {channel, 0.0F, FirstRest_s, Recording::Off}, unused_bits))
@@ -83,7 +83,7 @@ bool DigitalMFCTest::RunDemandProfile(Running& run, std::int32_t channel) {
     for (std::int32_t step = 0; step < DigitalMFCRecord::Steps; ++step) {
         const std::string caption = fmt::format("Step {} of {}", step + 1, DigitalMFCRecord::Steps);
         run.View.Caption(caption + " (Zero Demand)");
-        if (!RunDemandPhase(run, {channel, 0.0F, ZeroTime_s}, mean_bits))
+        if (!RunDemandPhase(run, {channel, 0.0F, RestTime_s}, mean_bits))
             return false;
         const float demand = DigitalMFCRecord::ProfileDemand(step);
         run.View.Caption(caption + " (" + GeneralText(demand) + "% Demand)");
@@ -92,7 +92,7 @@ bool DigitalMFCTest::RunDemandProfile(Running& run, std::int32_t channel) {
         m_Record.SetMean(channel, step, mean_bits);
     }
     run.View.Caption("Final Zero Demand");
-    return RunDemandPhase(run, {channel, 0.0F, ZeroTime_s}, mean_bits);
+    return RunDemandPhase(run, {channel, 0.0F, RestTime_s}, mean_bits);
 }
 
 bool DigitalMFCTest::RunDemandPhase(Running& run, const Phase& phase, float& mean_bits) {
@@ -112,12 +112,12 @@ bool DigitalMFCTest::FollowPhase(Running& run, const Phase& phase, std::int32_t 
     const double start_s = run.Timer.ElapsedTime();
     const double end_s = start_s + phase.Duration_s;
     for (double now_s = start_s; now_s < end_s; now_s = run.Timer.ElapsedTime()) {
-        if (now_s >= run.LastSample_s + SampleSpacing_s) {
+        if (now_s >= run.LastSample_s + SampleTime_s) {
             run.LastSample_s = now_s;
             TakeSample(run, phase, demand_bits, now_s - start_s, mean);
             run.View.Progress(now_s / WholeProfile_s);
         }
-        if (!m_Wait.Pass(run.Timer, std::min(end_s, run.LastSample_s + SampleSpacing_s)))
+        if (!m_Wait.Pass(run.Timer, std::min(end_s, run.LastSample_s + SampleTime_s)))
             return false;
     }
     return true;

@@ -11,7 +11,7 @@ namespace ombrix {
 
 namespace {
 
-constexpr const char* Header = "Input,Output1,Output2,Output3,Output4";
+constexpr const char* ColumnTitles = "Input,Output1,Output2,Output3,Output4";
 
 constexpr std::int32_t Inputs = 4;
 /// How often a board is asked for a sign of life while the air settles.
@@ -56,7 +56,7 @@ bool OutputSweep::Sweep(const SweepPlan& plan, const BenchTestView& view, SweepR
     for (const auto& sweep : plan.Sweeps) {
         if (result.Lines > 0)
             log.WriteLine("");
-        log.WriteLine(Header);
+        log.WriteLine(ColumnTitles);
         for (const std::int32_t level : sweep) {
             view.Caption(fmt::format("{} bits", level));
             SetOutputs(level);

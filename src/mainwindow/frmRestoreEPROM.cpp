@@ -28,7 +28,7 @@ QTreeWidget* MakeList(const std::vector<EpromDifference>& differences, QWidget* 
     return list;
 }
 
-QString Heading(const QString& fileName, bool changes) {
+QString ChangeHeading(const QString& fileName, bool changes) {
     return (changes ? frmRestoreEPROM::tr("Restoring %1 changes:")
                     : frmRestoreEPROM::tr("%1 holds what the EPROM holds."))
         .arg(fileName);
@@ -59,7 +59,7 @@ frmRestoreEPROM::frmRestoreEPROM(const QString& fileName, const QString& warning
         origin->setFont(bold);
         layout->addWidget(origin);
     }
-    layout->addWidget(MakeCaption(Heading(fileName, !differences.empty()), this));
+    layout->addWidget(MakeCaption(ChangeHeading(fileName, !differences.empty()), this));
     layout->addWidget(MakeList(differences, this), 1);
     layout->addLayout(buttons);
     constexpr QSize comfortable(640, 400);

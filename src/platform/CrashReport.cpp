@@ -1,6 +1,6 @@
 #include "platform/CrashReport.h"
 
-#include "platform/FixedText.h"
+#include "platform/TextBuffer.h"
 
 #include <climits>
 
@@ -29,8 +29,8 @@ constexpr std::size_t LongestPath = PATH_MAX;
 constexpr int DeepestCall = 64;
 
 struct Moment {
-    FixedText<16> Day;
-    FixedText<16> Time;
+    TextBuffer<16> Day;
+    TextBuffer<16> Time;
 };
 
 /// Local time by arithmetic alone: the C library's conversion may not be called in a signal.
@@ -93,7 +93,7 @@ class Prepared {
 
     /// Calls nothing but what a signal handler may call.
     /// @param path takes the path @return false when there is no file
-    bool Write(std::string_view reason, FixedText<LongestPath>& path) const {
+    bool Write(std::string_view reason, TextBuffer<LongestPath>& path) const {
         const std::int64_t now_s = std::time(nullptr);
         const Moment moment = MomentOf(now_s, m_Offset_s);
         ::mkdir(m_Folder.CString(), 0755);
@@ -114,7 +114,7 @@ class Prepared {
 
   private:
     void WriteText(int file, const Moment& moment, std::string_view reason) const {
-        FixedText<2048> text;
+        TextBuffer<2048> text;
         text.Text(m_Program.View()).Text(" ").Text(m_Version.View());
         text.Text("\nProcess ").Number(::getpid());
         text.Text("\nDate ").Text(moment.Day.View()).Text(", time ").Text(moment.Time.View());
@@ -126,10 +126,10 @@ class Prepared {
             ::write(file, text.View().data(), text.View().size());
     }
 
-    FixedText<LongestPath> m_Folder;
-    FixedText<64> m_Program;
-    FixedText<64> m_Version;
-    FixedText<1024> m_Exception;
+    TextBuffer<LongestPath> m_Folder;
+    TextBuffer<64> m_Program;
+    TextBuffer<64> m_Version;
+    TextBuffer<1024> m_Exception;
     std::int64_t m_Offset_s;
 };
 
@@ -139,7 +139,7 @@ std::atomic<Prepared*> Current = nullptr;
 
 void OnFatalSignal(int signal) {
     if (const Prepared* prepared = Current.exchange(nullptr)) {
-        FixedText<LongestPath> path;
+        TextBuffer<LongestPath> path;
         prepared->Write(SignalName(signal), path);
     }
     // The default action is back in place: it comes when the handler returns.
@@ -212,7 +212,7 @@ CrashReport::CrashReport(const std::filesystem::path& folder, const std::string&
 CrashReport::~CrashReport() = default;
 
 std::filesystem::path CrashReport::WriteException(const std::exception& error) const {
-    FixedText<LongestPath> path;
+    TextBuffer<LongestPath> path;
     const std::string reason = "unexpected error, " + TypeName(error) + ": " + error.what();
     return m_Handlers->Report().Write(reason, path) ? std::filesystem::path(path.View())
                                                     : std::filesystem::path();

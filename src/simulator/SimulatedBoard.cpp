@@ -15,8 +15,8 @@ namespace {
 
 constexpr std::int32_t PressureRegister = 92;
 constexpr std::int32_t WalkingTestRegister = 16;
-constexpr std::int32_t MFCStatusVariable = 6;
-constexpr std::int32_t MFCFullScale = 32000;
+constexpr std::int32_t StatusVariable = 6;
+constexpr std::int32_t SetPointFullScale = 32000;
 constexpr std::int32_t LargestReading = 65535;
 constexpr std::int32_t ValveExtendedPin = 8;
 constexpr std::int32_t HeartbeatPin = 19;
@@ -157,7 +157,7 @@ void SimulatedBoard::SetDAC(std::int32_t channel, std::int32_t value, double now
 
 void SimulatedBoard::SetFlowSetPoint(std::int32_t channel, std::int32_t setPoint, double now_s) {
     m_Outputs.SetPoint.at(static_cast<std::size_t>(channel)) = setPoint;
-    SetDemand(channel, MFCChannel::FullScale_bits * setPoint / MFCFullScale, now_s);
+    SetDemand(channel, MFCChannel::FullScale_bits * setPoint / SetPointFullScale, now_s);
     m_OutputsFile.Keep(m_Outputs);
 }
 
@@ -185,12 +185,12 @@ std::int32_t SimulatedBoard::FlowReading(std::int32_t channel, double now_s) {
         m_Faults.NoAir
             ? 0.0
             : m_Channels.at(static_cast<std::size_t>(channel)).Reading_bits(now_s, m_Noise);
-    return std::clamp(RoundHalfEven(reading_bits / MFCChannel::FullScale_bits * MFCFullScale), 0,
-                      MFCFullScale);
+    return std::clamp(RoundHalfEven(reading_bits / MFCChannel::FullScale_bits * SetPointFullScale),
+                      0, SetPointFullScale);
 }
 
 std::int32_t SimulatedBoard::Variable(std::int32_t number) const {
-    if (number == MFCStatusVariable) {
+    if (number == StatusVariable) {
         std::uint32_t ready = Bit(16) | Bit(17);
         for (const std::int32_t channel : m_Faults.NotReadyChannels)
             ready &= ~Bit(16 + channel);

@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QSlider>
 
 namespace ombrix {
 
@@ -27,6 +28,20 @@ QPushButton* MakeButton(const QString& objectName, const QString& caption, QWidg
 
 QCheckBox* MakeCheckBox(const QString& objectName, const QString& caption, QWidget* parent) {
     return Named(new QCheckBox(caption, parent), objectName, Spoken(caption));
+}
+
+QSlider* MakeDemandSlider(const QString& objectName, const QString& accessibleName, int highest,
+                          QWidget* parent) {
+    constexpr int pageShare = 20;
+    constexpr int fineShare = 1000;
+    constexpr int tickShare = 10;
+    auto* slider = Named(new QSlider(Qt::Vertical, parent), objectName, accessibleName);
+    slider->setRange(0, highest);
+    slider->setPageStep(highest / pageShare);
+    slider->setSingleStep(highest / fineShare);
+    slider->setTickPosition(QSlider::TicksLeft);
+    slider->setTickInterval(highest / tickShare);
+    return slider;
 }
 
 QSize ScaledToFonts(const QWidget& widget, QSize usual) {

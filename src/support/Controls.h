@@ -5,6 +5,7 @@
 class QCheckBox;
 class QLabel;
 class QPushButton;
+class QSlider;
 
 namespace ombrix {
 
@@ -21,6 +22,9 @@ Control* Named(Control* control, const QString& objectName, const QString& acces
 
 QPushButton* MakeButton(const QString& objectName, const QString& caption, QWidget* parent);
 QCheckBox* MakeCheckBox(const QString& objectName, const QString& caption, QWidget* parent);
+/// An upright slider of demands from 0 on. @param highest value at its upper end
+QSlider* MakeDemandSlider(const QString& objectName, const QString& accessibleName, int highest,
+                          QWidget* parent);
 /// A size that suits fonts of 96 dots to the inch, for the dots of the desktop's fonts.
 QSize ScaledToFonts(const QWidget& widget, QSize usual);
 /// A text that never changes.

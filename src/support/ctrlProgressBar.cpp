@@ -14,7 +14,7 @@ namespace ombrix {
 
 namespace {
 
-constexpr double Scale = 100.0;
+constexpr double Whole_percent = 100.0;
 
 QColor TextColourOn(const QColor& background) {
     return Contrast(Qt::black, background) >= Contrast(Qt::white, background) ? Qt::black
@@ -109,7 +109,7 @@ std::optional<float> ctrlProgressBar::Percent() const {
     if (m_Range == 0.0F)
         return std::nullopt;
     // Multiplied first: whole percentages come out whole.
-    return (HeldToLimits(m_Value) - m_MinVal) * static_cast<float>(Scale) / m_Range;
+    return (HeldToLimits(m_Value) - m_MinVal) * static_cast<float>(Whole_percent) / m_Range;
 }
 
 QString ctrlProgressBar::DisplayText() const {
@@ -137,13 +137,13 @@ QRectF ctrlProgressBar::FilledPart() const {
     if (!percent)
         return {};
     // A range set by hand may put the value beyond the surface.
-    const double filled = std::clamp(static_cast<double>(*percent), 0.0, Scale);
-    const double rest = Scale - filled;
+    const double filled = std::clamp(static_cast<double>(*percent), 0.0, Whole_percent);
+    const double rest = Whole_percent - filled;
     switch (m_Orientation) {
-    case 0: return {0.0, 0.0, filled, Scale};
-    case 1: return {filled, 0.0, rest, Scale};
-    case 2: return {0.0, 0.0, Scale, rest};
-    case 3: return {0.0, rest, Scale, filled};
+    case 0: return {0.0, 0.0, filled, Whole_percent};
+    case 1: return {filled, 0.0, rest, Whole_percent};
+    case 2: return {0.0, 0.0, Whole_percent, rest};
+    case 3: return {0.0, rest, Whole_percent, filled};
     default: return {};
     }
 }
@@ -152,10 +152,10 @@ QRect ctrlProgressBar::BoxOnScreen() const {
     const QRect surface = contentsRect();
     const QRectF& box = m_Picture.Box;
     const auto across = [&surface](double x) {
-        return surface.left() + qRound(x * surface.width() / Scale);
+        return surface.left() + qRound(x * surface.width() / Whole_percent);
     };
     const auto down = [&surface](double y) {
-        return surface.top() + qRound(y * surface.height() / Scale);
+        return surface.top() + qRound(y * surface.height() / Whole_percent);
     };
     return {QPoint(across(box.left()), down(box.top())),
             QPoint(across(box.right()) - 1, down(box.bottom()) - 1)};

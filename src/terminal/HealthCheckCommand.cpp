@@ -9,18 +9,6 @@
 
 namespace ombrix {
 
-namespace {
-
-ExitStatus StatusOf(HealthCheckResult::Outcome outcome) {
-    switch (outcome) {
-    case HealthCheckResult::Outcome::Completed: return ExitStatus::Done;
-    case HealthCheckResult::Outcome::NotSaved: return ExitStatus::NotStored;
-    default: return ExitStatus::NotPassed;
-    }
-}
-
-} // namespace
-
 CommandResult RunHealthCheckCommand(CommandContext& context,
                                     const std::vector<HealthCheckOption>& options) {
     ChosenBoard(context);
@@ -36,11 +24,6 @@ CommandResult RunHealthCheckCommand(CommandContext& context,
     }
 
     CommandResult result;
-    result.Status = StatusOf(outcome.End);
-    result.Error = WithPlainLineEnds(outcome.Error);
-    if (outcome.End == HealthCheckResult::Outcome::Cancelled)
-        result.Error = "The health check has been cancelled." +
-                       (result.Error.empty() ? "" : "\n\n" + result.Error);
     result.Json["sequences"] = nlohmann::ordered_json::array();
     for (const SequenceResult& sequence : outcome.Sequences) {
         result.Json["sequences"].push_back({{"sheet", sequence.Sheet},
@@ -51,7 +34,7 @@ CommandResult RunHealthCheckCommand(CommandContext& context,
                                    sequence.Steps, sequence.Seconds, sequence.Samples,
                                    sequence.RecordFull ? "  (record full)" : "");
     }
-    AddFiles(result, outcome.Files);
+    AddOutcome(result, outcome, "The health check");
     return result;
 }
 

@@ -4,7 +4,7 @@
 #include "calibration/JournalLines.h"
 #include "calibration/RunJournal.h"
 #include "calibration/UnfinishedRuns.h"
-#include "healthcheck/RecordedHealthCheck.h"
+#include "healthcheck/OpenJournal.h"
 #include "platform/DateText.h"
 #include "platform/FolderDrive.h"
 #include "terminal/ProcedureResult.h"

@@ -25,9 +25,10 @@ void AddFiles(CommandResult& result, const std::vector<std::filesystem::path>& f
 void AddOutcome(CommandResult& result, const ProcedureOutcome& outcome, const std::string& name) {
     AddFiles(result, outcome.Files);
     result.Status = StatusOf(outcome.Ended);
-    result.Error = outcome.Ended == ProcedureOutcome::End::Cancelled
-                       ? name + " has been cancelled."
-                       : WithPlainLineEnds(outcome.Error);
+    result.Error = WithPlainLineEnds(outcome.Error);
+    if (outcome.Ended == ProcedureOutcome::End::Cancelled)
+        result.Error =
+            name + " has been cancelled." + (result.Error.empty() ? "" : "\n\n" + result.Error);
 }
 
 } // namespace ombrix

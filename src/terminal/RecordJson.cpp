@@ -15,7 +15,7 @@ Json DateJson(OleDate date) {
 }
 
 /// The shortest text that gives the Single again, not the digits of its widening to Double.
-Json SingleJson(float value) {
+Json NumberJson(float value) {
     const auto number = ParseNumber(GeneralText(value));
     return number ? Json(*number) : Json();
 }
@@ -24,7 +24,7 @@ template <std::size_t Size>
 Json SinglesJson(const std::array<float, Size>& values) {
     Json list = Json::array();
     for (const float value : values)
-        list.push_back(SingleJson(value));
+        list.push_back(NumberJson(value));
     return list;
 }
 
@@ -55,8 +55,8 @@ Json RecordJson(const ACURecord& record) {
             {"VelocityAuditUser", Trimmed(record.m_VelocityAuditUser)},
             {"MFCNumber", Trimmed(record.m_MFCNumber)},
             {"PressurePresentCode", record.m_PressurePresentCode},
-            {"MaxPressure", SingleJson(record.m_MaxPressure)},
-            {"BaseDiameter", SingleJson(record.m_BaseDiameter)},
+            {"MaxPressure", NumberJson(record.m_MaxPressure)},
+            {"BaseDiameter", NumberJson(record.m_BaseDiameter)},
             {"PressureCoeff", SinglesJson(record.m_PressureCoeff)},
             {"PressureSystemDate", DateJson(record.m_PressureSystemDate)},
             {"PressureAuditDate", DateJson(record.m_PressureAuditDate)},
@@ -65,9 +65,9 @@ Json RecordJson(const ACURecord& record) {
             {"PressureSystemUser", Trimmed(record.m_PressureSystemUser)},
             {"PressureAuditUser", Trimmed(record.m_PressureAuditUser)},
             {"PressurePresent", record.m_PressurePresent},
-            {"PressureScale", SingleJson(record.m_PressureScale)},
-            {"PressureOffset", SingleJson(record.m_PressureOffset)},
-            {"PressureSpan", SingleJson(record.m_PressureSpan)},
+            {"PressureScale", NumberJson(record.m_PressureScale)},
+            {"PressureOffset", NumberJson(record.m_PressureOffset)},
+            {"PressureSpan", NumberJson(record.m_PressureSpan)},
             {"PressureZero", record.m_PressureZero}};
 }
 

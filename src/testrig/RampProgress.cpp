@@ -15,7 +15,7 @@ namespace {
 constexpr QColor BarColour(0, 128, 222);
 constexpr int BarHeight = 18;
 constexpr int TickLength = 4;
-constexpr int HintWidth = 480;
+constexpr int ComfortableWidth = 480;
 
 } // namespace
 
@@ -25,7 +25,7 @@ RampProgress::RampProgress(QWidget* parent) : QWidget(parent) {
 }
 
 QSize RampProgress::sizeHint() const {
-    return {HintWidth, BarHeight + TickLength + fontMetrics().height()};
+    return {ComfortableWidth, BarHeight + TickLength + fontMetrics().height()};
 }
 
 void RampProgress::Begin(const RampStep& ramp) {

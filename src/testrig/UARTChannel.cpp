@@ -16,16 +16,9 @@ namespace ombrix {
 namespace {
 
 QSlider* MakeSlider(int channel, QWidget* parent) {
-    constexpr int pageShare = 20;
-    constexpr int fineShare = 1000;
-    constexpr int tickShare = 10;
-    auto* slider = Named(new QSlider(Qt::Vertical, parent), ElementName("sldDACValue", channel),
-                         UARTChannel::tr("Demand of channel %1").arg(channel));
-    slider->setRange(0, clsAIB::DACFullScale);
-    slider->setPageStep(clsAIB::DACFullScale / pageShare);
-    slider->setSingleStep(clsAIB::DACFullScale / fineShare);
-    slider->setTickPosition(QSlider::TicksLeft);
-    slider->setTickInterval(clsAIB::DACFullScale / tickShare);
+    auto* slider = MakeDemandSlider(ElementName("sldDACValue", channel),
+                                    UARTChannel::tr("Demand of channel %1").arg(channel),
+                                    clsAIB::DACFullScale, parent);
     constexpr int leastLines = 8; // a handle needs a way to go
     slider->setMinimumHeight(leastLines * parent->fontMetrics().height());
     return slider;

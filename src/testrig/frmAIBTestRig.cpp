@@ -23,7 +23,8 @@ namespace ombrix {
 
 namespace {
 
-enum Column { Number, Job, StepStatus };
+/// Columns of the list: number, job, status.
+constexpr int StatusColumn = 2;
 
 constexpr int UpdateInterval_ms = 100;
 
@@ -119,7 +120,7 @@ bool frmAIBTestRig::RunTest(std::int32_t kind) {
 
 void frmAIBTestRig::PrepareList() {
     m_Status->clear();
-    m_Status->setColumnCount(StepStatus + 1);
+    m_Status->setColumnCount(StatusColumn + 1);
     m_Status->setHeaderLabels({tr("No."), tr("Job"), tr("Status")});
     AutoSizeColumns(*m_Status);
 }
@@ -198,7 +199,7 @@ void frmAIBTestRig::ShowSteps(const std::vector<TestRigStep>& steps) {
         auto* line =
             new QTreeWidgetItem(m_Status, {QString::number(m_Status->topLevelItemCount() + 1),
                                            ToQt(step.Name), ToQt(RigStatusText(step.Status))});
-        line->setToolTip(StepStatus, ToQt(step.Remark));
+        line->setToolTip(StatusColumn, ToQt(step.Remark));
     }
     AutoSizeColumns(*m_Status);
 }

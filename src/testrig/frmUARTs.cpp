@@ -20,7 +20,7 @@ namespace ombrix {
 
 namespace {
 
-constexpr int UpdateInterval_ms = 100;
+constexpr int ReadInterval_ms = 100;
 
 } // namespace
 
@@ -32,7 +32,7 @@ frmUARTs::frmUARTs(Station& station)
     Named(this, QStringLiteral("frmUARTs"), tr("UART Testing"));
     setWindowTitle(tr("UART Testing"));
     m_Update->setObjectName(QStringLiteral("timUpdate"));
-    m_Update->setInterval(UpdateInterval_ms);
+    m_Update->setInterval(ReadInterval_ms);
     connect(m_Update, &QTimer::timeout, this, &frmUARTs::ReadTickedChannels);
     auto* layout = new QHBoxLayout(this);
     for (int channel = 0; channel < Channels; ++channel) {

@@ -2,7 +2,7 @@
 
 #include "calibration/CalibrationBench.h"
 #include "calibration/CalibrationHistory.h"
-#include "healthcheck/RecordedHealthCheck.h"
+#include "healthcheck/OpenJournal.h"
 #include "support/FullDisk.h"
 #include "support/WorkbookProbe.h"
 

@@ -1,6 +1,7 @@
 #include "calibration/CalibrationBench.h"
 #include "calibration/UnfinishedRuns.h"
 #include "healthcheck/HealthCheckRun.h"
+#include "healthcheck/OpenJournal.h"
 #include "healthcheck/RecordedHealthCheck.h"
 #include "support/WorkbookProbe.h"
 

@@ -13,7 +13,7 @@ namespace ombrix {
 namespace {
 
 using Option = HealthCheckOption;
-using Outcome = HealthCheckResult::Outcome;
+using End = ProcedureOutcome::End;
 
 class RecordedWaitWindow final : public OpenExcelView {
   public:
@@ -47,7 +47,7 @@ class HealthCheckRunTest : public ::testing::Test {
         HealthCheckResult result = run.Run(options, view);
         EXPECT_EQ(m_Board->DAC(0), 0);
         EXPECT_EQ(m_Board->DAC(1), 0);
-        if (result.End != Outcome::Failed) { // a board that is gone cannot be told
+        if (result.Ended != End::Failed) { // a board that is gone cannot be told
             EXPECT_LT(m_Bench->FlowLater_bits(), TestBench::NoFlow_bits);
         }
         EXPECT_FALSE(m_Bench->TheStation.Procedures.Running());
@@ -80,7 +80,7 @@ double Number(Workbook& book, std::string_view sheet, std::string_view address) 
 
 TEST_F(HealthCheckRunTest, TheShortTestFillsItsReport) {
     const HealthCheckResult result = Run({Option::Short});
-    EXPECT_EQ(result.End, Outcome::Completed);
+    EXPECT_EQ(result.Ended, End::Completed);
     ASSERT_EQ(result.Files.size(), 1U);
     EXPECT_EQ(result.Files[0], m_Bench->Folder.Path() / "ACUs" / "ACU00301_M9200301A" /
                                    "M9200301A_ACU301_20240315_140533.xlsx");
@@ -130,14 +130,14 @@ TEST_F(HealthCheckRunTest, EverythingChosenGetsADistinctSheet) {
 TEST_F(HealthCheckRunTest, GaugePromptsSkipOrEnd) {
     m_Bench->Messages.Answers = {Answer::No, Answer::Yes};
     const HealthCheckResult second = Run({Option::PressureCheck});
-    EXPECT_EQ(second.End, Outcome::Completed);
+    EXPECT_EQ(second.Ended, End::Completed);
     ASSERT_EQ(second.Sequences.size(), 1U);
     EXPECT_EQ(second.Sequences[0].Sheet, "Zero - Ch1");
     EXPECT_EQ(m_Bench->Messages.Shown[0].Buttons, MessageButtons::YesNoCancel);
 
     m_Bench->Messages.Answers = {Answer::Yes, Answer::Cancel};
     const HealthCheckResult ended = Run({Option::PressureCheck, Option::LowCh1});
-    EXPECT_EQ(ended.End, Outcome::Cancelled);
+    EXPECT_EQ(ended.Ended, End::Cancelled);
     EXPECT_EQ(ended.Sequences.size(), 1U);
     EXPECT_EQ(ended.Files.size(), 1U) << "what there is is saved";
 }
@@ -145,7 +145,7 @@ TEST_F(HealthCheckRunTest, GaugePromptsSkipOrEnd) {
 TEST_F(HealthCheckRunTest, CancelStillSavesWhatWasMeasured) {
     m_Bench->Events.At(7.0, [this] { m_Cancel(); });
     const HealthCheckResult result = Run({Option::Short});
-    EXPECT_EQ(result.End, Outcome::Cancelled);
+    EXPECT_EQ(result.Ended, End::Cancelled);
     ASSERT_EQ(result.Sequences.size(), 2U);
     EXPECT_NEAR(result.Sequences[1].Samples, 50, 2);
     EXPECT_EQ(Open(result.Files.at(0)).WorksheetCount(), 5);
@@ -154,7 +154,7 @@ TEST_F(HealthCheckRunTest, CancelStillSavesWhatWasMeasured) {
 TEST_F(HealthCheckRunTest, ClosingTheProgramEndsItWithoutMoreMessages) {
     m_Bench->Events.At(3.0, [this] { m_Bench->Events.EndProgram(); });
     const HealthCheckResult result = Run({Option::Short});
-    EXPECT_EQ(result.End, Outcome::Cancelled);
+    EXPECT_EQ(result.Ended, End::Cancelled);
     EXPECT_EQ(result.Files.size(), 1U);
     EXPECT_TRUE(m_Bench->Messages.Shown.empty());
 }
@@ -162,7 +162,7 @@ TEST_F(HealthCheckRunTest, ClosingTheProgramEndsItWithoutMoreMessages) {
 TEST_F(HealthCheckRunTest, ALostBoardIsToldAndWhatWasMeasuredIsSaved) {
     UseBench({"unplug@8"});
     const HealthCheckResult result = Run({Option::Short});
-    EXPECT_EQ(result.End, Outcome::Failed);
+    EXPECT_EQ(result.Ended, End::Failed);
     ASSERT_EQ(m_Bench->Messages.Shown.size(), 3U) << "that air may flow comes first";
     EXPECT_EQ(m_Bench->Messages.Shown[1].Text,
               "The health check has been stopped.\r\n\r\nThe board does not answer: AIB Generic "
@@ -176,7 +176,7 @@ TEST_F(HealthCheckRunTest, AMissingTemplateRunsNothing) {
     m_Bench->Files.Mount(std::string(Templates) + R"(\ACUHealthCheck.xltx)",
                          m_Bench->Folder.Path() / "gone.xltx");
     const HealthCheckResult result = Run({Option::Short});
-    EXPECT_EQ(result.End, Outcome::NotSaved);
+    EXPECT_EQ(result.Ended, End::NotStored);
     ASSERT_EQ(m_Bench->Messages.Shown.size(), 1U);
     EXPECT_EQ(LastMessage(), "Unable to find File: \r\n\r\n  "
                              "C:\\Program Files\\Ombrix\\Templates\\ACUHealthCheck.xltx");
@@ -186,14 +186,14 @@ TEST_F(HealthCheckRunTest, ADamagedTemplateIsNamed) {
     const auto damaged = m_Bench->Folder.Path() / "damaged.xltx";
     ReplaceWholeFile(damaged, "this is no workbook");
     m_Bench->Files.Mount(std::string(Templates) + R"(\ACUHealthCheck.xltx)", damaged);
-    EXPECT_EQ(Run({Option::Short}).End, Outcome::NotSaved);
+    EXPECT_EQ(Run({Option::Short}).Ended, End::NotStored);
     EXPECT_NE(LastMessage().find("ACUHealthCheck.xltx"), std::string::npos) << LastMessage();
 }
 
 TEST_F(HealthCheckRunTest, WithoutAFolderTheReportIsKeptAndSaidWhere) {
     ReplaceWholeFile(m_Bench->Folder.Path() / "ACUs", "a file in the way");
     const HealthCheckResult result = Run({Option::Short});
-    EXPECT_EQ(result.End, Outcome::NotSaved);
+    EXPECT_EQ(result.Ended, End::NotStored);
     const auto& shown = m_Bench->Messages.Shown;
     ASSERT_EQ(shown.size(), 2U);
     EXPECT_EQ(shown[0].Text, "Unable to Save Excel File in following locations:\r\n\r\n"
@@ -209,14 +209,14 @@ TEST_F(HealthCheckRunTest, ACancelledRunStaysCancelledWithoutAFolder) {
     ReplaceWholeFile(m_Bench->Folder.Path() / "ACUs", "a file in the way");
     m_Bench->Events.At(7.0, [this] { m_Cancel(); });
     const HealthCheckResult result = Run({Option::Short});
-    EXPECT_EQ(result.End, Outcome::Cancelled);
+    EXPECT_EQ(result.Ended, End::Cancelled);
     EXPECT_NE(result.Error, "");
 }
 
 TEST_F(HealthCheckRunTest, AFullDiskLosesNothing) {
     m_FullDisk = std::make_unique<FullDisk>(m_Bench->Files);
     const HealthCheckResult result = Run({Option::Short});
-    EXPECT_EQ(result.End, Outcome::NotSaved);
+    EXPECT_EQ(result.Ended, End::NotStored);
     EXPECT_NE(m_Bench->Messages.Shown[0].Text.find("No space left on device"), std::string::npos);
     ASSERT_EQ(result.Files.size(), 1U);
     EXPECT_EQ(result.Files[0].parent_path(), m_Bench->Folder.Path() / "Kept");

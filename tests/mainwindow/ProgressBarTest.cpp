@@ -10,7 +10,7 @@ namespace ombrix {
 namespace {
 
 constexpr Colour BarBlue{64, 64, 255};
-constexpr Colour Red{255, 0, 0};
+constexpr Colour BarRed{255, 0, 0};
 constexpr Colour Yellow{255, 255, 0};
 
 /// A bar whose surface measures 200 × 40 pixels within its frame.
@@ -110,14 +110,14 @@ TEST_F(ProgressBarTest, WithoutARangeThereIsNeitherBoxNorPercentage) {
 TEST_F(ProgressBarTest, StoredSettingsShowWithTheNextRedrawWhichNeedsAnotherValue) {
     m_Bar.Orientation(0);
     m_Bar.Value(50.1F);
-    m_Bar.ForeColour(Red);
+    m_Bar.ForeColour(BarRed);
     m_Bar.DisplayType(6);
     m_Bar.UserString("Stored");
     m_Bar.Value(50.1F);
     EXPECT_EQ(At(0, 0), ToQt(BarBlue));
     EXPECT_EQ(Text(), "");
     m_Bar.Value(50.0F);
-    EXPECT_EQ(At(0, 0), ToQt(Red));
+    EXPECT_EQ(At(0, 0), ToQt(BarRed));
     EXPECT_EQ(Text(), "Stored");
     m_Bar.BackColour(Yellow); // clears the surface
     EXPECT_EQ(At(0, 0), ToQt(Yellow));

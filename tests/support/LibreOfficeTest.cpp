@@ -2,13 +2,12 @@
 #include "support/LibreOfficeConverter.h"
 #include "support/SampleReport.h"
 #include "support/WorkbookFixture.h"
+#include "support/WorkbookProbe.h"
 
 #include <fstream>
 
 namespace ombrix {
 namespace {
-
-constexpr std::string_view BinaryWorkbook = "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1";
 
 /// A program made of a shell script.
 std::string Script(const TemporaryFolder& folder, const std::string& text) {

@@ -6,7 +6,7 @@
 namespace ombrix {
 namespace {
 
-class RecordedWait final : public OpenExcelView {
+class WaitStory final : public OpenExcelView {
   public:
     std::vector<std::string> Calls;
     void Show(const std::string& message) override { Calls.push_back(message); }
@@ -27,7 +27,7 @@ class OpenExcelTest : public ::testing::Test {
 };
 
 TEST_F(OpenExcelTest, TheWaitWindowIsPaintedBeforeTheTemplateIsOpened) {
-    RecordedWait wait;
+    WaitStory wait;
     m_Bench.Files.ReplaceFile(R"(C:\Audit.xltx)", HealthCheckTemplate());
     std::vector<std::string> shownWhenPumped;
     m_Bench.Events.EveryPass = [&] { shownWhenPumped = wait.Calls; };

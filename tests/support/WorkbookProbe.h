@@ -10,6 +10,9 @@
 
 namespace ombrix {
 
+/// What a workbook of the older, binary format begins with.
+inline constexpr std::string_view BinaryWorkbook = "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1";
+
 /// Looks into a written workbook, part by part.
 class WorkbookProbe {
   public:

@@ -1,11 +1,10 @@
+#include "support/WorkbookProbe.h"
 #include "terminal/OmbrixctlTest.h"
 
 #include <algorithm>
 
 namespace ombrix {
 namespace {
-
-constexpr std::string_view BinaryWorkbook = "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1";
 
 TEST_F(OmbrixctlTest, VelocityInitTakesAFreshUnitToItsDates) {
     const std::string fresh = "--simulate=fresh ";

@@ -1,0 +1,16 @@
+#include "healthcheck/OpenJournal.h"
+
+#include "calibration/JournalLines.h"
+#include "calibration/RecordedCalibration.h"
+#include "healthcheck/HealthCheckRecorder.h"
+#include "healthcheck/RecordedHealthCheck.h"
+
+namespace ombrix {
+
+std::unique_ptr<JournalledRun> OpenJournal(Platform& world, std::string_view text) {
+    if (KindOfJournal(text) == HealthCheckKind)
+        return std::make_unique<RecordedHealthCheck>(text);
+    return std::make_unique<RecordedCalibration>(ReadJournal(world, text));
+}
+
+} // namespace ombrix

@@ -32,7 +32,7 @@ std::string FileName(const std::string& part) {
     return part.substr(Folder(part).size());
 }
 
-std::string Extension(const std::string& part) {
+std::string PartExtension(const std::string& part) {
     const std::string name = FileName(part);
     const std::size_t dot = name.find_last_of('.');
     return dot == std::string::npos ? "" : name.substr(dot + 1);
@@ -63,7 +63,7 @@ bool IsShared(const std::string& part) {
 
 /// "xl/charts/chart" and ".xml" of "xl/charts/chart12.xml".
 std::pair<std::string, std::string> AroundNumber(const std::string& part) {
-    const std::string extension = Extension(part);
+    const std::string extension = PartExtension(part);
     std::string before = part.substr(0, part.size() - extension.size());
     if (before.ends_with('.'))
         before.pop_back();
@@ -126,7 +126,7 @@ std::vector<std::string> Package::PartNames() const {
 std::string Package::ContentType(const std::string& part) const {
     if (const auto found = m_TypeByPart.find(part); found != m_TypeByPart.end())
         return found->second;
-    const auto found = m_TypeByExtension.find(Extension(part));
+    const auto found = m_TypeByExtension.find(PartExtension(part));
     return found == m_TypeByExtension.end() ? "" : found->second;
 }
 

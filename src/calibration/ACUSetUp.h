@@ -8,10 +8,8 @@
 #include "calibration/VelocityMeasurement.h"
 
 #include <cstdint>
-#include <filesystem>
 #include <functional>
 #include <string>
-#include <vector>
 
 namespace ombrix {
 

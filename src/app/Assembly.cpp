@@ -50,10 +50,14 @@ ProgramIdentity Identity(const std::string& program) {
     return {program, OMBRIX_VERSION, ComputerName(), ::getpid()};
 }
 
-std::unique_ptr<Clock> MakeClock(double timeScale, Clock& base) {
-    if (timeScale == 0.0)
-        return std::make_unique<VirtualClock>(base.Now());
-    return std::make_unique<ScaledClock>(base, timeScale);
+/// A bench that runs in the system's time has the system's clock, whose date follows changes.
+std::unique_ptr<Clock> MakeClock(const StationOptions& options, Clock& base) {
+    if (options.TimeScale == 1.0 && !options.StartAt)
+        return std::make_unique<SystemClock>();
+    const OleDate start = options.StartAt.value_or(base.Now());
+    if (options.TimeScale == 0.0)
+        return std::make_unique<VirtualClock>(start);
+    return std::make_unique<ScaledClock>(base, options.TimeScale, start);
 }
 
 } // namespace
@@ -63,8 +67,7 @@ Assembly::Assembly(const StationOptions& options, const UserPorts& ports,
     : m_Options(options), m_Drive(Made(fs::absolute(options.DataRoot))),
       m_Converter({.WhileWaiting = [&events = ports.Events] { events.ProcessPendingEvents(); }}),
       m_BaseClock(std::make_unique<SystemClock>()),
-      m_Clock(options.TimeScale == 1.0 ? std::make_unique<SystemClock>()
-                                       : MakeClock(options.TimeScale, *m_BaseClock)),
+      m_Clock(MakeClock(options, *m_BaseClock)),
       m_Messages(ports.Messages, m_World),
       m_End(ports.End, m_World), m_World{*m_Clock,        ports.Events, m_Messages,       m_Drive,
                                          ports.Documents, m_End,        Identity(program)},

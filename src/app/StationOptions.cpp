@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 
 #include <charconv>
+#include <cstdio>
 #include <cstdlib>
 
 namespace ombrix {
@@ -53,6 +54,21 @@ double ParseTimeScale(const std::string& text) {
     return scale;
 }
 
+OleDate ParseStart(const std::string& text) {
+    CivilTime time;
+    int length = 0;
+    const int fields =
+        std::sscanf(text.c_str(), "%4d-%2d-%2dT%2d:%2d:%2d%n", &time.Year, &time.Month, &time.Day,
+                    &time.Hour, &time.Minute, &time.Second, &length);
+    const OleDate start = OleDate::FromCivil(time);
+    // A day or an hour that the calendar lacks comes back as another one.
+    if (fields != 6 || static_cast<std::size_t>(length) != text.size() || start.ToCivil() != time)
+        throw CLI::ValidationError("--start-at", "\"" + text +
+                                                     "\" is no date and time such as "
+                                                     "2026-03-15T10:20:30");
+    return start;
+}
+
 } // namespace
 
 void AddStationOptions(CLI::App& app, StationOptions& options) {
@@ -84,6 +100,12 @@ void AddStationOptions(CLI::App& app, StationOptions& options) {
            [&options](const std::string& text) { options.TimeScale = ParseTimeScale(text); },
            "The simulated bench runs N times faster; max: in virtual time")
         ->type_name("N|max")
+        ->needs(simulate);
+    app.add_option_function<std::string>(
+           "--start-at",
+           [&options](const std::string& text) { options.StartAt = ParseStart(text); },
+           "Date and time at which the simulated bench begins, such as 2026-03-15T10:20:30")
+        ->type_name("DATE")
         ->needs(simulate);
     app.add_option("--data-root", options.DataRoot, "The folder that stands for drive C:")
         ->type_name("DIR")

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "platform/OleDate.h"
+
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,6 +25,8 @@ struct StationOptions {
     std::filesystem::path EpromImage;
     /// How many times faster the simulated bench runs; 0 for virtual time.
     double TimeScale = 1.0;
+    /// Date and time at which the simulated bench begins; the present ones when there is none.
+    std::optional<OleDate> StartAt;
     std::filesystem::path DataRoot;
     std::filesystem::path Share;
     std::int32_t Board = 0;

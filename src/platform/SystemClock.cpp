@@ -53,8 +53,8 @@ void SystemClock::Rest(double longest_s) {
         std::this_thread::sleep_for(std::chrono::duration<double>(sleep_s));
 }
 
-ScaledClock::ScaledClock(Clock& base, double scale)
-    : m_Base(base), m_Scale(scale), m_StartCounter(base.Counter()), m_StartDate(base.Now()) {}
+ScaledClock::ScaledClock(Clock& base, double scale, OleDate start)
+    : m_Base(base), m_Scale(scale), m_StartCounter(base.Counter()), m_StartDate(start) {}
 
 double ScaledClock::Elapsed_s() const {
     return static_cast<double>(Counter() - m_StartCounter) / static_cast<double>(Frequency());

@@ -20,7 +20,8 @@ class SystemClock final : public Clock {
 class ScaledClock final : public Clock {
   public:
     /// @param scale how many seconds pass here in a second there, above 0
-    ScaledClock(Clock& base, double scale);
+    /// @param start date and time when it begins
+    ScaledClock(Clock& base, double scale, OleDate start);
 
     std::int64_t Counter() const override;
     std::int64_t Frequency() const override { return m_Base.Frequency(); }

@@ -79,7 +79,7 @@ TEST(Clocks, VirtualTimeMovesOnlyByRestingAndCrossesMidnight) {
 
 TEST(Clocks, ScaledTimeRunsFaster) {
     VirtualClock base;
-    ScaledClock clock(base, 60.0);
+    ScaledClock clock(base, 60.0, base.Now());
     const std::int64_t start = clock.Counter();
     base.Advance(2.0);
     EXPECT_EQ(clock.Counter() - start, 120 * clock.Frequency());

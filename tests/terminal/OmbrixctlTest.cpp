@@ -143,6 +143,7 @@ TEST_F(OmbrixctlTest, WrongUsageEndsWithItsStatusAndAClearText) {
           Case{"--simulate --fault smoke detect", 2, "no fault"},
           Case{"--fault no-air detect", 2, "--simulate"},
           Case{"--simulate --time-scale 0 detect", 2, "number above 0"},
+          Case{"--simulate --start-at 2026-02-30T10:20:30 detect", 2, "no date and time"},
           Case{"--simulate dac 4 0", 2, "CHANNEL"}, Case{"--simulate eprom read 2048", 2, "2044"},
           Case{"--simulate eprom read 2040 3", 2, "at most 2"},
           Case{"--simulate eprom write 2 0", 2, "steps of 4"},

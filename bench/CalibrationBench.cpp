@@ -2,7 +2,7 @@
 // virtual time on the simulated bench.
 #include "calibration/CalibrationBench.h"
 
-#include "calibration/MeasuringLoop.h"
+#include "calibration/run/MeasuringLoop.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,10 +1,10 @@
 // What a sample and a whole health check cost, in virtual time on the simulated bench.
 #include "healthcheck/HealthCheckRun.h"
-#include "healthcheck/clsMFCStep.h"
-#include "platform/SystemClock.h"
+#include "healthcheck/MFCStep.h"
+#include "platform/os/SystemClock.h"
+#include "spreadsheet/XlsxApplication.h"
 #include "support/NoConverter.h"
 #include "support/TestBench.h"
-#include "support/XlsxApplication.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,10 +1,10 @@
 // How evenly a health check samples in real time with live traces, and what it costs. Not a
 // test: the figures depend on the machine and on what else it does.
-#include "healthcheck/GraphColumn.h"
-#include "healthcheck/clsMFCSequence.h"
-#include "mainwindow/QtEventPump.h"
-#include "platform/SystemClock.h"
+#include "healthcheck/MFCSequence.h"
+#include "platform/os/SystemClock.h"
 #include "support/TestBench.h"
+#include "windows/desktop/QtEventPump.h"
+#include "windows/healthcheck/GraphColumn.h"
 
 #include <QApplication>
 #include <fmt/format.h>

@@ -1,9 +1,9 @@
 // Exporting recorded samples into a workbook, against a common writer library that puts the
 // same cells into a file of the same format with the same compression.
-#include "platform/FolderDrive.h"
+#include "platform/os/FolderDrive.h"
+#include "spreadsheet/XlsxApplication.h"
 #include "support/SampleReport.h"
 #include "support/TemporaryFolder.h"
-#include "support/XlsxApplication.h"
 #include "templates/ACUHealthCheck.h"
 
 #include <benchmark/benchmark.h>

@@ -1,7 +1,7 @@
 #include "EPROMWordNames.h"
 
-#include "board/ACUMemoryMap.h"
-#include "board/EpromFields.h"
+#include "board/eprom/ACUMemoryMap.h"
+#include "board/eprom/EpromFields.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 // Makes the report templates. They are made, not stored, so that a change to one can be read.
 #include "ACUHealthCheck.h"
 #include "CalibrationTemplates.h"
-#include "platform/FolderDrive.h"
+#include "platform/os/FolderDrive.h"
 
 #include <cstdio>
 #include <exception>

@@ -3,7 +3,7 @@
 #include "EPROMWordNames.h"
 #include "ReportLook.h"
 #include "TemplateBuilder.h"
-#include "support/xlsx/CellArea.h"
+#include "spreadsheet/sheet/CellArea.h"
 
 #include <fmt/format.h>
 

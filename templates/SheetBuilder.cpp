@@ -1,8 +1,8 @@
 #include "SheetBuilder.h"
 
-#include "support/xlsx/CellArea.h"
-#include "support/xlsx/FormulaText.h"
-#include "support/xlsx/XmlText.h"
+#include "spreadsheet/package/XmlText.h"
+#include "spreadsheet/sheet/CellArea.h"
+#include "spreadsheet/sheet/FormulaText.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,6 @@
 #include "StyleTable.h"
 
-#include "support/xlsx/XmlText.h"
+#include "spreadsheet/package/XmlText.h"
 
 #include <fmt/format.h>
 

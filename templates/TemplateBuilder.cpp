@@ -1,7 +1,7 @@
 #include "TemplateBuilder.h"
 
-#include "support/xlsx/XmlText.h"
-#include "support/xlsx/ZipArchive.h"
+#include "spreadsheet/package/XmlText.h"
+#include "spreadsheet/package/ZipArchive.h"
 
 #include <fmt/format.h>
 

@@ -1,12 +1,12 @@
 // Makes the pictures of the documentation: the windows at work on the simulated bench, in
 // virtual time, so that every run gives the same pictures.
 #include "app/Assembly.h"
-#include "calibration/CalibrationHistory.h"
-#include "mainwindow/QtDocumentOpener.h"
-#include "mainwindow/QtEventPump.h"
-#include "mainwindow/QtProgramEnd.h"
-#include "mainwindow/frmAIBAccessories.h"
-#include "support/ctrlProgressBar.h"
+#include "calibration/history/CalibrationHistory.h"
+#include "windows/desktop/QtDocumentOpener.h"
+#include "windows/desktop/QtEventPump.h"
+#include "windows/desktop/QtProgramEnd.h"
+#include "windows/main/AIBAccessoriesWindow.h"
+#include "windows/widgets/ProgressBar.h"
 
 #include <QAbstractButton>
 #include <QAction>

@@ -1,6 +1,6 @@
 #include "soak/Checks.h"
 
-#include "board/EpromGuard.h"
+#include "board/eprom/EpromGuard.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 #include "soak/FileWatch.h"
 
-#include "platform/FolderDrive.h"
-#include "support/xlsx/ZipArchive.h"
+#include "platform/os/FolderDrive.h"
+#include "spreadsheet/package/ZipArchive.h"
 
 #include <pugixml.hpp>
 

@@ -1,10 +1,10 @@
 #include "soak/Procedures.h"
 
-#include "board/ACUMemoryMap.h"
+#include "benchtests/DataRecorder.h"
+#include "benchtests/DigitalMFCTest.h"
+#include "benchtests/OutputSweep.h"
+#include "board/eprom/ACUMemoryMap.h"
 #include "healthcheck/HealthCheckRun.h"
-#include "mainwindow/DataRecorder.h"
-#include "mainwindow/DigitalMFCTest.h"
-#include "mainwindow/OutputSweep.h"
 
 #include <array>
 

@@ -2,15 +2,15 @@
 
 #include "board/Station.h"
 #include "calibration/CalibrationBench.h"
-#include "platform/FolderDrive.h"
-#include "platform/LoggedPorts.h"
-#include "platform/VirtualClock.h"
+#include "platform/os/FolderDrive.h"
+#include "platform/os/LoggedPorts.h"
+#include "platform/os/VirtualClock.h"
 #include "simulator/SimulatedBench.h"
 #include "soak/SoakDisk.h"
 #include "soak/WatchedLibrary.h"
+#include "spreadsheet/XlsxApplication.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestBench.h"
-#include "support/XlsxApplication.h"
 
 #include <functional>
 #include <memory>

@@ -1,13 +1,13 @@
 #include "app/Assembly.h"
 
 #include "board/LoadedAIBControl.h"
-#include "calibration/clsACUCalibration.h"
-#include "platform/CrashReport.h"
-#include "platform/ProgramLog.h"
-#include "platform/SystemClock.h"
-#include "platform/VirtualClock.h"
+#include "calibration/unit/ACUCalibration.h"
+#include "platform/os/CrashReport.h"
+#include "platform/os/ProgramLog.h"
+#include "platform/os/SystemClock.h"
+#include "platform/os/VirtualClock.h"
 #include "simulator/SimulatorFolder.h"
-#include "support/XlsxApplication.h"
+#include "spreadsheet/XlsxApplication.h"
 
 #include <climits>
 #include <fmt/ranges.h>
@@ -66,8 +66,7 @@ Assembly::Assembly(const StationOptions& options, const UserPorts& ports,
                    const std::string& program)
     : m_Options(options), m_Drive(Made(fs::absolute(options.DataRoot))),
       m_Converter({.WhileWaiting = [&events = ports.Events] { events.ProcessPendingEvents(); }}),
-      m_BaseClock(std::make_unique<SystemClock>()),
-      m_Clock(MakeClock(options, *m_BaseClock)),
+      m_BaseClock(std::make_unique<SystemClock>()), m_Clock(MakeClock(options, *m_BaseClock)),
       m_Messages(ports.Messages, m_World),
       m_End(ports.End, m_World), m_World{*m_Clock,        ports.Events, m_Messages,       m_Drive,
                                          ports.Documents, m_End,        Identity(program)},

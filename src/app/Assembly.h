@@ -2,11 +2,11 @@
 
 #include "app/StationOptions.h"
 #include "board/Station.h"
-#include "platform/FolderDrive.h"
-#include "platform/LoggedPorts.h"
+#include "platform/os/FolderDrive.h"
+#include "platform/os/LoggedPorts.h"
 #include "simulator/SimulatedBench.h"
-#include "support/LibreOfficeConverter.h"
-#include "support/Spreadsheet.h"
+#include "spreadsheet/LibreOfficeConverter.h"
+#include "spreadsheet/Spreadsheet.h"
 
 #include <memory>
 #include <string>

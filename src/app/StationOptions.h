@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/OleDate.h"
+#include "platform/text/OleDate.h"
 
 #include <cstdint>
 #include <filesystem>

@@ -1,17 +1,17 @@
 // The desktop program.
 #include "app/Assembly.h"
 #include "board/OutputsOff.h"
-#include "mainwindow/QtDocumentOpener.h"
-#include "mainwindow/QtEventPump.h"
-#include "mainwindow/QtOperator.h"
-#include "mainwindow/QtProgramEnd.h"
-#include "mainwindow/SafeApplication.h"
-#include "mainwindow/SafeEnd.h"
-#include "mainwindow/WindowPlace.h"
-#include "mainwindow/frmAIBAccessories.h"
-#include "platform/AtExit.h"
-#include "platform/CrashReport.h"
-#include "platform/ProgramLog.h"
+#include "platform/os/AtExit.h"
+#include "platform/os/CrashReport.h"
+#include "platform/os/ProgramLog.h"
+#include "windows/desktop/QtDocumentOpener.h"
+#include "windows/desktop/QtEventPump.h"
+#include "windows/desktop/QtOperator.h"
+#include "windows/desktop/QtProgramEnd.h"
+#include "windows/desktop/SafeApplication.h"
+#include "windows/desktop/SafeEnd.h"
+#include "windows/desktop/WindowPlace.h"
+#include "windows/main/AIBAccessoriesWindow.h"
 
 #include <CLI/CLI.hpp>
 #include <QIcon>

@@ -1,9 +1,9 @@
 // The program from a terminal: one line does one job.
 #include "app/Assembly.h"
-#include "board/AnswerWatch.h"
-#include "board/EpromGuard.h"
-#include "platform/CrashReport.h"
-#include "platform/ProgramLog.h"
+#include "board/eprom/EpromGuard.h"
+#include "board/procedure/AnswerWatch.h"
+#include "platform/os/CrashReport.h"
+#include "platform/os/ProgramLog.h"
 #include "terminal/CommandLine.h"
 #include "terminal/StandardError.h"
 

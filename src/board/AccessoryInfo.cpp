@@ -1,6 +1,6 @@
 #include "board/AccessoryInfo.h"
 
-#include "platform/CodePage.h"
+#include "platform/text/CodePage.h"
 
 #include <algorithm>
 #include <string_view>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "board/Station.h"
-#include "platform/Rounding.h"
+#include "platform/text/Rounding.h"
 
 #include <algorithm>
 #include <cstdint>

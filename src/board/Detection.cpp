@@ -1,8 +1,8 @@
 #include "board/Detection.h"
 
-#include "board/Recovery.h"
-#include "platform/DateText.h"
-#include "platform/ProgramLog.h"
+#include "board/procedure/Recovery.h"
+#include "platform/os/ProgramLog.h"
+#include "platform/text/DateText.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,6 @@
 #include "board/LoadedAIBControl.h"
 
-#include "platform/CodePage.h"
+#include "platform/text/CodePage.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 #include "board/OutputsOff.h"
 
-#include "board/RunningMark.h"
-#include "platform/ProgramLog.h"
+#include "board/procedure/RunningMark.h"
+#include "platform/os/ProgramLog.h"
 
 #include <fmt/format.h>
 

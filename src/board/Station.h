@@ -1,8 +1,8 @@
 #pragma once
 
-#include "board/BoardClaims.h"
-#include "board/clsAIBList.h"
-#include "platform/ProcedureGate.h"
+#include "board/AIBList.h"
+#include "board/procedure/BoardClaims.h"
+#include "board/procedure/ProcedureGate.h"
 
 #include <memory>
 #include <string>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Colour.h"
+#include "platform/text/Colour.h"
 
 #include <array>
 #include <string_view>

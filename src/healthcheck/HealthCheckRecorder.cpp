@@ -1,9 +1,9 @@
 #include "healthcheck/HealthCheckRecorder.h"
 
 #include "board/Station.h"
-#include "calibration/JournalLines.h"
-#include "calibration/RunJson.h"
-#include "calibration/clsACUCalibration.h"
+#include "calibration/history/RunJson.h"
+#include "calibration/unit/ACUCalibration.h"
+#include "journal/JournalLines.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "calibration/RunJournal.h"
 #include "healthcheck/HealthCheckProgramme.h"
-#include "healthcheck/clsMFCStep.h"
+#include "healthcheck/MFCStep.h"
+#include "journal/RunJournal.h"
 
 #include <filesystem>
 #include <span>

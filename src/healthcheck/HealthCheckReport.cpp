@@ -1,11 +1,11 @@
 #include "healthcheck/HealthCheckReport.h"
 
-#include "calibration/clsACUCalibration.h"
+#include "calibration/unit/ACUCalibration.h"
 #include "healthcheck/SaveFolder.h"
-#include "platform/DateText.h"
-#include "platform/FreePath.h"
-#include "platform/TellOperator.h"
-#include "support/KeptWorkbook.h"
+#include "platform/os/TellOperator.h"
+#include "platform/ports/FreePath.h"
+#include "platform/text/DateText.h"
+#include "reports/KeptWorkbook.h"
 
 #include <fmt/format.h>
 

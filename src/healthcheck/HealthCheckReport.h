@@ -1,7 +1,7 @@
 #pragma once
 
 #include "board/Station.h"
-#include "support/OpenExcel.h"
+#include "reports/OpenExcel.h"
 
 #include <filesystem>
 #include <optional>

@@ -1,8 +1,8 @@
 #include "healthcheck/HealthCheckRun.h"
 
-#include "board/DrivingProcedure.h"
-#include "healthcheck/clsMFCSequence.h"
-#include "platform/TellOperator.h"
+#include "board/procedure/DrivingProcedure.h"
+#include "healthcheck/MFCSequence.h"
+#include "platform/os/TellOperator.h"
 
 #include <fmt/format.h>
 

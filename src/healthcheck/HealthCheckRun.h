@@ -1,8 +1,8 @@
 #pragma once
 
 #include "board/DACSliders.h"
-#include "board/ProcedureOutcome.h"
 #include "board/Station.h"
+#include "board/procedure/ProcedureOutcome.h"
 #include "healthcheck/GraphSurface.h"
 #include "healthcheck/HealthCheckProgramme.h"
 #include "healthcheck/HealthCheckRecorder.h"

@@ -1,9 +1,9 @@
 #include "healthcheck/OpenJournal.h"
 
-#include "calibration/JournalLines.h"
-#include "calibration/RecordedCalibration.h"
+#include "calibration/history/RecordedCalibration.h"
 #include "healthcheck/HealthCheckRecorder.h"
 #include "healthcheck/RecordedHealthCheck.h"
+#include "journal/JournalLines.h"
 
 namespace ombrix {
 

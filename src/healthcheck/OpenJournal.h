@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration/JournalledRun.h"
+#include "journal/JournalledRun.h"
 
 #include <memory>
 #include <string_view>

@@ -1,13 +1,13 @@
 #include "healthcheck/RecordedHealthCheck.h"
 
-#include "calibration/JournalLines.h"
-#include "calibration/RunJson.h"
-#include "calibration/clsACUCalibration.h"
+#include "calibration/history/RunJson.h"
+#include "calibration/unit/ACUCalibration.h"
 #include "healthcheck/HealthCheckRecorder.h"
 #include "healthcheck/HealthCheckReport.h"
-#include "healthcheck/clsMFCSequence.h"
-#include "platform/DateText.h"
-#include "platform/ProgramLog.h"
+#include "healthcheck/MFCSequence.h"
+#include "journal/JournalLines.h"
+#include "platform/os/ProgramLog.h"
+#include "platform/text/DateText.h"
 
 #include <fmt/format.h>
 

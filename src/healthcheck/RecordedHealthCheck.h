@@ -1,9 +1,9 @@
 #pragma once
 
-#include "calibration/JournalLines.h"
-#include "calibration/JournalledRun.h"
 #include "healthcheck/HealthCheckProgramme.h"
-#include "healthcheck/clsMFCStep.h"
+#include "healthcheck/MFCStep.h"
+#include "journal/JournalLines.h"
+#include "journal/JournalledRun.h"
 
 namespace ombrix {
 

@@ -1,6 +1,6 @@
 #include "healthcheck/SaveFolder.h"
 
-#include "board/modAIB.h"
+#include "board/AIBTools.h"
 #include "healthcheck/HealthCheckReport.h"
 
 #include <fmt/format.h>

@@ -2,7 +2,7 @@
 // interface of the real one, against which the program and others can be developed.
 // Environment variables choose the bench, since the interface has no place for a choice:
 // AIB_SIMULATOR_BENCH (a bench name) and AIB_SIMULATOR_FOLDER (where EPROM images are kept).
-#include "platform/SystemClock.h"
+#include "platform/os/SystemClock.h"
 #include "simulator/SimulatedBench.h"
 
 #include <cstdlib>

@@ -1,7 +1,7 @@
 // The EPROM contents with which the units of the simulated benches are delivered.
-#include "board/ACUMemoryMap.h"
-#include "platform/OleDate.h"
-#include "platform/Rounding.h"
+#include "board/eprom/ACUMemoryMap.h"
+#include "platform/text/OleDate.h"
+#include "platform/text/Rounding.h"
 #include "simulator/SimulatedEPROM.h"
 
 #include <bit>

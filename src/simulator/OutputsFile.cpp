@@ -1,6 +1,6 @@
 #include "simulator/OutputsFile.h"
 
-#include "platform/FolderDrive.h"
+#include "platform/os/FolderDrive.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/FileDescriptor.h"
+#include "platform/os/FileDescriptor.h"
 
 #include <array>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "simulator/SimulatedBench.h"
 
-#include "platform/FolderDrive.h"
+#include "platform/os/FolderDrive.h"
 
 #include <system_error>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "board/AIBControl.h"
-#include "platform/Clock.h"
+#include "platform/ports/Clock.h"
 #include "simulator/Noise.h"
 #include "simulator/SimulatedBoard.h"
 

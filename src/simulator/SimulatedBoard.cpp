@@ -1,7 +1,7 @@
 #include "simulator/SimulatedBoard.h"
 
-#include "platform/FolderDrive.h"
-#include "platform/Rounding.h"
+#include "platform/os/FolderDrive.h"
+#include "platform/text/Rounding.h"
 
 #include <fmt/format.h>
 

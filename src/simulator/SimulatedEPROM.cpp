@@ -1,7 +1,7 @@
 #include "simulator/SimulatedEPROM.h"
 
-#include "platform/FileDescriptor.h"
-#include "platform/FolderDrive.h"
+#include "platform/os/FileDescriptor.h"
+#include "platform/os/FolderDrive.h"
 
 #include <fmt/format.h>
 

@@ -1,11 +1,11 @@
 #include "terminal/BoardCommands.h"
 
-#include "board/ACUMemoryMap.h"
-#include "board/BoardIdentity.h"
 #include "board/Detection.h"
-#include "board/EpromGuard.h"
-#include "calibration/modACUCalibration.h"
-#include "support/Text.h"
+#include "board/eprom/ACUMemoryMap.h"
+#include "board/eprom/BoardIdentity.h"
+#include "board/eprom/EpromGuard.h"
+#include "calibration/unit/CalibrationSummary.h"
+#include "platform/text/Text.h"
 #include "terminal/HistoryCommands.h"
 
 #include <fmt/format.h>

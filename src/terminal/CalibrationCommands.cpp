@@ -1,7 +1,7 @@
 #include "terminal/CalibrationCommands.h"
 
-#include "calibration/ACUSetUp.h"
-#include "calibration/clsACUCalibration.h"
+#include "calibration/run/ACUSetUp.h"
+#include "calibration/unit/ACUCalibration.h"
 #include "terminal/ProcedureResult.h"
 #include "terminal/TerminalStages.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration/VelocityMeasurement.h"
+#include "calibration/judge/VelocityMeasurement.h"
 #include "terminal/Command.h"
 
 #include <string>

@@ -2,8 +2,8 @@
 
 #include "board/DACSliders.h"
 #include "board/Station.h"
-#include "platform/ProgramEnd.h"
-#include "support/Spreadsheet.h"
+#include "platform/ports/ProgramEnd.h"
+#include "spreadsheet/Spreadsheet.h"
 #include "terminal/TerminalPorts.h"
 
 #include <nlohmann/json.hpp>

@@ -1,6 +1,6 @@
 #include "terminal/CommandLine.h"
 
-#include "mainwindow/OutputSweep.h"
+#include "benchtests/OutputSweep.h"
 #include "terminal/BoardCommands.h"
 #include "terminal/CalibrationCommands.h"
 #include "terminal/DiagnosticsReport.h"

@@ -1,7 +1,7 @@
 #include "terminal/DiagnosticsReport.h"
 
-#include "platform/FolderDrive.h"
-#include "support/Diagnostics.h"
+#include "platform/os/FolderDrive.h"
+#include "reports/Diagnostics.h"
 #include "terminal/ProcedureResult.h"
 
 namespace ombrix {

@@ -1,10 +1,10 @@
 #include "terminal/EpromCommands.h"
 
-#include "board/EpromGuard.h"
-#include "calibration/clsACUCalibration.h"
-#include "mainwindow/EpromWriter.h"
-#include "platform/FolderDrive.h"
-#include "support/Text.h"
+#include "board/eprom/EpromGuard.h"
+#include "board/eprom/EpromWriter.h"
+#include "calibration/unit/ACUCalibration.h"
+#include "platform/os/FolderDrive.h"
+#include "platform/text/Text.h"
 #include "terminal/RecordJson.h"
 
 #include <fmt/format.h>

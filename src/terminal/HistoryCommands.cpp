@@ -1,12 +1,12 @@
 #include "terminal/HistoryCommands.h"
 
-#include "calibration/CalibrationHistory.h"
-#include "calibration/JournalLines.h"
-#include "calibration/RunJournal.h"
-#include "calibration/UnfinishedRuns.h"
+#include "calibration/history/CalibrationHistory.h"
 #include "healthcheck/OpenJournal.h"
-#include "platform/DateText.h"
-#include "platform/FolderDrive.h"
+#include "journal/JournalLines.h"
+#include "journal/RunJournal.h"
+#include "journal/UnfinishedRuns.h"
+#include "platform/os/FolderDrive.h"
+#include "platform/text/DateText.h"
 #include "terminal/ProcedureResult.h"
 #include "terminal/TerminalStages.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/StopSignals.h"
+#include "platform/os/StopSignals.h"
 
 #include <optional>
 #include <string>

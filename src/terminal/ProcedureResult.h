@@ -1,6 +1,6 @@
 #pragma once
 
-#include "board/BenchProcedure.h"
+#include "board/procedure/BenchProcedure.h"
 #include "terminal/Command.h"
 
 namespace ombrix {

@@ -1,6 +1,6 @@
 #include "terminal/RecordCommand.h"
 
-#include "mainwindow/DataRecorder.h"
+#include "benchtests/DataRecorder.h"
 #include "terminal/ProcedureResult.h"
 #include "terminal/ProgressBar.h"
 

@@ -1,7 +1,7 @@
 #include "terminal/RecordJson.h"
 
-#include "platform/DateText.h"
-#include "support/Text.h"
+#include "platform/text/DateText.h"
+#include "platform/text/Text.h"
 
 namespace ombrix {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration/ACURecord.h"
+#include "calibration/unit/ACURecord.h"
 
 #include <nlohmann/json.hpp>
 

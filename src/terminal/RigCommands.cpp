@@ -1,8 +1,8 @@
 #include "terminal/RigCommands.h"
 
+#include "benchtests/TestRigRun.h"
 #include "terminal/ProcedureResult.h"
 #include "terminal/ProgressBar.h"
-#include "testrig/TestRigRun.h"
 
 #include <fmt/format.h>
 

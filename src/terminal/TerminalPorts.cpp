@@ -1,6 +1,6 @@
 #include "terminal/TerminalPorts.h"
 
-#include "board/modAIB.h"
+#include "board/AIBTools.h"
 #include "terminal/StandardError.h"
 
 #include <fmt/format.h>

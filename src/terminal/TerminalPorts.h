@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/DocumentOpener.h"
-#include "platform/EventPump.h"
-#include "platform/Operator.h"
-#include "platform/ProgramEnd.h"
+#include "platform/ports/DocumentOpener.h"
+#include "platform/ports/EventPump.h"
+#include "platform/ports/Operator.h"
+#include "platform/ports/ProgramEnd.h"
 #include "terminal/Interrupts.h"
 
 #include <chrono>

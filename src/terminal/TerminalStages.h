@@ -1,7 +1,7 @@
 #pragma once
 
-#include "calibration/CalibrationView.h"
-#include "support/OpenExcel.h"
+#include "calibration/run/CalibrationView.h"
+#include "reports/OpenExcel.h"
 #include "terminal/ProgressBar.h"
 
 #include <memory>

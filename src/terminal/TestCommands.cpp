@@ -1,9 +1,9 @@
 #include "terminal/TestCommands.h"
 
-#include "mainwindow/AirFlowTest.h"
-#include "mainwindow/DigitalMFCTest.h"
-#include "mainwindow/OutputSweep.h"
-#include "mainwindow/SpeedTest.h"
+#include "benchtests/AirFlowTest.h"
+#include "benchtests/DigitalMFCTest.h"
+#include "benchtests/OutputSweep.h"
+#include "benchtests/SpeedTest.h"
 #include "terminal/ProcedureResult.h"
 #include "terminal/ProgressBar.h"
 

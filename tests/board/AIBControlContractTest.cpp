@@ -1,7 +1,7 @@
 // What the program relies on of every board library, the loaded one and the simulated bench.
 #include "board/LoadedAIBControl.h"
-#include "platform/FolderDrive.h"
-#include "platform/VirtualClock.h"
+#include "platform/os/FolderDrive.h"
+#include "platform/os/VirtualClock.h"
 #include "simulator/SimulatedBench.h"
 #include "support/TemporaryFolder.h"
 

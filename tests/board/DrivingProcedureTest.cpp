@@ -1,7 +1,7 @@
-#include "board/DrivingProcedure.h"
+#include "board/procedure/DrivingProcedure.h"
 
-#include "board/Recovery.h"
-#include "board/RunningMark.h"
+#include "board/procedure/Recovery.h"
+#include "board/procedure/RunningMark.h"
 #include "support/TestBench.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
-#include "board/EpromGuard.h"
+#include "board/eprom/EpromGuard.h"
 
-#include "platform/ProgramLog.h"
+#include "platform/os/ProgramLog.h"
 #include "support/TestBench.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "board/clsAIB.h"
+#include "board/AIB.h"
 #include "support/TestBench.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "board/LoadedAIBControl.h"
 
-#include "board/clsAIBList.h"
+#include "board/AIBList.h"
 #include "support/TestBench.h"
 
 #include <gtest/gtest.h>

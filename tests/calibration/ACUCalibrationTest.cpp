@@ -1,6 +1,6 @@
-#include "board/ACUMemoryMap.h"
-#include "board/EpromGuard.h"
-#include "calibration/modACUCalibration.h"
+#include "board/eprom/ACUMemoryMap.h"
+#include "board/eprom/EpromGuard.h"
+#include "calibration/unit/CalibrationSummary.h"
 #include "support/TestBench.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "calibration/ACUInformation.h"
+#include "calibration/report/ACUInformation.h"
 
 #include "calibration/CalibrationBench.h"
 #include "calibration/MeasuredChannels.h"

@@ -1,8 +1,8 @@
 // An EPROM may hold anything: whatever 2048 bytes there are, reading ends, stays within the
 // record, and what is shown is text.
-#include "calibration/modACUCalibration.h"
+#include "calibration/unit/CalibrationSummary.h"
+#include "platform/text/Text.h"
 #include "support/TestBench.h"
-#include "support/Text.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "calibration/AcceptanceChecks.h"
+#include "calibration/judge/AcceptanceChecks.h"
 
 #include "calibration/MeasuredChannels.h"
 #include "support/TestBench.h"

@@ -1,6 +1,6 @@
-#include "calibration/AirChannelControl.h"
+#include "calibration/air/AirChannelControl.h"
 
-#include "calibration/AirUnits.h"
+#include "calibration/air/AirUnits.h"
 #include "support/TestBench.h"
 
 #include <gtest/gtest.h>

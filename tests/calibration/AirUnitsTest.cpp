@@ -1,4 +1,4 @@
-#include "calibration/AirUnits.h"
+#include "calibration/air/AirUnits.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "calibration/AuditSheets.h"
+#include "calibration/report/AuditSheets.h"
 
 #include "calibration/CalibrationBench.h"
 #include "calibration/MeasuredChannels.h"

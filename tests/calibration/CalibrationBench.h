@@ -1,10 +1,10 @@
 #pragma once
 
-#include "calibration/ACUSetUp.h"
-#include "calibration/RunJournal.h"
-#include "support/DocumentConverter.h"
+#include "calibration/run/ACUSetUp.h"
+#include "journal/RunJournal.h"
+#include "spreadsheet/DocumentConverter.h"
+#include "spreadsheet/XlsxApplication.h"
 #include "support/TestBench.h"
-#include "support/XlsxApplication.h"
 
 #include <array>
 #include <memory>

@@ -1,8 +1,8 @@
-#include "calibration/CalibrationHistory.h"
+#include "calibration/history/CalibrationHistory.h"
 
 #include "calibration/CalibrationBench.h"
-#include "calibration/HistoryDrift.h"
 #include "calibration/MeasuredChannels.h"
+#include "calibration/history/HistoryDrift.h"
 
 #include <gtest/gtest.h>
 

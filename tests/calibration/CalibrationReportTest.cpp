@@ -1,4 +1,4 @@
-#include "calibration/CalibrationReport.h"
+#include "calibration/report/CalibrationReport.h"
 
 #include "calibration/CalibrationBench.h"
 #include "calibration/MeasuredChannels.h"

@@ -1,6 +1,6 @@
-#include "calibration/CurveFit.h"
+#include "calibration/judge/CurveFit.h"
 
-#include "calibration/modMatrixMaths.h"
+#include "calibration/judge/MatrixMaths.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "calibration/AcceptanceChecks.h"
-#include "calibration/AirUnits.h"
-#include "calibration/CurveFit.h"
-#include "platform/FolderDrive.h"
-#include "platform/Rounding.h"
+#include "calibration/air/AirUnits.h"
+#include "calibration/judge/AcceptanceChecks.h"
+#include "calibration/judge/CurveFit.h"
+#include "platform/os/FolderDrive.h"
+#include "platform/text/Rounding.h"
 #include "support/WorkbookProbe.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 #include "calibration/CalibrationBench.h"
-#include "support/Text.h"
+#include "platform/text/Text.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>

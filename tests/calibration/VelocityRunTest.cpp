@@ -1,6 +1,6 @@
-#include "calibration/AirUnits.h"
 #include "calibration/CalibrationBench.h"
-#include "calibration/CurveFit.h"
+#include "calibration/air/AirUnits.h"
+#include "calibration/judge/CurveFit.h"
 #include "support/FullDisk.h"
 #include "support/WorkbookProbe.h"
 

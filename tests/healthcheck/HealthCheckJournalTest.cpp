@@ -1,8 +1,8 @@
 #include "calibration/CalibrationBench.h"
-#include "calibration/UnfinishedRuns.h"
 #include "healthcheck/HealthCheckRun.h"
 #include "healthcheck/OpenJournal.h"
 #include "healthcheck/RecordedHealthCheck.h"
+#include "journal/UnfinishedRuns.h"
 #include "support/WorkbookProbe.h"
 
 #include <gtest/gtest.h>

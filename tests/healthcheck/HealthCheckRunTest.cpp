@@ -1,9 +1,9 @@
 #include "healthcheck/HealthCheckRun.h"
 
+#include "spreadsheet/XlsxApplication.h"
 #include "support/FullDisk.h"
 #include "support/NoConverter.h"
 #include "support/TestBench.h"
-#include "support/XlsxApplication.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,6 @@
+#include "healthcheck/MFCSequence.h"
+
 #include "healthcheck/RecordedViews.h"
-#include "healthcheck/clsMFCSequence.h"
 #include "support/TestBench.h"
 
 #include <gtest/gtest.h>

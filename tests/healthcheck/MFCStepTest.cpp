@@ -1,5 +1,6 @@
+#include "healthcheck/MFCStep.h"
+
 #include "healthcheck/RecordedViews.h"
-#include "healthcheck/clsMFCStep.h"
 #include "support/TestBench.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/AtExit.h"
+#include "platform/os/AtExit.h"
 
 #include <gtest/gtest.h>
 

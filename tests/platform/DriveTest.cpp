@@ -1,4 +1,4 @@
-#include "platform/FolderDrive.h"
+#include "platform/os/FolderDrive.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

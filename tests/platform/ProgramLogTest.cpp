@@ -1,8 +1,8 @@
-#include "platform/ProgramLog.h"
+#include "platform/os/ProgramLog.h"
 
-#include "board/BenchProcedure.h"
 #include "board/Detection.h"
-#include "platform/LoggedPorts.h"
+#include "board/procedure/BenchProcedure.h"
+#include "platform/os/LoggedPorts.h"
 #include "support/TestBench.h"
 
 #include <gtest/gtest.h>

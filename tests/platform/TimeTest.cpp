@@ -1,8 +1,8 @@
-#include "platform/CodePage.h"
-#include "platform/OleDate.h"
-#include "platform/Rounding.h"
-#include "platform/SystemClock.h"
-#include "platform/VirtualClock.h"
+#include "platform/os/SystemClock.h"
+#include "platform/os/VirtualClock.h"
+#include "platform/text/CodePage.h"
+#include "platform/text/OleDate.h"
+#include "platform/text/Rounding.h"
 
 #include <gtest/gtest.h>
 

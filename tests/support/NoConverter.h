@@ -1,7 +1,7 @@
 #pragma once
 
-#include "support/DocumentConverter.h"
-#include "support/Spreadsheet.h"
+#include "spreadsheet/DocumentConverter.h"
+#include "spreadsheet/Spreadsheet.h"
 
 namespace ombrix {
 

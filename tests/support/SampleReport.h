@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/Spreadsheet.h"
+#include "spreadsheet/Spreadsheet.h"
 
 #include <string>
 #include <vector>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "board/Station.h"
-#include "calibration/clsACUCalibration.h"
-#include "platform/FolderDrive.h"
-#include "platform/VirtualClock.h"
+#include "calibration/unit/ACUCalibration.h"
+#include "platform/os/FolderDrive.h"
+#include "platform/os/VirtualClock.h"
 #include "simulator/SimulatedBench.h"
 #include "simulator/SimulatorFolder.h"
 #include "support/TemporaryFolder.h"

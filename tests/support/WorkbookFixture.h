@@ -1,9 +1,9 @@
 #pragma once
 
-#include "platform/FolderDrive.h"
+#include "platform/os/FolderDrive.h"
+#include "spreadsheet/XlsxApplication.h"
 #include "support/TemporaryFolder.h"
 #include "support/WorkbookProbe.h"
-#include "support/XlsxApplication.h"
 #include "templates/ACUHealthCheck.h"
 
 #include <gtest/gtest.h>

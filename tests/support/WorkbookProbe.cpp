@@ -1,8 +1,8 @@
 #include "support/WorkbookProbe.h"
 
-#include "board/modAIB.h"
-#include "platform/FolderDrive.h"
-#include "support/xlsx/ZipArchive.h"
+#include "board/AIBTools.h"
+#include "platform/os/FolderDrive.h"
+#include "spreadsheet/package/ZipArchive.h"
 
 #include <fmt/format.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "support/xlsx/ZipArchive.h"
+#include "spreadsheet/package/ZipArchive.h"
 #include "terminal/OmbrixctlTest.h"
 
 #include <chrono>

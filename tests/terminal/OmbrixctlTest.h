@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/FolderDrive.h"
+#include "platform/os/FolderDrive.h"
 #include "support/TemporaryFolder.h"
 
 #include <fmt/format.h>

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "benchtests/BenchTestView.h"
+#include "board/DACSliders.h"
+#include "board/procedure/AnswerWatch.h"
+#include "board/procedure/BenchProcedure.h"
+#include "board/procedure/ProcedureWait.h"
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace ombrix {
+
+class TestLog;
+
+/// What became of an air flow test. Errors are in the outcome; the operator has been told of them.
+struct AirFlowResult {
+    ProcedureOutcome Outcome;
+    /// Which boards are missing, as the operator has been told; empty when all were there.
+    std::string MissingBoards;
+    /// Samples that were written.
+    std::int32_t Lines = 0;
+};
+
+/// Runs a schedule of demands and valve positions on one board, the flow board, and samples it
+/// all the while against an external reference that a second board reads, the measure board.
+/// One object serves one run.
+class AirFlowTest {
+  public:
+    /// @param sliders show what the current board is told, if it is one of the two
+    AirFlowTest(Station& station, DACSliders& sliders)
+        : m_Station(station), m_Sliders(sliders),
+          m_Wait(station.World.Time, station.World.Events, m_Cancel) {}
+
+    AirFlowResult TestAirFlow(const BenchTestView& view);
+    void Cancel() { m_Cancel.Request(); }
+
+  private:
+    /// What the flow board is told in a step of the schedule.
+    struct FlowDemand {
+        std::array<std::int32_t, 2> Bits{};
+        /// The valve's position: it selects the channel on the air line.
+        std::int32_t Valve = 0;
+    };
+    /// What the parts of a running test work on.
+    struct Running {
+        TestLog& Log;
+        clsHiResTimer& Timer;
+        const BenchTestView& View;
+        AirFlowResult& Result;
+    };
+
+    static FlowDemand AirFlowSchedule(std::int32_t step);
+    void FindBoards();
+    std::string MissingBoards() const;
+    bool Measure(const BenchTestView& view, AirFlowResult& result);
+    bool RunSchedule(Running& run);
+    /// Samples for a time. False when the operator has cancelled.
+    bool SampleFor(Running& run, double duration_s, std::int32_t valve, const std::string& label);
+    /// Writes a line when the clock has moved on since the last one.
+    bool SampleAirFlow(Running& run, std::int32_t valve);
+    std::array<std::int32_t, 3> ReadInputs(clsHiResTimer& timer);
+    void SetDemands(const FlowDemand& demand);
+    void SetOutput(clsAIB& board, std::int32_t channel, std::int32_t bits);
+    void MoveValve(std::int32_t valve);
+    void ShowOff();
+
+    Station& m_Station;
+    DACSliders& m_Sliders;
+    Cancellation m_Cancel;
+    ProcedureWait m_Wait;
+    std::shared_ptr<clsAIB> m_Flow;
+    std::shared_ptr<clsAIB> m_Measure;
+    AnswerWatch m_FlowWatch;
+    AnswerWatch m_MeasureWatch;
+    /// Of the last line.
+    std::int64_t m_LastTick = -1;
+};
+
+} // namespace ombrix

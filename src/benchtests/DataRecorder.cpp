@@ -1,0 +1,90 @@
+#include "benchtests/DataRecorder.h"
+
+#include "board/procedure/ProcedureWait.h"
+#include "platform/text/DateText.h"
+#include "platform/text/Text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace ombrix {
+
+namespace {
+
+/// The first multiple of the spacing after a line's due time that is not past.
+double NextDue_s(double due_s, clsHiResTimer& timer) {
+    const double spacing_s = TimedRecording::LineSpacing_s;
+    const double lineAfter = std::round(due_s / spacing_s) + 1.0;
+    return std::max(lineAfter, std::floor(timer.ElapsedTime() / spacing_s)) * spacing_s;
+}
+
+} // namespace
+
+void DataRecorder::Start() {
+    const Platform& world = m_Station.World;
+    m_Lines = 0;
+    // The day stands before the month: scripts that collect these files count on it.
+    m_File = world.Files.OpenForWriting(R"(C:\Data_)" +
+                                        DateText(world.Time.Now(), "yyyyddmm_hhnnss") + ".csv");
+    m_Path = m_File->RealPath();
+    m_StartOfDay_s = world.Time.SecondsSinceMidnight();
+    try {
+        m_File->Write("Timer,CH1 Flow,Ch2 Flow,3v3,Floating\r\n");
+    } catch (const DriveError&) {
+        Stop();
+        throw;
+    }
+}
+
+void DataRecorder::RecordLine() {
+    clsAIB& board = *m_Station.g_CurrentAIB;
+    std::array<std::int32_t, clsAIB::DACChannels> inputs{};
+    for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel)
+        board.GetADC(channel, inputs.at(static_cast<std::size_t>(channel)));
+    std::int32_t pressure = 0;
+    board.ReadReg(clsAIB::PressureRegister, pressure);
+    const auto elapsed_s =
+        static_cast<float>(m_Station.World.Time.SecondsSinceMidnight() - m_StartOfDay_s);
+    try {
+        m_File->Write(fmt::format("{},{},{},{},{},{}\r\n", GeneralText(elapsed_s), inputs[0],
+                                  inputs[1], inputs[2], inputs[3], pressure));
+        ++m_Lines;
+    } catch (const DriveError&) {
+        Stop();
+        throw;
+    }
+}
+
+ProcedureOutcome TimedRecording::Run(double duration_s,
+                                     const std::function<void(double share)>& progress) {
+    constexpr double progressSpacing_s = 0.25;
+    ProcedureOutcome outcome;
+    RunBenchProcedure(m_Station, "recording", {}, outcome, [&] {
+        m_Recorder.Start();
+        outcome.Files.push_back(m_Recorder.File());
+        ProcedureWait wait(m_Station.World.Time, m_Station.World.Events, m_Cancel);
+        clsHiResTimer timer(m_Station.World.Time);
+        double progressDue_s = 0.0;
+        // Due times are multiples of the spacing, so that they do not drift over the hours; a
+        // bench that is slower than that skips some, as the window's timer does.
+        for (double due_s = 0.0; due_s < duration_s; due_s = NextDue_s(due_s, timer)) {
+            do {
+                if (!wait.Pass(timer, due_s))
+                    return false;
+            } while (timer.ElapsedTime() < due_s);
+            m_Recorder.RecordLine();
+            if (due_s >= progressDue_s) {
+                progressDue_s = due_s + progressSpacing_s;
+                progress(due_s / duration_s);
+            }
+        }
+        return !wait.Ended();
+    });
+    m_Recorder.Stop();
+    return outcome;
+}
+
+} // namespace ombrix

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "board/Station.h"
+#include "board/procedure/BenchProcedure.h"
+#include "board/procedure/ProcedureGate.h"
+#include "platform/ports/Drive.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+
+namespace ombrix {
+
+/// Records the current board's four inputs and its pressure register into a CSV file on drive
+/// C:. Each line reaches the operating system as it is made. Times are seconds of the day since
+/// the start: they turn negative when midnight passes, as readers of these files expect.
+class DataRecorder {
+  public:
+    explicit DataRecorder(Station& station) : m_Station(station) {}
+
+    bool Recording() const { return m_File != nullptr; }
+    /// Begins a new file, named by the time. @throws DriveError
+    void Start();
+    /// Appends a line. A reading that fails stands as 0. @throws DriveError and stops recording:
+    /// what was written is whole
+    void RecordLine();
+    void Stop() { m_File.reset(); }
+
+    std::int64_t Lines() const { return m_Lines; }
+    /// Real path of the last file.
+    const std::filesystem::path& File() const { return m_Path; }
+
+  private:
+    Station& m_Station;
+    std::unique_ptr<OutputFile> m_File;
+    std::filesystem::path m_Path;
+    double m_StartOfDay_s = 0.0;
+    std::int64_t m_Lines = 0;
+};
+
+/// A recording of a given length, a line every 10 ms, as a procedure.
+class TimedRecording {
+  public:
+    static constexpr double LineSpacing_s = 0.01;
+
+    explicit TimedRecording(Station& station) : m_Station(station), m_Recorder(station) {}
+
+    /// @param progress told the share that is done, 0 to 1, a few times a second
+    ProcedureOutcome Run(double duration_s, const std::function<void(double share)>& progress);
+    void Cancel() { m_Cancel.Request(); }
+    std::int64_t Lines() const { return m_Recorder.Lines(); }
+
+  private:
+    Station& m_Station;
+    DataRecorder m_Recorder;
+    Cancellation m_Cancel;
+};
+
+} // namespace ombrix

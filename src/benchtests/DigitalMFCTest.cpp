@@ -1,0 +1,172 @@
+#include "benchtests/DigitalMFCTest.h"
+
+#include "benchtests/TestLog.h"
+#include "board/ACUWiring.h"
+#include "calibration/unit/ACUCalibration.h"
+#include "platform/text/FileNamePart.h"
+#include "platform/text/Rounding.h"
+#include "platform/text/Text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace ombrix {
+
+namespace {
+
+constexpr double FirstRest_s = 2.0;
+constexpr double RestTime_s = 6.0;
+constexpr double DemandTime_s = 10.0;
+constexpr double MeanTime_s = 2.0;
+constexpr double SampleTime_s = 0.05;
+constexpr double WholeProfile_s =
+    DigitalMFCRecord::Channels *
+    (FirstRest_s + DigitalMFCRecord::Steps * (RestTime_s + DemandTime_s) + RestTime_s);
+
+} // namespace
+
+class DigitalMFCTest::EndMean {
+  public:
+    void Add(std::int32_t value) {
+        m_Sum += value;
+        ++m_Count;
+    }
+    float Value() const { return m_Count > 0 ? static_cast<float>(m_Sum / m_Count) : 0.0F; }
+
+  private:
+    double m_Sum = 0.0;
+    std::int32_t m_Count = 0;
+};
+
+DigitalMFCResult DigitalMFCTest::Run(const BenchTestView& view) {
+    DigitalMFCResult result;
+    if (m_Station.World.Messages.Ask({"Click OK to start the Test", MessageIcon::Question,
+                                      MessageButtons::OkCancel}) != Answer::Ok) {
+        result.Outcome.Ended = ProcedureOutcome::End::Cancelled;
+        return result;
+    }
+    RunBenchProcedure(m_Station, "test of the digital MFCs",
+                      {{m_Station.g_CurrentAIB}, [this] { m_Sliders.ShowAllOff(); }},
+                      result.Outcome, [&] { return MeasureAndStore(view, result.Outcome); });
+    view.Stage(EndText(result.Outcome.Ended));
+    result.Means = m_Record.Means();
+    return result;
+}
+
+bool DigitalMFCTest::MeasureAndStore(const BenchTestView& view, ProcedureOutcome& outcome) {
+    bool complete = false;
+    try {
+        complete = Measure(view);
+    } catch (const BoardError&) {
+        Store(view, outcome);
+        throw;
+    }
+    Store(view, outcome);
+    return complete;
+}
+
+bool DigitalMFCTest::Measure(const BenchTestView& view) {
+    clsHiResTimer timer(m_Station.World.Time);
+    Running run{timer, view, 0.0, -SampleTime_s};
+    for (std::int32_t channel = 0; channel < DigitalMFCRecord::Channels; ++channel) {
+        float unused_bits = 0.0F;
+        if (!RunDemandPhase(run, {channel, 0.0F, FirstRest_s, Recording::Off}, unused_bits))
+            return false;
+    }
+    return RunDemandProfile(run, 0) && RunDemandProfile(run, 1);
+}
+
+bool DigitalMFCTest::RunDemandProfile(Running& run, std::int32_t channel) {
+    run.ProfileStart_s = run.Timer.ElapsedTime();
+    float mean_bits = 0.0F;
+    for (std::int32_t step = 0; step < DigitalMFCRecord::Steps; ++step) {
+        const std::string caption = fmt::format("Step {} of {}", step + 1, DigitalMFCRecord::Steps);
+        run.View.Caption(caption + " (Zero Demand)");
+        if (!RunDemandPhase(run, {channel, 0.0F, RestTime_s}, mean_bits))
+            return false;
+        const float demand = DigitalMFCRecord::ProfileDemand(step);
+        run.View.Caption(caption + " (" + GeneralText(demand) + "% Demand)");
+        if (!RunDemandPhase(run, {channel, demand, DemandTime_s}, mean_bits))
+            return false;
+        m_Record.SetMean(channel, step, mean_bits);
+    }
+    run.View.Caption("Final Zero Demand");
+    return RunDemandPhase(run, {channel, 0.0F, RestTime_s}, mean_bits);
+}
+
+bool DigitalMFCTest::RunDemandPhase(Running& run, const Phase& phase, float& mean_bits) {
+    constexpr double bitsPerPercent = 65535 / 100.0;
+    const std::int32_t demand_bits =
+        RoundHalfEven(bitsPerPercent * static_cast<double>(phase.Demand_percent));
+    EndMean mean;
+    SetOutput(phase.Channel, demand_bits);
+    const bool complete = FollowPhase(run, phase, demand_bits, mean);
+    SetOutput(phase.Channel, 0);
+    mean_bits = mean.Value();
+    return complete;
+}
+
+bool DigitalMFCTest::FollowPhase(Running& run, const Phase& phase, std::int32_t demand_bits,
+                                 EndMean& mean) {
+    const double start_s = run.Timer.ElapsedTime();
+    const double end_s = start_s + phase.Duration_s;
+    for (double now_s = start_s; now_s < end_s; now_s = run.Timer.ElapsedTime()) {
+        if (now_s >= run.LastSample_s + SampleTime_s) {
+            run.LastSample_s = now_s;
+            TakeSample(run, phase, demand_bits, now_s - start_s, mean);
+            run.View.Progress(now_s / WholeProfile_s);
+        }
+        if (!m_Wait.Pass(run.Timer, std::min(end_s, run.LastSample_s + SampleTime_s)))
+            return false;
+    }
+    return true;
+}
+
+void DigitalMFCTest::TakeSample(Running& run, const Phase& phase, std::int32_t demand_bits,
+                                double inPhase_s, EndMean& mean) {
+    std::int32_t value = 0;
+    std::int32_t pressure = 0;
+    const AIBStatus status = Read(run, phase.Channel, value);
+    Read(run, ACUWiring::PressureInput, pressure);
+    std::int32_t counter = -1;
+    if (phase.Record == Recording::On) {
+        m_Record.Add(phase.Channel, {static_cast<float>(run.LastSample_s - run.ProfileStart_s),
+                                     static_cast<float>(demand_bits), static_cast<float>(value),
+                                     static_cast<float>(pressure)});
+        counter = m_Record.SampleCount(phase.Channel);
+    }
+    // A reading that failed stands in the record as 0, but no mean is made of it.
+    if (status == Status::NoError && inPhase_s >= phase.Duration_s - MeanTime_s)
+        mean.Add(value);
+    run.View.Stage(
+        fmt::format("CH{} - {} - {} - {}", phase.Channel, counter, FixedText(inPhase_s, 2), value));
+}
+
+AIBStatus DigitalMFCTest::Read(Running& run, std::int32_t channel, std::int32_t& value) {
+    const AIBStatus status = m_Station.g_CurrentAIB->GetADC(channel, value);
+    m_Watch.Note(status, run.Timer.ElapsedTime());
+    return status;
+}
+
+void DigitalMFCTest::SetOutput(std::int32_t channel, std::int32_t bits) {
+    m_Station.g_CurrentAIB->SetDAC(channel, bits);
+    m_Sliders.Show(channel, DACSliders::PositionOf(bits));
+}
+
+void DigitalMFCTest::Store(const BenchTestView& view, ProcedureOutcome& outcome) {
+    if (m_Record.Empty())
+        return;
+    view.Stage("Writing Data to File...");
+    clsAIB& board = *m_Station.g_CurrentAIB;
+    TestLog log(m_Station,
+                fmt::format(R"(C:\ACU_{}_{}_{}.csv)", board.SerialNumber(),
+                            FileNamePart(board.Calibration().ACUMFCNumber()),
+                            TestLog::Stamp(m_Station)),
+                outcome);
+    log.WriteLine(DigitalMFCRecord::Header());
+    for (std::int32_t row = 0; row < DigitalMFCRecord::Rows; ++row)
+        log.WriteLine(m_Record.Line(row));
+}
+
+} // namespace ombrix

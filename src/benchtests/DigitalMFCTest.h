@@ -1,0 +1,71 @@
+#pragma once
+
+#include "benchtests/BenchTestView.h"
+#include "benchtests/DigitalMFCRecord.h"
+#include "board/DACSliders.h"
+#include "board/procedure/AnswerWatch.h"
+#include "board/procedure/BenchProcedure.h"
+#include "board/procedure/ProcedureWait.h"
+
+#include <cstdint>
+
+namespace ombrix {
+
+/// What became of a test of the digital MFCs, and what it compares; errors are in the outcome.
+struct DigitalMFCResult {
+    ProcedureOutcome Outcome;
+    /// In bits; zero for the steps that were not measured.
+    DigitalMFCRecord::StepMeans Means{};
+};
+
+/// Runs ten demand steps on each of the current board's air channels, records them, and compares
+/// the readings of the way up with those of the way down. Whatever way it ends, both channels
+/// are at zero and what was measured is stored. One object serves one run.
+class DigitalMFCTest {
+  public:
+    /// @param sliders show the demands
+    DigitalMFCTest(Station& station, DACSliders& sliders)
+        : m_Station(station), m_Sliders(sliders),
+          m_Wait(station.World.Time, station.World.Events, m_Cancel) {}
+
+    DigitalMFCResult Run(const BenchTestView& view);
+    void Cancel() { m_Cancel.Request(); }
+
+  private:
+    enum class Recording { Off, On };
+    struct Phase {
+        std::int32_t Channel = 0;
+        float Demand_percent = 0.0F;
+        double Duration_s = 0.0;
+        Recording Record = Recording::On;
+    };
+    /// The mean of a phase's last seconds.
+    class EndMean;
+    struct Running {
+        clsHiResTimer& Timer;
+        const BenchTestView& View;
+        /// On the timer, of the channel's profile.
+        double ProfileStart_s = 0.0;
+        double LastSample_s = 0.0;
+    };
+
+    bool MeasureAndStore(const BenchTestView& view, ProcedureOutcome& outcome);
+    bool Measure(const BenchTestView& view);
+    bool RunDemandProfile(Running& run, std::int32_t channel);
+    bool RunDemandPhase(Running& run, const Phase& phase, float& mean_bits);
+    bool FollowPhase(Running& run, const Phase& phase, std::int32_t demand_bits, EndMean& mean);
+    void TakeSample(Running& run, const Phase& phase, std::int32_t demand_bits, double inPhase_s,
+                    EndMean& mean);
+    AIBStatus Read(Running& run, std::int32_t channel, std::int32_t& value);
+    void SetOutput(std::int32_t channel, std::int32_t bits);
+    void Store(const BenchTestView& view, ProcedureOutcome& outcome);
+
+    Station& m_Station;
+    DACSliders& m_Sliders;
+    Cancellation m_Cancel;
+    ProcedureWait m_Wait;
+    AnswerWatch m_Watch;
+    DigitalMFCRecord m_Record;
+};
+
+} // namespace ombrix

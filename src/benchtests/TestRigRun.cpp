@@ -1,0 +1,119 @@
+#include "benchtests/TestRigRun.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace ombrix {
+
+const TestRigStep* TestRigResult::FirstFailed() const {
+    const auto failed = std::find_if(Steps.begin(), Steps.end(), [](const TestRigStep& step) {
+        return step.Status == RigStatus::Failed;
+    });
+    return failed == Steps.end() ? nullptr : &*failed;
+}
+
+TestRigRun::TestRigRun(Station& station, TestRigView& view)
+    : m_Station(station), m_View(view), m_Wait(station.World.Time, station.World.Events, m_Cancel) {
+}
+
+std::optional<std::string> TestRigRun::Missing(Station& station, std::int32_t kind) {
+    std::int32_t wanted = 0;
+    for (const RampStep& ramp : PlanTestRigJob(kind))
+        wanted = std::max({wanted, ramp.OutputBoard + 1, ramp.InputBoard + 1});
+    const std::int32_t found = wanted == 0 ? 0 : station.g_AIBList.AIBCount();
+    if (found >= wanted)
+        return std::nullopt;
+    return fmt::format("{} needs {} boards, the outputs of board 2 wired to the inputs of board "
+                       "1. {} missing.\r\n\r\nPlease connect what is missing and detect the "
+                       "boards again.",
+                       TestRigJobName(kind), wanted, found == 0 ? "Both boards are" : "Board 2 is");
+}
+
+TestRigResult TestRigRun::Run(std::int32_t kind) {
+    const std::vector<RampStep> ramps = PlanTestRigJob(kind);
+    for (const RampStep& ramp : ramps)
+        m_Result.Steps.push_back({ramp.Name, RigStatus::Queued, {}});
+    m_View.ShowSteps(m_Result.Steps);
+    if (ramps.empty())
+        return m_Result;
+    for (std::int32_t index = 0; index < m_Station.g_AIBList.AIBCount(); ++index)
+        m_Boards.push_back(m_Station.g_AIBList.AIB(index));
+    RunBenchProcedure(m_Station, "test rig job", {m_Boards}, m_Result.Procedure,
+                      [&] { return RunSteps(ramps); });
+    for (TestRigStep& step : m_Result.Steps) {
+        if (step.Status == RigStatus::Running)
+            SetStatus(step, RigStatus::Unknown); // broken off: nobody knows what it would have been
+    }
+    return m_Result;
+}
+
+bool TestRigRun::RunSteps(const std::vector<RampStep>& ramps) {
+    for (std::size_t index = 0; index < ramps.size(); ++index) {
+        if (!RunJobStep(ramps.at(index), m_Result.Steps.at(index)))
+            return false;
+    }
+    return true;
+}
+
+bool TestRigRun::RunJobStep(const RampStep& ramp, TestRigStep& step) {
+    SetStatus(step, RigStatus::Running);
+    RampLog log(m_Station.World.Files, Board(ramp.OutputBoard), Board(ramp.InputBoard));
+    m_Result.Procedure.Files = {log.RealPath()};
+    m_Result.Lines = 0;
+    LoopThroughCheck check(ramp);
+    const bool ranToItsEnd = RunRamp(ramp, log, check);
+    if (!ranToItsEnd)
+        return false;
+    step.Remark = check.Deviation();
+    SetStatus(step, check.Followed() ? RigStatus::Passed : RigStatus::Failed);
+    return true;
+}
+
+bool TestRigRun::RunRamp(const RampStep& ramp, RampLog& log, LoopThroughCheck& check) {
+    m_View.BeginProgress(ramp);
+    clsHiResTimer timer(m_Station.World.Time);
+    double nextSample_s = SampleInterval_s;
+    for (const std::int32_t value_bits : ramp.Values_bits()) {
+        SetOutputs(ramp, value_bits);
+        check.BeginLevel(value_bits);
+        const double begin_s = timer.ElapsedTime();
+        const double end_s = begin_s + ramp.LevelDuration_s;
+        double now_s = begin_s;
+        while (now_s < end_s) {
+            if (!m_Wait.Pass(timer, std::min(nextSample_s, end_s)))
+                return false;
+            now_s = timer.ElapsedTime();
+            m_View.ShowProgress(now_s);
+            if (now_s < nextSample_s)
+                continue;
+            check.Note(now_s - begin_s, log.Take(now_s));
+            m_Result.Lines = log.Lines();
+            nextSample_s = now_s + SampleInterval_s;
+        }
+        check.EndLevel();
+    }
+    if (ramp.ZeroAllAfterwards)
+        ZeroAllOutputs();
+    return true;
+}
+
+void TestRigRun::SetOutputs(const RampStep& ramp, std::int32_t value_bits) {
+    clsAIB& board = Board(ramp.OutputBoard);
+    for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel)
+        board.SetDAC(channel, ramp.Drives(channel) ? value_bits : 0);
+}
+
+void TestRigRun::ZeroAllOutputs() {
+    for (const auto& board : m_Boards) {
+        for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel)
+            board->SetDAC(channel, 0);
+    }
+}
+
+void TestRigRun::SetStatus(TestRigStep& step, RigStatus status) {
+    step.Status = status;
+    m_View.ShowSteps(m_Result.Steps);
+}
+
+} // namespace ombrix

@@ -1,0 +1,198 @@
+#pragma once
+
+#include "board/AIBControl.h"
+#include "platform/ports/Platform.h"
+
+#include <array>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ombrix {
+
+class clsACUCalibration;
+
+/// Makes the ACU's record of a board. The record's class belongs to a floor above this one, so
+/// the program hands the maker down.
+using CalibrationFactory = std::function<std::shared_ptr<clsACUCalibration>()>;
+
+/// What a board object works with.
+struct BoardServices {
+    AIBControl& Library;
+    Platform& World;
+    CalibrationFactory MakeCalibration;
+};
+
+/// One detected accessory interface board: its identity, its operations and the ACU's record
+/// in its EPROM. Operations return the library's status after noting a failure (StatusOK);
+/// nothing is tried twice.
+class clsAIB {
+  public:
+    static constexpr std::int32_t DACChannels = 4;
+    static constexpr std::int32_t DACFullScale = 65535;
+    static constexpr std::int32_t GPIOPins = 20;
+    static constexpr std::int32_t PressureRegister = 92;
+    static constexpr std::int32_t EPROMBytes = 2048;
+
+    explicit clsAIB(const BoardServices& services) : m_Services(services) {}
+
+    /// Three parameter calls that exercise the digital MFC link; the results are discarded.
+    void TestDigitalAIB();
+
+    // Identity, as last read by GetAccessoryInfo.
+    std::int32_t BoardIndex() const { return m_Index; }
+    std::int32_t HWVersion() const { return m_Info.HWVersion; }
+    std::int32_t DevType() const { return m_Info.DevType; }
+    std::int32_t DevSerialNum() const { return m_Info.DevSerialNum; }
+    std::int32_t SerialNumber() const { return m_Info.DevSerialNum; }
+    const std::string& Vendor() const { return m_Info.Vendor; }
+    const std::string& Module() const { return m_Info.Module; }
+    const std::string& BuildDate() const { return m_Info.BuildDate; }
+    std::int32_t ConfigBits() const { return m_Info.ConfigBits; }
+    std::int32_t BusType() const { return m_Info.BusType; }
+    /// "USB", "FireWire" or "UNKNOWN".
+    std::string BusTypeText() const;
+    bool IsUsb() const { return m_Info.BusType == static_cast<std::int32_t>(ombrix::BusType::Usb); }
+    bool IsFireWire() const {
+        return m_Info.BusType == static_cast<std::int32_t>(ombrix::BusType::FireWire);
+    }
+    /// Binds the object to a board of the library and reads its identity.
+    void GetAccessoryInfo(std::int32_t index);
+    /// The serial number that the board reports now; 0 for none. The identity stays as it is.
+    std::int32_t ReportedSerial() const;
+    AIBStatus WriteAIBInfo(std::int32_t first, std::int32_t code, std::int32_t serial);
+
+    /// The ACU's record, made on first use.
+    clsACUCalibration& Calibration();
+
+    /// False from creation and after every failed call; nothing sets it true. Whether a reading
+    /// can be used is told by the status of that reading.
+    bool StatusOK() const { return m_StatusOK; }
+    static std::string AIBErrorStr(AIBStatus status);
+
+    AIBStatus UploadFPGAImage(std::string_view path);
+    AIBStatus WriteReg(std::int32_t address, std::int32_t value);
+    AIBStatus ReadReg(std::int32_t address, std::int32_t& value);
+    AIBStatus ConfigureGPIO(std::int32_t mask);
+    AIBStatus SetGPO(std::int32_t pin);
+    AIBStatus ClearGPO(std::int32_t pin);
+    AIBStatus SetExtGPO(std::int32_t pin);
+    AIBStatus ClearExtGPO(std::int32_t pin);
+    AIBStatus GetGPI(std::int32_t pin, std::int32_t& level);
+    AIBStatus GetVariable(std::int32_t number, std::int32_t& value);
+    AIBStatus SetVariable(std::int32_t number, std::int32_t value);
+
+    /// Channels 0 and 1 are digital MFCs.
+    bool IsDigitalSetup() const { return m_DigitalSetup; }
+    void IsDigitalSetup(bool digital) { m_DigitalSetup = digital; }
+
+    /// Digital MFC demand in percent of full scale; does nothing while the MFCs are not ready.
+    AIBStatus MFCSetFlowRate(std::int32_t channel, float percent);
+    /// Digital MFC reading on the scale of the ADCs, 0 to 65535; 0 while the MFCs are not ready.
+    AIBStatus MFCGetFlowRate(std::int32_t channel, std::int32_t& value);
+    AIBStatus SetDAC_UART(std::int32_t channel, std::int32_t value);
+    AIBStatus GetADC_UART(std::int32_t channel, std::int32_t& value);
+
+    /// Channels 0 to 3, values 0 to 65535; the air channels of a digital setup go to the MFCs.
+    /// @throws std::out_of_range for another channel, before anything is sent
+    AIBStatus SetDAC(std::int32_t channel, std::int32_t value);
+    /// The value last requested for a DAC channel.
+    std::int32_t DAC(std::int32_t channel) const;
+    /// Sets every output to zero: the DACs and the digital set-points, whatever the board is,
+    /// whatever mode is selected and whether the MFCs are ready or not. Each is tried, also after
+    /// another has failed. True when the board has taken all that it can have been told to drive:
+    /// a board without digital MFCs may refuse their link, unless a set-point was sent to it.
+    bool SwitchOutputsOff() noexcept;
+    /// An output was told something else than zero and the board has not taken all the zeros of
+    /// SwitchOutputsOff since.
+    bool MayDrive() const { return m_MayDrive; }
+    AIBStatus GetADC(std::int32_t channel, std::int32_t& value);
+    /// The value of GetADC; its status is dropped.
+    std::int32_t MyGetADC(std::int32_t channel);
+    /// The analog converter itself, never the digital path; status neither checked nor returned.
+    std::int32_t ADC(std::int32_t channel) const;
+
+    // EPROM: 512 words at byte addresses 0, 4, … 2044. The typed operations advance the address
+    // past what they stored, also when the transfer failed, so that the next field of a record
+    // is still addressed correctly. Labels name the field for diagnostics.
+
+    /// Lets a board's EPROM be written while it lives, and notes what was: a word that nobody
+    /// has prepared for, or will read back, cannot be written.
+    class EpromWriting {
+      public:
+        /// @throws std::logic_error while there is another one for the board
+        explicit EpromWriting(clsAIB& board);
+        EpromWriting(const EpromWriting&) = delete;
+        EpromWriting& operator=(const EpromWriting&) = delete;
+        ~EpromWriting() { m_Board.m_Writing = nullptr; }
+
+        /// The last word that each address was to hold.
+        const std::map<std::int32_t, std::int32_t>& Words() const { return m_Words; }
+        /// Status of the first word that the board did not take.
+        AIBStatus Failure() const { return m_Failure; }
+
+      private:
+        friend class clsAIB;
+        AIBStatus Note(std::int32_t address, std::int32_t word, AIBStatus status);
+
+        clsAIB& m_Board;
+        std::map<std::int32_t, std::int32_t> m_Words;
+        AIBStatus m_Failure = Status::NoError;
+    };
+
+    /// @throws std::logic_error without an EpromWriting
+    AIBStatus WriteEPROM(std::int32_t address, std::int32_t word);
+    AIBStatus ReadEPROM(std::int32_t address, std::int32_t& word);
+    AIBStatus DumpEPROM(std::string_view path);
+    AIBStatus WriteEPROMLng(std::int32_t& address, std::int32_t value);
+    AIBStatus ReadEPROMLng(std::int32_t& address, std::int32_t& value, std::string_view label);
+    AIBStatus WriteEPROMSng(std::int32_t& address, float value);
+    AIBStatus ReadEPROMSng(std::int32_t& address, float& value, std::string_view label);
+    /// Two words, low half first; the status is that of the second.
+    AIBStatus WriteEPROMDate(std::int32_t& address, OleDate value);
+    /// A half that is erased counts as 0, so that an erased date reads as "never".
+    AIBStatus ReadEPROMDate(std::int32_t& address, OleDate& value, std::string_view label);
+    /// Text in 8-bit characters, four a word, filled up with 0 bytes to the length; returns 0.
+    AIBStatus WriteEPROMString(std::int32_t& address, std::string_view text, std::int32_t length);
+    /// Text up to the first 0 byte; returns 0.
+    AIBStatus ReadEPROMString(std::int32_t& address, std::string& text, std::int32_t length,
+                              std::string_view label);
+
+    /// Loads the FPGA from the configuration file of the board's hardware version. A missing
+    /// file is told to the operator and ends the program.
+    bool StartFPGAUpload();
+    /// Path of the board's FPGA configuration file; empty when the version has none.
+    std::string FPGAFileName() const;
+    bool FileExists(std::string_view path) const { return m_Services.World.Files.FileExists(path); }
+
+    /// Whether the digital MFCs take flow commands; boards without digital MFCs are always ready.
+    bool CheckMFCReady();
+    /// Result of the last CheckMFCReady.
+    bool MFCReady() const { return m_MFCReady; }
+    /// Walks a one through the 16 bits of the test register, with a message for each bit that
+    /// fails. @param failedBits takes the numbers of those bits, when given
+    bool RunWalkingRegisterTest(std::vector<int>* failedBits = nullptr);
+
+  private:
+    AIBStatus CheckStatus(AIBStatus status);
+    bool HasDigitalMFCs() const { return HWVersion() > 0 && IsUsb(); }
+
+    BoardServices m_Services;
+    std::int32_t m_Index = 0;
+    AccessoryInfo m_Info;
+    bool m_DigitalSetup = false;
+    bool m_StatusOK = false;
+    bool m_MayDrive = false;
+    /// A set-point above zero was sent and SwitchOutputsOff has not taken it back since.
+    bool m_SetPointStands = false;
+    std::array<std::int32_t, DACChannels> m_DAC{};
+    bool m_MFCReady = false;
+    /// Not owned; none while the EPROM is not being written.
+    EpromWriting* m_Writing = nullptr;
+    std::shared_ptr<clsACUCalibration> m_Calibration;
+};
+
+} // namespace ombrix

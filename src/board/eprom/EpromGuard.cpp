@@ -1,0 +1,200 @@
+#include "board/eprom/EpromGuard.h"
+
+#include "board/AIBTools.h"
+#include "board/procedure/AnswerWatch.h"
+#include "platform/os/ProgramLog.h"
+#include "platform/ports/FreePath.h"
+#include "platform/text/DateText.h"
+#include "platform/text/FileNamePart.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+namespace ombrix {
+
+namespace {
+
+/// What a message lists; the log has all.
+constexpr std::size_t ListedPlaces = 5;
+
+std::string Listed(const std::vector<EpromDifference>& differences,
+                   const std::function<std::string(const EpromDifference&)>& show) {
+    std::string text;
+    for (std::size_t i = 0; i < std::min(differences.size(), ListedPlaces); ++i)
+        text += "\r\n   " + show(differences.at(i));
+    if (differences.size() > ListedPlaces)
+        text += fmt::format("\r\n   and {} more", differences.size() - ListedPlaces);
+    return text;
+}
+
+EpromImage ReadImage(clsAIB& board) {
+    try {
+        return EpromImage::Read(board);
+    } catch (const BoardError& error) {
+        throw BoardError(fmt::format("The board does not answer: {}.\r\n\r\nPlease check its cable "
+                                     "and its power, then detect the boards again.",
+                                     error.what()));
+    }
+}
+
+} // namespace
+
+EpromGuard::EpromGuard(Platform& world, BoardClaims& claims, clsAIB& board, std::string purpose,
+                       Identity identity)
+    : m_World(world), m_Claims(claims), m_Board(board), m_Purpose(std::move(purpose)),
+      m_Identity(identity), m_Unit(fmt::format("ACU{:05}", board.SerialNumber())) {}
+
+void EpromGuard::MakeReady() {
+    if (IsReady())
+        return;
+    ClaimBoard();
+    RequireSameBoard();
+    ReadSteadily();
+    Save();
+}
+
+void EpromGuard::ClaimBoard() {
+    const std::int32_t serial = m_Board.SerialNumber();
+    try {
+        m_Claims.Require(serial);
+    } catch (const BoardInUse& error) {
+        Refuse(error.what());
+    } catch (const DriveError& error) {
+        Refuse(fmt::format("The board cannot be kept from other programs: {}.\r\n\r\nPlease make "
+                           "the data folder writable, then try again.",
+                           error.what()));
+    }
+}
+
+void EpromGuard::RequireSameBoard() const {
+    const std::int32_t reported = m_Board.ReportedSerial();
+    const std::int32_t detected = m_Board.SerialNumber();
+    constexpr const char* remedy = "\r\n\r\nPlease check its cable and its power, then detect the "
+                                   "boards again.";
+    if (reported != detected)
+        Refuse(reported == 0
+                   ? fmt::format("The board, detected with serial number {}, reports none now.{}",
+                                 detected, remedy)
+                   : fmt::format("The board reports serial number {} now; it was detected with "
+                                 "{}.{}",
+                                 reported, detected, remedy));
+    if (reported == 0 && m_Identity == Identity::Required)
+        Refuse("The board has no serial number.\r\n\r\nPlease write its identity, then detect the "
+               "boards again.");
+}
+
+void EpromGuard::ReadSteadily() {
+    m_Content = ReadImage(m_Board);
+    const auto differences = EpromDifferences(m_Content, ReadImage(m_Board));
+    if (!differences.empty())
+        Refuse("The link to the board is unsteady. Two readings of its EPROM differ:\r\n" +
+               Listed(differences, PlaceText) +
+               "\r\n\r\nPlease check the cable and its plugs, then try again.");
+}
+
+void EpromGuard::Save() {
+    try {
+        CreateFolderPath(m_World.Files, BackupFolder);
+        const std::string path = FreePath(
+            m_World.Files,
+            fmt::format("{}{}_{}_{}", BackupFolder, m_Unit,
+                        DateText(m_World.Time.Now(), "yyyymmdd_hhnnss"), FileNamePart(m_Purpose)),
+            ".bin");
+        m_World.Files.CreateFile(path, m_Content.Bytes());
+        m_Backup = path;
+    } catch (const DriveError& error) {
+        Refuse(fmt::format("Its content cannot be saved first: {}.\r\n\r\nPlease make room on the "
+                           "disk, or the folder writable, then try again.",
+                           error.what()));
+    }
+    Log("EPROM saved as " + m_Backup);
+}
+
+void EpromGuard::Write(const std::function<void()>& work) {
+    if (IsReady())
+        RequireSameBoard();
+    else
+        MakeReady();
+    const EpromImage before = m_Content;
+    clsAIB::EpromWriting writing(m_Board);
+    try {
+        work();
+    } catch (const std::exception& error) {
+        // The log is to say what has been changed, and the operator that it is a part only.
+        ReadBack(writing);
+        if (m_Content == before)
+            throw;
+        throw EpromError(fmt::format(
+            "The writing to the EPROM of {} was broken off: {}\r\n\r\nIt has been written in part. "
+            "Please repeat \"{}\", or restore the content from before, which lies in\r\n\r\n   {}",
+            m_Unit, error.what(), m_Purpose, m_World.Files.RealPath(m_Backup).string()));
+    }
+    ReadBack(writing);
+}
+
+void EpromGuard::ReadBack(const clsAIB::EpromWriting& writing) {
+    EpromImage wanted = m_Content;
+    EpromImage found = m_Content;
+    std::vector<EpromMismatch::Word> wrong;
+    AIBStatus status = Status::NoError;
+    for (const auto& [address, word] : writing.Words()) {
+        std::int32_t stored = 0;
+        status = m_Board.ReadEPROM(address, stored);
+        if (status != Status::NoError)
+            break;
+        wanted.SetWord(address, word);
+        found.SetWord(address, stored);
+        if (stored != word)
+            wrong.push_back({address, stored});
+    }
+    for (const EpromDifference& difference : EpromDifferences(m_Content, found))
+        Log("EPROM " + DifferenceText(difference));
+    m_Content = found;
+    if (status != Status::NoError)
+        ReportUnreadable(status);
+    if (!wrong.empty())
+        Report(wanted, std::move(wrong), writing.Failure());
+}
+
+void EpromGuard::ReportUnreadable(AIBStatus status) const {
+    const std::string reason = clsAIB::AIBErrorStr(status);
+    Log("EPROM cannot be read back: " + reason);
+    throw EpromError(fmt::format(
+        "What was written to the EPROM of {} cannot be read back: {}.\r\n\r\nPlease check the "
+        "board's cable and power, detect the boards again and repeat \"{}\". The content from "
+        "before lies in\r\n\r\n   {}",
+        m_Unit, reason, m_Purpose, m_World.Files.RealPath(m_Backup).string()));
+}
+
+void EpromGuard::Report(const EpromImage& wanted, std::vector<EpromMismatch::Word> wrong,
+                        AIBStatus failure) const {
+    const auto show = [](const EpromDifference& difference) {
+        return fmt::format("{}: {} written, {} read", PlaceText(difference), difference.Old,
+                           difference.New);
+    };
+    const auto differences = EpromDifferences(wanted, m_Content);
+    for (const EpromDifference& difference : differences)
+        Log("EPROM reads back wrong: " + show(difference));
+    const std::string reason =
+        failure == Status::NoError ? "" : fmt::format(" ({})", clsAIB::AIBErrorStr(failure));
+    const std::string text = fmt::format(
+        "The EPROM does not hold what was written.\r\n\r\n{} word{} of {}{}:{}\r\n\r\nPlease check "
+        "the board, then repeat \"{}\". The content from before lies in\r\n\r\n   {}",
+        wrong.size(), wrong.size() == 1 ? "" : "s", m_Unit, reason, Listed(differences, show),
+        m_Purpose, m_World.Files.RealPath(m_Backup).string());
+    throw EpromMismatch(text, std::move(wrong));
+}
+
+void EpromGuard::Refuse(const std::string& reason) const {
+    Log("EPROM not written: " + reason.substr(0, reason.find("\r\n\r\nPlease")));
+    throw EpromError(fmt::format("The EPROM of {} is not written. {}", m_Unit, reason));
+}
+
+void EpromGuard::Log(std::string_view line) const {
+    WriteLog(m_World, fmt::format("{}, {}: {}", m_Unit, m_Purpose, line));
+}
+
+} // namespace ombrix

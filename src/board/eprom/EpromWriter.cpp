@@ -1,0 +1,81 @@
+#include "board/eprom/EpromWriter.h"
+
+#include "board/eprom/EpromGuard.h"
+#include "platform/os/FolderDrive.h"
+
+#include <fmt/format.h>
+
+#include <cstdio>
+#include <stdexcept>
+
+namespace ombrix {
+
+namespace {
+
+EpromOutcome WriteImage(Station& station, const char* purpose, const EpromImage& image,
+                        const EpromProgress& progress) {
+    const RunningProcedure running(station.Procedures, [] {});
+    EpromOutcome ended = EpromOutcome::Done;
+    EpromGuard(station, purpose).Write([&] {
+        for (std::int32_t address = 0; address < clsAIB::EPROMBytes;
+             address += EpromImage::WordBytes) {
+            const bool goesOn = progress(address);
+            station.World.Events.ProcessPendingEvents();
+            if (!goesOn || station.World.Events.ProgramEnding()) {
+                ended = EpromOutcome::BrokenOff;
+                return;
+            }
+            station.g_CurrentAIB->WriteEPROM(address, image.Word(address));
+        }
+    });
+    return ended;
+}
+
+} // namespace
+
+void WriteEPROMWord(Station& station, std::int32_t address, std::int32_t value) {
+    EpromGuard(station, "EPROM Word " + std::to_string(address)).Write([&] {
+        station.g_CurrentAIB->WriteEPROM(address, value);
+    });
+}
+
+EpromOutcome WriteWholeEPROM(Station& station, std::int32_t value, const EpromProgress& progress) {
+    const std::string question =
+        "Are you sure you want to overwrite all memory locations with: " + std::to_string(value);
+    if (station.World.Messages.Ask({question, MessageIcon::Question, MessageButtons::YesNo}) !=
+        Answer::Yes)
+        return EpromOutcome::Declined;
+    EpromImage image;
+    for (std::int32_t address = 0; address < clsAIB::EPROMBytes; address += EpromImage::WordBytes)
+        image.SetWord(address, value);
+    return WriteImage(station, "EPROM To All", image, progress);
+}
+
+EpromImage ReadEpromFile(const std::filesystem::path& file) {
+    const std::string bytes = ReadWholeFile(file);
+    try {
+        return EpromImage::FromBytes(bytes);
+    } catch (const std::invalid_argument& error) {
+        throw DriveError(fmt::format("{} is no saved EPROM: {}.", file.string(), error.what()));
+    }
+}
+
+std::string OriginWarning(const std::filesystem::path& file, const clsAIB& board) {
+    int serial = 0;
+    if (std::sscanf(file.filename().c_str(), "ACU%5d_", &serial) != 1 ||
+        serial == board.SerialNumber())
+        return {};
+    return fmt::format("This is the EPROM of another unit: ACU{:05}. It is about to go into "
+                       "ACU{:05}.",
+                       serial, board.SerialNumber());
+}
+
+EpromOutcome RestoreEPROM(Station& station, const EpromImage& image,
+                          const std::function<bool(const std::vector<EpromDifference>&)>& agreed,
+                          const EpromProgress& progress) {
+    if (!agreed(EpromDifferences(EpromImage::Read(*station.g_CurrentAIB), image)))
+        return EpromOutcome::Declined;
+    return WriteImage(station, "EPROM Restore", image, progress);
+}
+
+} // namespace ombrix

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "board/Station.h"
+#include "board/eprom/EpromFields.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace ombrix {
+
+/// How the writing of a whole EPROM ended.
+enum class EpromOutcome {
+    Done,
+    /// The operator declined: nothing has been written.
+    Declined,
+    /// Broken off: a part has been written.
+    BrokenOff,
+};
+
+/// Told each address that is written; false breaks the writing off.
+using EpromProgress = std::function<bool(std::int32_t address)>;
+
+/// What the editor of the current board's EPROM does. Each saves the content first and reads
+/// back what it wrote. @throws EpromError, EpromMismatch, BoardError
+
+void WriteEPROMWord(Station& station, std::int32_t address, std::int32_t value);
+
+/// Writes a value to every word, after the question, as a procedure.
+EpromOutcome WriteWholeEPROM(Station& station, std::int32_t value, const EpromProgress& progress);
+
+/// The image in a file. @throws DriveError for a file that cannot be read or is none
+EpromImage ReadEpromFile(const std::filesystem::path& file);
+
+/// What to tell before a file goes into a board whose name says that it was saved from another
+/// unit; empty where it does not.
+std::string OriginWarning(const std::filesystem::path& file, const clsAIB& board);
+
+/// Writes every word of an image, as a procedure.
+/// @param agreed shown what will change, and asked whether it shall
+EpromOutcome RestoreEPROM(Station& station, const EpromImage& image,
+                          const std::function<bool(const std::vector<EpromDifference>&)>& agreed,
+                          const EpromProgress& progress);
+
+} // namespace ombrix

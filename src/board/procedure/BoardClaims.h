@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/ports/Platform.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+namespace ombrix {
+
+/// Another program has the board; the text names both and the remedy.
+class BoardInUse : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The boards that this program has to itself, by serial number: what it writes into their
+/// EPROM or drives at their outputs no other program of this data folder touches meanwhile. A
+/// claim ends with the program, however that dies.
+class BoardClaims {
+  public:
+    explicit BoardClaims(Platform& world) : m_World(world) {}
+
+    /// True when the board is this program's, now or already before; false while another
+    /// program has it. @throws DriveError when the data folder takes no lock
+    bool Claim(std::int32_t serial);
+    /// Whether no other program has the board. One whose claim cannot even be tried counts as
+    /// ours: switching air off comes before keeping out of somebody's way.
+    bool IsOurs(std::int32_t serial) noexcept;
+    /// Who has the board that could not be claimed ("ombrixctl, process 1234 on bench7").
+    std::string Holder(std::int32_t serial) const;
+    /// Claims a board that is about to be driven. @throws BoardInUse, DriveError
+    void Require(std::int32_t serial);
+    /// Gives every board back, as before they are detected anew.
+    void ReleaseAll() { m_Claims.clear(); }
+
+  private:
+    Platform& m_World;
+    std::map<std::int32_t, std::unique_ptr<FileLock>> m_Claims;
+};
+
+/// A program as others are told of it: "ombrixctl, process 1234 on bench7".
+std::string NameOf(const ProgramIdentity& program);
+
+/// Path of a file about a board in the folder of claims, which it makes: the lock, or the mark
+/// of a procedure that drives the board. @param kind ending of the name ("lock")
+inline constexpr const char* ClaimFolder = R"(C:\Claims)";
+std::string ClaimPath(Drive& files, std::int32_t serial, const char* kind);
+
+} // namespace ombrix

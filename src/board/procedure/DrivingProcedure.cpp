@@ -1,0 +1,72 @@
+#include "board/procedure/DrivingProcedure.h"
+
+#include "board/procedure/AnswerWatch.h"
+#include "board/procedure/RunningMark.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace ombrix {
+
+namespace {
+
+/// What is known of a board, its claim and its mark, is known by its serial number.
+void RequireSameIdentity(const clsAIB& board) {
+    const std::int32_t reported = board.ReportedSerial();
+    if (reported != 0 && reported != board.DevSerialNum())
+        throw BoardError(fmt::format("The board that was detected with serial number {} reports {} "
+                                     "now.\r\n\r\nPlease detect the boards again.",
+                                     board.DevSerialNum(), reported));
+}
+
+} // namespace
+
+DrivingProcedure::DrivingProcedure(Station& station, std::string name, DrivenBoards driven)
+    : m_Station(station), m_Name(std::move(name)), m_Driven(std::move(driven)),
+      m_Running(station.Procedures, [this] { SwitchOffNow(); }) {}
+
+void DrivingProcedure::Begin() {
+    for (const auto& board : m_Driven.All) {
+        m_Station.Claims.Require(board->DevSerialNum());
+        RequireSameIdentity(*board);
+    }
+    m_Begun = true;
+    for (const auto& board : m_Driven.All) {
+        const std::int32_t serial = board->DevSerialNum();
+        // A mark that is there stands for outputs that nobody has switched off yet.
+        if (FindMark(m_Station.World, serial))
+            continue;
+        LeaveMark(m_Station.World, serial, m_Name);
+        m_Marked.push_back(board);
+    }
+}
+
+void DrivingProcedure::SwitchOffNow() noexcept {
+    if (!m_Begun)
+        return;
+    if (m_LeaveOutputs) {
+        RemoveMarks(m_Marked);
+        return;
+    }
+    const Boards stillOn = SwitchOff(m_Driven.All);
+    if (m_Driven.AfterOff)
+        m_Driven.AfterOff();
+    Boards off;
+    std::copy_if(m_Driven.All.begin(), m_Driven.All.end(), std::back_inserter(off),
+                 [&stillOn](const auto& board) {
+                     return std::find(stillOn.begin(), stillOn.end(), board) == stillOn.end();
+                 });
+    RemoveMarks(off);
+    if (!stillOn.empty() && !std::exchange(m_Told, true))
+        TellAirMayFlow(m_Station, stillOn);
+}
+
+void DrivingProcedure::RemoveMarks(const Boards& boards) noexcept {
+    for (const auto& board : boards)
+        RemoveMark(m_Station.World, board->DevSerialNum());
+}
+
+} // namespace ombrix

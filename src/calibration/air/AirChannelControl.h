@@ -1,0 +1,110 @@
+#pragma once
+
+#include "board/DACSliders.h"
+#include "calibration/air/ChangeOver.h"
+#include "calibration/unit/ACURecord.h"
+#include "platform/ports/Clock.h"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+
+namespace ombrix {
+
+/// What an ACU's air channels were told last. It belongs to the unit and outlives the procedure
+/// that drives them.
+struct AirChannelState {
+    /// (channel + 1) mod 2 of the channel last selected: 1 for channel 0, 0 for channel 1.
+    std::int32_t m_ValveState = 0;
+    /// A change-over is going on; it advances with each poll.
+    bool m_ChangeOverBusy = false;
+    std::array<std::int32_t, ACUChannels> m_DACOut{};
+    std::array<std::int32_t, ACUChannels> m_DemandBits{};
+    /// mm/s through the standard base.
+    std::array<float, ACUChannels> m_DemandVelocity{};
+    /// mm/s, as last requested.
+    float m_Velocity_mms = 0.0F;
+    /// The channel that is to carry the air.
+    std::int32_t m_ActiveChannel = 0;
+    ChangeOverState m_ChangeOverState = ChangeOverState::Off;
+    /// Seconds of the monotonic clock when the state was entered.
+    double m_StateStartTime = 0.0;
+};
+
+/// What came of a request for air.
+struct AirSetting {
+    std::int32_t DemandBits = 0;
+    float Flow_ml_m = 0.0F;
+    float Velocity_mms = 0.0F;
+};
+
+/// Drives and reads the air channels of an ACU: picks the channel that suits a flow, finds its
+/// demand in the channel's stored calibration, and hands the air over from one channel to the
+/// other without stopping it.
+class AirChannelControl {
+  public:
+    /// Has the channel chosen by the flow: the small one up to its capacity.
+    static constexpr std::int32_t ChooseChannel = -1;
+
+    /// @param display shows what the channels are told
+    AirChannelControl(clsAIB& board, const ACURecord& record, AirChannelState& state,
+                      const Clock& clock, DACSliders& display)
+        : m_AIB(board), m_Record(record), m_State(state), m_Clock(clock), m_Display(display) {}
+
+    /// Reads both channels and advances a change-over that is going on; a unit that has never
+    /// been calibrated is not advanced.
+    /// @param zeroCutOff a channel below 1 % of full scale counts as zero
+    /// @return the present velocity in mm/s through the standard base: of the selected channel
+    ///         with solenoid valves, of both without
+    float CurrentAir_mms(bool zeroCutOff);
+    /// The channel's present flow in ml/min, 0 below 1 % of full scale; 0 when it cannot be read.
+    float CurrentChannelAir_ml_m(std::int32_t channel);
+    /// The flow of a channel that reads so many bits, 0 below 1 % of full scale.
+    float FlowOfReading(std::int32_t channel, std::int32_t bits) const;
+
+    /// Sets the air to a flow in ml/min or a velocity in mm/s. Nothing is changed when channel 0
+    /// is not the larger one.
+    /// @param channel 0 or 1, or ChooseChannel
+    AirSetting SetAirVelocityInternal_ml_m(float flow_ml_m, std::int32_t channel = ChooseChannel);
+    AirSetting SetAirVelocityInternal_mm_s(float velocity_mms,
+                                           std::int32_t channel = ChooseChannel);
+    /// Sets a channel's demand in bits and starts the change-over to it.
+    void SetAirVelocityInternal_bits(std::int32_t channel, std::int32_t demandBits);
+
+    /// Sets the solenoid valves for a channel.
+    void SetChannelOutput(std::int32_t channel);
+    /// Writes a channel's DAC, held to 0 to 65535, whatever the change-over does.
+    void SetChannelDAC(std::int32_t channel, std::int32_t bits);
+    void AllChannelsOff();
+
+    bool ChangeOverBusy() const { return m_State.m_ChangeOverBusy; }
+    /// One step of the change-over.
+    void UpdateChannelChangeOver();
+    /// Names the channel whose air the valves are about to let through.
+    void SetValveState(std::int32_t valveState) { m_State.m_ValveState = valveState; }
+
+  private:
+    struct ChannelDemand {
+        std::int32_t Channel = 0;
+        float Flow_ml_m = 0.0F;
+        std::int32_t DemandBits = 0;
+        bool Found = false;
+    };
+    ChannelDemand GetAirChannelAndDemand(float velocity_mms, std::int32_t channel) const;
+    float DemandFromCalibration(float flow_ml_m, std::int32_t channel) const;
+    float Flow_ml_m(std::int32_t channel, std::int32_t bits, bool zeroCutOff) const;
+    float Capacity(std::int32_t channel) const;
+    static std::int32_t OtherChannel(std::int32_t channel) { return channel == 0 ? 1 : 0; }
+    ChangeOverInputs InputsOf(std::int32_t channel);
+    void Enter(ChangeOverState state, std::int32_t active, std::int32_t other);
+    void StartState(ChangeOverState state);
+    void ForgetDemand(std::int32_t channel);
+
+    clsAIB& m_AIB;
+    const ACURecord& m_Record;
+    AirChannelState& m_State;
+    const Clock& m_Clock;
+    DACSliders& m_Display;
+};
+
+} // namespace ombrix

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "calibration/judge/RunKind.h"
+#include "calibration/unit/ACURecord.h"
+#include "platform/ports/Platform.h"
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace ombrix {
+
+/// Folder of the histories, ended by a backslash; one file a unit.
+inline constexpr const char* HistoryFolder = R"(C:\History\)";
+
+/// What a run of a history came to.
+namespace Verdicts {
+inline constexpr const char* Passed = "passed";
+inline constexpr const char* Failed = "failed";
+inline constexpr const char* Cancelled = "cancelled";
+/// Stopped by an error.
+inline constexpr const char* Stopped = "stopped";
+/// The program was gone before the run ended.
+inline constexpr const char* Interrupted = "interrupted";
+} // namespace Verdicts
+
+/// One point of a pressure calibration.
+struct PressureReading {
+    float Flow_ml_m = 0.0F;
+    /// Bits in a system run, mBar in an audit.
+    float Reading = 0.0F;
+};
+
+/// One calibration run in the history of its unit.
+struct HistoryEntry {
+    RunKind Kind = RunKind::VelocitySystem;
+    OleDate When{};
+    /// Station and program that ran it.
+    ProgramIdentity Program{};
+    std::int32_t Serial = 0;
+    std::string Verdict{};
+    std::vector<std::string> Reasons{};
+    /// What was found in the unit, and what was left where the run has changed it.
+    ACURecord Found{};
+    std::optional<ACURecord> Left{};
+    /// The points of a velocity run, without traces.
+    VelocityMeasurement Velocity{};
+    std::vector<PressureReading> Pressure{};
+    /// Names and values of the limits that it was judged by.
+    std::vector<std::pair<std::string, float>> Limits{};
+    std::vector<std::string> Files{};
+    /// The line of the file that it stands on.
+    std::string Line{};
+};
+
+/// What is known of a unit, oldest first.
+struct CalibrationHistory {
+    std::vector<HistoryEntry> Runs;
+    /// Lines that could not be read and were passed over.
+    int DamagedLines = 0;
+};
+
+/// Adds a run to the history of its unit, with the limits that its kind is judged by. False when
+/// that could not be written; the operator has been told.
+bool AppendToHistory(Platform& world, HistoryEntry entry);
+
+/// Whether the history of a run's unit holds it already, whatever its verdict there.
+/// @throws DriveError
+bool IsInHistory(const Drive& files, const HistoryEntry& run);
+
+/// Serial numbers of the units that have a history, smallest first.
+std::vector<std::int32_t> UnitsWithHistory(const Drive& files);
+
+/// The history of a unit; empty for one that has none. @throws DriveError
+CalibrationHistory ReadHistory(const Drive& files, std::int32_t serial);
+
+} // namespace ombrix

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "calibration/history/CalibrationHistory.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ombrix {
+
+/// How one calibration point has drifted over the runs of a kind.
+struct DriftSeries {
+    /// What the point is ("Point 3: 30 %").
+    std::string Name;
+    /// By run: the deviation from the first run that has the point; nothing where it was not
+    /// measured.
+    std::vector<std::optional<double>> Deviations;
+};
+
+/// The drift of all points.
+struct Drift {
+    std::string Unit;
+    /// When each run began, oldest first.
+    std::vector<OleDate> Runs;
+    std::vector<DriftSeries> Series;
+};
+
+enum class DriftScale { PercentOfFullScale, Physical };
+
+/// The drift of a unit's points over the runs of a kind. @param channel the air channel from 0;
+/// the pressure has one only
+Drift DriftOf(const CalibrationHistory& history, RunKind kind, std::size_t channel,
+              DriftScale scale);
+
+/// Every point of every run of a history as comma-separated values.
+std::string HistoryCsv(const CalibrationHistory& history);
+
+/// A run for people to read: what it was, what it came to, and its points.
+std::string DetailsOf(const HistoryEntry& run);
+
+} // namespace ombrix

@@ -1,0 +1,129 @@
+#include "calibration/report/ReportCharts.h"
+
+#include "board/AIBTools.h"
+#include "calibration/report/VelocitySeries.h"
+#include "reports/CellRuns.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+namespace ombrix {
+
+namespace {
+
+/// Columns of a channel's chart data, counted from its first.
+enum DataColumn : int {
+    Demand,
+    Expected,
+    Rising,
+    Falling,
+    UpperLimit,
+    RisingDeviation,
+    LowerLimit,
+    FallingDeviation
+};
+constexpr int ColumnsPerChannel = 9;
+
+/// Where the charts of a channel lie, from top to bottom.
+struct ChartPlaces {
+    const char* Readings;
+    const char* Deviations;
+    std::array<const char*, 2> Steps;
+};
+constexpr std::array<ChartPlaces, AirChannels> Places = {
+    {{"B3:I19", "B20:I36", {"B37:I53", "B54:I70"}}, {"K3:R19", "K20:R36", {"K37:R53", "K54:R70"}}}};
+
+PointValues Negative(PointValues values) {
+    for (std::optional<float>& value : values)
+        if (value)
+            value = -*value;
+    return values;
+}
+
+/// Lines that are compared come in pairs: first what the readings should be, then the readings.
+void WriteData(Worksheet& data, int firstColumn, const VelocitySeries& series,
+               CalibrationKind kind) {
+    const std::string unit = UnitOf(kind);
+    const bool isAudit = kind == CalibrationKind::Audit;
+    const auto write = [&](int column, const std::string& name, const PointValues& values) {
+        const std::string letters = ColumnLetters(firstColumn + column);
+        data.SetValue(letters + "1", name);
+        constexpr int firstRow = 2;
+        SetColumn(data, letters, firstRow, values);
+    };
+    write(Demand, "Demand (" + unit + ")", series.Demand);
+    write(Expected, (isAudit ? "Demand (" : "Best fit (") + unit + ")", series.Expected);
+    write(Rising, "Rising (" + unit + ")", series.Rising);
+    write(Falling, "Falling (" + unit + ")", series.Falling);
+    write(UpperLimit, "Upper limit (" + unit + ")", series.Limit);
+    write(RisingDeviation, "Rising, deviation (" + unit + ")", series.RisingDeviation);
+    write(LowerLimit, "Lower limit (" + unit + ")", Negative(series.Limit));
+    write(FallingDeviation, "Falling, deviation (" + unit + ")", series.FallingDeviation);
+}
+
+/// @param columns the first is x, each further one a line
+void AddChart(Worksheet& charts, const Worksheet& data, const char* place,
+              const std::string& columns, const std::vector<double>& weights_pt,
+              const std::string& title) {
+    Chart& chart = charts.AddChart(ChartType::XYScatterSmoothNoMarkers, charts.Box(place));
+    chart.SetSourceData(data, columns);
+    chart.SetElement(ChartElement::TitleAboveChart);
+    chart.SetTitle(title);
+    int series = 0;
+    for (const double weight_pt : weights_pt) {
+        ++series;
+        chart.SetSeriesSmooth(series, false);
+        chart.SetSeriesLineWeight(series, weight_pt);
+    }
+}
+
+constexpr double ReferenceLine_pt = 1.0;
+constexpr double ReadingLine_pt = 1.75;
+
+} // namespace
+
+void DrawReportCharts(Worksheet& charts, Worksheet& data, std::size_t channel,
+                      const ChannelMeasurement& measured, CalibrationKind kind) {
+    if (measured.Rising.empty())
+        return;
+    const int firstColumn = static_cast<int>(channel) * ColumnsPerChannel;
+    const VelocitySeries series = SeriesOf(measured, kind);
+    WriteData(data, firstColumn, series, kind);
+    const auto columns = [firstColumn](DataColumn first, DataColumn last) {
+        return fmt::format("{0}:{0},{1}:{2}", ColumnLetters(firstColumn + Demand),
+                           ColumnLetters(firstColumn + first), ColumnLetters(firstColumn + last));
+    };
+    const ChartPlaces& places = Places.at(channel);
+    AddChart(charts, data, places.Readings, columns(Expected, Falling),
+             {ReferenceLine_pt, ReadingLine_pt, ReadingLine_pt},
+             fmt::format("Channel {}: readings", channel + 1));
+    if (std::none_of(series.Expected.begin(), series.Expected.end(),
+                     [](const auto& value) { return value.has_value(); }))
+        return;
+    AddChart(charts, data, places.Deviations, columns(UpperLimit, FallingDeviation),
+             {ReferenceLine_pt, ReadingLine_pt, ReferenceLine_pt, ReadingLine_pt},
+             fmt::format("Channel {}: deviation from the {}", channel + 1,
+                         kind == CalibrationKind::Audit ? "demand" : "best fit"));
+}
+
+void DrawStepCharts(Worksheet& charts, const Worksheet& traces, std::size_t channel,
+                    const ChannelMeasurement& measured) {
+    constexpr int columnsPerTrace = 2;
+    constexpr int firstStepColumn = 2 * static_cast<int>(MaxCalibrationPoints) * columnsPerTrace;
+    const auto& places = Places.at(channel).Steps;
+    for (std::size_t step = 0; step < std::min(measured.Steps.size(), places.size()); ++step) {
+        if (measured.Steps[step].Reading.Trace.empty())
+            continue;
+        const int time = firstStepColumn + static_cast<int>(step) * columnsPerTrace;
+        AddChart(charts, traces, places.at(step),
+                 fmt::format("{0}:{0},{1}:{1}", ColumnLetters(time), ColumnLetters(time + 1)),
+                 {ReadingLine_pt},
+                 fmt::format("Channel {}: from zero air to point {}", channel + 1,
+                             measured.Steps[step].Point + 1));
+    }
+}
+
+} // namespace ombrix

@@ -1,0 +1,229 @@
+#include "calibration/run/ChannelVelocityRun.h"
+
+#include "calibration/air/AirUnits.h"
+#include "calibration/judge/AcceptanceChecks.h"
+#include "calibration/judge/ChannelJudgement.h"
+#include "platform/text/Text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace ombrix {
+
+namespace {
+
+// The span of a channel's progress bar, with and without solenoid valves.
+constexpr float BarWithValves_s = 315.0F;
+constexpr float BarWithoutValves_s = 615.0F;
+/// Without valves the line is filled at 10 % first.
+constexpr std::int32_t PreFlow_bits = 6553;
+constexpr double PreFlowTime_s = 15.0;
+constexpr double PointTime_s = 15.0;
+/// The lowest demand of a unit without valves takes its time.
+constexpr double LowestPointTime_s = 30.0;
+constexpr double ZeroTime_s = 10.0;
+/// The points that are also measured as steps from zero air.
+constexpr std::array<std::int32_t, 2> StepPoints = {1, 3};
+/// A fit needs a segment.
+constexpr std::int32_t FewestPoints = 2;
+
+} // namespace
+
+ChannelVelocityRun::ChannelVelocityRun(const ChannelRunServices& services, CalibrationKind kind,
+                                       std::int32_t channel)
+    : m_Services(services), m_Kind(kind), m_Channel(channel),
+      m_Capacity_ml_m(services.Record.m_ChannelCapacity.at(static_cast<std::size_t>(channel))),
+      m_Timer(services.Time) {}
+
+std::string ChannelVelocityRun::Heading() const {
+    return m_Kind == CalibrationKind::Audit ? "Air Velocity Audit Calibration"
+                                            : "Air Velocity System Calibration";
+}
+
+void ChannelVelocityRun::CalibrateChannelVelocity(ChannelMeasurement& result) {
+    result.Capacity_ml_m = m_Capacity_ml_m;
+    m_Services.Log.LogCalibration(fmt::format("> > Calibrating Channel: {} < <", m_Channel));
+    // A damaged EPROM may claim any number of points.
+    const std::int32_t points = std::min(m_Services.Record.m_CalibrationPoints,
+                                         static_cast<std::int32_t>(MaxCalibrationPoints));
+    if (!CanBeMeasured(points)) {
+        m_Services.Recorder.ChannelBegins(static_cast<std::size_t>(m_Channel), result);
+        return;
+    }
+    m_Services.Air.AllChannelsOff();
+    BuildDemands(points, result);
+    m_Services.Recorder.ChannelBegins(static_cast<std::size_t>(m_Channel), result);
+    m_Services.Stages.ShowLine(
+        StageLine::Phase,
+        Heading() + FormatArgs(" - Phase [1] of [2]",
+                               {std::to_string(m_Channel + 1), std::to_string(AirChannels)}));
+    m_Services.Stages.BeginProgress(HasValves() ? BarWithValves_s : BarWithoutValves_s);
+    MeasureAll(result);
+    if (!m_Services.Wait.Ended())
+        Judge(result);
+}
+
+bool ChannelVelocityRun::CanBeMeasured(std::int32_t points) const {
+    if (!(m_Capacity_ml_m > 0.0F)) {
+        m_Services.Log.LogCalibration(" - Skipped as it is not present");
+        return false;
+    }
+    if (points < FewestPoints) {
+        m_Services.Log.LogCalibration(
+            fmt::format(" - Skipped as the record has {} calibration points", points));
+        return false;
+    }
+    return true;
+}
+
+void ChannelVelocityRun::BuildDemands(std::int32_t points, ChannelMeasurement& result) const {
+    for (std::int32_t point = 0; point < points; ++point)
+        result.Demand.push_back(DemandOfPoint(point, m_Kind, m_Capacity_ml_m));
+    result.Rising.resize(result.Demand.size());
+    result.Falling.resize(result.Demand.size());
+}
+
+void ChannelVelocityRun::MeasureAll(ChannelMeasurement& result) {
+    m_Timer.StartTimer(true);
+    if (!HasValves())
+        PreFlow();
+    Sweep(result, result.Rising, true);
+    Sweep(result, result.Falling, false);
+    m_Services.Air.AllChannelsOff();
+    for (const std::int32_t point : StepPoints) {
+        if (point < static_cast<std::int32_t>(result.Demand.size()) && !m_Services.Wait.Ended())
+            result.Steps.push_back(MeasureCalibrationPoint(point));
+    }
+}
+
+double ChannelVelocityRun::MeasuringTime_s(std::size_t point) const {
+    return point == 0 && !HasValves() ? LowestPointTime_s : PointTime_s;
+}
+
+double ChannelVelocityRun::WholeTime_s(const ChannelMeasurement& result) const {
+    double time_s = HasValves() ? 0.0 : PreFlowTime_s;
+    for (std::size_t point = 0; point < result.Demand.size(); ++point)
+        time_s += 2.0 * MeasuringTime_s(point);
+    return time_s + StepPoints.size() * (ZeroTime_s + PointTime_s);
+}
+
+void ChannelVelocityRun::PreFlow() {
+    m_Services.Air.SetChannelDAC(m_Channel, PreFlow_bits);
+    m_Services.Stages.ShowLine(StageLine::Demand, fmt::format("Pre-flow:  {} bits", PreFlow_bits));
+    m_Services.Loop.Wait(m_Channel, PreFlowTime_s, [this](const LiveReading& live) {
+        ShowWait(live, PreFlowTime_s);
+        m_Services.Stages.ShowProgress(static_cast<float>(m_Timer.ElapsedTime()));
+    });
+}
+
+void ChannelVelocityRun::Sweep(ChannelMeasurement& result, std::vector<PointReading>& sweep,
+                               bool rising) {
+    const double wholeTime_s = WholeTime_s(result);
+    const auto display = [this, wholeTime_s](const LiveReading& live) {
+        const double elapsed_s = m_Timer.ElapsedTime();
+        ShowReading(live);
+        m_Services.Stages.ShowLine(
+            StageLine::Remaining,
+            fmt::format("Time left:  {:.0f} s", std::max(0.0, std::ceil(wholeTime_s - elapsed_s))));
+        m_Services.Stages.ShowProgress(static_cast<float>(elapsed_s));
+    };
+    for (std::size_t step = 0; step < sweep.size() && !m_Services.Wait.Ended(); ++step) {
+        const std::size_t point = rising ? step : sweep.size() - 1 - step;
+        PointDemand& demand = result.Demand.at(point);
+        SetDemand(demand);
+        m_Services.Recorder.ReadingBegins(rising ? Sweeps::Rising : Sweeps::Falling, point, demand);
+        sweep.at(point) =
+            m_Services.Loop.Measure(m_Channel, MeasuringTime_s(point), display, Samples());
+        m_Services.Recorder.ReadingEnds(sweep.at(point));
+        if (!m_Services.Wait.Ended())
+            LogPoint(point, demand, sweep.at(point));
+    }
+}
+
+void ChannelVelocityRun::SetDemand(PointDemand& demand) {
+    if (m_Kind == CalibrationKind::Audit) {
+        demand.Bits =
+            m_Services.Air.SetAirVelocityInternal_ml_m(demand.Flow_ml_m, m_Channel).DemandBits;
+        m_Services.Stages.ShowLine(StageLine::Demand,
+                                   fmt::format("Demand:  {} ml/min    =  {} bits",
+                                               FixedText(static_cast<double>(demand.Flow_ml_m), 1),
+                                               demand.Bits));
+        return;
+    }
+    m_Services.Air.SetAirVelocityInternal_bits(m_Channel, demand.Bits);
+    m_Services.Stages.ShowLine(StageLine::Demand, fmt::format("Demand:  {} bits", demand.Bits));
+}
+
+void ChannelVelocityRun::LogPoint(std::size_t point, const PointDemand& demand,
+                                  const PointReading& reading) const {
+    const bool isAudit = m_Kind == CalibrationKind::Audit;
+    m_Services.Log.LogCalibration(fmt::format(
+        "Point {},{},{}", point,
+        isAudit ? GeneralText(demand.Flow_ml_m) : std::to_string(demand.Bits),
+        isAudit ? GeneralText(reading.Flow_ml_m) : std::to_string(reading.Reading_bits)));
+}
+
+StepMeasurement ChannelVelocityRun::MeasureCalibrationPoint(std::int32_t point) {
+    CalibrationView& stages = m_Services.Stages;
+    StepMeasurement step{point, DemandOfPoint(point, m_Kind, m_Capacity_ml_m), {}};
+    m_Services.Air.AllChannelsOff();
+    stages.ShowLine(StageLine::Phase, Heading());
+    stages.ShowLine(StageLine::Demand, "Waiting at zero demand...");
+    if (HasValves())
+        m_Services.Air.SetValveState(m_Channel);
+    const auto wait = [this, &stages](double duration_s, const SampleSink& samples) {
+        stages.BeginProgress(static_cast<float>(duration_s));
+        return m_Services.Loop.Measure(
+            m_Channel, duration_s,
+            [this, &stages, duration_s](const LiveReading& live) {
+                ShowWait(live, duration_s);
+                stages.ShowProgress(static_cast<float>(live.Elapsed_s));
+            },
+            samples);
+    };
+    const auto tell = [this, &step] {
+        m_Services.Recorder.ReadingBegins(Sweeps::Step, static_cast<std::size_t>(step.Point),
+                                          step.Demand);
+    };
+    tell();
+    if (wait(ZeroTime_s, {}).Valid) {
+        SetDemand(step.Demand);
+        tell();
+        stages.ShowLine(StageLine::Demand, "Calculating Data...");
+        step.Reading = wait(PointTime_s, Samples());
+    }
+    m_Services.Recorder.ReadingEnds(step.Reading);
+    m_Services.Air.AllChannelsOff();
+    return step;
+}
+
+SampleSink ChannelVelocityRun::Samples() const {
+    return [this](const TraceSample& sample) { m_Services.Recorder.Sample(sample); };
+}
+
+void ChannelVelocityRun::ShowReading(const LiveReading& live) const {
+    m_Services.Stages.ShowLine(StageLine::Reading,
+                               fmt::format("Current:  {} ml/min    =  {} bits",
+                                           FixedText(static_cast<double>(live.Flow_ml_m), 1),
+                                           live.Bits));
+}
+
+void ChannelVelocityRun::ShowWait(const LiveReading& live, double duration_s) const {
+    ShowReading(live);
+    m_Services.Stages.ShowLine(
+        StageLine::Remaining,
+        fmt::format("Elapsed:  {:.0f} s of {:.0f} s", std::floor(live.Elapsed_s), duration_s));
+}
+
+void ChannelVelocityRun::Judge(ChannelMeasurement& result) const {
+    if (m_Kind == CalibrationKind::System && !ReadingsRiseWithDemand(result))
+        m_Services.Stages.ShowWarning(fmt::format(
+            "Channel {} does not follow the demand. Check the air supply.", m_Channel + 1));
+    JudgeChannel(result, m_Kind, static_cast<std::size_t>(m_Channel), m_Services.Log);
+    m_Services.Recorder.ChannelJudged();
+}
+
+} // namespace ombrix

@@ -1,0 +1,99 @@
+#include "calibration/run/MeasuringLoop.h"
+
+#include "platform/text/Rounding.h"
+
+namespace ombrix {
+
+namespace {
+
+/// Sums of the last seconds of a measurement.
+class RunningMeans {
+  public:
+    void Add(const LiveReading& live) {
+        m_Bits += live.Bits;
+        m_Flow_ml_m += static_cast<double>(live.Flow_ml_m);
+        ++m_Count;
+    }
+    void Store(PointReading& result) const {
+        result.Valid = m_Count > 0;
+        if (!result.Valid)
+            return;
+        result.Reading_bits = RoundHalfEven(static_cast<double>(m_Bits) / m_Count);
+        result.Flow_ml_m = static_cast<float>(m_Flow_ml_m / m_Count);
+    }
+
+  private:
+    std::int64_t m_Bits = 0;
+    double m_Flow_ml_m = 0.0;
+    std::int32_t m_Count = 0;
+};
+
+} // namespace
+
+PointReading MeasuringLoop::Measure(std::int32_t channel, double duration_s, const Display& display,
+                                    const SampleSink& samples) {
+    PointReading result;
+    result.Trace.reserve(static_cast<std::size_t>(duration_s / SampleSpacing_s) + 1);
+    RunningMeans means;
+    clsHiResTimer timer(m_Clock);
+    double sampled_s = 0.0;
+    double displayDue_s = 0.0;
+    LiveReading live;
+    while ((live.Elapsed_s = timer.ElapsedTime()) < duration_s) {
+        const AIBStatus status = Read(channel, live.Bits);
+        m_Watch.Note(status, MonotonicSeconds(m_Clock));
+        if (status == Status::NoError) {
+            live.Flow_ml_m = m_Air.FlowOfReading(channel, live.Bits);
+            if (live.Elapsed_s - sampled_s >= SampleSpacing_s) {
+                sampled_s = live.Elapsed_s;
+                result.Trace.push_back({static_cast<float>(sampled_s), live.Bits});
+                if (samples)
+                    samples(result.Trace.back());
+            }
+            if (duration_s - live.Elapsed_s < MeanTime_s)
+                means.Add(live);
+        }
+        if (live.Elapsed_s >= displayDue_s) {
+            displayDue_s = live.Elapsed_s + DisplaySpacing_s;
+            display(live);
+        }
+        if (!m_Wait.Pass(timer, duration_s))
+            return result;
+        PollChangeOver();
+    }
+    means.Store(result);
+    return result;
+}
+
+void MeasuringLoop::PollChangeOver() {
+    if (!m_Air.ChangeOverBusy())
+        return;
+    m_Air.CurrentAir_mms(false);
+    // Polling does not advance a unit without a table, and without that its first point would
+    // be measured at the pre-charge, so that it could never get a table.
+    if (m_NeverCalibrated)
+        m_Air.UpdateChannelChangeOver();
+}
+
+AIBStatus MeasuringLoop::AskForAnswer() {
+    std::int32_t value = 0;
+    return m_AIB.ReadReg(clsAIB::PressureRegister, value);
+}
+
+AIBStatus MeasuringLoop::Read(std::int32_t channel, std::int32_t& bits) {
+    const AIBStatus status = m_AIB.GetADC(channel, bits);
+    // A digital channel that is not ready reads as 0 without asking the board.
+    const bool wasAsked = !m_AIB.IsDigitalSetup() || m_AIB.MFCReady();
+    return wasAsked ? status : AskForAnswer();
+}
+
+void MeasuringLoop::AwaitAnswer() {
+    clsHiResTimer timer(m_Clock);
+    for (AIBStatus status = AskForAnswer(); status != Status::NoError && !m_Wait.Ended();
+         status = AskForAnswer()) {
+        m_Watch.Note(status, MonotonicSeconds(m_Clock));
+        m_Wait.Pass(timer, timer.ElapsedTime() + AnswerWatch::Patience_s);
+    }
+}
+
+} // namespace ombrix

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "board/procedure/AnswerWatch.h"
+#include "board/procedure/ProcedureWait.h"
+#include "calibration/air/AirChannelControl.h"
+#include "calibration/judge/VelocityMeasurement.h"
+
+#include <functional>
+
+namespace ombrix {
+
+/// What a channel reads at this moment.
+struct LiveReading {
+    /// Time since the loop began.
+    double Elapsed_s = 0.0;
+    std::int32_t Bits = 0;
+    float Flow_ml_m = 0.0F;
+};
+
+/// Takes the samples of a trace as they are taken.
+using SampleSink = std::function<void(const TraceSample&)>;
+
+/// The loop in which a channel is read while time passes. It advances a change-over that is
+/// going on, and ends early when the operator cancels.
+class MeasuringLoop {
+  public:
+    /// The trace keeps a reading every so often; the means are those of the last seconds.
+    static constexpr double SampleSpacing_s = 0.1;
+    static constexpr double MeanTime_s = 3.0;
+    /// Often enough for an eye, rarely enough for a processor.
+    static constexpr double DisplaySpacing_s = 0.05;
+
+    using Display = std::function<void(const LiveReading&)>;
+
+    /// @param neverCalibrated the unit has no table yet
+    MeasuringLoop(clsAIB& board, AirChannelControl& air, ProcedureWait& wait, const Clock& clock,
+                  bool neverCalibrated)
+        : m_AIB(board), m_Air(air), m_Wait(wait), m_Clock(clock),
+          m_NeverCalibrated(neverCalibrated) {}
+
+    /// Reads a channel for a time. The reading is not valid when the operator has cancelled.
+    /// @param samples is told each sample of the trace; may be none
+    /// @throws BoardError when the board has stopped answering
+    PointReading Measure(std::int32_t channel, double duration_s, const Display& display,
+                         const SampleSink& samples = {});
+    /// Lets a time pass. False when the operator has cancelled. @throws BoardError
+    bool Wait(std::int32_t channel, double duration_s, const Display& display) {
+        return Measure(channel, duration_s, display).Valid;
+    }
+    /// Returns once the board answers. @throws BoardError when it does not
+    void AwaitAnswer();
+
+  private:
+    AIBStatus Read(std::int32_t channel, std::int32_t& bits);
+    AIBStatus AskForAnswer();
+    void PollChangeOver();
+
+    clsAIB& m_AIB;
+    AirChannelControl& m_Air;
+    ProcedureWait& m_Wait;
+    const Clock& m_Clock;
+    AnswerWatch m_Watch;
+    bool m_NeverCalibrated;
+};
+
+} // namespace ombrix

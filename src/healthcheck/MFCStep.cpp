@@ -1,0 +1,180 @@
+#include "healthcheck/MFCStep.h"
+
+#include "calibration/unit/ACUCalibration.h"
+#include "platform/text/Index.h"
+#include "platform/text/Rounding.h"
+
+#include <fmt/format.h>
+
+namespace ombrix {
+
+namespace {
+
+constexpr Colour DemandColour{192, 192, 192};
+constexpr Colour Channel1Colour{0, 0, 255};
+constexpr Colour Channel2Colour{0, 255, 0};
+
+template <class... Args>
+void Show(ValueLabels& labels, std::size_t label, fmt::format_string<Args...> text,
+          Args&&... args) {
+    fmt::memory_buffer buffer; // short texts stay on the stack
+    fmt::format_to(std::back_inserter(buffer), text, std::forward<Args>(args)...);
+    labels.SetCaption(label, std::string_view(buffer.data(), buffer.size()));
+}
+
+} // namespace
+
+void clsMFCStep::Init(std::int32_t stepIndex, float ch1Demand, float ch2Demand, float duration_s,
+                      const clsMFCStep* prevStep) {
+    *this = clsMFCStep();
+    m_StepIndex = stepIndex;
+    m_DemandValue = {ch1Demand, ch2Demand};
+    m_Duration_s = duration_s;
+    m_PrevStep = prevStep;
+    m_EndTime_s = prevStep == nullptr ? duration_s : prevStep->EndTime_s() + duration_s;
+}
+
+float clsMFCStep::DemandValue_Percent(std::int32_t channel) const {
+    return m_DemandValue.at(Index(channel));
+}
+
+float clsMFCStep::MaxValue(std::int32_t channel) const {
+    return static_cast<float>(m_Extremes.at(Index(channel)).MaxValue);
+}
+
+std::int32_t clsMFCStep::MaxValueIndex(std::int32_t channel) const {
+    return m_Extremes.at(Index(channel)).MaxIndex;
+}
+
+std::int32_t clsMFCStep::MinValue(std::int32_t channel) const {
+    return m_Extremes.at(Index(channel)).MinValue;
+}
+
+std::int32_t clsMFCStep::MinValueIndex(std::int32_t channel) const {
+    return m_Extremes.at(Index(channel)).MinIndex;
+}
+
+std::int32_t clsMFCStep::data(std::int32_t row, std::int32_t column) const {
+    return m_Data.at(Index(row)).at(Index(column));
+}
+
+const clsMFCStep::Sample& clsMFCStep::LastSample() const {
+    return m_Data.at(Index(m_DataCount - 1));
+}
+
+void clsMFCStep::AddSample(const Sample& sample) {
+    NoteExtremes(sample);
+    m_Data.push_back(sample);
+    ++m_DataCount;
+}
+
+void clsMFCStep::StartStep(clsHiResTimer& timer, DACSliders& sliders) {
+    m_Timer = &timer;
+    for (const std::int32_t channel : {0, 1}) {
+        const float position = static_cast<float>(DACSliders::Max) * DemandValue_Percent(channel);
+        sliders.SetValue(channel, RoundHalfEven(position));
+    }
+    m_Data.assign(Index(DataCapacity), Sample{});
+}
+
+bool clsMFCStep::RecordDataPoint(clsAIB& board, const GraphSurfaces* graphs, ValueLabels* labels) {
+    const double elapsed_s = m_Timer->ElapsedTime();
+    if (static_cast<float>(elapsed_s - m_LastAttempt_s) < SampleSpacing_s)
+        return false;
+    Sample sample{};
+    if (m_DataCount == DataCapacity || !ReadSample(board, sample)) {
+        m_RecordFull = m_DataCount == DataCapacity;
+        m_LastAttempt_s = elapsed_s;
+        return false;
+    }
+    m_LastAttempt_s = m_Timer->ElapsedTime();
+    sample[0] = RoundHalfEven(m_LastAttempt_s * 1000.0);
+    NoteExtremes(sample);
+    if (labels != nullptr) {
+        Show(*labels, 0, "{}  :  {}", sample[1], sample[2]);
+        Show(*labels, 1, "{}  :  {}", sample[3], sample[4]);
+        Show(*labels, 2, "{}", sample[5]);
+        Show(*labels, 3, "{}", sample[2] - sample[1]);
+        Show(*labels, 4, "{}", sample[4] - sample[3]);
+    }
+    if (graphs != nullptr)
+        Draw(*graphs, sample);
+    m_Data[Index(m_DataCount)] = sample;
+    ++m_DataCount;
+    return true;
+}
+
+bool clsMFCStep::ReadSample(clsAIB& board, Sample& sample) {
+    constexpr std::int32_t analogSensor = 0;
+    constexpr std::int32_t digitalSensor = 1;
+    constexpr std::int32_t analogPressureChannel = 2;
+    std::int32_t analogPressure = 0;
+    std::int32_t digitalPressure = 0;
+    AIBStatus worst = Status::NoError;
+    for (const AIBStatus status : {board.GetADC(0, sample[2]), board.GetADC(1, sample[4]),
+                                   board.GetADC(analogPressureChannel, analogPressure),
+                                   board.ReadReg(clsAIB::PressureRegister, digitalPressure)})
+        worst = status != Status::NoError ? status : worst;
+    m_Answers.Note(worst, m_Timer->ElapsedTime());
+    if (worst != Status::NoError)
+        return false;
+    sample[1] = board.DAC(0);
+    sample[3] = board.DAC(1);
+    const std::int32_t sensor = board.Calibration().PressureConfig();
+    sample[5] = sensor == analogSensor    ? analogPressure
+                : sensor == digitalSensor ? digitalPressure
+                                          : 0;
+    return true;
+}
+
+void clsMFCStep::NoteExtremes(const Sample& sample) {
+    for (const std::size_t channel : {std::size_t{0}, std::size_t{1}}) {
+        const std::int32_t reading = sample.at(2 + 2 * channel);
+        Extremes& extremes = m_Extremes.at(channel);
+        if (extremes.MinIndex == -1 || reading < extremes.MinValue) {
+            extremes.MinValue = reading;
+            extremes.MinIndex = m_DataCount;
+        }
+        if (extremes.MaxIndex == -1 || extremes.MaxValue < reading) {
+            extremes.MaxValue = reading;
+            extremes.MaxIndex = m_DataCount;
+        }
+    }
+}
+
+void clsMFCStep::Draw(const GraphSurfaces& graphs, const Sample& sample) const {
+    const bool continuesStep = m_DataCount > 0;
+    const bool continuesSequence = m_PrevStep != nullptr && m_PrevStep->DataCount() > 0;
+    if (!continuesStep && !continuesSequence)
+        return;
+    const Sample& last = continuesStep ? m_Data[Index(m_DataCount - 1)]
+                                       : m_PrevStep->m_Data[Index(m_PrevStep->DataCount() - 1)];
+    const double x1 = last[0] / 1000.0;
+    const double x2 = sample[0] / 1000.0;
+    graphs[0]->Line(x1, last[1], x2, sample[1], DemandColour);
+    graphs[0]->Line(x1, last[2], x2, sample[2], Channel1Colour);
+    graphs[1]->Line(x1, last[3], x2, sample[3], DemandColour);
+    graphs[1]->Line(x1, last[4], x2, sample[4], Channel2Colour);
+    graphs[2]->Line(x1, last[5], x2, sample[5], Channel1Colour);
+    if (!continuesStep)
+        return; // a step of the demand is no difference worth a line
+    graphs[3]->Line(x1, last[2] - last[1], x2, sample[2] - sample[1], Channel1Colour);
+    graphs[4]->Line(x1, last[4] - last[3], x2, sample[4] - sample[3], Channel2Colour);
+}
+
+float clsMFCStep::Get_EndVal(std::int32_t column, float window_ms) const {
+    if (m_DataCount == 0)
+        return 0.0F;
+    const float threshold = static_cast<float>(data(m_DataCount - 1, 0)) - window_ms;
+    float sum = 0.0F;
+    std::int32_t count = 0;
+    for (std::int32_t row = m_DataCount - 1; row >= 0; --row) {
+        if (static_cast<float>(data(row, 0)) <= threshold)
+            return count == 0 ? 0.0F : sum / static_cast<float>(count);
+        sum += static_cast<float>(data(row, column));
+        ++count;
+    }
+    return 0.0F;
+}
+
+} // namespace ombrix

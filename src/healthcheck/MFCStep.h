@@ -1,0 +1,103 @@
+#pragma once
+
+#include "board/DACSliders.h"
+#include "board/procedure/AnswerWatch.h"
+#include "board/procedure/HiResTimer.h"
+#include "healthcheck/GraphSurface.h"
+
+#include <array>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace ombrix {
+
+class Worksheet;
+
+/// One timed step of a sequence: a demand for each air channel and a duration. While it runs it
+/// records samples, at most one every 20 ms.
+class clsMFCStep {
+  public:
+    /// Columns of a sample: time in ms from the start of the sequence, DAC and reading of
+    /// channel 1, DAC and reading of channel 2 (bits, 0 to 65535), pressure (raw).
+    static constexpr std::int32_t Columns = 6;
+    /// Samples that a step can hold; at the shortest spacing 200 s.
+    static constexpr std::int32_t DataCapacity = 10000;
+    static constexpr float SampleSpacing_s = 0.02F;
+    using Sample = std::array<std::int32_t, Columns>;
+
+    /// @param ch1Demand, ch2Demand fractions of full scale, 0 to 1
+    /// @param prevStep the step before it in the sequence, none for the first; must outlive it
+    void Init(std::int32_t stepIndex, float ch1Demand, float ch2Demand, float duration_s,
+              const clsMFCStep* prevStep);
+
+    float Duration_s() const { return m_Duration_s; }
+    /// Time from the start of the sequence at which the step ends.
+    float EndTime_s() const { return m_EndTime_s; }
+    /// The demand as a fraction, 0 to 1, in spite of its name. Channels are 0 and 1; another
+    /// channel throws std::out_of_range, here and below.
+    float DemandValue_Percent(std::int32_t channel) const;
+    /// Highest and lowest reading of a channel and the sample that reached it first; -1 = none.
+    float MaxValue(std::int32_t channel) const;
+    std::int32_t MaxValueIndex(std::int32_t channel) const;
+    std::int32_t MinValue(std::int32_t channel) const;
+    std::int32_t MinValueIndex(std::int32_t channel) const;
+    std::int32_t DataCount() const { return m_DataCount; }
+    /// A sample's column. @throws std::out_of_range
+    std::int32_t data(std::int32_t row, std::int32_t column) const;
+    /// The record was full before the step ended; it took no more samples then.
+    bool RecordFull() const { return m_RecordFull; }
+
+    /// Applies the demands and prepares the record. The timer is the sequence's.
+    void StartStep(clsHiResTimer& timer, DACSliders& sliders);
+    /// Takes a sample if one is due, and shows it; true when one was stored. A reading that
+    /// fails is not stored. @throws BoardError when the board has not answered for a second
+    bool RecordDataPoint(clsAIB& board, const GraphSurfaces* graphs, ValueLabels* labels);
+    /// The sample that was stored last. @throws std::out_of_range without one
+    const Sample& LastSample() const;
+    /// Adds a sample that was recorded earlier to a step that is not run.
+    void AddSample(const Sample& sample);
+    /// Time at which the next sample is due.
+    double NextSampleTime_s() const { return m_LastAttempt_s + SampleSpacing_s; }
+
+    /// Writes the samples from a row down, leaving out those that add nothing to the picture;
+    /// advances the row. Row 0 stands for row 2, the first below the headings.
+    void ExportData(std::int32_t& row, Worksheet& sheet) const;
+    /// Writes the step's line of the overview.
+    void ExportStepData(std::int32_t row, Worksheet& sheet) const;
+    /// Mean of a column over the last part of the record, in Single precision; 0 when the
+    /// record does not reach back beyond it.
+    float Get_EndVal(std::int32_t column, float window_ms) const;
+
+  private:
+    struct Extremes {
+        std::int32_t MinValue = 0;
+        std::int32_t MinIndex = -1;
+        std::int32_t MaxValue = 0;
+        std::int32_t MaxIndex = -1;
+    };
+
+    bool ReadSample(clsAIB& board, Sample& sample);
+    void NoteExtremes(const Sample& sample);
+    void Draw(const GraphSurfaces& graphs, const Sample& sample) const;
+    bool IsWorthKeeping(std::int32_t row, std::int32_t lastKept) const;
+    std::vector<std::int32_t> KeptRows() const;
+    std::string StepDescription() const;
+
+    std::int32_t m_StepIndex = 0;
+    clsHiResTimer* m_Timer = nullptr;
+    float m_Duration_s = 0.0F;
+    float m_EndTime_s = 0.0F;
+    std::array<float, 2> m_DemandValue{};
+    std::array<Extremes, 2> m_Extremes;
+    std::int32_t m_DataCount = 0;
+    std::vector<Sample> m_Data;
+    const clsMFCStep* m_PrevStep = nullptr;
+    /// Times are compared in full resolution, not in the whole milliseconds of the record.
+    double m_LastAttempt_s = -std::numeric_limits<double>::infinity();
+    bool m_RecordFull = false;
+    AnswerWatch m_Answers;
+};
+
+} // namespace ombrix

@@ -1,0 +1,95 @@
+#include "platform/os/ProgramLog.h"
+
+#include "platform/text/DateText.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace ombrix {
+
+namespace {
+
+std::string OneLine(std::string_view text) {
+    std::string line;
+    for (const char character : text) {
+        if (character == '\n')
+            line += " | ";
+        else if (character != '\r')
+            line += character;
+    }
+    return line;
+}
+
+/// Names of logs stand in the order of their days.
+std::string LogName(OleDate date) {
+    return "ombrix_" + DateText(date, "yyyymmdd") + ".log";
+}
+
+bool IsLogName(std::string_view name) {
+    return name.size() == LogName({}).size() && name.starts_with("ombrix_") &&
+           name.ends_with(".log");
+}
+
+/// Where the last lines of a text begin.
+std::size_t StartOfLastLines(std::string_view text, std::size_t lines) {
+    std::size_t start = text.size();
+    for (; lines > 0 && start > 0; --lines) {
+        // The end of the line before the one that is taken.
+        const std::size_t end = start < 2 ? std::string_view::npos : text.rfind('\n', start - 2);
+        start = end == std::string_view::npos ? 0 : end + 1;
+    }
+    return start;
+}
+
+} // namespace
+
+std::string LogPath(const Clock& clock) {
+    return LogFolder + LogName(clock.Now());
+}
+
+void WriteLog(Platform& world, std::string_view line) {
+    try {
+        world.Files.CreateFolder(LogFolder);
+        world.Files.OpenForAppending(LogPath(world.Time))
+            ->Write(fmt::format("{} {}[{}] {}\n", DateText(world.Time.Now(), "yyyy-mm-dd hh:nn:ss"),
+                                world.Program.Name, world.Program.ProcessId, OneLine(line)));
+    } catch (const DriveError&) {
+        return; // work goes on without a log
+    }
+}
+
+void RemoveOldLogs(Platform& world) {
+    const std::string oldest = LogName(OleDate(world.Time.Now().Days() - LogDaysKept));
+    for (const std::string& name : world.Files.FilesIn(LogFolder)) {
+        if (!IsLogName(name) || name >= oldest)
+            continue;
+        try {
+            world.Files.RemoveFile(LogFolder + name);
+        } catch (const DriveError& error) {
+            WriteLog(world, error.what());
+        }
+    }
+}
+
+std::string LastLogLines(const Drive& files, std::size_t most) {
+    constexpr std::size_t newest = 2;
+    std::vector<std::string> names = files.FilesIn(LogFolder);
+    std::erase_if(names, [](const std::string& name) { return !IsLogName(name); });
+    std::string text;
+    for (std::size_t i = names.size() - std::min(newest, names.size()); i < names.size(); ++i) {
+        try {
+            text += files.ReadFile(LogFolder + names[i]);
+        } catch (const DriveError& error) {
+            text += std::string(error.what()) + "\n";
+        }
+    }
+    return text.substr(StartOfLastLines(text, most));
+}
+
+ProcedureLog::ProcedureLog(Platform& world, std::string name)
+    : m_World(world), m_Name(std::move(name)) {
+    WriteLog(m_World, m_Name + ": begun");
+}
+
+} // namespace ombrix

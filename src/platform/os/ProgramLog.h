@@ -1,0 +1,49 @@
+#pragma once
+
+#include "platform/ports/Platform.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace ombrix {
+
+/// Folder of the program's logs, ended by a backslash: one file a day, shared by the programs.
+inline constexpr const char* LogFolder = R"(C:\Logs\)";
+
+/// Path of the log of the present day.
+std::string LogPath(const Clock& clock);
+
+/// Adds a line to the log, with date, time, program and process; line ends become " | ". For
+/// what somebody may have to find out later: what was written to a unit, what went wrong. A
+/// disk that takes no more costs the line and nothing else.
+void WriteLog(Platform& world, std::string_view line);
+
+/// How long logs are kept.
+inline constexpr int LogDaysKept = 60;
+
+/// Removes the logs of more than LogDaysKept days ago, so that they do not fill the disk.
+void RemoveOldLogs(Platform& world);
+
+/// The last lines of the two newest logs, oldest first. A log that cannot be read is named.
+std::string LastLogLines(const Drive& files, std::size_t most);
+
+/// Notes in the log that a procedure has begun and how it ended.
+class ProcedureLog {
+  public:
+    ProcedureLog(Platform& world, std::string name);
+    ProcedureLog(const ProcedureLog&) = delete;
+    ProcedureLog& operator=(const ProcedureLog&) = delete;
+    /// Without a word of how it ended it has been left by an error.
+    ~ProcedureLog() { WriteLog(m_World, m_Name + ": " + m_Ended); }
+
+    void Ended(std::string how) { m_Ended = std::move(how); }
+
+  private:
+    Platform& m_World;
+    std::string m_Name;
+    std::string m_Ended = "left by an error";
+};
+
+} // namespace ombrix

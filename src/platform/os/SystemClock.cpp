@@ -1,0 +1,80 @@
+#include "platform/os/SystemClock.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <ctime>
+#include <thread>
+
+namespace ombrix {
+
+namespace {
+
+constexpr double WakeMargin_s = 0.0002;
+
+std::tm LocalTime(std::time_t time) {
+    std::tm local{};
+    localtime_r(&time, &local);
+    return local;
+}
+
+double TimeOfDay(OleDate date) {
+    return (date.Days() - std::floor(date.Days())) * SecondsPerDay;
+}
+
+} // namespace
+
+std::int64_t SystemClock::Counter() const {
+    return std::chrono::steady_clock::now().time_since_epoch().count();
+}
+
+std::int64_t SystemClock::Frequency() const {
+    using Period = std::chrono::steady_clock::period;
+    return Period::den / Period::num;
+}
+
+double SystemClock::SecondsSinceMidnight() const {
+    const auto now = std::chrono::system_clock::now();
+    const auto wholeSeconds = std::chrono::floor<std::chrono::seconds>(now);
+    const std::tm local = LocalTime(std::chrono::system_clock::to_time_t(wholeSeconds));
+    const std::chrono::duration<double> fraction = now - wholeSeconds;
+    return local.tm_hour * 3600.0 + local.tm_min * 60.0 + local.tm_sec + fraction.count();
+}
+
+OleDate SystemClock::Now() const {
+    const std::tm local = LocalTime(std::time(nullptr));
+    return OleDate::FromCivil({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
+                               local.tm_min, std::min(local.tm_sec, 59)});
+}
+
+void SystemClock::Rest(double longest_s) {
+    const double sleep_s = std::min(LongestRest_s, longest_s - WakeMargin_s);
+    if (sleep_s > 0.0)
+        std::this_thread::sleep_for(std::chrono::duration<double>(sleep_s));
+}
+
+ScaledClock::ScaledClock(Clock& base, double scale, OleDate start)
+    : m_Base(base), m_Scale(scale), m_StartCounter(base.Counter()), m_StartDate(start) {}
+
+double ScaledClock::Elapsed_s() const {
+    return static_cast<double>(Counter() - m_StartCounter) / static_cast<double>(Frequency());
+}
+
+std::int64_t ScaledClock::Counter() const {
+    const auto passed = static_cast<double>(m_Base.Counter() - m_StartCounter);
+    return m_StartCounter + std::llround(passed * m_Scale);
+}
+
+double ScaledClock::SecondsSinceMidnight() const {
+    return std::fmod(TimeOfDay(m_StartDate) + Elapsed_s(), SecondsPerDay);
+}
+
+OleDate ScaledClock::Now() const {
+    return OleDate(m_StartDate.Days() + std::floor(Elapsed_s()) / SecondsPerDay);
+}
+
+void ScaledClock::Rest(double longest_s) {
+    m_Base.Rest(longest_s / m_Scale);
+}
+
+} // namespace ombrix

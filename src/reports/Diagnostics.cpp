@@ -1,0 +1,141 @@
+#include "reports/Diagnostics.h"
+
+#include "board/eprom/EpromFields.h"
+#include "board/procedure/AnswerWatch.h"
+#include "platform/os/CrashReport.h"
+#include "platform/os/FolderDrive.h"
+#include "platform/os/ProgramLog.h"
+#include "platform/text/DateText.h"
+#include "platform/text/Text.h"
+#include "reports/FileList.h"
+#include "spreadsheet/package/ZipArchive.h"
+
+#include <fmt/format.h>
+#include <pugixml.hpp>
+#include <zip.h>
+
+#include <sys/utsname.h>
+
+namespace ombrix {
+
+namespace {
+
+constexpr std::size_t LogLines = 2000;
+constexpr double CrashReportDays = 30.0;
+constexpr int CompressionLevel = 6;
+
+std::string FolderPath() {
+    return std::string(R"(C:\)") + DiagnosticsFolder + "\\";
+}
+
+/// The name that the system gives itself.
+std::string SystemName() {
+    constexpr std::string_view key = "PRETTY_NAME=";
+    try {
+        const std::string release = ReadWholeFile("/etc/os-release");
+        const std::size_t start = release.find(key);
+        if (start != std::string::npos)
+            return release.substr(start + key.size(),
+                                  release.find('\n', start) - start - key.size());
+    } catch (const DriveError&) {
+        return "unknown"; // not every system has that file
+    }
+    return "unknown";
+}
+
+std::string VersionsText(const ProgramIdentity& program, const DiagnosticsSource& source) {
+    utsname kernel{};
+    ::uname(&kernel);
+    std::string text =
+        fmt::format("{} {}\nComputer {}\nSystem {}, {} {} {}\n", program.Name, program.Version,
+                    program.Computer, SystemName(), kernel.sysname, kernel.release, kernel.machine);
+    text += fmt::format("fmt {}.{}.{}\n", FMT_VERSION / 10000, FMT_VERSION / 100 % 100,
+                        FMT_VERSION % 100);
+    text += fmt::format("pugixml {}.{}\nlibzip {}\n", PUGIXML_VERSION / 1000,
+                        PUGIXML_VERSION % 1000 / 10, zip_libzip_version());
+    for (const std::string& library : source.Libraries)
+        text += library + "\n";
+    return text;
+}
+
+std::string IdentityText(const clsAIB& board) {
+    return fmt::format(
+        "Board {}: {}, serial number {}, hardware version {}, device type {}\n"
+        "  {}, {}, build {}, configuration bits {:#x}, {} setup, MFCs {}\n",
+        board.BoardIndex(), board.BusTypeText(), board.DevSerialNum(), board.HWVersion(),
+        board.DevType(), Trimmed(board.Vendor()), Trimmed(board.Module()),
+        Trimmed(board.BuildDate()), static_cast<std::uint32_t>(board.ConfigBits()),
+        board.IsDigitalSetup() ? "digital" : "analog", board.MFCReady() ? "ready" : "not ready");
+}
+
+std::string EpromText(const EpromImage& image) {
+    std::string text = "Address  Hex of the first word  Value  Field\n";
+    for (const EpromField& field : EpromFields())
+        text +=
+            fmt::format("{:7} {:>8}  {:<24} {}\n", field.Address,
+                        HexText(image.Word(field.Address)), ShowField(field, image), field.Name);
+    return text;
+}
+
+class Archive {
+  public:
+    void Add(const std::string& name, std::string content) {
+        m_Files.push_back({name, [content = std::move(content)] { return content; }});
+    }
+    void AddBoards(clsAIBList& boards) {
+        const std::int32_t count = boards.AIBCount();
+        std::string identities = count == 0 ? "No boards detected\n" : "";
+        for (std::int32_t index = 0; index < count; ++index) {
+            clsAIB& board = *boards.AIB(index);
+            identities += IdentityText(board);
+            const std::string name = fmt::format("board{}_{}", index, board.DevSerialNum());
+            try {
+                const EpromImage image = EpromImage::Read(board);
+                Add(name + ".bin", image.Bytes());
+                Add(name + ".txt", EpromText(image));
+            } catch (const std::exception& error) {
+                Add(name + ".txt", std::string(error.what()) + "\n");
+            }
+        }
+        Add("boards.txt", identities);
+    }
+    void AddCrashReports(const Platform& world) {
+        const std::string oldest =
+            "crash_" + DateText(OleDate(world.Time.Now().Days() - CrashReportDays), "yyyymmdd");
+        for (const std::string& name : world.Files.FilesIn(FolderPath())) {
+            if (!name.starts_with("crash_") || name < oldest)
+                continue;
+            try {
+                Add("crashes/" + name, world.Files.ReadFile(FolderPath() + name));
+            } catch (const DriveError& error) {
+                Add("crashes/" + name, std::string(error.what()) + "\n");
+            }
+        }
+    }
+    std::string Bytes() const { return xlsx::WriteZip(m_Files, CompressionLevel); }
+
+  private:
+    std::vector<xlsx::ZipFile> m_Files;
+};
+
+} // namespace
+
+std::string MakeDiagnostics(Station& station, const DiagnosticsSource& source) {
+    const Platform& world = station.World;
+    Archive archive;
+    archive.Add("versions.txt", VersionsText(world.Program, source));
+    archive.Add("options.txt", source.Options);
+    archive.AddBoards(station.g_AIBList);
+    archive.Add("log.txt", LastLogLines(world.Files, LogLines));
+    archive.AddCrashReports(world);
+    archive.Add("files.txt", FileList(world.Files.RealPath(R"(C:\)")));
+    return archive.Bytes();
+}
+
+std::string DiagnosticsPath(Platform& world) {
+    world.Files.CreateFolder(FolderPath());
+    return FolderPath() + "diagnostics_" + DateText(world.Time.Now(), "yyyymmdd_hhnnss") + "_" +
+           world.Program.Name + ".zip";
+}
+
+} // namespace ombrix

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "spreadsheet/Spreadsheet.h"
+#include "spreadsheet/sheet/CellArea.h"
+
+#include <pugixml.hpp>
+
+#include <string>
+#include <string_view>
+
+namespace ombrix::xlsx {
+
+/// The part that lists a workbook's sheets and names. Sheets are numbered from 0, in the order
+/// in which their tabs show.
+class WorkbookXml {
+  public:
+    /// @throws SpreadsheetError
+    explicit WorkbookXml(std::string_view xml, std::string_view partName);
+
+    int SheetCount() const;
+    std::string SheetName(int sheet) const;
+    std::string RelationshipId(int sheet) const;
+    /// -1 when no sheet has the name.
+    int FindSheet(std::string_view name) const;
+
+    /// @throws SpreadsheetError when the name is none for a sheet or is in use
+    void Rename(int sheet, std::string_view name);
+    /// @throws SpreadsheetError when it is the last visible sheet that is to be hidden
+    void SetVisibility(int sheet, SheetVisibility visibility);
+    /// @throws SpreadsheetError for a hidden sheet
+    void SetActive(int sheet);
+    int Active() const;
+
+    void SetPrintArea(int sheet, const CellArea& area);
+
+    /// Enters a copy of a sheet at a position, with the names that belong to the sheet alone.
+    void InsertCopy(int source, int position, const std::string& name,
+                    const std::string& relationshipId);
+    /// "DataTemplate (2)": the name that a copy of a sheet gets.
+    std::string NameForCopy(int sheet) const;
+
+    /// Dates count from 1904 instead of 1900.
+    bool CountsFrom1904() const;
+    /// Has everything calculated when the workbook is opened.
+    void SetCalculation(Calculation calculation);
+
+    std::string Xml() const;
+
+  private:
+    pugi::xml_node Sheet(int sheet) const;
+    pugi::xml_node View();
+    bool IsVisible(int sheet) const;
+    int FirstVisible() const;
+
+    pugi::xml_document m_Document;
+};
+
+} // namespace ombrix::xlsx

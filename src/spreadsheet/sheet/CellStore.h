@@ -1,0 +1,114 @@
+#pragma once
+
+#include "spreadsheet/sheet/CellArea.h"
+#include "spreadsheet/sheet/SheetColumns.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace ombrix::xlsx {
+
+/// A cell that was emptied on purpose; hides a block that lies under it.
+struct EmptyContent {
+    bool operator==(const EmptyContent&) const = default;
+};
+/// A text of the template, by its number among the shared ones.
+struct SharedText {
+    std::uint32_t Index = 0;
+    bool operator==(const SharedText&) const = default;
+};
+/// Without the "=".
+struct Formula {
+    std::string Text;
+    bool operator==(const Formula&) const = default;
+};
+/// What the engine carries without taking it apart: text with formatted runs, array formulas,
+/// error values. Type is the cell's "t", Xml what stands in the cell.
+struct RawContent {
+    std::string Type;
+    std::string Xml;
+    bool operator==(const RawContent&) const = default;
+};
+/// std::monostate: the cell has a format and nothing else.
+using Content = std::variant<std::monostate, EmptyContent, double, float, std::int32_t, bool,
+                             std::string, SharedText, Formula, RawContent>;
+
+struct Cell {
+    int Column = 1;
+    int Format = 0;
+    Content Value;
+};
+
+struct Row {
+    /// In points; hidden rows have 0.
+    std::optional<double> Height_pt;
+    /// The format of the row's cells, where it has one.
+    std::optional<int> Format;
+    /// The row's attributes as the template gives them, less number and span.
+    std::vector<std::pair<std::string, std::string>> Attributes;
+    /// In the order of their columns.
+    std::vector<Cell> Cells;
+};
+
+/// Measured values written in one call, kept as they came: 4 bytes a cell.
+struct ValueBlock {
+    CellArea Area;
+    std::variant<std::vector<float>, std::vector<std::int32_t>> Values;
+
+    Content At(CellPosition cell) const;
+};
+
+/// The cells of a sheet. Single cells lie above blocks, later blocks above earlier ones.
+class CellStore {
+  public:
+    CellStore() = default;
+    explicit CellStore(SheetColumns columns) : m_Columns(std::move(columns)) {}
+
+    const SheetColumns& Columns() const { return m_Columns; }
+    const std::map<int, Row>& Rows() const { return m_Rows; }
+    const std::vector<ValueBlock>& Blocks() const { return m_Blocks; }
+
+    /// A row, made when missing.
+    Row& RowAt(int row) { return m_Rows[row]; }
+    /// A cell, made when missing, with the format that its row or column gives it.
+    Cell& At(CellPosition position);
+    void AddBlock(ValueBlock block);
+    void SetHeight(int row, double height_pt);
+
+    /// What the cell shows, be it its own or a block's.
+    Content ContentAt(CellPosition position) const;
+    int FormatAt(CellPosition position) const;
+
+    /// The last row in which a cell of the column holds something; 0 when none does.
+    int LastFilledRow(int column) const;
+    /// The lowest and highest of a column's measured values; nothing when it has none.
+    std::optional<std::pair<double, double>> BlockRange(int column) const;
+    double Height_pt(int row) const;
+    /// From the sheet's top edge to the row's.
+    double Top_pt(int row) const;
+
+    /// Passes every formula's text to be changed.
+    template <class Change>
+    void ChangeFormulas(Change change) {
+        for (auto& [number, row] : m_Rows)
+            for (Cell& cell : row.Cells)
+                if (auto* formula = std::get_if<Formula>(&cell.Value))
+                    formula->Text = change(formula->Text);
+    }
+
+  private:
+    const Cell* Find(CellPosition position) const;
+
+    SheetColumns m_Columns;
+    std::map<int, Row> m_Rows;
+    std::vector<ValueBlock> m_Blocks;
+};
+
+bool IsFilled(const Content& content);
+
+} // namespace ombrix::xlsx

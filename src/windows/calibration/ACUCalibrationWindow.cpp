@@ -1,0 +1,194 @@
+#include "windows/calibration/ACUCalibrationWindow.h"
+
+#include "calibration/unit/ACUCalibration.h"
+#include "windows/calibration/StageListWidget.h"
+#include "windows/widgets/Controls.h"
+#include "windows/widgets/OpenQuestion.h"
+#include "windows/widgets/ProgressBar.h"
+#include "windows/widgets/QtText.h"
+#include "windows/widgets/ValueLabel.h"
+
+#include <QCloseEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+namespace ombrix {
+
+namespace {
+
+QFont LabelFont(int points) {
+    return {QStringLiteral("Arial"), points};
+}
+
+/// A label whose text may be longer than the window is wide: it must not move the window.
+ValueLabel* MakeLine(const char* objectName, const QString& meaning, QWidget* parent) {
+    constexpr int points = 10;
+    auto* label = new ValueLabel(QLatin1String(objectName), meaning, parent);
+    label->setFont(LabelFont(points));
+    label->CutToFit();
+    return label;
+}
+
+} // namespace
+
+frmACUCalibration::frmACUCalibration(Station& station)
+    : m_Station(station), m_Unit(MakeLine("lblUnit", tr("Unit"), this)),
+      m_Stages(new StageListWidget(this)),
+      m_Phase(MakeLine("lblAccessoryCal1", tr("Calibration"), this)),
+      m_Demand(MakeLine("lblAccessoryCal2", tr("Demand"), this)),
+      m_Reading(MakeLine("lblAccessoryCal4", tr("Reading"), this)),
+      m_Remaining(MakeLine("lblAccessoryCal5", tr("State"), this)),
+      m_Warning(MakeLine("lblWarning", tr("Warning"), this)),
+      m_Progress(Named(new ctrlProgressBar(this), QStringLiteral("ctrlProgressBar"),
+                       tr("Progress of the measurement"))),
+      m_Cancel(MakeButton(QStringLiteral("cmdCancel"), tr("Cancel"), this)) {
+    Named(this, QStringLiteral("frmACUCalibration"), tr("Calibration"));
+    setWindowTitle(tr("Calibration"));
+    constexpr int fromTheLeft = 0;
+    constexpr int percentage = 1;
+    m_Progress->Orientation(fromTheLeft);
+    m_Progress->DisplayType(percentage);
+    LayOut();
+    SetToDesign();
+    connect(m_Cancel, &QPushButton::clicked, this, &frmACUCalibration::Cancel);
+    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, m_Cancel,
+            &QPushButton::click);
+}
+
+void frmACUCalibration::LayOut() {
+    constexpr int headingPoints = 14;
+    auto* heading = MakeCaption(tr("Calibrating Aeration Control Unit"), this);
+    heading->setObjectName(QStringLiteral("lblCalMsg"));
+    heading->setFont(LabelFont(headingPoints));
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(m_Cancel);
+    auto* layout = new QVBoxLayout(this);
+    constexpr int margin = 16;
+    layout->setContentsMargins(margin, margin, margin, margin);
+    layout->addWidget(heading);
+    layout->addWidget(m_Unit);
+    layout->addWidget(m_Stages, 1);
+    layout->addLayout(MakeStatusLines());
+    layout->addWidget(m_Progress);
+    layout->addLayout(buttons);
+    constexpr QSize comfortable(640, 500);
+    resize(ScaledToFonts(*this, comfortable));
+}
+
+QLayout* frmACUCalibration::MakeStatusLines() {
+    constexpr int progressPoints = 10;
+    constexpr int progressHeight = 28;
+    m_Progress->setFont(LabelFont(progressPoints));
+    m_Progress->setFixedHeight(progressHeight);
+    QFont bold = m_Phase->font();
+    bold.setBold(true);
+    m_Phase->setFont(bold);
+    auto* lines = new QVBoxLayout;
+    constexpr Colour red{255, 0, 0};
+    m_Warning->setFont(bold);
+    m_Warning->ShowInColour(red);
+    for (ValueLabel* line : {m_Phase, m_Demand, m_Reading, m_Remaining, m_Warning})
+        lines->addWidget(line);
+    return lines;
+}
+
+void frmACUCalibration::SetToDesign() {
+    m_Stages->clear();
+    m_Unit->ShowValue({});
+    m_Warning->ShowValue({});
+    ClearLines();
+    m_Cancel->setEnabled(true);
+    setEnabled(true);
+}
+
+void frmACUCalibration::ClearLines() {
+    m_Phase->ShowValue(tr("Calibration Initialising"));
+    for (ValueLabel* line : {m_Demand, m_Reading, m_Remaining})
+        line->ShowValue(QStringLiteral("-"));
+    m_Progress->Clear();
+}
+
+void frmACUCalibration::Appear() {
+    const clsACUCalibration& record = m_Station.g_CurrentAIB->Calibration();
+    m_Unit->ShowValue(
+        tr("%1   MFC number %2").arg(ToQt(record.SerialNumberStr()), ToQt(record.ACUMFCNumber())));
+    show();
+    raise();
+    activateWindow();
+}
+
+void frmACUCalibration::Stage_Add(const std::string& name) {
+    if (m_Stages->topLevelItemCount() == 0)
+        Appear();
+    m_Stages->Add(ToQt(name));
+}
+
+void frmACUCalibration::Stage_RunNext() {
+    ClearLines(); // what the stage before showed last
+    m_Stages->RunNext();
+}
+
+void frmACUCalibration::Stage_Complete(bool aborted, bool passed) {
+    m_Stages->Complete(aborted, passed);
+}
+
+ValueLabel& frmACUCalibration::LineOf(StageLine line) const {
+    switch (line) {
+    case StageLine::Demand: return *m_Demand;
+    case StageLine::Reading: return *m_Reading;
+    case StageLine::Remaining: return *m_Remaining;
+    case StageLine::Phase: break;
+    }
+    return *m_Phase;
+}
+
+void frmACUCalibration::ShowLine(StageLine line, const std::string& text) {
+    LineOf(line).ShowValue(ToQt(text));
+}
+
+void frmACUCalibration::ShowWarning(const std::string& text) {
+    m_Warning->ShowValue(ToQt(text));
+}
+
+void frmACUCalibration::BeginProgress(float span_s) {
+    m_Progress->MinVal(0.0F);
+    m_Progress->MaxVal(span_s);
+    m_Progress->Value(0.0F);
+    m_Progress->Refresh();
+}
+
+void frmACUCalibration::ShowProgress(float elapsed_s) {
+    m_Progress->Value(elapsed_s);
+}
+
+void frmACUCalibration::EndProgress() {
+    m_Progress->Clear();
+}
+
+void frmACUCalibration::TakeInput(bool take) {
+    setEnabled(take);
+}
+
+void frmACUCalibration::Close() {
+    WithdrawQuestion(*this);
+    hide();
+    SetToDesign();
+}
+
+void frmACUCalibration::Cancel() {
+    m_Station.g_CurrentAIB->Calibration().CancelCalibration();
+    m_Cancel->setEnabled(false);
+}
+
+void frmACUCalibration::closeEvent(QCloseEvent* event) {
+    if (!m_Station.Procedures.Running())
+        return;
+    event->ignore();
+    AskWhileRunning(*this, tr("The calibration is running.\n\nCancel it and close the window?"),
+                    [this] { Cancel(); });
+}
+
+} // namespace ombrix

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "board/Station.h"
+#include "calibration/run/CalibrationView.h"
+
+#include <QWidget>
+
+class QLayout;
+class QPushButton;
+
+namespace ombrix {
+
+class StageListWidget;
+class ValueLabel;
+class ctrlProgressBar;
+
+/// The window of a running calibration: the stages of its sequence, what it is doing, and
+/// Cancel. It comes with the first stage and goes with the end of the sequence.
+class frmACUCalibration final : public QWidget, public CalibrationView {
+    Q_OBJECT
+
+  public:
+    explicit frmACUCalibration(Station& station);
+
+    void Stage_Add(const std::string& name) override;
+    void Stage_RunNext() override;
+    void Stage_Complete(bool aborted, bool passed) override;
+    void ShowLine(StageLine line, const std::string& text) override;
+    void ShowWarning(const std::string& text) override;
+    void BeginProgress(float span_s) override;
+    void ShowProgress(float elapsed_s) override;
+    void EndProgress() override;
+    void TakeInput(bool take) override;
+    void Close() override;
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    void LayOut();
+    QLayout* MakeStatusLines();
+    void SetToDesign();
+    void ClearLines();
+    void Appear();
+    void Cancel();
+    ValueLabel& LineOf(StageLine line) const;
+
+    Station& m_Station;
+    ValueLabel* m_Unit;
+    StageListWidget* m_Stages;
+    ValueLabel* m_Phase;
+    ValueLabel* m_Demand;
+    ValueLabel* m_Reading;
+    ValueLabel* m_Remaining;
+    ValueLabel* m_Warning;
+    ctrlProgressBar* m_Progress;
+    QPushButton* m_Cancel;
+};
+
+} // namespace ombrix

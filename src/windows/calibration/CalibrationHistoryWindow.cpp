@@ -1,0 +1,216 @@
+#include "windows/calibration/CalibrationHistoryWindow.h"
+
+#include "calibration/history/HistoryDrift.h"
+#include "platform/os/FolderDrive.h"
+#include "platform/text/DateText.h"
+#include "windows/calibration/DriftPlotWidget.h"
+#include "windows/widgets/Controls.h"
+#include "windows/widgets/Guarded.h"
+#include "windows/widgets/ListView.h"
+#include "windows/widgets/QtText.h"
+
+#include <QBuffer>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QFontDatabase>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QShortcut>
+#include <QSignalBlocker>
+#include <QSplitter>
+#include <QTreeWidget>
+
+namespace ombrix {
+
+namespace {
+
+constexpr QSize PictureSize(1200, 675);
+
+QComboBox* MakeChooser(const char* objectName, const QString& caption, QHBoxLayout& row,
+                       QWidget* parent) {
+    auto* chooser = Named(new QComboBox(parent), QLatin1String(objectName), caption);
+    auto* label = MakeCaption(caption, parent);
+    label->setBuddy(chooser);
+    row.addWidget(label);
+    row.addWidget(chooser);
+    return chooser;
+}
+
+} // namespace
+
+frmCalibrationHistory::frmCalibrationHistory(Station& station)
+    : ChooseFile([this](const QString& proposed) {
+          return QFileDialog::getSaveFileName(this, tr("Export"), proposed);
+      }),
+      m_Station(station),
+      m_Runs(Named(new QTreeWidget(this), QStringLiteral("lvwRuns"), tr("Runs of the unit"))),
+      m_Details(Named(new QPlainTextEdit(this), QStringLiteral("txtDetails"),
+                      tr("Details of the selected run"))),
+      m_Plot(new DriftPlotWidget(this)), m_State(MakeCaption({}, this)) {
+    Named(this, QStringLiteral("frmCalibrationHistory"), tr("Calibration History"));
+    setWindowTitle(tr("Calibration History"));
+    m_State->setObjectName(QStringLiteral("lblHistoryState"));
+    m_Runs->setHeaderLabels({tr("Date"), tr("Kind"), tr("Verdict"), tr("Station")});
+    m_Runs->setRootIsDecorated(false);
+    m_Details->setReadOnly(true);
+    m_Details->setTabChangesFocus(true);
+    m_Details->setLineWrapMode(QPlainTextEdit::NoWrap);
+    m_Details->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    auto* left = new QSplitter(Qt::Vertical, this);
+    left->addWidget(m_Runs);
+    left->addWidget(m_Details);
+    left->handle(1)->setAccessibleName(tr("Divider between runs and details"));
+    auto* parts = new QSplitter(this);
+    parts->addWidget(left);
+    parts->addWidget(m_Plot);
+    parts->handle(1)->setAccessibleName(tr("Divider between runs and drift"));
+    // The list and the tables of a run need their width; the plot takes what is more.
+    constexpr int listWidth = 500;
+    constexpr int plotWidth = 700;
+    parts->setSizes({listWidth, plotWidth});
+    parts->setStretchFactor(1, 1);
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(MakeChoosers());
+    layout->addWidget(parts, 1);
+    layout->addLayout(MakeButtons());
+    constexpr QSize comfortable(1200, 680);
+    resize(ScaledToFonts(*this, comfortable));
+    connect(m_Runs, &QTreeWidget::currentItemChanged, this, &frmCalibrationHistory::ShowRun);
+    m_Procedures = station.Procedures.Listen([this](bool running) { ProcedureRunning(running); });
+}
+
+QLayout* frmCalibrationHistory::MakeChoosers() {
+    auto* row = new QHBoxLayout;
+    m_Units = MakeChooser("cboUnit", tr("&Unit"), *row, this);
+    constexpr int space = 24;
+    row->addSpacing(space);
+    m_Kinds = MakeChooser("cboKind", tr("&Drift of"), *row, this);
+    for (const RunKind kind : RunKinds)
+        m_Kinds->addItem(tr(TitleOf(kind)));
+    m_Channels = MakeChooser("cboChannel", tr("&Channel"), *row, this);
+    m_Channels->addItems({tr("Channel 1"), tr("Channel 2")});
+    m_Scales = MakeChooser("cboScale", tr("&Scale"), *row, this);
+    m_Scales->addItems({tr("% of full scale"), tr("ml/min or mBar")});
+    row->addStretch(1);
+    connect(m_Units, &QComboBox::currentIndexChanged, this, &frmCalibrationHistory::ShowUnit);
+    for (QComboBox* chooser : {m_Kinds, m_Channels, m_Scales})
+        connect(chooser, &QComboBox::currentIndexChanged, this, &frmCalibrationHistory::ShowDrift);
+    return row;
+}
+
+QLayout* frmCalibrationHistory::MakeButtons() {
+    m_ExportPicture = MakeButton(QStringLiteral("cmdExportPNG"), tr("Export &PNG…"), this);
+    m_ExportTable = MakeButton(QStringLiteral("cmdExportCSV"), tr("&Export CSV…"), this);
+    auto* close = MakeButton(QStringLiteral("cmdClose"), tr("Close"), this);
+    connect(m_ExportPicture, &QPushButton::clicked, this,
+            [this] { Export(QStringLiteral("png"), [this] { return PictureFile(); }); });
+    connect(m_ExportTable, &QPushButton::clicked, this,
+            [this] { Export(QStringLiteral("csv"), [this] { return HistoryCsv(m_History); }); });
+    connect(close, &QPushButton::clicked, this, &QWidget::close);
+    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
+    auto* row = new QHBoxLayout;
+    row->addWidget(m_State, 1);
+    for (QPushButton* button : {m_ExportPicture, m_ExportTable, close})
+        row->addWidget(button);
+    return row;
+}
+
+void frmCalibrationHistory::Open() {
+    FillUnits(isVisible() ? Serial() : m_Station.g_CurrentAIB->SerialNumber());
+    show();
+    raise();
+    activateWindow();
+}
+
+void frmCalibrationHistory::ProcedureRunning(bool running) {
+    if (!running && isVisible())
+        FillUnits(Serial()); // a calibration may have ended
+}
+
+void frmCalibrationHistory::FillUnits(std::int32_t wanted) {
+    {
+        const QSignalBlocker quiet(m_Units);
+        m_Units->clear();
+        Guarded(m_Station.World.Messages, [this] {
+            for (const std::int32_t serial : UnitsWithHistory(m_Station.World.Files))
+                m_Units->addItem(QStringLiteral("ACU%1").arg(serial, 5, 10, QLatin1Char('0')),
+                                 serial);
+        });
+        m_Units->setCurrentIndex(std::max(0, m_Units->findData(wanted)));
+    }
+    ShowUnit();
+}
+
+std::int32_t frmCalibrationHistory::Serial() const {
+    return m_Units->currentData().toInt();
+}
+
+QString frmCalibrationHistory::UnitName() const {
+    return m_Units->currentText();
+}
+
+void frmCalibrationHistory::ShowUnit() {
+    m_History = {};
+    Guarded(m_Station.World.Messages,
+            [this] { m_History = ReadHistory(m_Station.World.Files, Serial()); });
+    m_Runs->clear();
+    for (const HistoryEntry& run : m_History.Runs)
+        new QTreeWidgetItem(m_Runs,
+                            {ToQt(DateText(run.When, "dd/mm/yyyy hh:nn:ss")), tr(TitleOf(run.Kind)),
+                             ToQt(run.Verdict), ToQt(run.Program.Computer)});
+    AutoSizeColumns(*m_Runs);
+    const bool any = !m_History.Runs.empty();
+    if (any)
+        m_Runs->setCurrentItem(m_Runs->topLevelItem(m_Runs->topLevelItemCount() - 1));
+    m_ExportPicture->setEnabled(any);
+    m_ExportTable->setEnabled(any);
+    m_State->setText(!any ? tr("No calibration has been run yet.")
+                     : m_History.DamagedLines > 0
+                         ? tr("%n damaged line(s) of the history are passed over.", nullptr,
+                              m_History.DamagedLines)
+                         : QString());
+    m_State->setAccessibleName(tr("State of the history: %1").arg(m_State->text()));
+    ShowRun();
+    ShowDrift();
+}
+
+void frmCalibrationHistory::ShowRun() {
+    const int row = m_Runs->indexOfTopLevelItem(m_Runs->currentItem());
+    m_Details->setPlainText(
+        row < 0 ? QString() : ToQt(DetailsOf(m_History.Runs.at(static_cast<std::size_t>(row)))));
+}
+
+void frmCalibrationHistory::ShowDrift() {
+    const RunKind kind = RunKinds.at(static_cast<std::size_t>(m_Kinds->currentIndex()));
+    m_Channels->setEnabled(IsVelocity(kind));
+    const auto scale =
+        m_Scales->currentIndex() == 0 ? DriftScale::PercentOfFullScale : DriftScale::Physical;
+    QString title = tr("%1   %2").arg(UnitName(), tr(TitleOf(kind)));
+    if (IsVelocity(kind))
+        title += QStringLiteral(", ") + m_Channels->currentText();
+    m_Plot->Show(
+        DriftOf(m_History, kind, static_cast<std::size_t>(m_Channels->currentIndex()), scale),
+        title);
+}
+
+std::string frmCalibrationHistory::PictureFile() const {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    if (!m_Plot->Picture(PictureSize).save(&buffer, "PNG"))
+        throw std::runtime_error("The picture could not be made.");
+    return bytes.toStdString();
+}
+
+void frmCalibrationHistory::Export(const QString& ending,
+                                   const std::function<std::string()>& content) {
+    const QString file = ChooseFile(QStringLiteral("%1_history.%2").arg(UnitName(), ending));
+    if (file.isEmpty())
+        return;
+    Guarded(m_Station.World.Messages, [&] { ReplaceWholeFile(file.toStdString(), content()); });
+}
+
+} // namespace ombrix

@@ -1,0 +1,139 @@
+#include "windows/calibration/StageListWidget.h"
+
+#include "windows/widgets/Controls.h"
+#include "windows/widgets/ListView.h"
+#include "windows/widgets/ReadableColour.h"
+
+#include <QHeaderView>
+#include <QStyledItemDelegate>
+
+namespace ombrix {
+
+namespace {
+
+enum Column { Number, Stage, Result };
+
+constexpr int RoomBetweenLines = 8;
+constexpr int RoomBetweenColumns = 16;
+
+constexpr Colour RunningBlue{0, 0, 255};
+constexpr Colour PassedGreen{0, 255, 0};
+constexpr Colour FailedLightRed{255, 128, 128};
+constexpr Colour AbortedRed{255, 0, 0};
+
+Colour FromQt(const QColor& colour) {
+    return {static_cast<std::uint8_t>(colour.red()), static_cast<std::uint8_t>(colour.green()),
+            static_cast<std::uint8_t>(colour.blue())};
+}
+
+/// Lines with room between them. Results show in their colours on any palette, also on the
+/// selected line, whose bar would paint them over; a colour that is too pale for a light list
+/// stands on a dark ground.
+class StageDelegate final : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        const QSize text = QStyledItemDelegate::sizeHint(option, index);
+        return {text.width() + RoomBetweenColumns, text.height() + RoomBetweenLines};
+    }
+
+  protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        const QColor base = option->palette.color(QPalette::Base);
+        const QColor bar = option->palette.color(QPalette::Highlight);
+        option->palette.setColor(QPalette::Highlight, Mixed(base, bar));
+        const QVariant given = index.data(Qt::ForegroundRole);
+        QColor text = option->widget->palette().color(QPalette::Text);
+        if (given.isValid()) {
+            text = ReadableColour(FromQt(given.value<QColor>()), base);
+            constexpr double leastContrast = 3.0;
+            if (Contrast(text, base) < leastContrast)
+                StandOnDarkGround(*option);
+        }
+        option->palette.setColor(QPalette::Text, text);
+        option->palette.setColor(QPalette::HighlightedText, text);
+    }
+
+  private:
+    static void StandOnDarkGround(QStyleOptionViewItem& option) {
+        constexpr int roomBesideText = 10;
+        option.backgroundBrush = QColor(32, 32, 32);
+        option.state &= ~QStyle::State_Selected;
+        option.rect.setWidth(option.fontMetrics.horizontalAdvance(option.text) + roomBesideText);
+        option.rect.adjust(0, 1, 0, -1);
+    }
+
+    static QColor Mixed(const QColor& base, const QColor& bar) {
+        constexpr int baseParts = 4;
+        const auto mix = [](int first, int second) {
+            return (baseParts * first + second) / (baseParts + 1);
+        };
+        return {mix(base.red(), bar.red()), mix(base.green(), bar.green()),
+                mix(base.blue(), bar.blue())};
+    }
+};
+
+} // namespace
+
+StageListWidget::StageListWidget(QWidget* parent) : QTreeWidget(parent) {
+    Named(this, QStringLiteral("lvwStage"), tr("Stages"));
+    setRootIsDecorated(false);
+    setUniformRowHeights(true);
+    HoldRoomForLongestSequence();
+    setAllColumnsShowFocus(true);
+    setSelectionMode(NoSelection);
+    setItemDelegate(new StageDelegate(this));
+    header()->setSectionsMovable(false);
+}
+
+void StageListWidget::HoldRoomForLongestSequence() {
+    constexpr int stages = 8;
+    constexpr int headings = 1;
+    constexpr int roomForFrames = 4;
+    setMinimumHeight((stages + headings) *
+                     (fontMetrics().height() + RoomBetweenLines + roomForFrames));
+}
+
+void StageListWidget::Add(const QString& name) {
+    if (topLevelItemCount() == 0)
+        setHeaderLabels({tr("No."), tr("Stage"), tr("Result")});
+    const QString number = QString::number(topLevelItemCount() + 1);
+    addTopLevelItem(new QTreeWidgetItem({number, name, tr("Pending")}));
+    AutoSizeColumns(*this);
+}
+
+QTreeWidgetItem* StageListWidget::Current() const {
+    const QList<QTreeWidgetItem*> selected = selectedItems();
+    return selected.isEmpty() ? nullptr : selected.front();
+}
+
+void StageListWidget::RunNext() {
+    QTreeWidgetItem* current = Current();
+    QTreeWidgetItem* next = topLevelItem(current == nullptr ? 0 : indexOfTopLevelItem(current) + 1);
+    if (next == nullptr)
+        return;
+    selectionModel()->setCurrentIndex(indexFromItem(next), QItemSelectionModel::ClearAndSelect |
+                                                               QItemSelectionModel::Rows);
+    ShowResult(*next, tr("Running..."), RunningBlue);
+}
+
+void StageListWidget::Complete(bool aborted, bool passed) {
+    QTreeWidgetItem* current = Current();
+    if (current == nullptr)
+        return;
+    if (aborted)
+        ShowResult(*current, tr("Aborted"), AbortedRed);
+    else if (passed)
+        ShowResult(*current, tr("Run: Passed"), PassedGreen);
+    else
+        ShowResult(*current, tr("Run: Failed"), FailedLightRed);
+}
+
+void StageListWidget::ShowResult(QTreeWidgetItem& stage, const QString& text, Colour colour) {
+    stage.setText(Result, text);
+    stage.setForeground(Result, ToQt(colour));
+}
+
+} // namespace ombrix

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/text/Colour.h"
+
+#include <QTreeWidget>
+
+namespace ombrix {
+
+/// The stages of a calibration sequence with their results (`lvwStage`). The selected line is
+/// the current stage; it moves with the sequence alone, not with clicks.
+class StageListWidget final : public QTreeWidget {
+    Q_OBJECT
+
+  public:
+    explicit StageListWidget(QWidget* parent);
+
+    void Add(const QString& name);
+    /// Makes the first line, or the one after the current, the running stage.
+    void RunNext();
+    /// Gives the current stage its result.
+    void Complete(bool aborted, bool passed);
+
+  private:
+    void HoldRoomForLongestSequence();
+    QTreeWidgetItem* Current() const;
+    static void ShowResult(QTreeWidgetItem& stage, const QString& text, Colour colour);
+};
+
+} // namespace ombrix

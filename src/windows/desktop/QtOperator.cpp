@@ -1,0 +1,121 @@
+#include "windows/desktop/QtOperator.h"
+
+#include "board/AIBTools.h"
+#include "windows/widgets/QtText.h"
+
+#include <QApplication>
+#include <QGridLayout>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QSpacerItem>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace ombrix {
+
+namespace {
+
+QMessageBox::Icon IconOf(MessageIcon icon) {
+    switch (icon) {
+    case MessageIcon::Question: return QMessageBox::Question;
+    case MessageIcon::Warning: return QMessageBox::Warning;
+    case MessageIcon::Critical: return QMessageBox::Critical;
+    case MessageIcon::Information: break;
+    }
+    return QMessageBox::Information;
+}
+
+QMessageBox::StandardButtons ButtonsOf(MessageButtons buttons) {
+    switch (buttons) {
+    case MessageButtons::OkCancel: return QMessageBox::Ok | QMessageBox::Cancel;
+    case MessageButtons::YesNo: return QMessageBox::Yes | QMessageBox::No;
+    case MessageButtons::YesNoCancel:
+        return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    case MessageButtons::RetryCancel: return QMessageBox::Retry | QMessageBox::Cancel;
+    case MessageButtons::Ok: break;
+    }
+    return QMessageBox::Ok;
+}
+
+Answer AnswerOf(int button) {
+    switch (button) {
+    case QMessageBox::Yes: return Answer::Yes;
+    case QMessageBox::No: return Answer::No;
+    case QMessageBox::Cancel: return Answer::Cancel;
+    case QMessageBox::Retry: return Answer::Retry;
+    default: return Answer::Ok;
+    }
+}
+
+Answer RefusalOf(MessageButtons buttons) {
+    switch (buttons) {
+    case MessageButtons::YesNo: return Answer::No;
+    case MessageButtons::Ok: return Answer::Ok;
+    default: return Answer::Cancel;
+    }
+}
+
+QString TitleOf(const std::string& title) {
+    return title.empty() ? QGuiApplication::applicationDisplayName() : ToQt(title);
+}
+
+/// Widens a box to its longest line, so that a path is not broken behind its drive letter.
+void FitToLines(QMessageBox& box) {
+    constexpr int widest = 900;
+    constexpr int iconAndMargins = 80;
+    int width = 0;
+    for (const QString& line : box.text().split(QLatin1Char('\n')))
+        width = std::max(width, box.fontMetrics().horizontalAdvance(line));
+    auto* grid = qobject_cast<QGridLayout*>(box.layout());
+    if (grid == nullptr)
+        return;
+    grid->addItem(new QSpacerItem(std::min(width + iconAndMargins, widest), 0), grid->rowCount(), 0,
+                  1, grid->columnCount());
+}
+
+} // namespace
+
+Answer QtOperator::Ask(const Message& message) {
+    if (m_NobodyIsThere) {
+        std::fputs((ReplaceAll(message.Text, "\r\n", "\n") + "\n").c_str(), stderr);
+        return RefusalOf(message.Buttons);
+    }
+    QMessageBox box(IconOf(message.Icon), TitleOf(message.Title), LinesToQt(message.Text),
+                    ButtonsOf(message.Buttons), QApplication::activeWindow());
+    box.setObjectName(QStringLiteral("messageBox"));
+    box.setTextFormat(Qt::PlainText);
+    FitToLines(box);
+    const int button = box.exec();
+    // A box that was taken away has no button clicked.
+    return m_NobodyIsThere ? RefusalOf(message.Buttons) : AnswerOf(button);
+}
+
+std::optional<std::string> QtOperator::AskText(const std::string& prompt,
+                                               const std::string& proposed,
+                                               const std::string& title) {
+    if (m_NobodyIsThere)
+        return std::nullopt;
+    QInputDialog box(QApplication::activeWindow());
+    box.setObjectName(QStringLiteral("inputBox"));
+    box.setWindowTitle(TitleOf(title));
+    box.setLabelText(LinesToQt(prompt));
+    box.setTextValue(ToQt(proposed));
+    if (box.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return box.textValue().toStdString();
+}
+
+void QtOperator::StopAsking() {
+    m_NobodyIsThere = true;
+    while (QWidget* popup = QApplication::activePopupWidget()) {
+        if (!popup->close())
+            break;
+    }
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (auto* dialog = qobject_cast<QDialog*>(window); dialog != nullptr && dialog->isVisible())
+            dialog->reject();
+    }
+}
+
+} // namespace ombrix

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/ports/Operator.h"
+
+namespace ombrix {
+
+/// The operator before a desktop: message boxes and input boxes over the window in use. A box
+/// without a title of its own carries the application's.
+class QtOperator final : public Operator {
+  public:
+    Answer Ask(const Message& message) override;
+    std::optional<std::string> AskText(const std::string& prompt, const std::string& proposed,
+                                       const std::string& title) override;
+    /// Nobody is there any more: open dialogs are refused, and so is everything asked from now
+    /// on; what is told goes to standard error.
+    void StopAsking();
+    /// The same where even the windows cannot be touched any more, because their display is gone.
+    void DisplayIsGone() { m_NobodyIsThere = true; }
+
+  private:
+    bool m_NobodyIsThere = false;
+};
+
+} // namespace ombrix

@@ -1,0 +1,88 @@
+#include "windows/main/ACUCommands.h"
+
+#include "healthcheck/OpenJournal.h"
+#include "journal/UnfinishedRuns.h"
+#include "windows/main/BoardPanel.h"
+#include "windows/main/CalibrationPanel.h"
+#include "windows/main/DACPanel.h"
+#include "windows/main/IdentityPanel.h"
+#include "windows/widgets/Guarded.h"
+
+#include <utility>
+
+namespace ombrix {
+
+ACUCommands::ACUCommands(Station& station, BoardPanel& board, SpreadsheetLauncher launcher,
+                         std::string templates)
+    : m_Station(station), m_Board(board), m_Launcher(std::move(launcher)),
+      m_Templates(std::move(templates)), m_Wait(nullptr) {
+    CalibrationPanel& panel = board.Calibration();
+    connect(&panel, &CalibrationPanel::InitialisationWanted, this, &ACUCommands::Initialise);
+    connect(&panel, &CalibrationPanel::ClearPressureWanted, this, &ACUCommands::ClearPressure);
+    connect(&panel, &CalibrationPanel::InfoWorkbookWanted, this, &ACUCommands::CreateInfoWorkbook);
+    connect(&board.Identity(), &IdentityPanel::IdentityWanted, this, &ACUCommands::SetIdentity);
+}
+
+CalibrationServices ACUCommands::Services() {
+    if (!m_Stages)
+        m_Stages = std::make_unique<frmACUCalibration>(m_Station);
+    return {m_Station, m_Board.Sliders(), *m_Stages, m_Wait, m_Launcher, m_Templates};
+}
+
+void ACUCommands::Run(const std::function<void(ACUSetUp&)>& command) {
+    if (m_Station.Procedures.Running())
+        return;
+    Platform& world = m_Station.World;
+    ACUSetUp setUp(Services());
+    Guarded(world.Messages, [&] { command(setUp); });
+    // A command that was ended by an error may have left its windows.
+    m_Stages->Close();
+    m_Wait.Close();
+    if (!world.Events.ProgramEnding())
+        Guarded(world.Messages, [this] { m_Board.ShowSummary(); });
+}
+
+void ACUCommands::Initialise(const QString& mfcNumber, bool velocity, bool pressure) {
+    Run([&](ACUSetUp& setUp) {
+        std::string number = mfcNumber.toStdString();
+        setUp.RunACUInitialisation(number, velocity, pressure);
+    });
+}
+
+void ACUCommands::CalibratePressure(CalibrationKind kind) {
+    Run([kind](ACUSetUp& setUp) { setUp.RunPressure(kind); });
+}
+
+void ACUCommands::OfferUnfinished() {
+    if (m_Station.Procedures.Running())
+        return;
+    Guarded(m_Station.World.Messages, [this] {
+        const RunningProcedure offering(m_Station.Procedures, [] {});
+        OfferUnfinishedRuns(Services(), OpenJournal);
+    });
+    m_Wait.Close();
+}
+
+void ACUCommands::ClearPressure() {
+    CalibrationPanel& panel = m_Board.Calibration();
+    Run([&panel](ACUSetUp& setUp) {
+        setUp.ClearPressure([&panel](std::int32_t address) { panel.ShowClearProgress(address); });
+    });
+    panel.HideClearProgress();
+}
+
+void ACUCommands::CreateInfoWorkbook() {
+    Run([](ACUSetUp& setUp) { setUp.CreateACUInfoDoc(); });
+}
+
+void ACUCommands::SetIdentity(bool digital, bool analog) {
+    Run([this, digital, analog](ACUSetUp& setUp) {
+        std::int32_t serial = 0;
+        if (setUp.SetAIBSerialNumber(serial, digital, analog))
+            m_Station.World.Messages.Ask(
+                {"The AIB has been programmed - restart application to check.",
+                 MessageIcon::Information, MessageButtons::Ok});
+    });
+}
+
+} // namespace ombrix

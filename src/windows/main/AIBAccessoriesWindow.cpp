@@ -1,0 +1,313 @@
+#include "windows/main/AIBAccessoriesWindow.h"
+
+#include "board/AIBTools.h"
+#include "board/OutputsOff.h"
+#include "windows/calibration/CalibrationHistoryWindow.h"
+#include "windows/healthcheck/ACUHealthCheckWindow.h"
+#include "windows/main/ACUCommands.h"
+#include "windows/main/BenchTestCommands.h"
+#include "windows/main/BoardPanel.h"
+#include "windows/main/DACPanel.h"
+#include "windows/main/DiagnosticsCommand.h"
+#include "windows/main/InfoPanel.h"
+#include "windows/main/NoBoardPanel.h"
+#include "windows/main/ToolWindows.h"
+#include "windows/main/WindowCaption.h"
+#include "windows/widgets/Controls.h"
+#include "windows/widgets/Guarded.h"
+#include "windows/widgets/OpenQuestion.h"
+#include "windows/widgets/QtText.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMenuBar>
+#include <QSignalBlocker>
+#include <QTabBar>
+#include <QVBoxLayout>
+
+namespace ombrix {
+
+namespace {
+
+QTimer* MakeTimer(const char* objectName, int interval_ms, QObject* parent) {
+    auto* timer = new QTimer(parent);
+    timer->setObjectName(QLatin1String(objectName));
+    timer->setInterval(interval_ms);
+    return timer;
+}
+
+} // namespace
+
+frmAIBAccessories::frmAIBAccessories(Station& station, MainWindowServices services)
+    : m_Station(station), m_Services(std::move(services)), m_Tabs(new QTabBar(this)),
+      m_NoBoards(new NoBoardPanel(this)), m_Info(new InfoPanel(this)),
+      m_Board(new BoardPanel(station, this)), m_UpdateInput(MakeTimer("timUpdateInput", 50, this)),
+      m_Tools(std::make_unique<ToolWindows>(station)) {
+    QCoreApplication::setApplicationName(tr("AIB Test Form"));
+    const QString caption = ToQt(WindowCaption(m_Services.Version));
+    Named(this, QStringLiteral("frmAIBAccessories"), caption);
+    setWindowTitle(caption);
+    MakeMenus();
+    LayOut();
+    ShowPanels(false);
+    connect(m_NoBoards, &NoBoardPanel::DetectionWanted, this,
+            &frmAIBAccessories::DetectAndProgramAIBs);
+    connect(m_Tabs, &QTabBar::currentChanged, this, [this](int tab) {
+        Guarded(m_Station.World.Messages, [this, tab] { SelectBoard(tab); });
+    });
+    connect(m_Board, &BoardPanel::HealthCheckWanted, this, &frmAIBAccessories::ShowHealthCheck);
+    connect(m_Board, &BoardPanel::UpdateWanted, this, &frmAIBAccessories::Tick);
+    connect(m_UpdateInput, &QTimer::timeout, this, &frmAIBAccessories::Tick);
+    m_ACUCommands =
+        std::make_unique<ACUCommands>(station, *m_Board, m_Services.Launcher, m_Services.Templates);
+    m_BenchTests = std::make_unique<BenchTestCommands>(station, *m_Board, *m_Info);
+    connect(m_Info, &InfoPanel::TestRigWanted, m_Tools.get(), &ToolWindows::ShowTestRigOptions);
+    connect(m_Tools.get(), &ToolWindows::RigShown, this, &frmAIBAccessories::RigShown);
+    m_Procedures = station.Procedures.Listen([this](bool running) { ProcedureRunning(running); });
+}
+
+frmAIBAccessories::~frmAIBAccessories() = default;
+
+void frmAIBAccessories::MakeMenus() {
+    QMenu* file = menuBar()->addMenu(tr("&File"));
+    m_DetectAction = file->addAction(tr("&Detect AIBs"), QKeySequence(Qt::Key_F5), this,
+                                     &frmAIBAccessories::DetectAndProgramAIBs);
+    file->addAction(tr("Open Data &Folder"), this, &frmAIBAccessories::OpenDataFolder);
+    file->addSeparator();
+    file->addAction(tr("&Quit"), QKeySequence(QKeySequence::Quit), this, &QWidget::close);
+    QMenu* tools = menuBar()->addMenu(tr("&Tools"));
+    m_PressureActions = {
+        tools->addAction(tr("&Pressure System Calibration"), this,
+                         [this] { m_ACUCommands->CalibratePressure(CalibrationKind::System); }),
+        tools->addAction(tr("Pressure &Audit Calibration"), this,
+                         [this] { m_ACUCommands->CalibratePressure(CalibrationKind::Audit); })};
+    tools->addSeparator();
+    m_UARTsAction = tools->addAction(tr("&UART Console"), m_Tools.get(), &ToolWindows::ShowUARTs);
+    QAction* history =
+        tools->addAction(tr("Calibration &History…"), this, &frmAIBAccessories::ShowHistory);
+    QMenu* help = menuBar()->addMenu(tr("&Help"));
+    m_DiagnosticsAction = help->addAction(tr("Save &Diagnostics…"), this, [this] {
+        Guarded(m_Station.World.Messages,
+                [this] { SaveDiagnostics(m_Station, m_Services.Options); });
+    });
+    m_DiagnosticsAction->setObjectName(QStringLiteral("mnuSaveDiagnostics"));
+    help->addAction(tr("&About"), this, &frmAIBAccessories::ShowAbout);
+    const auto name = [](QObject* object, const char* objectName) {
+        object->setObjectName(QLatin1String(objectName));
+    };
+    name(m_DetectAction, "mnuDetectAIBs");
+    name(file->actions().at(1), "mnuOpenDataFolder");
+    name(file->actions().back(), "mnuQuit");
+    name(m_PressureActions[0], "mnuPressureSystem");
+    name(m_PressureActions[1], "mnuPressureAudit");
+    name(m_UARTsAction, "mnuUARTs");
+    name(history, "mnuCalibrationHistory");
+    name(help->actions().back(), "mnuAbout");
+}
+
+void frmAIBAccessories::LayOut() {
+    Named(m_Tabs, QStringLiteral("tabAIBs"), tr("Boards"));
+    m_Tabs->setExpanding(false);
+    m_Tabs->setDrawBase(false);
+    auto* central = new QWidget(this);
+    central->setAccessibleName(tr("Boards"));
+    auto* layout = new QVBoxLayout(central);
+    constexpr int margin = 8;
+    layout->setContentsMargins(margin, margin, margin, margin);
+    layout->addWidget(m_Tabs);
+    layout->addWidget(m_NoBoards, 1);
+    layout->addWidget(m_Board, 1);
+    layout->addWidget(m_Info);
+    setCentralWidget(central);
+    constexpr QSize comfortable(1280, 700);
+    resize(ScaledToFonts(*this, comfortable));
+}
+
+bool frmAIBAccessories::DetectAndProgramAIBs() {
+    if (m_Station.Procedures.Running())
+        return false;
+    m_NoBoards->ShowDetecting(true);
+    m_BoardsFound = false;
+    m_Tools->CloseAll(); // they work with the boards that are there now
+    m_Board->StopTimers();
+    Guarded(m_Station.World.Messages, [this] {
+        const RunningProcedure detection(m_Station.Procedures, [] {});
+        m_BoardsFound = Detect();
+    });
+    ShowPanels(m_BoardsFound);
+    m_NoBoards->ShowDetecting(false);
+    UpdateCommands();
+    return m_BoardsFound;
+}
+
+void frmAIBAccessories::ShowTab(int board) {
+    m_Tabs->setCurrentIndex(board);
+}
+
+bool frmAIBAccessories::Detect() {
+    // The new board objects know nothing of what the old ones were told.
+    SwitchAllOff(m_Station);
+    const bool found = DetectAndProgramBoards(m_Station, *this);
+    RemoveTabsFrom(found ? m_Station.g_AIBList.AIBCount() : 0);
+    if (found)
+        ResetPanels();
+    return found;
+}
+
+void frmAIBAccessories::RemoveTabsFrom(int count) {
+    const QSignalBlocker quiet(m_Tabs);
+    while (m_Tabs->count() > count)
+        m_Tabs->removeTab(m_Tabs->count() - 1);
+}
+
+void frmAIBAccessories::ResetPanels() {
+    {
+        const QSignalBlocker quiet(m_Tabs);
+        m_Tabs->setCurrentIndex(0);
+    }
+    SelectBoard(0);
+    m_Board->Reset();
+}
+
+void frmAIBAccessories::SelectBoard(int tab) {
+    m_Station.g_CurrentAIB = m_Station.g_AIBList.AIB(tab);
+    m_Board->ShowBoard();
+}
+
+void frmAIBAccessories::ShowPanels(bool boardsFound) {
+    // Hidden first: the window would grow by what shows for a moment beside the rest.
+    if (boardsFound)
+        m_NoBoards->hide();
+    m_Board->setVisible(boardsFound);
+    m_Info->setVisible(boardsFound);
+    m_NoBoards->setVisible(!boardsFound);
+}
+
+void frmAIBAccessories::Tick() {
+    Guarded(m_Station.World.Messages, [this] {
+        try {
+            m_Board->Refresh();
+        } catch (const std::exception&) {
+            m_UpdateInput->stop(); // told once, not twenty times a second
+            throw;
+        }
+    });
+}
+
+void frmAIBAccessories::ProcedureRunning(bool running) {
+    UpdateCommands();
+    if (running || !m_Closing)
+        return;
+    // The procedure is still on the stack here; the window goes when it is gone.
+    QTimer::singleShot(0, this, &QWidget::close);
+}
+
+void frmAIBAccessories::UpdateCommands() {
+    const bool free = !m_Station.Procedures.Running();
+    m_DetectAction->setEnabled(free);
+    m_UARTsAction->setEnabled(free);
+    m_DiagnosticsAction->setEnabled(free);
+    for (QAction* action : m_PressureActions)
+        action->setEnabled(free && m_BoardsFound);
+    m_Tabs->setEnabled(free);
+    m_Board->TakeCommands(free);
+    m_Info->TakeCommands(free);
+    if (free && m_BoardsFound && !m_Tools->RigIsOpen())
+        m_UpdateInput->start();
+    else
+        m_UpdateInput->stop();
+}
+
+void frmAIBAccessories::ShowHealthCheck() {
+    if (!m_HealthCheck)
+        m_HealthCheck = std::make_unique<frmACUHealthCheck>(
+            m_Station, m_Board->Sliders(), m_Services.Launcher, m_Services.Templates);
+    m_HealthCheck->show();
+    m_HealthCheck->raise();
+    m_HealthCheck->activateWindow();
+}
+
+void frmAIBAccessories::ShowHistory() {
+    if (!m_History)
+        m_History = std::make_unique<frmCalibrationHistory>(m_Station);
+    m_History->Open();
+}
+
+void frmAIBAccessories::OfferUnfinishedRuns() {
+    m_ACUCommands->OfferUnfinished();
+}
+
+void frmAIBAccessories::RigShown(bool open) {
+    UpdateCommands();
+    // The rig drives the outputs past the sliders.
+    if (!open && m_BoardsFound)
+        m_Board->Sliders().ShowBoard();
+}
+
+void frmAIBAccessories::OpenDataFolder() {
+    Guarded(m_Station.World.Messages, [this] {
+        Platform& world = m_Station.World;
+        if (!ShellOpenFile(world.Files, world.Documents, R"(C:\)"))
+            world.Messages.Ask({"The data folder could not be opened:\r\n\r\n   " +
+                                    world.Files.RealPath(R"(C:\)").string(),
+                                MessageIcon::Warning, MessageButtons::Ok});
+    });
+}
+
+void frmAIBAccessories::ShowAbout() {
+    m_Station.World.Messages.Ask({"Ombrix " + m_Services.Version +
+                                      "\r\n\r\nProduction and service tool for the accessories of "
+                                      "a powder-testing instrument.",
+                                  MessageIcon::Information, MessageButtons::Ok, "About Ombrix"});
+}
+
+void frmAIBAccessories::EndUnasked() {
+    m_Closing = true;
+    m_Services.EndProgram();
+    close();
+}
+
+void frmAIBAccessories::closeEvent(QCloseEvent* event) {
+    if (m_Station.Procedures.Running()) {
+        event->ignore();
+        if (!m_Closing)
+            AskWhileRunning(*this,
+                            tr("A procedure is running.\n\nEnd it safely and close the program?"),
+                            [this] { EndUnasked(); });
+        return;
+    }
+    m_Services.EndProgram();
+    m_UpdateInput->stop();
+    m_Board->StopTimers();
+    m_BoardsFound = false;
+    // Nobody is left who could switch off what the sliders have switched on.
+    SwitchAllOff(m_Station);
+    m_Tools->CloseAll();
+    if (m_HealthCheck)
+        m_HealthCheck->close();
+    if (m_History)
+        m_History->close();
+    event->accept();
+}
+
+void frmAIBAccessories::ShowOutcome(const std::string& text) {
+    m_NoBoards->ShowOutcome(ToQt(text));
+}
+
+void frmAIBAccessories::ShowInitState(const std::string& text) {
+    m_NoBoards->ShowInitState(ToQt(text));
+}
+
+void frmAIBAccessories::ShowProgramming(const std::string& first, const std::string& second) {
+    m_Info->ShowProgramming(ToQt(first), ToQt(second));
+}
+
+void frmAIBAccessories::SetTabCaption(std::int32_t board, const std::string& caption) {
+    const QSignalBlocker quiet(m_Tabs);
+    if (board < m_Tabs->count())
+        m_Tabs->setTabText(board, ToQt(caption));
+    else
+        m_Tabs->addTab(ToQt(caption));
+}
+
+} // namespace ombrix

@@ -1,0 +1,105 @@
+#pragma once
+
+#include "board/Detection.h"
+#include "spreadsheet/Spreadsheet.h"
+
+#include <QMainWindow>
+#include <QTimer>
+
+#include <array>
+#include <functional>
+#include <memory>
+#include <string>
+
+class QAction;
+class QTabBar;
+
+namespace ombrix {
+
+class ACUCommands;
+class BenchTestCommands;
+class BoardPanel;
+class InfoPanel;
+class NoBoardPanel;
+class ToolWindows;
+class frmACUHealthCheck;
+class frmCalibrationHistory;
+
+/// What main hands to the main window beside the station.
+struct MainWindowServices {
+    /// Tells running procedures that the window is closing and the program ends.
+    std::function<void()> EndProgram;
+    SpreadsheetLauncher Launcher;
+    /// Folder of the report templates, ended by a backslash.
+    std::string Templates;
+    /// "major.minor.revision"
+    std::string Version;
+    /// The program's options in use, a line each.
+    std::string Options{};
+};
+
+/// The main window: one tab for each board, and the panels that show and drive the board of the
+/// selected tab.
+class frmAIBAccessories final : public QMainWindow, private DetectionView {
+    Q_OBJECT
+
+  public:
+    frmAIBAccessories(Station& station, MainWindowServices services);
+    ~frmAIBAccessories() override;
+
+    /// Finds the boards and programs them. True when there is at least one.
+    bool DetectAndProgramAIBs();
+    /// Selects the tab of a board, from 0; there may be none.
+    void ShowTab(int board);
+    /// Closes without a question, once a procedure that runs has ended.
+    void EndUnasked();
+    /// Asks what to do with calibrations that an earlier program did not finish.
+    void OfferUnfinishedRuns();
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    void MakeMenus();
+    void LayOut();
+    bool Detect();
+    void ResetPanels();
+    void RemoveTabsFrom(int count);
+    void SelectBoard(int tab);
+    void ShowPanels(bool boardsFound);
+    void Tick();
+    void ProcedureRunning(bool running);
+    void UpdateCommands();
+    void ShowHealthCheck();
+    void ShowHistory();
+    void RigShown(bool open);
+    void OpenDataFolder();
+    void ShowAbout();
+
+    void ShowOutcome(const std::string& text) override;
+    void ShowInitState(const std::string& text) override;
+    void ShowProgramming(const std::string& first, const std::string& second) override;
+    void SetTabCaption(std::int32_t board, const std::string& caption) override;
+
+    Station& m_Station;
+    MainWindowServices m_Services;
+    QTabBar* m_Tabs;
+    NoBoardPanel* m_NoBoards;
+    InfoPanel* m_Info;
+    BoardPanel* m_Board;
+    QAction* m_DetectAction = nullptr;
+    std::array<QAction*, 2> m_PressureActions{};
+    QAction* m_UARTsAction = nullptr;
+    QAction* m_DiagnosticsAction = nullptr;
+    QTimer* m_UpdateInput;
+    std::unique_ptr<frmACUHealthCheck> m_HealthCheck;
+    std::unique_ptr<frmCalibrationHistory> m_History;
+    std::unique_ptr<ACUCommands> m_ACUCommands;
+    std::unique_ptr<BenchTestCommands> m_BenchTests;
+    std::unique_ptr<ToolWindows> m_Tools;
+    ProcedureGate::Subscription m_Procedures;
+    bool m_BoardsFound = false;
+    bool m_Closing = false;
+};
+
+} // namespace ombrix

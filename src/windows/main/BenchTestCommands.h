@@ -1,0 +1,41 @@
+#pragma once
+
+#include "board/Station.h"
+#include "windows/main/AirTestPanel.h"
+
+#include <QObject>
+
+#include <functional>
+
+namespace ombrix {
+
+class BoardPanel;
+class InfoPanel;
+
+/// Carries out the bench tests that the main window's buttons start.
+class BenchTestCommands final : public QObject {
+    Q_OBJECT
+
+  public:
+    /// @param board, info the panels whose buttons are served
+    BenchTestCommands(Station& station, BoardPanel& board, InfoPanel& info);
+
+  private:
+    void TestDigitalMFCs();
+    void TestSpeed();
+    void SweepOutputs(AirTestPanel::Command command);
+    void TestAirFlow();
+    void Cancel();
+    /// @param showRunning told when the test begins and when it is over
+    /// @param cancel ends the test at its next pass
+    void Run(const std::function<void()>& test, std::function<void()> cancel,
+             const std::function<void(bool running)>& showRunning);
+
+    Station& m_Station;
+    BoardPanel& m_Board;
+    InfoPanel& m_Info;
+    /// Of the test that runs.
+    std::function<void()> m_Cancel;
+};
+
+} // namespace ombrix

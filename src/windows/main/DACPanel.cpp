@@ -1,0 +1,162 @@
+#include "windows/main/DACPanel.h"
+
+#include "windows/main/DACChannel.h"
+#include "windows/main/PressurePanel.h"
+#include "windows/main/RecordingBox.h"
+#include "windows/widgets/Controls.h"
+#include "windows/widgets/Guarded.h"
+
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+
+#include <utility>
+
+namespace ombrix {
+
+DACPanel::DACPanel(Station& station, QWidget* parent)
+    : QGroupBox(tr("DAC Sliders"), parent), m_Station(station), m_IsDigitalSetup(nullptr),
+      m_MFCsReady(nullptr), m_Pressure(nullptr) {
+    auto* layout = new QHBoxLayout(this);
+    layout->addWidget(MakeCaptionColumn());
+    for (int channel = 0; channel < clsAIB::DACChannels; ++channel) {
+        auto* controls = new DACChannel(channel, this);
+        m_Channels.at(static_cast<std::size_t>(channel)) = controls;
+        connect(controls, &DACChannel::SliderChanged, this, [this](int moved, int position) {
+            if (!m_SettingDAC)
+                SetDAC(moved, position * 2);
+        });
+        connect(controls, &DACChannel::ValueTyped, this, &DACPanel::SetDAC);
+        layout->addWidget(controls, 1);
+    }
+    layout->addWidget(MakeSideColumn());
+}
+
+QWidget* DACPanel::MakeCaptionColumn() {
+    auto* column = new QWidget(this);
+    auto* layout = new QVBoxLayout(column);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addStretch(1);
+    for (const QString& caption : {tr("D Out"), tr("A In"), tr("Set")})
+        layout->addWidget(MakeCaption(caption, column), 0, Qt::AlignRight);
+    const QLineEdit model;
+    layout->itemAt(layout->count() - 1)->widget()->setFixedHeight(model.sizeHint().height());
+    return column;
+}
+
+QWidget* DACPanel::MakeSideColumn() {
+    auto* column = new QWidget(this);
+    m_IsDigitalSetup =
+        MakeCheckBox(QStringLiteral("chkIsDigitalSetup"), tr("Is Digital Setup"), column);
+    connect(m_IsDigitalSetup, &QCheckBox::clicked, this,
+            [this](bool ticked) { Board().IsDigitalSetup(ticked); });
+    m_MFCsReady = new ValueLabel(QStringLiteral("lblMFCsReady"), tr("MFC readiness"), column);
+    m_MFCsReady->ShowValue(tr("MFCs Readt Status"));
+    m_Pressure = new PressurePanel(m_Station, column);
+    m_Record = new RecordingBox(m_Station, column);
+    auto* speed = MakeButton(QStringLiteral("cmdTestSpeed"), tr("Speed"), column);
+    speed->setToolTip(tr("Drives both air channels 2000 times in analog, then in digital mode."));
+    connect(speed, &QPushButton::clicked, this, &DACPanel::SpeedTestWanted);
+    auto* layout = new QVBoxLayout(column);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_MFCsReady);
+    layout->addWidget(m_IsDigitalSetup);
+    layout->addWidget(MakeBaseChoice());
+    layout->addStretch(1);
+    layout->addWidget(m_Pressure);
+    layout->addStretch(1);
+    layout->addWidget(m_Record);
+    layout->addWidget(speed);
+    return column;
+}
+
+QWidget* DACPanel::MakeBaseChoice() {
+    auto* choice = new QWidget(this);
+    m_Hexadecimal = Named(new QRadioButton(tr("Hex"), choice), ElementName("optHexBin", 0),
+                          tr("Numbers in hexadecimal"));
+    auto* decimal = Named(new QRadioButton(tr("Dec"), choice), ElementName("optHexBin", 1),
+                          tr("Numbers in decimal"));
+    m_Hexadecimal->setChecked(true);
+    connect(m_Hexadecimal, &QRadioButton::toggled, this, [this] {
+        for (int channel = 0; channel < clsAIB::DACChannels; ++channel)
+            SetDAC(channel, Board().DAC(channel));
+    });
+    auto* layout = new QHBoxLayout(choice);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_Hexadecimal);
+    layout->addWidget(decimal);
+    layout->addStretch();
+    return choice;
+}
+
+NumberBase DACPanel::Base() const {
+    return m_Hexadecimal->isChecked() ? NumberBase::Hexadecimal : NumberBase::Decimal;
+}
+
+void DACPanel::SetDAC(std::int32_t channel, std::int32_t value) {
+    const bool outer = std::exchange(m_SettingDAC, true);
+    Guarded(m_Station.World.Messages, [&] {
+        const std::int32_t held = HeldToRange(value);
+        // A board that another program has is looked at, not driven.
+        const AIBStatus status = m_Station.Claims.Claim(Board().DevSerialNum())
+                                     ? Board().SetDAC(channel, held)
+                                     : Status::AccessDenied;
+        m_Channels.at(static_cast<std::size_t>(channel))->ShowOutput(held, status, Base());
+    });
+    m_SettingDAC = outer;
+}
+
+void DACPanel::SetValue(std::int32_t channel, std::int32_t position) {
+    SetDAC(channel, position * 2);
+}
+
+void DACPanel::Show(std::int32_t channel, std::int32_t position) {
+    const bool outer = std::exchange(m_SettingDAC, true);
+    m_Channels.at(static_cast<std::size_t>(channel))
+        ->ShowOutput(position * 2, Status::NoError, Base());
+    m_SettingDAC = outer;
+}
+
+void DACPanel::StopRecording() {
+    m_Record->StopRecording();
+}
+
+void DACPanel::Zero() {
+    for (int channel = 0; channel < clsAIB::DACChannels; ++channel)
+        SetDAC(channel, 0);
+}
+
+void DACPanel::ShowBoard() {
+    ShowDigitalSetup();
+    for (int channel = 0; channel < clsAIB::DACChannels; ++channel)
+        SetDAC(channel, Board().DAC(channel));
+}
+
+void DACPanel::ShowDigitalSetup() {
+    m_IsDigitalSetup->setChecked(Board().IsDigitalSetup());
+}
+
+void DACPanel::Refresh() {
+    ShowReadiness(Board().CheckMFCReady());
+    for (DACChannel* channel : m_Channels)
+        channel->ShowInput(Board(), Base());
+    m_Pressure->Refresh(Board());
+}
+
+void DACPanel::ShowReadiness(bool ready) {
+    constexpr Colour red{255, 0, 0};
+    QFont weight = m_MFCsReady->font();
+    weight.setBold(!ready);
+    m_MFCsReady->setFont(weight);
+    m_MFCsReady->ShowValue(ready ? tr("MFCs Ready") : tr("MFCs Not Ready"));
+    if (ready)
+        m_MFCsReady->ShowInPaletteColour();
+    else
+        m_MFCsReady->ShowInColour(red);
+    m_Channels[0]->TakeValues(ready);
+    m_Channels[1]->TakeValues(ready);
+}
+
+} // namespace ombrix

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "board/DACSliders.h"
+#include "windows/widgets/NumberBase.h"
+
+#include <QGroupBox>
+
+#include <array>
+
+class QCheckBox;
+class QRadioButton;
+
+namespace ombrix {
+
+class DACChannel;
+class PressurePanel;
+class RecordingBox;
+class ValueLabel;
+
+/// Frame "DAC Sliders": the analog outputs and inputs of the current board and the readiness of
+/// its MFCs. Procedures set their demands through it, so that the operator sees them.
+class DACPanel final : public QGroupBox, public DACSliders {
+    Q_OBJECT
+
+  public:
+    DACPanel(Station& station, QWidget* parent);
+
+    /// Sends a value to the board, held to what the panel may send, and shows it.
+    void SetDAC(std::int32_t channel, std::int32_t value);
+    void SetValue(std::int32_t channel, std::int32_t position) override;
+    void Show(std::int32_t channel, std::int32_t position) override;
+    /// Puts every slider to 0.
+    void Zero();
+    /// Shows what the current board was last told.
+    void ShowBoard();
+    void StopRecording();
+    /// Shows whether the current board's MFCs are driven digitally.
+    void ShowDigitalSetup();
+    /// Reads and shows what the current board measures.
+    void Refresh();
+
+  signals:
+    void SpeedTestWanted();
+
+  private:
+    QWidget* MakeCaptionColumn();
+    QWidget* MakeSideColumn();
+    QWidget* MakeBaseChoice();
+    void ShowReadiness(bool ready);
+    NumberBase Base() const;
+    clsAIB& Board() const { return *m_Station.g_CurrentAIB; }
+
+    Station& m_Station;
+    std::array<DACChannel*, clsAIB::DACChannels> m_Channels{};
+    RecordingBox* m_Record = nullptr;
+    QCheckBox* m_IsDigitalSetup;
+    QRadioButton* m_Hexadecimal = nullptr;
+    ValueLabel* m_MFCsReady;
+    PressurePanel* m_Pressure;
+    /// A slider that moves because its value was set does not send it again.
+    bool m_SettingDAC = false;
+};
+
+} // namespace ombrix

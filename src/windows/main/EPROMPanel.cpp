@@ -1,0 +1,215 @@
+#include "windows/main/EPROMPanel.h"
+
+#include "board/eprom/EpromGuard.h"
+#include "board/eprom/EpromImage.h"
+#include "platform/text/Rounding.h"
+#include "platform/text/Text.h"
+#include "windows/main/RestoreEPROMWindow.h"
+#include "windows/widgets/ClickableLabel.h"
+#include "windows/widgets/Controls.h"
+#include "windows/widgets/Guarded.h"
+#include "windows/widgets/QtText.h"
+
+#include <QGridLayout>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTimer>
+
+#include <cmath>
+#include <limits>
+
+namespace ombrix {
+
+namespace {
+
+constexpr int WordBytes = EpromImage::WordBytes;
+constexpr int LastWord = clsAIB::EPROMBytes / WordBytes - 1;
+constexpr int PollInterval_ms = 100;
+
+ValueLabel* MakeValue(const char* objectName, const QString& meaning, const QString& text,
+                      QWidget* parent) {
+    auto* label = new ValueLabel(QLatin1String(objectName), meaning, parent);
+    label->ShowValue(text);
+    return label;
+}
+
+} // namespace
+
+EPROMPanel::EPROMPanel(Station& station, QWidget* parent)
+    : QGroupBox(tr("EPROM Interface"), parent), m_Station(station), m_Timer1(new QTimer(this)) {
+    m_Timer1->setObjectName(QStringLiteral("Timer1"));
+    m_Timer1->setInterval(PollInterval_ms);
+    connect(m_Timer1, &QTimer::timeout, this, &EPROMPanel::Poll);
+    auto* grid = new QGridLayout(this);
+    AddAddressRows(*grid);
+    AddValueRows(*grid);
+    grid->addWidget(MakeCommands(), grid->rowCount(), 0, 1, 3);
+    grid->setColumnStretch(1, 1);
+    grid->setColumnStretch(2, 1);
+    TakeNewValue();
+}
+
+void EPROMPanel::AddAddressRows(QGridLayout& grid) {
+    m_Address = Named(new QScrollBar(Qt::Horizontal, this), QStringLiteral("scrAddressLocation"),
+                      tr("Word of the EPROM"));
+    m_Address->setRange(0, LastWord);
+    m_Address->setFocusPolicy(Qt::StrongFocus);
+    connect(m_Address, &QScrollBar::valueChanged, this, [this](int word) {
+        Guarded(m_Station.World.Messages, [this, word] { ShowEPROMAddress(word * WordBytes); });
+    });
+    m_CurrentAddress = MakeValue("lblCurrentAddress", tr("Address"), QStringLiteral("0"), this);
+    m_CurrentValue =
+        MakeValue("lblCurrentValue", tr("Value, hexadecimal"), QStringLiteral("AABBCCDD"), this);
+    m_CurrentValueDec = new ClickableLabel(QStringLiteral("lblCurrentValueDec"), tr("Value"), this);
+    m_CurrentValueDec->ShowValue(QStringLiteral("--"));
+    connect(m_CurrentValueDec, &ClickableLabel::Clicked, this,
+            [this] { m_Station.World.Messages.Ask({m_CurrentValueDec->text().toStdString()}); });
+    grid.addWidget(MakeCaption(tr("Address:"), this), 0, 0);
+    grid.addWidget(m_CurrentAddress, 0, 1);
+    auto* restore = MakeButton(QStringLiteral("cmdRestore"), tr("Restore…"), this);
+    restore->setToolTip(tr("Shows what a saved content would change, and brings it back."));
+    connect(restore, &QPushButton::clicked, this, &EPROMPanel::Restore);
+    grid.addWidget(restore, 0, 2);
+    grid.addWidget(m_Address, 1, 0, 1, 3);
+    grid.addWidget(MakeCaption(tr("Current:"), this), 2, 0);
+    grid.addWidget(m_CurrentValue, 2, 1);
+    grid.addWidget(m_CurrentValueDec, 2, 2);
+}
+
+void EPROMPanel::AddValueRows(QGridLayout& grid) {
+    m_NewText = Named(new QLineEdit(QStringLiteral("0"), this), QStringLiteral("txtNewValue"),
+                      tr("New value"));
+    connect(m_NewText, &QLineEdit::textChanged, this, &EPROMPanel::TakeNewValue);
+    m_NewValueHex =
+        MakeValue("lblNewValueHex", tr("New value, hexadecimal"), QStringLiteral("0"), this);
+    grid.addWidget(MakeCaption(tr("New:"), this), 3, 0);
+    grid.addWidget(m_NewText, 3, 1);
+    grid.addWidget(m_NewValueHex, 3, 2);
+}
+
+QWidget* EPROMPanel::MakeCommands() {
+    auto* commands = new QWidget(this);
+    auto* layout = new QHBoxLayout(commands);
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_Write = MakeButton(QStringLiteral("cmdWriteValue"), tr("Write"), commands);
+    m_WriteAll = MakeButton(QStringLiteral("cmdWriteValueAll"), tr("To All"), commands);
+    m_Command1 = MakeButton(QStringLiteral("Command1"), tr("Not Recording"), commands);
+    m_Command1->setToolTip(tr("Reads the pressure register ten times a second; nothing is shown."));
+    m_Error = MakeValue("lblValueError", tr("Error of the new value"), {}, commands);
+    m_Error->CutToFit();
+    connect(m_Write, &QPushButton::clicked, this, &EPROMPanel::WriteValue);
+    connect(m_WriteAll, &QPushButton::clicked, this, &EPROMPanel::WriteAll);
+    connect(m_Command1, &QPushButton::clicked, this, &EPROMPanel::TogglePolling);
+    layout->addWidget(m_Write);
+    layout->addWidget(m_WriteAll);
+    layout->addWidget(m_Command1);
+    layout->addWidget(m_Error, 1);
+    return commands;
+}
+
+void EPROMPanel::ShowBoard() {
+    ShowEPROMAddress(m_ShownAddress);
+}
+
+void EPROMPanel::ShowEPROMAddress(std::int32_t address) {
+    m_Address->setValue(address / WordBytes);
+    m_ShownAddress = address;
+    m_CurrentAddress->ShowValue(QString::number(address));
+    std::int32_t word = 0;
+    const AIBStatus status = m_Station.g_CurrentAIB->ReadEPROM(address, word);
+    if (status != Status::NoError) {
+        const QString reason = ToQt(clsAIB::AIBErrorStr(status));
+        m_CurrentValue->ShowFailure(reason);
+        m_CurrentValueDec->ShowFailure(reason);
+        return;
+    }
+    m_CurrentValue->ShowValue(ToQt(HexText(word)));
+    m_CurrentValueDec->ShowValue(QString::number(word));
+}
+
+void EPROMPanel::TakeNewValue() {
+    ValidateNewValue(ParseNumber(m_NewText->text().toStdString()));
+}
+
+void EPROMPanel::ValidateNewValue(std::optional<double> value) {
+    constexpr double largest = std::numeric_limits<std::int32_t>::max();
+    const double rounded = value ? std::nearbyint(*value) : 0.0;
+    const bool inRange = value && rounded >= 0.0 && rounded <= largest;
+    // What is no number must not leave an earlier value ready to be written.
+    m_Error->ShowValue(!value ? tr("Not a Number") : inRange ? QString() : tr("Out of Range"));
+    m_NewValue = inRange ? RoundHalfEven(rounded) : 0;
+    m_Write->setEnabled(inRange);
+    m_WriteAll->setEnabled(inRange);
+    m_NewValueHex->ShowValue(ToQt(HexText(m_NewValue)));
+}
+
+void EPROMPanel::WriteValue() {
+    WriteShown([this](const EpromProgress& /*progress*/) {
+        WriteEPROMWord(m_Station, m_ShownAddress, m_NewValue);
+    });
+}
+
+void EPROMPanel::WriteAll() {
+    WriteShown([this](const EpromProgress& progress) {
+        if (WriteWholeEPROM(m_Station, m_NewValue, progress) == EpromOutcome::Done)
+            m_Station.World.Messages.Ask({"All locations written"});
+    });
+}
+
+void EPROMPanel::Restore() {
+    const Drive& files = m_Station.World.Files;
+    const auto file = ChooseEpromImage(
+        files.RealPath(files.FolderExists(BackupFolder) ? BackupFolder : R"(C:\)"), this);
+    if (!file)
+        return;
+    WriteShown([this, &file](const EpromProgress& progress) {
+        const auto agreed = [this, &file](const std::vector<EpromDifference>& differences) {
+            frmRestoreEPROM form(ToQt(file->filename().string()),
+                                 ToQt(OriginWarning(*file, *m_Station.g_CurrentAIB)), differences,
+                                 this);
+            return form.exec() == QDialog::Accepted;
+        };
+        if (RestoreEPROM(m_Station, ReadEpromFile(*file), agreed, progress) != EpromOutcome::Done)
+            return;
+        emit Restored();
+        m_Station.World.Messages.Ask({"The EPROM holds what the file holds."});
+    });
+}
+
+void EPROMPanel::WriteShown(const std::function<void(const EpromProgress&)>& writing) {
+    if (m_Station.Procedures.Running())
+        return;
+    Guarded(m_Station.World.Messages, [&] {
+        writing([this](std::int32_t address) {
+            m_Error->ShowValue(QString::number(address));
+            return true;
+        });
+    });
+    // Also after a failure: what shows is what the EPROM holds.
+    TakeNewValue();
+    ShowEPROMAddress(m_ShownAddress);
+}
+
+void EPROMPanel::StopPolling() {
+    if (m_Timer1->isActive())
+        TogglePolling();
+}
+
+void EPROMPanel::TogglePolling() {
+    const bool start = !m_Timer1->isActive();
+    start ? m_Timer1->start() : m_Timer1->stop();
+    m_Command1->setText(start ? tr("Recording...") : tr("Not Recording"));
+}
+
+void EPROMPanel::Poll() {
+    // A running procedure has the board to itself.
+    if (m_Station.Procedures.Running())
+        return;
+    Guarded(m_Station.World.Messages, [this] {
+        std::int32_t value = 0;
+        m_Station.g_CurrentAIB->ReadReg(clsAIB::PressureRegister, value);
+    });
+}
+
+} // namespace ombrix

@@ -1,0 +1,167 @@
+#include "windows/main/GIOPanel.h"
+
+#include "platform/text/Text.h"
+#include "windows/widgets/Controls.h"
+#include "windows/widgets/Guarded.h"
+#include "windows/widgets/QtText.h"
+#include "windows/widgets/ValueLabel.h"
+
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QPushButton>
+#include <QSignalBlocker>
+
+namespace ombrix {
+
+namespace {
+
+/// The extended output that switches the power of the first MFC; the second follows.
+constexpr int FirstPowerPin = 8;
+
+} // namespace
+
+GIOPanel::GIOPanel(Station& station, QWidget* parent)
+    : QGroupBox(tr("General IO (GIO)"), parent), m_Station(station), m_Mask(nullptr) {
+    auto* grid = new QGridLayout;
+    constexpr int columnSpacing = 2;
+    grid->setHorizontalSpacing(columnSpacing);
+    int row = 0;
+    for (const QString& caption : {tr("Pin"), tr("Output"), tr("Level")})
+        grid->addWidget(MakeCaption(caption, this), row++, 0);
+    for (int pin = 0; pin < clsAIB::GPIOPins; ++pin)
+        AddPin(*grid, pin);
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(grid);
+    layout->addWidget(MakeFooter());
+    TickFirstPinOnly();
+    ShowGIOColumns();
+}
+
+void GIOPanel::AddPin(QGridLayout& grid, int pin) {
+    const auto index = static_cast<std::size_t>(pin);
+    auto* isOutput =
+        Named(new QCheckBox(this), ElementName("chkGIO", pin), tr("Pin %1 is an output").arg(pin));
+    auto* output = Named(new QCheckBox(this), ElementName("chkGIOOn", pin),
+                         tr("Output level of pin %1").arg(pin));
+    auto* input = new ValueLabel(ElementName("lblGIOInputVal", pin),
+                                 tr("Input level of pin %1").arg(pin), this);
+    input->setAlignment(Qt::AlignCenter);
+    m_IsOutput.at(index) = isOutput;
+    m_Output.at(index) = output;
+    m_Input.at(index) = input;
+    connect(isOutput, &QCheckBox::toggled, this, &GIOPanel::SendDirections);
+    connect(output, &QCheckBox::toggled, this, [this, pin](bool high) { SetOutput(pin, high); });
+
+    const int column = pin + 1;
+    int row = 0;
+    grid.addWidget(MakeCaption(QString::number(pin), this), row++, column, Qt::AlignCenter);
+    grid.addWidget(isOutput, row++, column, Qt::AlignCenter);
+    // Both share a cell that is as high as the higher one, so that nothing moves.
+    grid.addWidget(output, row, column, Qt::AlignCenter);
+    grid.addWidget(input, row, column, Qt::AlignCenter);
+    grid.setRowMinimumHeight(row, output->sizeHint().height());
+    grid.setColumnStretch(column, 1);
+}
+
+QWidget* GIOPanel::MakeFooter() {
+    auto* footer = new QWidget(this);
+    m_Mask = new ValueLabel(QStringLiteral("lblGIOValHex"), tr("Direction mask"), footer);
+    m_Mask->ReserveFor(QStringLiteral("FFFFF"));
+    auto* update = MakeButton(QStringLiteral("cmdUpdate"), tr("Update"), footer);
+    connect(update, &QPushButton::clicked, this, &GIOPanel::UpdateWanted);
+    auto* explanation = new QHBoxLayout;
+    explanation->addWidget(MakeCaption(tr("A tick represents an Output"), footer));
+    explanation->addStretch();
+    explanation->addWidget(MakeCaption(tr("Mask:"), footer));
+    explanation->addWidget(m_Mask);
+    auto* power = new QHBoxLayout;
+    power->addWidget(MakeCaption(tr("MFC Power Detect: 8 = pin 22, 9 = pin 21:"), footer));
+    power->addWidget(MakePowerBox(0, tr("Power 1"), footer));
+    power->addWidget(MakePowerBox(1, tr("Power 2"), footer));
+    power->addStretch();
+    power->addWidget(update);
+    auto* layout = new QVBoxLayout(footer);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addLayout(explanation);
+    layout->addLayout(power);
+    return footer;
+}
+
+QCheckBox* GIOPanel::MakePowerBox(int index, const QString& caption, QWidget* parent) {
+    auto* box = MakeCheckBox(ElementName("chkExtGPIO", index), caption, parent);
+    m_Power.at(static_cast<std::size_t>(index)) = box;
+    connect(box, &QCheckBox::toggled, this, [this, index](bool on) {
+        Guarded(m_Station.World.Messages, [&] {
+            m_Station.Claims.Require(Board().DevSerialNum());
+            if (on)
+                Board().SetExtGPO(FirstPowerPin + index);
+            else
+                Board().ClearExtGPO(FirstPowerPin + index);
+        });
+    });
+    return box;
+}
+
+void GIOPanel::TickFirstPinOnly() {
+    for (std::size_t pin = 0; pin < Pins; ++pin) {
+        const QSignalBlocker quiet(m_IsOutput.at(pin));
+        m_IsOutput.at(pin)->setChecked(pin == 0);
+    }
+}
+
+void GIOPanel::Reset() {
+    TickFirstPinOnly();
+    SendDirections();
+}
+
+void GIOPanel::ShowBoard() {
+    for (QCheckBox* power : m_Power)
+        power->setEnabled(Board().IsUsb());
+}
+
+void GIOPanel::SendDirections() {
+    std::int32_t mask = 0;
+    for (std::size_t pin = 0; pin < Pins; ++pin)
+        mask |= m_IsOutput.at(pin)->isChecked() ? 1 << pin : 0;
+    m_Mask->ShowValue(ToQt(HexText(mask)));
+    Guarded(m_Station.World.Messages, [&] {
+        // The pins of a board that another program has are that program's.
+        if (m_Station.Claims.IsOurs(Board().DevSerialNum()))
+            Board().ConfigureGPIO(mask);
+    });
+    ShowGIOColumns();
+}
+
+void GIOPanel::ShowGIOColumns() {
+    for (std::size_t pin = 0; pin < Pins; ++pin) {
+        const bool isOutput = m_IsOutput.at(pin)->isChecked();
+        m_Output.at(pin)->setVisible(isOutput);
+        m_Input.at(pin)->setVisible(!isOutput);
+    }
+}
+
+void GIOPanel::SetOutput(int pin, bool high) {
+    Guarded(m_Station.World.Messages, [&] {
+        m_Station.Claims.Require(Board().DevSerialNum());
+        if (high)
+            Board().SetGPO(pin);
+        else
+            Board().ClearGPO(pin);
+    });
+    emit UpdateWanted();
+}
+
+void GIOPanel::Refresh() {
+    for (std::size_t pin = 0; pin < Pins; ++pin) {
+        if (m_IsOutput.at(pin)->isChecked())
+            continue;
+        std::int32_t level = 0;
+        const AIBStatus status = Board().GetGPI(static_cast<std::int32_t>(pin), level);
+        if (status == Status::NoError)
+            m_Input.at(pin)->ShowValue(QString::number(level));
+        else
+            m_Input.at(pin)->ShowFailure(ToQt(clsAIB::AIBErrorStr(status)));
+    }
+}
+
+} // namespace ombrix

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "board/Station.h"
+#include "board/procedure/HiResTimer.h"
+#include "windows/widgets/ValueLabel.h"
+
+namespace ombrix {
+
+/// The raw pressure register; its background turns red when it has stood still for too long.
+class PressurePanel final : public QWidget {
+    Q_OBJECT
+
+  public:
+    PressurePanel(Station& station, QWidget* parent);
+
+    void Refresh(clsAIB& board);
+
+  private:
+    void ShowBackground(Colour colour);
+
+    ValueLabel* m_Decimal;
+    ValueLabel* m_Hexadecimal;
+    clsHiResTimer m_SinceChange;
+};
+
+} // namespace ombrix

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "windows/testrig/AIBTestRigOptionsWindow.h"
+#include "windows/testrig/AIBTestRigWindow.h"
+#include "windows/testrig/UARTsWindow.h"
+
+#include <QObject>
+
+namespace ombrix {
+
+/// The windows that exercise boards beside the main window: the test rig and the UART console.
+class ToolWindows final : public QObject {
+    Q_OBJECT
+
+  public:
+    explicit ToolWindows(Station& station);
+
+    void ShowTestRigOptions();
+    void ShowUARTs();
+    /// The test rig is open, so that no other window takes input.
+    bool RigIsOpen() const;
+    void CloseAll();
+
+  signals:
+    /// The test rig has been opened or closed.
+    void RigShown(bool open);
+
+  private:
+    void RigWindowClosed();
+
+    frmAIBTestRig m_Rig;
+    frmAIBTestRigOptions m_RigOptions;
+    frmUARTs m_UARTs;
+};
+
+} // namespace ombrix

@@ -1,0 +1,233 @@
+#include "windows/testrig/AIBTestRigWindow.h"
+
+#include "windows/testrig/RampProgress.h"
+#include "windows/testrig/RigBoardPanel.h"
+#include "windows/widgets/Controls.h"
+#include "windows/widgets/Guarded.h"
+#include "windows/widgets/ListView.h"
+#include "windows/widgets/QtText.h"
+#include "windows/widgets/ValueLabel.h"
+
+#include <QCloseEvent>
+#include <QGroupBox>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QShortcut>
+#include <QTimer>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace ombrix {
+
+namespace {
+
+/// Columns of the list: number, job, status.
+constexpr int StatusColumn = 2;
+
+constexpr int UpdateInterval_ms = 100;
+
+} // namespace
+
+frmAIBTestRig::frmAIBTestRig(Station& station)
+    : m_Station(station), m_JobName(new ValueLabel(QStringLiteral("lblJob"), tr("Job"), this)),
+      m_Status(Named(new QTreeWidget(this), QStringLiteral("lvwStatus"), tr("Steps of the job"))),
+      m_CurrentJob(new RampProgress(this)),
+      m_Outcome(new ValueLabel(QStringLiteral("lblOutcome"), tr("Outcome"), this)),
+      m_Cancel(MakeButton(QStringLiteral("cmdCancel"), tr("Cancel"), this)),
+      m_Close(MakeButton(QStringLiteral("cmdClose"), tr("Close"), this)),
+      m_UpdateScreen(new QTimer(this)) {
+    Named(this, QStringLiteral("frmAIBTestRig"), tr("AIB and MFC Test Rig"));
+    setWindowTitle(tr("AIB and MFC Test Rig"));
+    setWindowModality(Qt::ApplicationModal);
+    m_UpdateScreen->setObjectName(QStringLiteral("timUpdateScreen"));
+    m_UpdateScreen->setInterval(UpdateInterval_ms);
+    LayOut();
+    TakeCancel(false);
+    connect(m_UpdateScreen, &QTimer::timeout, this, &frmAIBTestRig::UpdateScreen);
+    connect(m_Cancel, &QPushButton::clicked, this, &frmAIBTestRig::Cancel);
+    connect(m_Close, &QPushButton::clicked, this, &QWidget::close);
+    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this,
+            [this] { (m_Run ? m_Cancel : m_Close)->click(); });
+}
+
+frmAIBTestRig::~frmAIBTestRig() = default;
+
+void frmAIBTestRig::LayOut() {
+    QFont strong = m_JobName->font();
+    strong.setBold(true);
+    m_JobName->setFont(strong);
+    m_Outcome->CutToFit();
+    m_Status->setRootIsDecorated(false);
+    constexpr QSize list(0, 110);
+    m_Status->setFixedHeight(ScaledToFonts(*this, list).height());
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(m_JobName);
+    layout->addWidget(m_Status);
+    layout->addWidget(m_CurrentJob);
+    layout->addWidget(m_Outcome);
+    layout->addWidget(MakeCurrentValues(), 1);
+    layout->addLayout(MakeButtons());
+    constexpr QSize comfortable(720, 620);
+    resize(ScaledToFonts(*this, comfortable));
+}
+
+QLayout* frmAIBTestRig::MakeButtons() {
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(m_Cancel);
+    buttons->addWidget(m_Close);
+    return buttons;
+}
+
+QGroupBox* frmAIBTestRig::MakeCurrentValues() {
+    auto* frame = Named(new QGroupBox(tr("Current Values"), this), QStringLiteral("fraBoardOnTest"),
+                        tr("Current Values"));
+    auto* scroll = new QScrollArea(frame);
+    scroll->setAccessibleName(tr("Inputs and outputs of the boards"));
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    m_BoardArea = new QWidget(scroll);
+    new QHBoxLayout(m_BoardArea);
+    scroll->setWidget(m_BoardArea);
+    // The frame's own ground shows through.
+    m_BoardArea->setAutoFillBackground(false);
+    scroll->viewport()->setAutoFillBackground(false);
+    auto* layout = new QVBoxLayout(frame);
+    layout->addWidget(scroll);
+    return frame;
+}
+
+bool frmAIBTestRig::RunTest(std::int32_t kind) {
+    if (m_Station.Procedures.Running())
+        return false;
+    m_Kind = kind;
+    m_Pending = true;
+    m_CloseAfterRun = false;
+    m_JobName->ShowValue({});
+    m_Outcome->ShowValue({});
+    m_CurrentJob->Clear();
+    PrepareList();
+    PrepareBoards();
+    show();
+    raise();
+    activateWindow();
+    // The window shows first; the job is its own turn of the event loop.
+    QTimer::singleShot(0, this, &frmAIBTestRig::RunPendingJob);
+    return true;
+}
+
+void frmAIBTestRig::PrepareList() {
+    m_Status->clear();
+    m_Status->setColumnCount(StatusColumn + 1);
+    m_Status->setHeaderLabels({tr("No."), tr("Job"), tr("Status")});
+    AutoSizeColumns(*m_Status);
+}
+
+void frmAIBTestRig::PrepareBoards() {
+    for (RigBoardPanel* panel : std::exchange(m_Boards, {}))
+        delete panel;
+    const int count = m_Station.g_AIBList.AIBCount();
+    for (int index = 0; index < count; ++index) {
+        m_Boards.push_back(new RigBoardPanel(index, m_Station.g_AIBList.AIB(index), m_BoardArea));
+        m_BoardArea->layout()->addWidget(m_Boards.back());
+    }
+}
+
+void frmAIBTestRig::RunPendingJob() {
+    if (!std::exchange(m_Pending, false))
+        return;
+    Guarded(m_Station.World.Messages, [this] { RunJob(); });
+    m_Run.reset();
+    TakeCancel(false);
+    if (m_CloseAfterRun)
+        close();
+}
+
+void frmAIBTestRig::RunJob() {
+    m_JobName->ShowValue(ToQt(TestRigJobName(m_Kind)));
+    UpdateScreen();
+    m_UpdateScreen->start();
+    if (const auto missing = TestRigRun::Missing(m_Station, m_Kind)) {
+        m_Outcome->ShowValue(tr("Not run: a board is missing."));
+        m_Station.World.Messages.Ask({*missing, MessageIcon::Warning, MessageButtons::Ok});
+        return;
+    }
+    m_Run = std::make_unique<TestRigRun>(m_Station, *this);
+    TakeCancel(true);
+    ShowOutcome(m_Run->Run(m_Kind));
+    UpdateScreen();
+}
+
+void frmAIBTestRig::ShowOutcome(const TestRigResult& result) {
+    if (JobStepCount(m_Kind) == 0)
+        m_Outcome->ShowValue(tr("This job has no steps."));
+    else if (const TestRigStep* failed = result.FirstFailed())
+        m_Outcome->ShowValue(ToQt(failed->Remark));
+    else if (result.Procedure.Ended == ProcedureOutcome::End::Cancelled)
+        m_Outcome->ShowValue(tr("Cancelled."));
+    else if (result.Procedure.Ended != ProcedureOutcome::End::Completed)
+        m_Outcome->ShowValue( // the whole of it has been told in a box
+            ToQt(result.Procedure.Error).section(QStringLiteral("\r\n"), 0, 0));
+    else
+        m_Outcome->ShowValue(tr("Samples: %1").arg(ToQt(result.Procedure.Files.front().string())));
+}
+
+void frmAIBTestRig::TakeCancel(bool take) {
+    m_Cancel->setEnabled(take);
+    m_Close->setEnabled(!take);
+}
+
+void frmAIBTestRig::Cancel() {
+    m_Run->Cancel();
+    m_Cancel->setEnabled(false);
+}
+
+void frmAIBTestRig::UpdateScreen() {
+    const bool updated = Guarded(m_Station.World.Messages, [this] {
+        for (RigBoardPanel* board : m_Boards)
+            board->Refresh();
+    });
+    if (!updated)
+        m_UpdateScreen->stop(); // told once, not ten times a second
+}
+
+void frmAIBTestRig::ShowSteps(const std::vector<TestRigStep>& steps) {
+    m_Status->clear();
+    for (const TestRigStep& step : steps) {
+        auto* line =
+            new QTreeWidgetItem(m_Status, {QString::number(m_Status->topLevelItemCount() + 1),
+                                           ToQt(step.Name), ToQt(RigStatusText(step.Status))});
+        line->setToolTip(StatusColumn, ToQt(step.Remark));
+    }
+    AutoSizeColumns(*m_Status);
+}
+
+void frmAIBTestRig::BeginProgress(const RampStep& ramp) {
+    m_CurrentJob->Begin(ramp);
+}
+
+void frmAIBTestRig::ShowProgress(double elapsed_s) {
+    m_CurrentJob->Show(elapsed_s);
+}
+
+void frmAIBTestRig::closeEvent(QCloseEvent* event) {
+    if (m_Run == nullptr) {
+        m_Pending = false;
+        m_UpdateScreen->stop();
+        event->accept();
+        return;
+    }
+    m_CloseAfterRun = true;
+    Cancel();
+    event->ignore();
+}
+
+void frmAIBTestRig::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    if (!isVisible()) // a minimised window is still open
+        emit Closed();
+}
+
+} // namespace ombrix

@@ -1,0 +1,55 @@
+#include "board/procedure/ProcedureGate.h"
+
+#include "board/procedure/ProcedureWait.h"
+#include "support/TestBench.h"
+
+#include <gtest/gtest.h>
+
+namespace ombrix {
+namespace {
+
+TEST(ProcedureGate, MakesSafeAndGivesTheCommandsBackWhateverHappens) {
+    ProcedureGate gate;
+    std::vector<std::string> story;
+    const auto listener =
+        gate.Listen([&](bool running) { story.emplace_back(running ? "running" : "free"); });
+    try {
+        const RunningProcedure procedure(gate, [&] { story.emplace_back("safe"); });
+        EXPECT_THROW(RunningProcedure(gate, [] {}), std::logic_error);
+        throw std::runtime_error("the board is gone");
+    } catch (const std::runtime_error&) {
+        story.emplace_back("told");
+    }
+    EXPECT_EQ(story, (std::vector<std::string>{"running", "safe", "free", "told"}));
+}
+
+TEST(ProcedureGate, AListenerThatIsGoneIsNotTold) {
+    ProcedureGate gate;
+    int told = 0;
+    {
+        const auto listener = gate.Listen([&told](bool) { ++told; });
+    }
+    const RunningProcedure procedure(gate, [] {});
+    EXPECT_EQ(told, 0);
+}
+
+TEST(ProcedureWait, SeesACancelAndTheEndOfTheProgramWithinAPass) {
+    TestBench bench;
+    Cancellation cancel;
+    ProcedureWait wait(bench.Time, bench.Events, cancel);
+    clsHiResTimer timer(bench.Time);
+    bench.Events.At(0.0105, [&cancel] { cancel.Request(); });
+    int passes = 0;
+    while (wait.Pass(timer, 10.0))
+        ++passes;
+    EXPECT_EQ(passes, 11);
+    EXPECT_LT(timer.ElapsedTime(), 0.012);
+
+    TestBench closing;
+    const Cancellation none;
+    closing.Events.EndProgram();
+    EXPECT_FALSE(ProcedureWait(closing.Time, closing.Events, none).Pass(timer, 10.0));
+}
+
+} // namespace
+} // namespace ombrix

@@ -1,0 +1,132 @@
+#pragma once
+
+#include "calibration/unit/CalibrationSummary.h"
+#include "windows/WindowBench.h"
+#include "windows/calibration/ACUCalibrationWindow.h"
+#include "windows/desktop/OpenExcelWindow.h"
+#include "windows/desktop/QtOperator.h"
+#include "windows/main/RestoreEPROMWindow.h"
+
+#include <QAction>
+#include <QTimer>
+
+#include <functional>
+#include <vector>
+
+namespace ombrix {
+
+using Visit = std::function<void(QWidget& window)>;
+
+/// A window of the program, and how it comes up.
+struct WindowOfProgram {
+    const char* Name;
+    /// Shows the window, with something to read in it, for as long as the visit takes.
+    std::function<void(const Visit& visit)> Show;
+};
+
+inline auto MainWindow(const char* benchName) {
+    return [benchName](const Visit& visit) {
+        WindowBench bench(benchName);
+        if (bench.Find<QWidget>("picACU").isVisible())
+            bench.Update();
+        visit(bench.Window);
+    };
+}
+
+inline void ShowHealthCheck(const Visit& visit) {
+    WindowBench bench;
+    bench.Click("Command3");
+    QWidget& window = *WindowBench::TopLevel("frmACUHealthCheck");
+    WindowBench::TickIn(window, "chkShort");
+    visit(window);
+}
+
+inline void ShowStages(const Visit& visit) {
+    TestBench bench;
+    ReadCalibrationSummary(bench.Detect());
+    frmACUCalibration window(bench.TheStation);
+    window.Stage_Add("Velocity System Calibration (1 of 2)");
+    window.Stage_Add("Velocity System Calibration (2 of 2)");
+    window.Stage_RunNext();
+    window.Stage_Complete(false, true);
+    window.ShowWarning("The MFCs are not ready.");
+    visit(window);
+}
+
+inline void ShowUarts(const Visit& visit) {
+    WindowBench bench;
+    bench.Find<QAction>("mnuUARTs").trigger();
+    visit(*WindowBench::TopLevel("frmUARTs"));
+}
+
+inline void ShowRigOptions(const Visit& visit) {
+    WindowBench bench("rig");
+    bench.Click("cmdRunTests");
+    visit(*WindowBench::TopLevel("frmAIBTestRigOptions"));
+}
+
+inline void ShowRig(const Visit& visit) {
+    ShowRigOptions([&visit](QWidget& options) {
+        QTest::mouseClick(&WindowBench::FindIn<QWidget>(options, "cmdOption_1"), Qt::LeftButton);
+        QCoreApplication::processEvents();
+        visit(*WindowBench::TopLevel("frmAIBTestRig"));
+    });
+}
+
+inline void ShowHistory(const Visit& visit) {
+    WindowBench bench;
+    bench.Find<QAction>("mnuCalibrationHistory").trigger();
+    visit(*WindowBench::TopLevel("frmCalibrationHistory"));
+}
+
+inline void ShowRestore(const Visit& visit) {
+    frmRestoreEPROM window("ACU00301_20240315_140509_EPROM To All.bin",
+                           "This is the EPROM of another unit: ACU00301. It is about to go into "
+                           "ACU00302.",
+                           {{1024, "MFC number", "\"M9200301A\"", "\"M9200123Z\""}}, nullptr);
+    window.show();
+    visit(window);
+}
+
+inline void ShowWait(const Visit& visit) {
+    frmOpenExcel window(nullptr);
+    window.Show("Opening the template of the ACU health check");
+    visit(window);
+}
+
+/// Visits the modal box that the question puts up, then declines it.
+inline auto Box(void (*ask)(QtOperator& messages)) {
+    return [ask](const Visit& visit) {
+        QTimer::singleShot(0, [&visit] {
+            QWidget* box = QApplication::activeModalWidget();
+            visit(*box);
+            box->close();
+        });
+        QtOperator messages;
+        ask(messages);
+    };
+}
+
+/// All of them: a new window joins this list, and is tested with the others.
+inline std::vector<WindowOfProgram> EveryWindow() {
+    return {{"MainWindow", MainWindow("acu")},
+            {"MainWindowOfABlankBoard", MainWindow("fresh")},
+            {"MainWindowWithoutBoards", MainWindow("none")},
+            {"HealthCheck", ShowHealthCheck},
+            {"Stages", ShowStages},
+            {"Uarts", ShowUarts},
+            {"RigOptions", ShowRigOptions},
+            {"Rig", ShowRig},
+            {"History", ShowHistory},
+            {"Restore", ShowRestore},
+            {"Wait", ShowWait},
+            {"Message", Box([](QtOperator& messages) {
+                 messages.Ask({"Not saved:\r\n\r\n   C:\\ACUs\\ACU00301_M9200301A\\report.xlsx",
+                               MessageIcon::Warning, MessageButtons::YesNoCancel});
+             })},
+            {"Input", Box([](QtOperator& messages) {
+                 messages.AskText("Enter the MFC number", "M9200301A", "MFC number");
+             })}};
+}
+
+} // namespace ombrix

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "spreadsheet/XlsxApplication.h"
+#include "support/NoConverter.h"
+#include "support/TestBench.h"
+#include "windows/main/AIBAccessoriesWindow.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLabel>
+#include <QTest>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace ombrix {
+
+/// The main window on a simulated bench in virtual time; events are handled with every pass of
+/// a running procedure.
+class WindowBench {
+  public:
+    explicit WindowBench(const std::string& bench = "acu",
+                         const std::vector<std::string>& faults = {})
+        : Bench(bench, faults),
+          Window(Bench.TheStation,
+                 {[this] { Bench.Events.EndProgram(); },
+                  [this] { return std::make_unique<XlsxApplication>(Bench.Files, m_Converter); },
+                  std::string(Templates) + "\\", "1.2.34"}) {
+        Bench.Files.Mount(Templates, TEMPLATES_FOLDER);
+        Bench.Events.EveryPass = [] { QCoreApplication::processEvents(); };
+        Window.show();
+        Window.DetectAndProgramAIBs();
+    }
+
+    template <class Control>
+    Control& Find(const QString& name) {
+        return FindIn<Control>(Window, name);
+    }
+    template <class Control>
+    static Control& FindIn(QWidget& window, const QString& name) {
+        auto* control = window.findChild<Control*>(name);
+        if (control == nullptr)
+            throw std::runtime_error("no control " + name.toStdString());
+        return *control;
+    }
+    static QWidget* TopLevel(const QString& name) {
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            if (window->objectName() == name && window->isVisible())
+                return window;
+        }
+        return nullptr;
+    }
+
+    QString LabelText(const QString& name) { return Find<QLabel>(name).text(); }
+    void Click(const QString& name) {
+        QTest::mouseClick(&Find<QAbstractButton>(name), Qt::LeftButton);
+    }
+    /// Ticks or unticks a box with a click on the box itself.
+    void Tick(const QString& name) { TickIn(Window, name); }
+    static void TickIn(QWidget& window, const QString& name) {
+        auto& box = FindIn<QAbstractButton>(window, name);
+        constexpr QPoint onTheMark(8, 8);
+        QTest::mouseClick(&box, Qt::LeftButton, {}, onTheMark);
+    }
+    /// One round of the live panel.
+    void Update() { Click("cmdUpdate"); }
+    /// Puts another bench in the place of the present one, as when boards are plugged and pulled.
+    void Plug(const std::string& bench, const std::vector<std::string>& faults = {}) {
+        std::destroy_at(&Bench.Bench);
+        std::construct_at(
+            &Bench.Bench, Bench.Time,
+            BenchOptions{bench, Faults::Parse(faults), 1, Bench.Folder.Path() / "simulator"});
+    }
+
+    TestBench Bench;
+    frmAIBAccessories Window;
+
+  private:
+    static constexpr std::string_view Templates = R"(C:\Program Files\Ombrix\Templates)";
+
+    NoConverter m_Converter;
+};
+
+} // namespace ombrix

@@ -1,0 +1,84 @@
+#include "calibration/MeasuredChannels.h"
+#include "calibration/history/CalibrationHistory.h"
+#include "journal/RunJournal.h"
+#include "windows/WindowBench.h"
+#include "windows/calibration/CalibrationHistoryWindow.h"
+#include "windows/calibration/DriftPlotWidget.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTreeWidget>
+
+namespace ombrix {
+namespace {
+
+class HistoryWindowTest : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        for (const std::int32_t serial : {301, 301, 12}) {
+            HistoryEntry run;
+            run.Kind = RunKind::VelocitySystem;
+            run.Serial = serial;
+            run.Verdict = Verdicts::Failed;
+            run.Reasons = {"Channel 2"};
+            run.Velocity = GoodRun(CalibrationKind::System);
+            AppendToHistory(m_Bench.Bench.World, run);
+        }
+        m_Bench.Bench.Files.OpenForAppending(R"(C:\History\ACU00301.jsonl)")->Write("damaged\n");
+        m_Bench.Find<QAction>("mnuCalibrationHistory").trigger();
+        m_Window =
+            dynamic_cast<frmCalibrationHistory*>(WindowBench::TopLevel("frmCalibrationHistory"));
+        ASSERT_NE(m_Window, nullptr);
+    }
+    template <class Control>
+    Control& Find(const char* name) {
+        return WindowBench::FindIn<Control>(*m_Window, name);
+    }
+    const Drift& Plotted() { return Find<DriftPlotWidget>("picDrift").Shown(); }
+    std::string Export(const char* button) {
+        const auto file = m_Bench.Bench.Folder.Path() / "exported";
+        m_Window->ChooseFile = [&file](const QString& /*proposed*/) {
+            return QString::fromStdString(file.string());
+        };
+        QTest::mouseClick(&Find<QPushButton>(button), Qt::LeftButton);
+        return ReadWholeFile(file);
+    }
+
+    WindowBench m_Bench{"none"};
+    frmCalibrationHistory* m_Window = nullptr;
+};
+
+TEST_F(HistoryWindowTest, ShowsTheRunsOfTheChosenUnitAndTheirDrift) {
+    auto& units = Find<QComboBox>("cboUnit");
+    EXPECT_EQ(units.itemText(0), "ACU00012");
+    units.setCurrentIndex(1);
+    const auto& runs = Find<QTreeWidget>("lvwRuns");
+    ASSERT_EQ(runs.topLevelItemCount(), 2);
+    EXPECT_EQ(runs.topLevelItem(1)->text(2), "failed");
+    EXPECT_TRUE(Find<QPlainTextEdit>("txtDetails").toPlainText().contains("Channel 2\n"));
+    EXPECT_EQ(Find<QLabel>("lblHistoryState").text().left(9), "1 damaged");
+    EXPECT_EQ(Plotted().Series.size(), 10U);
+    EXPECT_EQ(Plotted().Runs.size(), 2U);
+    Find<QComboBox>("cboKind").setCurrentIndex(2);
+    EXPECT_TRUE(Plotted().Series.empty());
+}
+
+TEST_F(HistoryWindowTest, ExportsThePlotAsAPictureAndTheRunsAsATable) {
+    const QImage plot = QImage::fromData(QByteArray::fromStdString(Export("cmdExportPNG")), "PNG");
+    EXPECT_EQ(plot.size(), QSize(1200, 675));
+    EXPECT_TRUE(Export("cmdExportCSV").starts_with("when,unit,station,"));
+}
+
+TEST_F(HistoryWindowTest, AnUnfinishedRunIsOfferedAtTheStart) {
+    Drive& files = m_Bench.Bench.Files;
+    files.CreateFolder(JournalFolder);
+    for (const char* file : {R"(C:\Journals\dead.jsonl)", R"(C:\Journals\dead.running)"})
+        files.ReplaceFile(file, "");
+    m_Bench.Window.OfferUnfinishedRuns();
+    EXPECT_TRUE(files.FilesIn(JournalFolder).empty()) << "nothing to report: discarded, as agreed";
+}
+
+} // namespace
+} // namespace ombrix

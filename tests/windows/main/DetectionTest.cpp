@@ -1,0 +1,131 @@
+#include "windows/WindowBench.h"
+
+#include <QAction>
+#include <QPushButton>
+#include <QTabBar>
+#include <QTimer>
+
+namespace ombrix {
+namespace {
+
+TEST(Detection, OneTabForEachBoardAndTheFirstIsCurrent) {
+    WindowBench bench("pair");
+    EXPECT_EQ(bench.Window.windowTitle(), "Ombrix [v1.02.0034]");
+    EXPECT_EQ(QCoreApplication::applicationName(), "AIB Test Form");
+    auto& tabs = bench.Find<QTabBar>("tabAIBs");
+    ASSERT_EQ(tabs.count(), 2);
+    EXPECT_EQ(tabs.tabText(0), "AIB_123: USB");
+    EXPECT_EQ(tabs.tabText(1), "AIB_7: FireWire");
+    EXPECT_EQ(bench.LabelText("lblDeviceInfo_3"), "123");
+    EXPECT_EQ(bench.LabelText("lblDeviceInfo2_3"), "7B");
+    EXPECT_EQ(bench.LabelText("lblDeviceInfo2_0"), "USB");
+    EXPECT_EQ(bench.LabelText("lblDeviceInfo_4"), "Simulated Instruments");
+    EXPECT_EQ(bench.LabelText("lblProgramming_1"), "2 board(s) detected and programmed");
+    EXPECT_FALSE(bench.Find<QWidget>("picNoAIBs").isVisible());
+}
+
+TEST(Detection, BoardOfTheChosenTabIsCurrent) {
+    WindowBench bench("pair");
+    auto& tabs = bench.Find<QTabBar>("tabAIBs");
+    bench.Bench.TheStation.g_AIBList.AIB(1)->SetDAC(2, 4660);
+    QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(1).center());
+    EXPECT_EQ(bench.LabelText("lblDeviceInfo_3"), "7");
+    EXPECT_EQ(bench.LabelText("lblDACValue_2"), "1234");
+    for (const int chosenAtTheStart : {0, 7}) { // there is no eighth
+        bench.Window.ShowTab(chosenAtTheStart);
+        EXPECT_EQ(bench.Bench.TheStation.g_CurrentAIB->BoardIndex(), 0);
+    }
+}
+
+TEST(Detection, FireWireBoardsHaveNoAnalogSetupAndNoPowerOutputs) {
+    WindowBench bench("pair");
+    for (const bool fireWire : {false, true}) {
+        for (const char* name : {"cmdSetSerial_0", "cmdSetSerial_1", "cmdSetSerial_2",
+                                 "chkExtGPIO_0", "chkExtGPIO_1"}) {
+            const auto& control = bench.Find<QAbstractButton>(name);
+            EXPECT_EQ(control.isEnabledTo(control.parentWidget()),
+                      !fireWire || control.objectName() == "cmdSetSerial_2")
+                << name;
+        }
+        QTest::keyClick(&bench.Find<QTabBar>("tabAIBs"), Qt::Key_Right);
+    }
+}
+
+TEST(Detection, WithoutABoardThePanelSaysWhenItWasTriedAndOffersAnotherTry) {
+    WindowBench bench("none");
+    EXPECT_EQ(bench.LabelText("lblNoAIBs"), "14:05:09 - No AIBs detected");
+    EXPECT_FALSE(bench.Find<QWidget>("picACU").isVisible());
+    EXPECT_FALSE(bench.Find<QWidget>("picInfo").isVisible());
+    const QSize before = bench.Window.size();
+    bench.Plug("acu");
+    const auto& button = bench.Find<QAbstractButton>("cmdDetectAIBs");
+    EXPECT_EQ(button.text(), "Detect AIBs");
+    QString captionThen;
+    bench.Bench.Events.At(0.0, [&] {
+        captionThen = button.text();
+        EXPECT_FALSE(button.isEnabled());
+        EXPECT_FALSE(bench.Find<QAction>("mnuDetectAIBs").isEnabled());
+        EXPECT_EQ(bench.LabelText("lblAIBInitState"), "Initialising ACU 1: USB");
+    });
+    bench.Click("cmdDetectAIBs");
+    EXPECT_EQ(captionThen, "Detecting AIBs");
+    EXPECT_EQ(bench.Find<QTabBar>("tabAIBs").tabText(0), "AIB_301: USB");
+    EXPECT_TRUE(bench.Find<QWidget>("picACU").isVisible());
+    EXPECT_TRUE(bench.Find<QTimer>("timUpdateInput").isActive());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(bench.Window.size(), before);
+}
+
+TEST(Detection, TabsOfBoardsThatAreGoneAreRemoved) {
+    WindowBench bench("pair");
+    auto& tabs = bench.Find<QTabBar>("tabAIBs");
+    tabs.setCurrentIndex(1);
+    bench.Plug("fresh");
+    bench.Find<QAction>("mnuDetectAIBs").trigger();
+    ASSERT_EQ(tabs.count(), 1);
+    EXPECT_EQ(tabs.tabText(0), "AIB_302: USB");
+    EXPECT_EQ(bench.LabelText("lblDeviceInfo_3"), "302");
+    bench.Plug("none");
+    bench.Find<QAction>("mnuDetectAIBs").trigger();
+    EXPECT_EQ(tabs.count(), 0);
+    EXPECT_TRUE(bench.Find<QWidget>("picNoAIBs").isVisible());
+    EXPECT_FALSE(bench.Find<QTimer>("timUpdateInput").isActive());
+}
+
+TEST(Detection, SecondDetectionSwitchesTheOutputsOfEveryBoardOff) {
+    WindowBench bench("pair");
+    bench.Bench.TheStation.g_AIBList.AIB(1)->SetDAC(0, 30000);
+    bench.Bench.Time.Advance(5.0);
+    ASSERT_GT(bench.Bench.TheStation.g_AIBList.AIB(1)->MyGetADC(0), 25000);
+    bench.Find<QAction>("mnuDetectAIBs").trigger();
+    bench.Bench.Time.Advance(5.0);
+    EXPECT_LT(bench.Bench.TheStation.g_AIBList.AIB(1)->MyGetADC(0), 100);
+}
+
+TEST(Detection, CalibrationSummaryShowsInItsColours) {
+    for (const auto& [name, summary, colour, hint] :
+         {std::tuple("acu", "12/03/2024 09:41 - QUILLON", QColor(0, 0, 255), false),
+          {"fresh", "ACU Data Not Initialised", QColor(192, 64, 0), true}}) {
+        WindowBench bench(name);
+        const auto& label = bench.Find<QLabel>("lblACUVel_System");
+        EXPECT_EQ(label.text(), summary);
+        EXPECT_EQ(label.palette().color(QPalette::WindowText), colour);
+        EXPECT_EQ(bench.Find<QLabel>("lblIntMsg").isVisible(), hint);
+    }
+}
+
+TEST(Detection, EveryCommandCanBeGivenButThoseWithoutAFunction) {
+    WindowBench bench;
+    const QStringList without = {"cmdVelocity_PV16", "cmdPressure_PV17", "cmdACU_PVBoth"};
+    const QStringList cancels = {"cmdCancelTest", "cmdCancelAirTest", "cmdCancelAirFlow"};
+    for (const auto* command : bench.Window.findChildren<QPushButton*>()) {
+        if (!command->isVisible() || cancels.contains(command->objectName()))
+            continue;
+        const bool idle = without.contains(command->objectName());
+        EXPECT_EQ(command->isEnabled(), !idle) << command->objectName().toStdString();
+        EXPECT_EQ(command->toolTip() == "This button has no function.", idle);
+    }
+}
+
+} // namespace
+} // namespace ombrix

@@ -1,0 +1,72 @@
+#include "windows/WindowBench.h"
+
+#include <QCheckBox>
+
+#include <algorithm>
+
+namespace ombrix {
+namespace {
+
+constexpr int Moment_ms = 200;
+
+std::ptrdiff_t LineCount(const std::filesystem::path& file) {
+    const std::string content = ReadWholeFile(file);
+    return std::count(content.begin(), content.end(), '\n');
+}
+
+class RecordingBoxTest : public ::testing::Test {
+  protected:
+    void Click() { m_Bench.Tick("chkRecordADCs"); }
+    bool Ticked() { return m_Bench.Find<QCheckBox>("chkRecordADCs").isChecked(); }
+
+    WindowBench m_Bench;
+    const std::filesystem::path m_File = m_Bench.Bench.Folder.Path() / "Data_20241503_140509.csv";
+};
+
+TEST_F(RecordingBoxTest, RecordsWhileItIsTicked) {
+    Click();
+    EXPECT_TRUE(Ticked());
+    QTest::qWait(Moment_ms);
+    const std::ptrdiff_t recorded = LineCount(m_File);
+    EXPECT_GT(recorded, 5);
+    Click();
+    const std::ptrdiff_t stopped = LineCount(m_File);
+    QTest::qWait(Moment_ms);
+    EXPECT_EQ(LineCount(m_File), stopped);
+    m_Bench.Bench.Time.Advance(1.0);
+    Click();
+    EXPECT_TRUE(std::filesystem::exists(m_Bench.Bench.Folder.Path() / "Data_20241503_140510.csv"));
+}
+
+TEST_F(RecordingBoxTest, MakesNoLineWhileAProcedureHasTheBoard) {
+    Click();
+    {
+        const RunningProcedure procedure(m_Bench.Bench.TheStation.Procedures, [] {});
+        const std::ptrdiff_t before = LineCount(m_File);
+        QTest::qWait(Moment_ms);
+        EXPECT_EQ(LineCount(m_File), before);
+    }
+    QTest::qWait(Moment_ms);
+    EXPECT_GT(LineCount(m_File), 5) << "goes on afterwards";
+}
+
+TEST_F(RecordingBoxTest, EndsWithTheWindow) {
+    Click();
+    m_Bench.Window.close();
+    EXPECT_FALSE(Ticked());
+    const std::ptrdiff_t stopped = LineCount(m_File);
+    QTest::qWait(Moment_ms);
+    EXPECT_EQ(LineCount(m_File), stopped);
+}
+
+TEST_F(RecordingBoxTest, AFileThatCannotBeMadeUnticksTheBox) {
+    std::filesystem::create_directory(m_File);
+    Click();
+    EXPECT_FALSE(Ticked());
+    ASSERT_EQ(m_Bench.Bench.Messages.Shown.size(), 1U);
+    EXPECT_NE(m_Bench.Bench.Messages.Shown[0].Text.find("Data_20241503_140509.csv"),
+              std::string::npos);
+}
+
+} // namespace
+} // namespace ombrix

@@ -1,6 +1,6 @@
 // What one sample of a health check costs to draw: seven segments on five graphs, and the
 // events that bring them to the screen, at different lengths of the run before it.
-#include "windows/healthcheck/GraphColumn.h"
+#include "windows/healthcheck/GraphWidget.h"
 
 #include <QApplication>
 #include <benchmark/benchmark.h>

@@ -3,8 +3,8 @@
 #include "healthcheck/MFCSequence.h"
 #include "platform/os/SystemClock.h"
 #include "support/TestBench.h"
-#include "windows/desktop/QtEventPump.h"
-#include "windows/healthcheck/GraphColumn.h"
+#include "windows/desktop/QtPorts.h"
+#include "windows/healthcheck/GraphWidget.h"
 
 #include <QApplication>
 #include <fmt/format.h>

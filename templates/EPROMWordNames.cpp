@@ -1,6 +1,5 @@
 #include "EPROMWordNames.h"
 
-#include "board/eprom/ACUMemoryMap.h"
 #include "board/eprom/EpromFields.h"
 
 #include <fmt/format.h>

@@ -1,6 +1,6 @@
 #include "SheetBuilder.h"
 
-#include "spreadsheet/package/XmlText.h"
+#include "spreadsheet/package/XmlPart.h"
 #include "spreadsheet/sheet/CellArea.h"
 #include "spreadsheet/sheet/FormulaText.h"
 

@@ -1,6 +1,6 @@
 #include "StyleTable.h"
 
-#include "spreadsheet/package/XmlText.h"
+#include "spreadsheet/package/XmlPart.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,6 @@
 #include "TemplateBuilder.h"
 
-#include "spreadsheet/package/XmlText.h"
+#include "spreadsheet/package/XmlPart.h"
 #include "spreadsheet/package/ZipArchive.h"
 
 #include <fmt/format.h>

@@ -2,9 +2,7 @@
 // virtual time, so that every run gives the same pictures.
 #include "app/Assembly.h"
 #include "calibration/history/CalibrationHistory.h"
-#include "windows/desktop/QtDocumentOpener.h"
-#include "windows/desktop/QtEventPump.h"
-#include "windows/desktop/QtProgramEnd.h"
+#include "windows/desktop/QtPorts.h"
 #include "windows/main/AIBAccessoriesWindow.h"
 #include "windows/widgets/ProgressBar.h"
 

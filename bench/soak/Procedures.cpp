@@ -3,7 +3,7 @@
 #include "benchtests/DataRecorder.h"
 #include "benchtests/DigitalMFCTest.h"
 #include "benchtests/OutputSweep.h"
-#include "board/eprom/ACUMemoryMap.h"
+#include "board/eprom/EpromFields.h"
 #include "healthcheck/HealthCheckRun.h"
 
 #include <array>

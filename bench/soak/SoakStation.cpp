@@ -1,7 +1,7 @@
 #include "soak/SoakStation.h"
 
 #include "board/Detection.h"
-#include "simulator/SimulatorFolder.h"
+#include "simulator/SimulatorFiles.h"
 
 namespace ombrix::soak {
 

@@ -3,7 +3,7 @@
 #include "board/Station.h"
 #include "calibration/CalibrationBench.h"
 #include "platform/os/FolderDrive.h"
-#include "platform/os/LoggedPorts.h"
+#include "platform/os/ProgramLog.h"
 #include "platform/os/VirtualClock.h"
 #include "simulator/SimulatedBench.h"
 #include "soak/SoakDisk.h"

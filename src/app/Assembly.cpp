@@ -6,7 +6,7 @@
 #include "platform/os/ProgramLog.h"
 #include "platform/os/SystemClock.h"
 #include "platform/os/VirtualClock.h"
-#include "simulator/SimulatorFolder.h"
+#include "simulator/SimulatorFiles.h"
 #include "spreadsheet/XlsxApplication.h"
 
 #include <climits>

@@ -3,7 +3,7 @@
 #include "app/StationOptions.h"
 #include "board/Station.h"
 #include "platform/os/FolderDrive.h"
-#include "platform/os/LoggedPorts.h"
+#include "platform/os/ProgramLog.h"
 #include "simulator/SimulatedBench.h"
 #include "spreadsheet/LibreOfficeConverter.h"
 #include "spreadsheet/Spreadsheet.h"

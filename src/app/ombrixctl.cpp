@@ -1,11 +1,11 @@
 // The program from a terminal: one line does one job.
 #include "app/Assembly.h"
 #include "board/eprom/EpromGuard.h"
-#include "board/procedure/AnswerWatch.h"
+#include "board/procedure/ProcedureWait.h"
 #include "platform/os/CrashReport.h"
 #include "platform/os/ProgramLog.h"
 #include "terminal/CommandLine.h"
-#include "terminal/StandardError.h"
+#include "terminal/TerminalPorts.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>

@@ -1,7 +1,7 @@
 #include "benchtests/AirFlowTest.h"
 
-#include "benchtests/TestLog.h"
-#include "board/ACUWiring.h"
+#include "benchtests/BenchTest.h"
+#include "board/AIB.h"
 #include "platform/text/Rounding.h"
 #include "platform/text/Text.h"
 

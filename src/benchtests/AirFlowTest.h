@@ -1,9 +1,8 @@
 #pragma once
 
-#include "benchtests/BenchTestView.h"
+#include "benchtests/BenchTest.h"
 #include "board/DACSliders.h"
-#include "board/procedure/AnswerWatch.h"
-#include "board/procedure/BenchProcedure.h"
+#include "board/procedure/DrivingProcedure.h"
 #include "board/procedure/ProcedureWait.h"
 
 #include <array>
@@ -12,8 +11,6 @@
 #include <string>
 
 namespace ombrix {
-
-class TestLog;
 
 /// What became of an air flow test. Errors are in the outcome; the operator has been told of them.
 struct AirFlowResult {

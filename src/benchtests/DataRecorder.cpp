@@ -1,7 +1,7 @@
 #include "benchtests/DataRecorder.h"
 
 #include "board/procedure/ProcedureWait.h"
-#include "platform/text/DateText.h"
+#include "platform/text/OleDate.h"
 #include "platform/text/Text.h"
 
 #include <fmt/format.h>

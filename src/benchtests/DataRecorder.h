@@ -1,7 +1,7 @@
 #pragma once
 
 #include "board/Station.h"
-#include "board/procedure/BenchProcedure.h"
+#include "board/procedure/DrivingProcedure.h"
 #include "board/procedure/ProcedureGate.h"
 #include "platform/ports/Drive.h"
 

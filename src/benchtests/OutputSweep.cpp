@@ -1,7 +1,7 @@
 #include "benchtests/OutputSweep.h"
 
-#include "benchtests/TestLog.h"
-#include "board/ACUWiring.h"
+#include "benchtests/BenchTest.h"
+#include "board/AIB.h"
 
 #include <fmt/format.h>
 

@@ -1,9 +1,8 @@
 #pragma once
 
-#include "benchtests/BenchTestView.h"
+#include "benchtests/BenchTest.h"
 #include "board/DACSliders.h"
-#include "board/procedure/AnswerWatch.h"
-#include "board/procedure/BenchProcedure.h"
+#include "board/procedure/DrivingProcedure.h"
 #include "board/procedure/ProcedureWait.h"
 
 #include <cstdint>

@@ -1,10 +1,80 @@
 #include "benchtests/TestRigRun.h"
 
+#include "platform/text/Text.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace ombrix {
+
+void LoopThroughCheck::BeginLevel(std::int32_t output_bits) {
+    m_Output_bits = output_bits;
+    m_Readings = 0;
+    m_Channels = {};
+}
+
+void LoopThroughCheck::Note(double levelTime_s, const std::array<std::int32_t, 4>& inputs) {
+    if (levelTime_s < m_Ramp.LevelDuration_s / 2.0)
+        return;
+    ++m_Readings;
+    for (std::size_t channel = 0; channel < inputs.size(); ++channel) {
+        const std::int32_t input_bits = inputs.at(channel);
+        if (std::abs(input_bits - m_Output_bits) <= Tolerance_bits)
+            continue;
+        ++m_Channels.at(channel).Strays;
+        m_Channels.at(channel).LastStray_bits = input_bits;
+    }
+}
+
+void LoopThroughCheck::EndLevel() {
+    for (std::int32_t number = 0; number < static_cast<std::int32_t>(m_Channels.size()); ++number) {
+        const Channel& channel = m_Channels.at(static_cast<std::size_t>(number));
+        if (!Followed() || !m_Ramp.Drives(number) || 2 * channel.Strays <= m_Readings)
+            continue;
+        m_Deviation = fmt::format("Input {} of board {} read {} while output {} of board {} was {}",
+                                  number, m_Ramp.InputBoard + 1, channel.LastStray_bits, number,
+                                  m_Ramp.OutputBoard + 1, m_Output_bits);
+    }
+}
+
+RampLog::RampLog(Drive& files, clsAIB& output, clsAIB& input)
+    : m_File(files.OpenForWriting(Path)), m_Output{output, {}}, m_Input{input, {}} {
+    m_File->Write("Timer,OutA0,OutA1,OutA2,OutA3,InA0,InA1,InA2,InA3,"
+                  "OutB0,OutB1,OutB2,OutB3,InB0,InB1,InB2,InB3\r\n");
+}
+
+RampLog::Channels RampLog::Take(double now_s) {
+    const Channels readBack = ReadInputs(m_Output, now_s);
+    const Channels inputs = ReadInputs(m_Input, now_s);
+    // Both boards' outputs come first, whatever the names in the heading say: the files that are
+    // kept have this order.
+    std::string line = GeneralText(static_cast<float>(now_s));
+    for (const Channels& values : {OutputsOf(m_Output), OutputsOf(m_Input), readBack, inputs})
+        line += fmt::format(",{}", fmt::join(values, ","));
+    m_File->Write(line + "\r\n");
+    ++m_Lines;
+    return inputs;
+}
+
+RampLog::Channels RampLog::OutputsOf(const WatchedBoard& board) {
+    Channels values{};
+    for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel)
+        values.at(static_cast<std::size_t>(channel)) = board.Board.DAC(channel);
+    return values;
+}
+
+RampLog::Channels RampLog::ReadInputs(WatchedBoard& board, double now_s) {
+    Channels values{};
+    constexpr std::int32_t last = clsAIB::DACChannels - 1;
+    for (std::int32_t channel = 0; channel < last; ++channel)
+        values.at(static_cast<std::size_t>(channel)) = board.Board.ADC(channel);
+    // The converters' readings carry no status. The last channel is an analog one on every
+    // board, so that it reads the same by the way that tells whether the board has answered.
+    board.Watch.Note(board.Board.GetADC(last, values.back()), now_s);
+    return values;
+}
 
 const TestRigStep* TestRigResult::FirstFailed() const {
     const auto failed = std::find_if(Steps.begin(), Steps.end(), [](const TestRigStep& step) {

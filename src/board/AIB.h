@@ -4,12 +4,25 @@
 #include "platform/ports/Platform.h"
 
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
+
+/// How an ACU hangs on its board.
+namespace ombrix::ACUWiring {
+
+/// The ADC that reads the pressure sensor.
+constexpr std::int32_t PressureInput = 2;
+/// The digital output of a USB board that switches the solenoid valves over.
+constexpr std::int32_t UsbValveOutput = 8;
+/// The pin of a FireWire board that does.
+constexpr std::int32_t FireWireValvePin = 0;
+
+} // namespace ombrix::ACUWiring
 
 namespace ombrix {
 

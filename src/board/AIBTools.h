@@ -1,8 +1,7 @@
 #pragma once
 
-#include "platform/ports/DocumentOpener.h"
 #include "platform/ports/Drive.h"
-#include "platform/ports/Operator.h"
+#include "platform/ports/Platform.h"
 
 #include <array>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "board/OutputsOff.h"
 
-#include "board/procedure/RunningMark.h"
+#include "board/procedure/BoardClaims.h"
 #include "platform/os/ProgramLog.h"
 
 #include <fmt/format.h>

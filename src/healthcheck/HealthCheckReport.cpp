@@ -1,11 +1,11 @@
 #include "healthcheck/HealthCheckReport.h"
 
+#include "board/AIBTools.h"
 #include "calibration/unit/ACUCalibration.h"
-#include "healthcheck/SaveFolder.h"
-#include "platform/os/TellOperator.h"
+#include "platform/os/ProgramLog.h"
 #include "platform/ports/FreePath.h"
-#include "platform/text/DateText.h"
-#include "reports/KeptWorkbook.h"
+#include "platform/text/OleDate.h"
+#include "reports/ReportFile.h"
 
 #include <fmt/format.h>
 
@@ -77,6 +77,44 @@ SavedReport HealthCheckReport::SaveInUnitFolder(const ReportUnit& unit, const st
 
 SavedReport HealthCheckReport::KeepElsewhere(const std::string& name, std::string error) {
     return {{}, KeepWorkbook(m_Station.World, Book(), name + ReportExtension), std::move(error)};
+}
+
+namespace {
+
+constexpr std::string_view ShareMarker = R"(S:\.aibshare)";
+constexpr std::string_view ShareFolder = R"(S:\Production\ACUs\_Initial Tests\)";
+constexpr std::string_view LocalFolder = R"(C:\ACUs\)";
+
+} // namespace
+
+bool GetSaveRootFolder(Station& station, std::string& folder) {
+    folder = station.World.Files.FileExists(ShareMarker) ? ShareFolder : LocalFolder;
+    return CheckFolderExists(station.World.Files, station.World.Messages, folder,
+                             FolderMode::Create);
+}
+
+bool GetACUFolder(Station& station, std::string& folder) {
+    return GetUnitFolder(station, ReportUnitOf(*station.g_CurrentAIB), folder);
+}
+
+bool GetUnitFolder(Station& station, const ReportUnit& unit, std::string& folder) {
+    if (!GetSaveRootFolder(station, folder))
+        return false;
+    folder += fmt::format("ACU{:05}_{}\\", unit.Serial, unit.MFCNumber);
+    return CheckFolderExists(station.World.Files, station.World.Messages, folder,
+                             FolderMode::Create);
+}
+
+void OpenSaveFolder(Station& station) {
+    std::string folder;
+    if (GetSaveRootFolder(station, folder) &&
+        ShellOpenFile(station.World.Files, station.World.Documents, folder))
+        return;
+    station.World.Messages.Ask({"Unable to Open the following locations:\r\n\r\n"
+                                "   'S:\\Production\\ACUs\\_Initial Tests\\'\r\n\r\n"
+                                "'C:\\ACUs\\'.\r\n\r\n"
+                                "You will need to do this manually.",
+                                MessageIcon::Warning, MessageButtons::Ok});
 }
 
 } // namespace ombrix

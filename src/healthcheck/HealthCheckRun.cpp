@@ -2,7 +2,7 @@
 
 #include "board/procedure/DrivingProcedure.h"
 #include "healthcheck/MFCSequence.h"
-#include "platform/os/TellOperator.h"
+#include "platform/os/ProgramLog.h"
 
 #include <fmt/format.h>
 

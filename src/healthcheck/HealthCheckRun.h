@@ -2,10 +2,10 @@
 
 #include "board/DACSliders.h"
 #include "board/Station.h"
-#include "board/procedure/ProcedureOutcome.h"
+#include "board/procedure/DrivingProcedure.h"
 #include "healthcheck/GraphSurface.h"
+#include "healthcheck/HealthCheckJournal.h"
 #include "healthcheck/HealthCheckProgramme.h"
-#include "healthcheck/HealthCheckRecorder.h"
 #include "healthcheck/HealthCheckReport.h"
 
 #include <functional>

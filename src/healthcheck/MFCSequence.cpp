@@ -1,6 +1,7 @@
 #include "healthcheck/MFCSequence.h"
 
-#include "healthcheck/HealthCheckRecorder.h"
+#include "board/AIBTools.h"
+#include "healthcheck/HealthCheckJournal.h"
 #include "healthcheck/HealthCheckReport.h"
 #include "platform/text/Text.h"
 #include "spreadsheet/Spreadsheet.h"
@@ -8,6 +9,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
+#include <initializer_list>
 
 namespace ombrix {
 
@@ -137,6 +140,181 @@ void clsMFCSequence::FillStepList(StepList& steps) const {
     steps.Clear();
     for (std::int32_t index = 0; index < StepCount(); ++index)
         steps.AddItem(StepText(index));
+}
+
+// The empty graphs of a sequence: frames, titles, reference lines and the expected demand.
+
+namespace {
+
+constexpr double ReadingFullScale_bits = 65535.0;
+constexpr double PressureTop = 12000.0;
+/// 0.2 % of full scale.
+constexpr double DifferenceLimit_bits = 131.0;
+constexpr Colour ReferenceColour{222, 222, 255};
+constexpr Colour ExpectedColour{222, 222, 222};
+
+void DrawFrame(GraphSurface& surface, double right, double top, double bottom,
+               std::string_view title, std::initializer_list<double> referenceLevels) {
+    surface.Scale(0.0, top, right, bottom);
+    surface.Cls();
+    surface.Print(0.0, top, title);
+    for (const double level : referenceLevels)
+        surface.Line(0.0, level, right, level, ReferenceColour);
+}
+
+void PrintLevel(GraphSurface& surface, double level, std::string_view text) {
+    surface.Print(0.0, level - surface.TextHeight(text), text);
+}
+
+} // namespace
+
+void clsMFCSequence::DrawGraphTemplate(const GraphSurfaces& graphs) const {
+    const double right = TotalTime_s() * 1.05;
+    const std::string seconds = fmt::format("  ({} seconds)", GeneralText(TotalTime_s()));
+    for (const std::size_t thick : {0U, 1U, 2U})
+        graphs.at(thick)->DrawWidth(1);
+
+    constexpr double flowTop = 84000.0;
+    constexpr double flowBottom = -3360.0;
+    DrawFrame(*graphs[0], right, flowTop, flowBottom, "Channel 1 - 5000 mL/min" + seconds,
+              {ReadingFullScale_bits, 0.0});
+    PrintLevel(*graphs[0], ReadingFullScale_bits, "100%");
+    DrawFrame(*graphs[1], right, flowTop, flowBottom, "Channel 2 - 200 mL/min" + seconds,
+              {ReadingFullScale_bits, 0.0});
+    PrintLevel(*graphs[1], ReadingFullScale_bits, "100%");
+
+    constexpr double pressureBottom = -1000.0;
+    DrawFrame(*graphs[2], right, PressureTop, pressureBottom, "Pressure Measurement" + seconds,
+              {0.0, PressureTop});
+    PrintLevel(*graphs[2], PressureTop, "12000");
+
+    constexpr double differenceTop = 1000.0;
+    DrawFrame(*graphs[3], right, differenceTop, -differenceTop, "Ch1 - Diff (Read - Set)",
+              {0.0, DifferenceLimit_bits, -DifferenceLimit_bits});
+    DrawFrame(*graphs[4], right, differenceTop, -differenceTop, "Ch2 - Diff (Read - Set)",
+              {0.0, DifferenceLimit_bits, -DifferenceLimit_bits});
+
+    DrawExpectedDemand(*graphs[0], 0);
+    DrawExpectedDemand(*graphs[1], 1);
+    for (const std::size_t thick : {0U, 1U, 2U}) {
+        graphs.at(thick)->DrawStyle(GraphSurface::Style::Solid);
+        graphs.at(thick)->DrawWidth(2);
+    }
+}
+
+void clsMFCSequence::DrawExpectedDemand(GraphSurface& surface, std::int32_t channel) const {
+    surface.DrawStyle(GraphSurface::Style::Dotted);
+    double x = 0.0;
+    double y = Step(0).DemandValue_Percent(channel) * ReadingFullScale_bits;
+    for (const clsMFCStep& step : m_Steps) {
+        const double level = step.DemandValue_Percent(channel) * ReadingFullScale_bits;
+        if (x > 0.0)
+            surface.Line(x, y, x, level, ExpectedColour);
+        surface.Line(x, level, step.EndTime_s(), level, ExpectedColour);
+        x = step.EndTime_s();
+        y = level;
+    }
+}
+
+// What a sequence writes into the report workbook: its data sheet and its overview block.
+
+namespace {
+
+/// From the first to the last row of an overview chart.
+constexpr std::int32_t ChartRows = 25;
+
+void AddChart(const Worksheet& dataSheet, Worksheet& target, const std::string& title,
+              const std::string& topLeft, const std::string& bottomRight) {
+    const SheetBox first = target.Box(topLeft);
+    const SheetBox last = target.Box(bottomRight);
+    const double left = std::trunc(first.Left);
+    const double top = std::trunc(first.Top);
+    const SheetBox place{left, top, std::trunc(last.Left + last.Width) - left,
+                         std::trunc(last.Top + last.Height) - top};
+    Chart& chart = target.AddChart(ChartType::XYScatterSmoothNoMarkers, place);
+    chart.SetSourceData(dataSheet, "A:A,F:J");
+    chart.SetElement(ChartElement::TitleAboveChart);
+    chart.SetTitle(title);
+    for (const int demand : {1, 3})
+        chart.SetSeriesLineWeight(demand, 1.0);
+    constexpr int pressure = 5;
+    for (int series = 1; series <= pressure; ++series)
+        chart.SetSeriesSmooth(series, false);
+    chart.SetSeriesAxisGroup(pressure, AxisGroup::Secondary);
+}
+
+/// Boxes each group of columns on its own, with no lines between the steps.
+void BoxSteps(Worksheet& overview, std::int32_t first, std::int32_t last) {
+    const std::string areas = ReplaceAll(
+        ReplaceAll("B#:B@,C#:E@,F#:G@,H#:I@,J#:K@,L#:L@,N#:O@", "#", std::to_string(first)), "@",
+        std::to_string(last));
+    for (const BorderEdge edge :
+         {BorderEdge::Left, BorderEdge::Top, BorderEdge::Bottom, BorderEdge::Right})
+        overview.SetBorder(areas, edge, LineStyle::Continuous);
+    for (const BorderEdge edge : {BorderEdge::DiagonalDown, BorderEdge::DiagonalUp,
+                                  BorderEdge::InsideVertical, BorderEdge::InsideHorizontal})
+        overview.SetBorder(areas, edge, LineStyle::None);
+}
+
+/// Long blocks leave as many rows free as they have steps: these close up, and a chart that
+/// would not fit below its steps goes onto a page of its own.
+void LayOutForPrint(Worksheet& overview, std::int32_t freeRow, std::int32_t chartRow) {
+    constexpr double closed_points = 2.0;
+    constexpr std::int32_t rowsThatFit = 10;
+    if (chartRow - freeRow > 1)
+        overview.SetRowHeight(freeRow, chartRow - 2, closed_points);
+    if (chartRow - freeRow > rowsThatFit)
+        overview.AddPageBreak(chartRow);
+    overview.SetPrintArea(fmt::format("A1:O{}", chartRow + ChartRows));
+}
+
+} // namespace
+
+void clsMFCSequence::ExportToWorkbook(const ReportUnit& unit, OleDate now, Workbook& workbook,
+                                      const std::string& sheetName,
+                                      std::int32_t& overviewRow) const {
+    Worksheet& overview = workbook.Sheet("Overview");
+    workbook.Sheet("All Graphs"); // a template without it is not ours
+    workbook.Sheet("DataTemplate").CopyAfter(workbook.Sheet(workbook.WorksheetCount() - 1));
+    Worksheet& dataSheet = workbook.Sheet(workbook.WorksheetCount() - 1);
+
+    overview.SetValue("C2", unit.Serial);
+    overview.SetValue("C3", unit.MFCNumber);
+    overview.SetValue("C5", now);
+    dataSheet.SetName(sheetName);
+    if (unit.PressureConfig == 0)
+        dataSheet.SetValue("J1", std::string("Pressure (Analog)"));
+    else if (unit.PressureConfig == 1)
+        dataSheet.SetValue("J1", std::string("Pressure (Digital)"));
+    overview.SetValue("N7", dataSheet.Value("J1"));
+
+    std::int32_t row = 0;
+    for (const clsMFCStep& step : m_Steps)
+        step.ExportData(row, dataSheet);
+    AddChart(dataSheet, dataSheet, sheetName, "M2", "AD36");
+
+    ExportOverviewBlock(overview, overviewRow);
+    AddChart(dataSheet, overview, sheetName, fmt::format("B{}", overviewRow),
+             fmt::format("L{}", overviewRow + ChartRows));
+    constexpr std::int32_t nextBlock = 29;
+    overviewRow += nextBlock;
+}
+
+void clsMFCSequence::ExportOverviewBlock(Worksheet& overview, std::int32_t& row) const {
+    constexpr std::int32_t headerRows = 3;
+    constexpr std::int32_t firstBlockEnd = 10;
+    if (row > firstBlockEnd) {
+        overview.CopyRange("B7:O9", fmt::format("B{}:O{}", row, row + headerRows - 1));
+        overview.AddPageBreak(row);
+    }
+    row += headerRows;
+    const std::int32_t firstStep = row;
+    for (const clsMFCStep& step : m_Steps)
+        step.ExportStepData(row++, overview);
+    BoxSteps(overview, firstStep, row - 1);
+    const std::int32_t chart = row + StepCount() - 2;
+    LayOutForPrint(overview, row, chart);
+    row = chart;
 }
 
 } // namespace ombrix

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "board/DACSliders.h"
-#include "board/procedure/AnswerWatch.h"
 #include "board/procedure/HiResTimer.h"
+#include "board/procedure/ProcedureWait.h"
 #include "healthcheck/GraphSurface.h"
 
 #include <array>

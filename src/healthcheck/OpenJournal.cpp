@@ -1,8 +1,7 @@
 #include "healthcheck/OpenJournal.h"
 
-#include "calibration/history/RecordedCalibration.h"
-#include "healthcheck/HealthCheckRecorder.h"
-#include "healthcheck/RecordedHealthCheck.h"
+#include "calibration/history/RecordedRun.h"
+#include "healthcheck/HealthCheckJournal.h"
 #include "journal/JournalLines.h"
 
 namespace ombrix {

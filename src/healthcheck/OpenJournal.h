@@ -1,6 +1,6 @@
 #pragma once
 
-#include "journal/JournalledRun.h"
+#include "journal/UnfinishedRuns.h"
 
 #include <memory>
 #include <string_view>

@@ -1,7 +1,7 @@
 #include "journal/JournalLines.h"
 
 #include "calibration/history/RunJson.h"
-#include "platform/text/DateText.h"
+#include "platform/text/OleDate.h"
 #include "platform/text/Text.h"
 
 #include <fmt/format.h>

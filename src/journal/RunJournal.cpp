@@ -1,7 +1,6 @@
 #include "journal/RunJournal.h"
 
 #include "platform/os/ProgramLog.h"
-#include "platform/os/TellOperator.h"
 #include "platform/ports/FreePath.h"
 
 #include <fmt/format.h>

@@ -4,7 +4,6 @@
 #include "journal/JournalLines.h"
 #include "journal/RunJournal.h"
 #include "platform/os/ProgramLog.h"
-#include "platform/os/TellOperator.h"
 
 namespace ombrix {
 

@@ -2,9 +2,9 @@
 
 #include "board/AIBTools.h"
 #include "calibration/unit/ACUCalibration.h"
-#include "platform/os/TellOperator.h"
-#include "platform/text/DateText.h"
+#include "platform/os/ProgramLog.h"
 #include "platform/text/FileNamePart.h"
+#include "platform/text/OleDate.h"
 
 namespace ombrix {
 

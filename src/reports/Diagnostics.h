@@ -2,10 +2,16 @@
 
 #include "board/Station.h"
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
 namespace ombrix {
+
+/// The files below a folder, a line each: bytes, date of the last change (UTC) and path within
+/// the folder. At most LongestFileList of them; links are not followed.
+inline constexpr std::size_t LongestFileList = 20000;
+std::string FileList(const std::filesystem::path& folder);
 
 /// What only the program itself knows of itself.
 struct DiagnosticsSource {

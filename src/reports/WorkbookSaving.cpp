@@ -1,9 +1,9 @@
 // The common end of all calibration workbooks: how they are saved, shown and, if all else fails,
 // kept.
-#include "platform/os/TellOperator.h"
-#include "platform/text/DateText.h"
+#include "platform/os/ProgramLog.h"
+#include "platform/text/OleDate.h"
 #include "reports/CalibrationWorkbooks.h"
-#include "reports/KeptWorkbook.h"
+#include "reports/ReportFile.h"
 
 #include <fmt/format.h>
 

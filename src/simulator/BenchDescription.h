@@ -1,6 +1,6 @@
 #pragma once
 
-#include "board/AccessoryInfo.h"
+#include "board/AIBControl.h"
 #include "simulator/MFCChannel.h"
 
 #include <array>

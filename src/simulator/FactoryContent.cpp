@@ -1,8 +1,8 @@
 // The EPROM contents with which the units of the simulated benches are delivered.
-#include "board/eprom/ACUMemoryMap.h"
+#include "board/eprom/EpromFields.h"
 #include "platform/text/OleDate.h"
 #include "platform/text/Rounding.h"
-#include "simulator/SimulatedEPROM.h"
+#include "simulator/SimulatorFiles.h"
 
 #include <bit>
 

@@ -2,7 +2,7 @@
 
 #include "board/AIBControl.h"
 #include "platform/ports/Clock.h"
-#include "simulator/Noise.h"
+#include "simulator/MFCChannel.h"
 #include "simulator/SimulatedBoard.h"
 
 #include <filesystem>

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "simulator/Faults.h"
-#include "simulator/OutputsFile.h"
-#include "simulator/SimulatedEPROM.h"
+#include "simulator/SimulatorFiles.h"
 
 #include <array>
 #include <cstdint>

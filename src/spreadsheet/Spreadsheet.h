@@ -1,11 +1,13 @@
 #pragma once
 
+#include "platform/ports/Drive.h"
 #include "platform/text/OleDate.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -165,5 +167,8 @@ class SpreadsheetApplication {
 
 /// Starts the spreadsheet application ("Excel.Application").
 using SpreadsheetLauncher = std::function<std::unique_ptr<SpreadsheetApplication>()>;
+
+/// The file behind a template's name: that file if it exists; for "X.xlt", else "X.xltx".
+std::optional<std::string> FindTemplateFile(const Drive& files, std::string_view path);
 
 } // namespace ombrix

@@ -1,8 +1,8 @@
 #include "spreadsheet/XlsxApplication.h"
 
-#include "spreadsheet/TemplateFile.h"
+#include "spreadsheet/Spreadsheet.h"
 #include "spreadsheet/XlsxWorkbook.h"
-#include "spreadsheet/package/WorkbookPath.h"
+#include "spreadsheet/package/WorkbookXml.h"
 
 #include <fmt/format.h>
 

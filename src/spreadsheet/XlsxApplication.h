@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/ports/Drive.h"
-#include "spreadsheet/DocumentConverter.h"
+#include "spreadsheet/LibreOfficeConverter.h"
 #include "spreadsheet/Spreadsheet.h"
 
 #include <memory>

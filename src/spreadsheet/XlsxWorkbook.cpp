@@ -1,7 +1,7 @@
 #include "spreadsheet/XlsxWorkbook.h"
 
 #include "spreadsheet/XlsxApplication.h"
-#include "spreadsheet/package/WorkbookPath.h"
+#include "spreadsheet/package/WorkbookXml.h"
 #include "spreadsheet/package/XmlPart.h"
 #include "spreadsheet/package/ZipArchive.h"
 #include "spreadsheet/sheet/FormulaText.h"

@@ -1,11 +1,14 @@
 #include "terminal/BoardCommands.h"
 
 #include "board/Detection.h"
-#include "board/eprom/ACUMemoryMap.h"
-#include "board/eprom/BoardIdentity.h"
+#include "board/eprom/EpromFields.h"
 #include "board/eprom/EpromGuard.h"
+#include "board/eprom/EpromWriter.h"
 #include "calibration/unit/CalibrationSummary.h"
+#include "platform/os/FolderDrive.h"
 #include "platform/text/Text.h"
+#include "reports/Diagnostics.h"
+#include "terminal/Command.h"
 #include "terminal/HistoryCommands.h"
 
 #include <fmt/format.h>
@@ -196,6 +199,17 @@ CommandResult RunMFCNumber(CommandContext& context, const std::string& number) {
     board.ReadEPROMString(address, stored, ACUMemoryMap::MFCNumberLength, "Read MFC Number");
     result.Json["mfcNumber"] = Trimmed(stored);
     result.Text = fmt::format("MFC number {}\n", Trimmed(stored));
+    return result;
+}
+
+CommandResult RunDiagnostics(CommandContext& context, const std::filesystem::path& file) {
+    Platform& world = context.TheStation.World;
+    const std::string archive = MakeDiagnostics(context.TheStation, {context.Options});
+    const std::filesystem::path path = file.empty() ? world.Files.RealPath(DiagnosticsPath(world))
+                                                    : std::filesystem::absolute(file);
+    ReplaceWholeFile(path, archive);
+    CommandResult result;
+    AddFiles(result, {path});
     return result;
 }
 

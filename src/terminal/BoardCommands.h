@@ -2,6 +2,8 @@
 
 #include "terminal/Command.h"
 
+#include <filesystem>
+
 namespace ombrix {
 
 CommandResult RunDetect(CommandContext& context);
@@ -13,5 +15,8 @@ CommandResult RunDac(CommandContext& context, std::int32_t channel, std::int32_t
 /// @param setup "analog", "both" or "digital" @param serial 1 to 999
 CommandResult RunIdentity(CommandContext& context, std::int32_t serial, const std::string& setup);
 CommandResult RunMFCNumber(CommandContext& context, const std::string& number);
+
+/// Stores the archive of diagnostics. @param file where; empty for a name in the data folder
+CommandResult RunDiagnostics(CommandContext& context, const std::filesystem::path& file);
 
 } // namespace ombrix

@@ -1,9 +1,11 @@
 #pragma once
 
 #include "calibration/judge/VelocityMeasurement.h"
+#include "healthcheck/HealthCheckProgramme.h"
 #include "terminal/Command.h"
 
 #include <string>
+#include <vector>
 
 namespace ombrix {
 
@@ -17,5 +19,8 @@ CommandResult RunPressureCalibration(CommandContext& context, CalibrationKind ki
 CommandResult RunPressure(CommandContext& context);
 CommandResult RunClearPressure(CommandContext& context);
 CommandResult RunInfoWorkbook(CommandContext& context);
+
+CommandResult RunHealthCheckCommand(CommandContext& context,
+                                    const std::vector<HealthCheckOption>& options);
 
 } // namespace ombrix

@@ -2,7 +2,8 @@
 
 #include "board/DACSliders.h"
 #include "board/Station.h"
-#include "platform/ports/ProgramEnd.h"
+#include "board/procedure/DrivingProcedure.h"
+#include "platform/ports/Platform.h"
 #include "spreadsheet/Spreadsheet.h"
 #include "terminal/TerminalPorts.h"
 
@@ -54,5 +55,11 @@ void DetectBoards(CommandContext& context);
 
 /// The chosen board, made current, with its record read. @throws CommandError
 clsAIB& ChosenBoard(CommandContext& context);
+
+/// Adds the key "files" and, to the readable text, a line for each file.
+void AddFiles(CommandResult& result, const std::vector<std::filesystem::path>& files);
+
+/// Status, error and files of a procedure. @param name what was cancelled ("The air flow test")
+void AddOutcome(CommandResult& result, const ProcedureOutcome& outcome, const std::string& name);
 
 } // namespace ombrix

@@ -1,15 +1,11 @@
 #include "terminal/CommandLine.h"
 
 #include "benchtests/OutputSweep.h"
+#include "terminal/BenchCommands.h"
 #include "terminal/BoardCommands.h"
 #include "terminal/CalibrationCommands.h"
-#include "terminal/DiagnosticsReport.h"
 #include "terminal/EpromCommands.h"
-#include "terminal/HealthCheckCommand.h"
 #include "terminal/HistoryCommands.h"
-#include "terminal/RecordCommand.h"
-#include "terminal/RigCommands.h"
-#include "terminal/TestCommands.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>

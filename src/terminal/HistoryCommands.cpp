@@ -6,8 +6,8 @@
 #include "journal/RunJournal.h"
 #include "journal/UnfinishedRuns.h"
 #include "platform/os/FolderDrive.h"
-#include "platform/text/DateText.h"
-#include "terminal/ProcedureResult.h"
+#include "platform/text/OleDate.h"
+#include "terminal/Command.h"
 #include "terminal/TerminalStages.h"
 
 #include <fmt/format.h>

@@ -1,17 +1,40 @@
 #pragma once
 
-#include "platform/ports/DocumentOpener.h"
-#include "platform/ports/EventPump.h"
-#include "platform/ports/Operator.h"
-#include "platform/ports/ProgramEnd.h"
-#include "terminal/Interrupts.h"
+#include "platform/os/ProgramStop.h"
+#include "platform/ports/Platform.h"
 
 #include <chrono>
+#include <cstdio>
 #include <functional>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace ombrix {
+
+/// Writes to standard error at once. A terminal that is gone takes nothing more, which must not
+/// disturb what is being made safe meanwhile.
+inline void WriteError(std::string_view text) noexcept {
+    std::fwrite(text.data(), 1, text.size(), stderr);
+    std::fflush(stderr);
+}
+
+/// Whether a terminal program has been told to stop, and the input that waits beside that.
+class Interrupts {
+  public:
+    /// Looks whether one has arrived; once arrived it stays.
+    bool Poll();
+    bool Interrupted() const { return m_Interrupted; }
+
+    /// A line from standard input without its end; nothing at the end of input and when an
+    /// interrupt arrives while waiting.
+    std::optional<std::string> ReadLine();
+
+  private:
+    StopSignals m_Signals;
+    bool m_Interrupted = false;
+};
 
 /// Lets a running procedure be interrupted from the terminal.
 class TerminalEventPump final : public EventPump {

@@ -1,14 +1,30 @@
 #pragma once
 
 #include "calibration/run/CalibrationView.h"
-#include "reports/OpenExcel.h"
-#include "terminal/ProgressBar.h"
+#include "reports/ReportFile.h"
 
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace ombrix {
+
+/// A progress bar on standard error; shows nothing where that is no terminal.
+class ProgressBar {
+  public:
+    ProgressBar();
+    ProgressBar(const ProgressBar&) = delete;
+    ProgressBar& operator=(const ProgressBar&) = delete;
+    /// Ends the line, so that what follows does not overwrite the bar.
+    ~ProgressBar();
+
+    /// @param share what is done, 0 to 1
+    void Show(double share);
+
+  private:
+    bool m_IsTerminal;
+    int m_ShownPercent = -1;
+};
 
 /// The stage window of a terminal: a line for each stage's result, the phase as a heading, and
 /// a progress bar, all on standard error.

@@ -5,7 +5,7 @@
 #include "benchtests/OutputSweep.h"
 #include "benchtests/SpeedTest.h"
 #include "benchtests/TestRigRun.h"
-#include "board/procedure/RunningMark.h"
+#include "board/procedure/BoardClaims.h"
 
 #include <fmt/format.h>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "benchtests/BenchTestView.h"
+#include "benchtests/BenchTest.h"
 #include "board/DACSliders.h"
-#include "board/procedure/BenchProcedure.h"
+#include "board/procedure/DrivingProcedure.h"
 #include "calibration/unit/ACUCalibration.h"
 #include "platform/os/FolderDrive.h"
 #include "support/FullDisk.h"

@@ -1,4 +1,4 @@
-#include "board/eprom/ACUMemoryMap.h"
+#include "board/eprom/EpromFields.h"
 #include "board/eprom/EpromGuard.h"
 #include "calibration/unit/CalibrationSummary.h"
 #include "support/TestBench.h"

@@ -2,7 +2,7 @@
 
 #include "calibration/run/ACUSetUp.h"
 #include "journal/RunJournal.h"
-#include "spreadsheet/DocumentConverter.h"
+#include "spreadsheet/LibreOfficeConverter.h"
 #include "spreadsheet/XlsxApplication.h"
 #include "support/TestBench.h"
 

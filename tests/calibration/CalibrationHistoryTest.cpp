@@ -2,7 +2,7 @@
 
 #include "calibration/CalibrationBench.h"
 #include "calibration/MeasuredChannels.h"
-#include "calibration/history/HistoryDrift.h"
+#include "calibration/history/HistoryText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,8 @@
+#include "healthcheck/HealthCheckJournal.h"
+
 #include "calibration/CalibrationBench.h"
 #include "healthcheck/HealthCheckRun.h"
 #include "healthcheck/OpenJournal.h"
-#include "healthcheck/RecordedHealthCheck.h"
 #include "journal/UnfinishedRuns.h"
 #include "support/WorkbookProbe.h"
 

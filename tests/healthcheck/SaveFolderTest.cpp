@@ -1,5 +1,4 @@
-#include "healthcheck/SaveFolder.h"
-
+#include "healthcheck/HealthCheckReport.h"
 #include "support/TestBench.h"
 
 #include <gtest/gtest.h>

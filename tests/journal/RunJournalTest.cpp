@@ -2,7 +2,6 @@
 
 #include "calibration/CalibrationBench.h"
 #include "calibration/history/RecordedRun.h"
-#include "calibration/report/RemadeReport.h"
 #include "journal/JournalLines.h"
 #include "platform/text/SingleJson.h"
 #include "support/WorkbookProbe.h"

@@ -1,4 +1,4 @@
-#include "platform/os/AtExit.h"
+#include "platform/os/ProgramStop.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,7 @@
 #include "platform/os/ProgramLog.h"
 
 #include "board/Detection.h"
-#include "board/procedure/BenchProcedure.h"
-#include "platform/os/LoggedPorts.h"
+#include "board/procedure/DrivingProcedure.h"
 #include "support/TestBench.h"
 
 #include <gtest/gtest.h>

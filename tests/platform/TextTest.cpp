@@ -1,6 +1,6 @@
 #include "platform/text/Text.h"
 
-#include "platform/text/DateText.h"
+#include "platform/text/OleDate.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 #include "calibration/MeasuredChannels.h"
 #include "calibration/report/AuditSheets.h"
 #include "calibration/report/CalibrationReport.h"
-#include "platform/text/DateText.h"
+#include "platform/text/OleDate.h"
 #include "support/FullDisk.h"
 #include "support/NoConverter.h"
 

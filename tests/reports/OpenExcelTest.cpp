@@ -1,5 +1,4 @@
-#include "reports/OpenExcel.h"
-
+#include "reports/ReportFile.h"
 #include "support/TestBench.h"
 #include "support/WorkbookFixture.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "spreadsheet/DocumentConverter.h"
+#include "spreadsheet/LibreOfficeConverter.h"
 #include "spreadsheet/Spreadsheet.h"
 
 namespace ombrix {

@@ -5,7 +5,7 @@
 #include "platform/os/FolderDrive.h"
 #include "platform/os/VirtualClock.h"
 #include "simulator/SimulatedBench.h"
-#include "simulator/SimulatorFolder.h"
+#include "simulator/SimulatorFiles.h"
 #include "support/TemporaryFolder.h"
 
 #include <algorithm>

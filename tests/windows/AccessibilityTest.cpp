@@ -1,7 +1,7 @@
 // What holds for every window: names for screen readers, reach by keyboard, and texts that are
 // neither cut, at any scale that the environment of a run gives, nor hard to read.
 #include "windows/EveryWindow.h"
-#include "windows/widgets/ReadableColour.h"
+#include "windows/widgets/Controls.h"
 
 #include <QAbstractItemView>
 #include <QAbstractSlider>

@@ -1,4 +1,4 @@
-#include "windows/desktop/SafeApplication.h"
+#include "windows/desktop/SafeEnd.h"
 
 #include <QStyleFactory>
 #include <gtest/gtest.h>

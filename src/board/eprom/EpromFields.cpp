@@ -1,8 +1,6 @@
 #include "board/eprom/EpromFields.h"
 
-#include "board/eprom/ACUMemoryMap.h"
 #include "platform/text/CodePage.h"
-#include "platform/text/DateText.h"
 #include "platform/text/OleDate.h"
 
 #include <fmt/format.h>

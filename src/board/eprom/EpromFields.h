@@ -6,6 +6,58 @@
 #include <string>
 #include <vector>
 
+/// Byte addresses of the ACU's record in a board's EPROM. A stored format: units in the field
+/// carry data laid out like this.
+namespace ombrix::ACUMemoryMap {
+
+constexpr std::int32_t DataVersion_FireWire = 0;
+/// A FireWire board that holds this word ("AIBv") in place of a version keeps its version
+/// where USB boards do.
+constexpr std::int32_t AIBvMark = 0x76424941;
+constexpr std::int32_t DataVersion_USB = 8;
+constexpr std::int32_t ChannelCapacity = 16; // four Singles, ml/min
+constexpr std::int32_t CalibrationPoints = 32;
+constexpr std::int32_t HasSolenoidValves = 36;
+constexpr std::int32_t DigitalMFCConfig = 40;
+constexpr std::int32_t DigitalPressureConfig = 44;
+
+/// One area for each of four channels: ten demands (in channel 0's area only, shared by all),
+/// then nine pairs of slope and intercept.
+constexpr std::int32_t VelocityCal = 48;
+constexpr std::int32_t VelocityCalBytes = 112;
+constexpr std::int32_t VelocityCalDemandBytes = 40;
+
+constexpr std::int32_t VelocitySystemDate = 496;
+constexpr std::int32_t VelocityAuditDate = 504;
+constexpr std::int32_t VelocitySystemPassed = 512;
+constexpr std::int32_t VelocityAuditPassed = 516;
+constexpr std::int32_t VelocitySystemUser = 520;
+constexpr std::int32_t VelocityAuditUser = 552;
+
+constexpr std::int32_t PressurePresent = 600;
+constexpr std::int32_t MaxPressure = 604;
+constexpr std::int32_t PressureSystemDate = 644;
+constexpr std::int32_t PressureAuditDate = 652;
+constexpr std::int32_t PressureSystemPassed = 660;
+constexpr std::int32_t PressureAuditPassed = 664;
+constexpr std::int32_t PressureSystemUser = 668;
+constexpr std::int32_t PressureAuditUser = 700;
+constexpr std::int32_t BaseDiameter = 748;
+constexpr std::int32_t PressureCoeff = 752; // three Singles
+
+constexpr std::int32_t MFCNumber = 1024;
+
+constexpr std::int32_t WordBytes = 4;
+constexpr std::int32_t Channels = 4;
+constexpr std::int32_t LargestPointCount = 10;
+constexpr std::int32_t UserLength = 32;
+constexpr std::int32_t MFCNumberLength = 12;
+
+/// Code for a pressure sensor that is present.
+constexpr std::int32_t PressurePresentCode = 16;
+
+} // namespace ombrix::ACUMemoryMap
+
 namespace ombrix {
 
 /// How the words of a field are to be understood.

@@ -1,11 +1,11 @@
 #include "board/eprom/EpromGuard.h"
 
 #include "board/AIBTools.h"
-#include "board/procedure/AnswerWatch.h"
+#include "board/procedure/ProcedureWait.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/ports/FreePath.h"
-#include "platform/text/DateText.h"
 #include "platform/text/FileNamePart.h"
+#include "platform/text/OleDate.h"
 
 #include <fmt/format.h>
 

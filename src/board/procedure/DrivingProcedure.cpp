@@ -1,15 +1,28 @@
 #include "board/procedure/DrivingProcedure.h"
 
-#include "board/procedure/AnswerWatch.h"
-#include "board/procedure/RunningMark.h"
+#include "board/procedure/BoardClaims.h"
+#include "board/procedure/ProcedureWait.h"
+#include "platform/os/ProgramLog.h"
+#include "platform/ports/Drive.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <exception>
 #include <iterator>
 #include <utility>
 
 namespace ombrix {
+
+std::string EndOf(const ProcedureOutcome& outcome) {
+    switch (outcome.Ended) {
+    case ProcedureOutcome::End::Cancelled: return "cancelled";
+    case ProcedureOutcome::End::Failed: return "failed: " + outcome.Error;
+    case ProcedureOutcome::End::NotStored: return "not stored: " + outcome.Error;
+    case ProcedureOutcome::End::Completed: break;
+    }
+    return "completed";
+}
 
 namespace {
 
@@ -67,6 +80,29 @@ void DrivingProcedure::SwitchOffNow() noexcept {
 void DrivingProcedure::RemoveMarks(const Boards& boards) noexcept {
     for (const auto& board : boards)
         RemoveMark(m_Station.World, board->DevSerialNum());
+}
+
+void RunBenchProcedure(Station& station, const std::string& name, DrivenBoards driven,
+                       ProcedureOutcome& outcome, const std::function<bool()>& body) {
+    ProcedureLog log(station.World, "The " + name);
+    DrivingProcedure running(station, name, std::move(driven));
+    const auto fail = [&](ProcedureOutcome::End ended, const char* reason) {
+        outcome.Ended = ended;
+        outcome.Error = reason;
+        running.SwitchOffNow(); // not only when somebody has read the message
+        TellOperator(station.World, "The " + name + " has been stopped.\r\n\r\n" + reason,
+                     MessageIcon::Critical);
+    };
+    try {
+        running.Begin();
+        if (!body())
+            outcome.Ended = ProcedureOutcome::End::Cancelled;
+    } catch (const DriveError& error) {
+        fail(ProcedureOutcome::End::NotStored, error.what());
+    } catch (const std::exception& error) {
+        fail(ProcedureOutcome::End::Failed, error.what());
+    }
+    log.Ended(EndOf(outcome));
 }
 
 } // namespace ombrix

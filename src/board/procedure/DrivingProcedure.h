@@ -2,10 +2,28 @@
 
 #include "board/OutputsOff.h"
 
+#include <filesystem>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace ombrix {
+
+/// What became of a procedure that drives outputs and writes files.
+struct ProcedureOutcome {
+    /// Failed: stopped by an error. NotStored: a file could not be written, or not where it
+    /// belongs.
+    enum class End { Completed, Cancelled, Failed, NotStored };
+
+    End Ended = End::Completed;
+    /// Real paths of what was written, in the order of writing.
+    std::vector<std::filesystem::path> Files = {};
+    /// Why it failed or was not stored; the operator has been told.
+    std::string Error = {};
+};
+
+/// How it ended, as logs and journals tell it: "failed: The board does not answer".
+std::string EndOf(const ProcedureOutcome& outcome);
 
 /// What a procedure drives.
 struct DrivenBoards {
@@ -46,5 +64,14 @@ class DrivingProcedure {
     /// The last member: its end switches off while the others are still there.
     RunningProcedure m_Running;
 };
+
+/// Runs the body of a procedure that drives outputs and writes files: the commands that would start
+/// another one are locked meanwhile, and whatever way it ends the outputs are switched off and an
+/// error is told.
+/// @param name stands for it in messages ("air flow test")
+/// @param driven what the body drives; no boards for a procedure that only reads
+/// @param body returns false when the operator has cancelled
+void RunBenchProcedure(Station& station, const std::string& name, DrivenBoards driven,
+                       ProcedureOutcome& outcome, const std::function<bool()>& body);
 
 } // namespace ombrix

@@ -1,10 +1,44 @@
 #pragma once
 
+#include "board/AIB.h"
 #include "board/procedure/HiResTimer.h"
 #include "board/procedure/ProcedureGate.h"
-#include "platform/ports/EventPump.h"
+#include "platform/ports/Platform.h"
+
+#include <optional>
+#include <stdexcept>
 
 namespace ombrix {
+
+/// A board has stopped answering.
+class BoardError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Tells a passing disturbance from a board that is gone. A failed reading is simply not
+/// taken; a board that has not answered for a second ends the procedure.
+class AnswerWatch {
+  public:
+    static constexpr double Patience_s = 1.0;
+
+    /// Notes how a reading went. @param now_s time of the procedure's timer @throws BoardError
+    void Note(AIBStatus status, double now_s) {
+        if (status == Status::NoError) {
+            m_FailingSince_s.reset();
+            return;
+        }
+        if (!m_FailingSince_s)
+            m_FailingSince_s = now_s;
+        if (now_s - *m_FailingSince_s >= Patience_s)
+            throw BoardError("The board does not answer: " + clsAIB::AIBErrorStr(status) +
+                             ".\r\n\r\nPlease check its cable and its power, then detect the "
+                             "boards again.");
+    }
+
+  private:
+    std::optional<double> m_FailingSince_s;
+};
 
 /// The one way in which a procedure lets time pass: events are handled, the processor rests,
 /// and a cancel or the end of the program is seen within a pass.

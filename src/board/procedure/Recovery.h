@@ -1,7 +1,7 @@
 #pragma once
 
 #include "board/Station.h"
-#include "board/procedure/RunningMark.h"
+#include "board/procedure/BoardClaims.h"
 
 #include <memory>
 #include <vector>

@@ -1,7 +1,7 @@
 #include "calibration/history/CalibrationHistory.h"
 
-#include "calibration/history/HistoryJson.h"
-#include "platform/os/TellOperator.h"
+#include "calibration/judge/AcceptanceChecks.h"
+#include "platform/os/ProgramLog.h"
 
 #include <fmt/format.h>
 
@@ -77,6 +77,135 @@ CalibrationHistory ReadHistory(const Drive& files, std::int32_t serial) {
         }
     }
     return history;
+}
+
+namespace {
+
+/// [bits, ml/min]; null where nothing was measured.
+SingleJson ReadingJson(const PointReading& reading) {
+    return reading.Valid ? DemandJson({reading.Reading_bits, reading.Flow_ml_m}) : SingleJson();
+}
+
+PointReading ReadingOf(const SingleJson& json) {
+    if (json.is_null())
+        return {};
+    const PointDemand reading = DemandOf(json);
+    return {reading.Bits, reading.Flow_ml_m, true};
+}
+
+SingleJson ChannelJson(const ChannelMeasurement& measured) {
+    SingleJson channel = {{"capacity_ml_m", ToJson(measured.Capacity_ml_m)}};
+    channel["points"] = SingleJson::array();
+    for (std::size_t point = 0; point < measured.Demand.size(); ++point)
+        channel["points"].push_back({{"demand", DemandJson(measured.Demand.at(point))},
+                                     {"rising", ReadingJson(measured.Rising.at(point))},
+                                     {"falling", ReadingJson(measured.Falling.at(point))}});
+    channel["steps"] = SingleJson::array();
+    for (const StepMeasurement& step : measured.Steps)
+        channel["steps"].push_back({{"point", step.Point},
+                                    {"demand", DemandJson(step.Demand)},
+                                    {"reading", ReadingJson(step.Reading)}});
+    return channel;
+}
+
+ChannelMeasurement ChannelOf(const SingleJson& json) {
+    ChannelMeasurement channel;
+    channel.Capacity_ml_m = SingleOf(json.at("capacity_ml_m"));
+    for (const SingleJson& point : json.at("points")) {
+        channel.Demand.push_back(DemandOf(point.at("demand")));
+        channel.Rising.push_back(ReadingOf(point.at("rising")));
+        channel.Falling.push_back(ReadingOf(point.at("falling")));
+    }
+    for (const SingleJson& step : json.at("steps"))
+        channel.Steps.push_back({step.at("point").get<std::int32_t>(), DemandOf(step.at("demand")),
+                                 ReadingOf(step.at("reading"))});
+    return channel;
+}
+
+SingleJson MeasuredJson(const HistoryEntry& entry) {
+    SingleJson list = SingleJson::array();
+    if (IsVelocity(entry.Kind)) {
+        for (const ChannelMeasurement& channel : entry.Velocity.Channels)
+            list.push_back(ChannelJson(channel));
+    } else {
+        for (const PressureReading& point : entry.Pressure)
+            list.push_back({ToJson(point.Flow_ml_m), ToJson(point.Reading)});
+    }
+    return list;
+}
+
+void TakeMeasured(HistoryEntry& entry, const SingleJson& list) {
+    if (IsVelocity(entry.Kind)) {
+        entry.Velocity.Kind = CalibrationKindOf(entry.Kind);
+        for (std::size_t channel = 0; channel < AirChannels; ++channel)
+            entry.Velocity.Channels.at(channel) = ChannelOf(list.at(channel));
+    } else {
+        for (const SingleJson& point : list)
+            entry.Pressure.push_back({SingleOf(point.at(0)), SingleOf(point.at(1))});
+    }
+}
+
+const char* NameOfMeasured(RunKind kind) {
+    return IsVelocity(kind) ? "channels" : "pressure";
+}
+
+} // namespace
+
+std::vector<std::pair<std::string, float>> LimitsOf(RunKind kind) {
+    using namespace AcceptanceLimits;
+    switch (kind) {
+    case RunKind::VelocitySystem:
+        return {{"hysteresis_bits", static_cast<float>(Hysteresis_bits)},
+                {"deviationWarning_bits", static_cast<float>(Deviation_bits)}};
+    case RunKind::VelocityAudit:
+        return {{"error_percentOfReading", Error_percent},
+                {"lowError_percentOfFullScale", LowError_percent},
+                {"lowUpTo_percentOfFullScale", static_cast<float>(LowPoint_percent)}};
+    case RunKind::PressureAudit: return {{"error_mBar", Pressure_mBar}};
+    case RunKind::PressureSystem: break;
+    }
+    return {};
+}
+
+SingleJson EntryJson(const HistoryEntry& entry) {
+    SingleJson json = {{"when", DateJson(entry.When)},
+                       {"serial", entry.Serial},
+                       {"unit", fmt::format("ACU{:05}", entry.Serial)},
+                       {"station", entry.Program.Computer},
+                       {"program", entry.Program.Name},
+                       {"version", entry.Program.Version},
+                       {"kind", NameOf(entry.Kind)},
+                       {"verdict", entry.Verdict},
+                       {"reasons", entry.Reasons},
+                       {"saved", entry.Left.has_value()},
+                       {"asFound", UnitJson(entry.Found)},
+                       {"asLeft", entry.Left ? UnitJson(*entry.Left) : SingleJson()},
+                       {NameOfMeasured(entry.Kind), MeasuredJson(entry)}};
+    json["limits"] = SingleJson::object();
+    for (const auto& [name, value] : entry.Limits)
+        json["limits"][name] = value;
+    json["files"] = entry.Files;
+    return json;
+}
+
+HistoryEntry EntryOf(const SingleJson& json) {
+    HistoryEntry entry;
+    entry.Kind = KindOf(json.at("kind"));
+    entry.When = DateOf(json.at("when"));
+    entry.Program.Name = json.at("program").get<std::string>();
+    entry.Program.Version = json.at("version").get<std::string>();
+    entry.Program.Computer = json.at("station").get<std::string>();
+    entry.Serial = json.at("serial").get<std::int32_t>();
+    entry.Verdict = json.at("verdict").get<std::string>();
+    entry.Reasons = json.at("reasons").get<std::vector<std::string>>();
+    entry.Found = UnitOf(json.at("asFound"));
+    if (!json.at("asLeft").is_null())
+        entry.Left = UnitOf(json.at("asLeft"));
+    TakeMeasured(entry, json.at(NameOfMeasured(entry.Kind)));
+    for (const auto& [name, value] : json.at("limits").items())
+        entry.Limits.emplace_back(name, SingleOf(value));
+    entry.Files = json.at("files").get<std::vector<std::string>>();
+    return entry;
 }
 
 } // namespace ombrix

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "calibration/history/RunJson.h"
 #include "calibration/judge/RunKind.h"
 #include "calibration/unit/ACURecord.h"
 #include "platform/ports/Platform.h"
@@ -74,5 +75,12 @@ std::vector<std::int32_t> UnitsWithHistory(const Drive& files);
 
 /// The history of a unit; empty for one that has none. @throws DriveError
 CalibrationHistory ReadHistory(const Drive& files, std::int32_t serial);
+
+/// A run as it stands on its line of a history, and back.
+SingleJson EntryJson(const HistoryEntry& entry);
+HistoryEntry EntryOf(const SingleJson& json);
+
+/// The limits that runs of a kind are judged by now.
+std::vector<std::pair<std::string, float>> LimitsOf(RunKind kind);
 
 } // namespace ombrix

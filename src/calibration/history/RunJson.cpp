@@ -1,6 +1,6 @@
 #include "calibration/history/RunJson.h"
 
-#include "platform/text/DateText.h"
+#include "platform/text/OleDate.h"
 #include "platform/text/Text.h"
 
 #include <cstdio>

@@ -2,8 +2,8 @@
 
 #include "board/eprom/EpromImage.h"
 #include "calibration/unit/ACUCalibration.h"
-#include "platform/os/TellOperator.h"
-#include "platform/text/DateText.h"
+#include "platform/os/ProgramLog.h"
+#include "platform/text/OleDate.h"
 #include "platform/text/Text.h"
 #include "reports/CellRuns.h"
 

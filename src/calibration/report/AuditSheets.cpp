@@ -2,7 +2,7 @@
 
 #include "calibration/air/AirUnits.h"
 #include "calibration/unit/ACUCalibration.h"
-#include "platform/text/DateText.h"
+#include "platform/text/OleDate.h"
 #include "platform/text/Rounding.h"
 #include "platform/text/Text.h"
 #include "reports/CellRuns.h"

@@ -1,9 +1,19 @@
 #pragma once
 
 #include "calibration/judge/VelocityMeasurement.h"
+#include "calibration/unit/ACURecord.h"
 #include "reports/CalibrationWorkbooks.h"
+#include "spreadsheet/Spreadsheet.h"
 
 namespace ombrix {
+
+/// Fills a channel's part of the report sheet: points, best fit, steps and segments.
+/// @param stored the channel's table in the EPROM; an audit shows it in place of a new one
+void FillReportTables(Worksheet& report, std::size_t channel, const ChannelMeasurement& measured,
+                      CalibrationKind kind, const ACUChannelCal& stored);
+
+/// Fills a channel's sheet of traces: times and readings of every sweep and step.
+void FillTraces(Worksheet& traces, const ChannelMeasurement& measured);
 
 /// The general report of a velocity run: tables, traces and charts of both channels. A run goes
 /// on without one when the template cannot be opened.

@@ -3,7 +3,39 @@
 #include "calibration/judge/VelocityMeasurement.h"
 #include "spreadsheet/Spreadsheet.h"
 
+#include <optional>
+#include <vector>
+
 namespace ombrix {
+
+/// Values of the points of a calibration, one after the other; nothing where none was taken.
+using PointValues = std::vector<std::optional<float>>;
+
+/// What tables and charts of a velocity run show of a channel, in the unit that the run judges
+/// by: bits in a system run, ml/min in an audit.
+struct VelocitySeries {
+    PointValues Demand;
+    /// What the readings are compared with: the best-fit line, or the demand of an audit.
+    PointValues Expected;
+    PointValues Rising;
+    PointValues Falling;
+    /// Falling less rising.
+    PointValues Difference;
+    /// Readings less what was expected.
+    PointValues RisingDeviation;
+    PointValues FallingDeviation;
+    /// By how much a reading may deviate; a system run only warns beyond it.
+    PointValues Limit;
+};
+
+VelocitySeries SeriesOf(const ChannelMeasurement& measured, CalibrationKind kind);
+
+/// "bits" or "ml/min".
+const char* UnitOf(CalibrationKind kind);
+
+/// What became of a channel.
+enum class ChannelState { NotPresent, NotMeasured, Incomplete, Failed, Passed };
+ChannelState StateOf(const ChannelMeasurement& measured, CalibrationKind kind);
 
 /// Draws a channel's charts: its readings, and how far they are from what was expected. A
 /// channel that was not measured has none.

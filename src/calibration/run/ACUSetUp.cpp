@@ -1,12 +1,11 @@
 #include "calibration/run/ACUSetUp.h"
 
-#include "board/eprom/BoardIdentity.h"
+#include "board/eprom/EpromWriter.h"
 #include "calibration/judge/RunKind.h"
 #include "calibration/report/ACUInformation.h"
 #include "calibration/run/GuardedOutcome.h"
 #include "calibration/unit/ACUCalibration.h"
 #include "platform/os/ProgramLog.h"
-#include "platform/os/TellOperator.h"
 #include "platform/text/Rounding.h"
 #include "platform/text/Text.h"
 

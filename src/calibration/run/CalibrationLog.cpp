@@ -2,7 +2,7 @@
 
 #include "board/AIBTools.h"
 #include "platform/os/ProgramLog.h"
-#include "platform/text/DateText.h"
+#include "platform/text/OleDate.h"
 
 #include <utility>
 

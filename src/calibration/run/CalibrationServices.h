@@ -3,7 +3,7 @@
 #include "board/DACSliders.h"
 #include "board/Station.h"
 #include "calibration/run/CalibrationView.h"
-#include "reports/OpenExcel.h"
+#include "reports/ReportFile.h"
 
 #include <functional>
 #include <optional>

@@ -1,6 +1,6 @@
 #include "calibration/run/GuardedOutcome.h"
 
-#include "board/procedure/AnswerWatch.h"
+#include "board/procedure/ProcedureWait.h"
 
 namespace ombrix {
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "board/procedure/AnswerWatch.h"
 #include "board/procedure/ProcedureWait.h"
 #include "calibration/air/AirChannelControl.h"
 #include "calibration/judge/VelocityMeasurement.h"

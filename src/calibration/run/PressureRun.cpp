@@ -1,12 +1,12 @@
 #include "calibration/run/PressureRun.h"
 
-#include "board/ACUWiring.h"
+#include "board/AIB.h"
 #include "calibration/air/AirUnits.h"
 #include "calibration/judge/AcceptanceChecks.h"
 #include "calibration/judge/CurveFit.h"
 #include "calibration/report/AuditSheets.h"
 #include "calibration/run/GuardedOutcome.h"
-#include "platform/os/TellOperator.h"
+#include "platform/os/ProgramLog.h"
 #include "platform/text/Rounding.h"
 #include "platform/text/Text.h"
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "board/eprom/EpromGuard.h"
-#include "board/procedure/AnswerWatch.h"
 #include "board/procedure/ProcedureWait.h"
 #include "calibration/judge/VelocityMeasurement.h"
 #include "calibration/run/CalibrationLog.h"

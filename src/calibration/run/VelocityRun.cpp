@@ -4,7 +4,7 @@
 #include "calibration/run/ChannelVelocityRun.h"
 #include "calibration/run/GuardedOutcome.h"
 #include "calibration/unit/ACUCalibration.h"
-#include "platform/os/TellOperator.h"
+#include "platform/os/ProgramLog.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,6 @@
 // The pressure of the unit: reading it, and what its calibrations leave in the record.
-#include "board/ACUWiring.h"
-#include "board/eprom/ACUMemoryMap.h"
+#include "board/AIB.h"
+#include "board/eprom/EpromFields.h"
 #include "calibration/run/PressureRun.h"
 #include "calibration/unit/ACUCalibration.h"
 #include "platform/text/Rounding.h"

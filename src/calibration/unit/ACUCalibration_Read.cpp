@@ -1,7 +1,7 @@
 // Reading the ACU's record from the EPROM.
-#include "board/eprom/ACUMemoryMap.h"
+#include "board/eprom/EpromFields.h"
 #include "board/eprom/EpromGuard.h"
-#include "board/procedure/AnswerWatch.h"
+#include "board/procedure/ProcedureWait.h"
 #include "calibration/unit/ACUCalibration.h"
 #include "platform/text/Text.h"
 

@@ -1,5 +1,5 @@
 // What can be done with the unit: its air, its calibrations and what they leave in the record.
-#include "board/eprom/ACUMemoryMap.h"
+#include "board/eprom/EpromFields.h"
 #include "calibration/run/VelocityRun.h"
 #include "calibration/unit/ACUCalibration.h"
 #include "platform/text/Text.h"

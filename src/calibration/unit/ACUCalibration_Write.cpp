@@ -1,5 +1,5 @@
 // Writing the ACU's record to the EPROM, block by block.
-#include "board/eprom/ACUMemoryMap.h"
+#include "board/eprom/EpromFields.h"
 #include "board/eprom/EpromGuard.h"
 #include "calibration/unit/ACUCalibration.h"
 #include "platform/text/Text.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "board/eprom/ACUMemoryMap.h"
+#include "board/eprom/EpromFields.h"
 #include "platform/text/OleDate.h"
 
 #include <array>

@@ -1,6 +1,6 @@
 #include "calibration/unit/CalibrationSummary.h"
 
-#include "platform/text/DateText.h"
+#include "platform/text/OleDate.h"
 #include "platform/text/Text.h"
 
 namespace ombrix {

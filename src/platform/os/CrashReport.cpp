@@ -1,14 +1,15 @@
 #include "platform/os/CrashReport.h"
 
-#include "platform/os/TextBuffer.h"
-
 #include <climits>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
+#include <charconv>
 #include <chrono>
 #include <csignal>
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
@@ -16,6 +17,7 @@
 #include <execinfo.h>
 #include <fcntl.h>
 #include <stdexcept>
+#include <string_view>
 #include <sys/stat.h>
 #include <typeinfo>
 #include <unistd.h>
@@ -23,6 +25,35 @@
 namespace ombrix {
 
 namespace {
+
+/// A text of limited length that asks for no memory, so that a signal handler can make one.
+/// What does not fit is cut off.
+template <std::size_t Capacity>
+class TextBuffer {
+  public:
+    TextBuffer& Text(std::string_view text) {
+        const std::size_t length = std::min(text.size(), Capacity - 1 - m_Length);
+        std::copy_n(text.data(), length, m_Characters.data() + m_Length);
+        m_Length += length;
+        return *this;
+    }
+    /// @param digits at least so many, filled with zeros
+    TextBuffer& Number(std::int64_t value, std::size_t digits = 1) {
+        std::array<char, 24> text{};
+        const auto result = std::to_chars(text.data(), text.data() + text.size(), value);
+        const auto length = static_cast<std::size_t>(result.ptr - text.data());
+        for (std::size_t missing = length; missing < digits; ++missing)
+            Text("0");
+        return Text({text.data(), length});
+    }
+
+    std::string_view View() const { return {m_Characters.data(), m_Length}; }
+    const char* CString() const { return m_Characters.data(); }
+
+  private:
+    std::array<char, Capacity> m_Characters{};
+    std::size_t m_Length = 0;
+};
 
 constexpr std::array<int, 5> FatalSignals = {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL};
 constexpr std::size_t LongestPath = PATH_MAX;

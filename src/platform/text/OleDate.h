@@ -2,6 +2,8 @@
 
 #include <compare>
 #include <optional>
+#include <string>
+#include <string_view>
 
 namespace ombrix {
 
@@ -41,5 +43,9 @@ class OleDate {
   private:
     double m_Days = 0.0;
 };
+
+/// A date in a pattern of yyyy, yy, mm, dd, hh, nn (minutes) and ss; every other character
+/// stands for itself. Bits that are no date give "(no date)".
+std::string DateText(OleDate date, std::string_view pattern);
 
 } // namespace ombrix

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 
@@ -25,6 +26,11 @@ inline std::int32_t RoundHalfEven(double value) noexcept {
 inline double RoundHalfEven(double value, int decimals) noexcept {
     const double scale = std::pow(10.0, decimals);
     return std::nearbyint(value * scale) / scale;
+}
+
+/// The place in a container of a number of the program's own 32-bit count, which is not negative.
+constexpr std::size_t Index(std::int32_t number) {
+    return static_cast<std::size_t>(number);
 }
 
 } // namespace ombrix

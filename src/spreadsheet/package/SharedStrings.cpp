@@ -1,7 +1,6 @@
 #include "spreadsheet/package/SharedStrings.h"
 
 #include "spreadsheet/package/XmlPart.h"
-#include "spreadsheet/package/XmlText.h"
 
 namespace ombrix::xlsx {
 

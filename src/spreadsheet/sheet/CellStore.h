@@ -1,7 +1,8 @@
 #pragma once
 
+#include "spreadsheet/Spreadsheet.h"
+#include "spreadsheet/package/SharedStrings.h"
 #include "spreadsheet/sheet/CellArea.h"
-#include "spreadsheet/sheet/SheetColumns.h"
 
 #include <cstdint>
 #include <map>
@@ -110,5 +111,16 @@ class CellStore {
 };
 
 bool IsFilled(const Content& content);
+
+} // namespace ombrix::xlsx
+
+namespace ombrix::xlsx {
+
+/// A value as a cell keeps it. @param countsFrom1904 the workbook's count of days
+/// @throws SpreadsheetError for a text longer than a cell holds
+Content ToContent(const CellValue& value, bool countsFrom1904);
+
+/// What a cell shows. The result of a formula is not known: it gives nothing.
+CellValue ToValue(const Content& content, const SharedStrings& texts);
 
 } // namespace ombrix::xlsx

@@ -2,7 +2,6 @@
 
 #include "spreadsheet/Spreadsheet.h"
 #include "spreadsheet/package/XmlPart.h"
-#include "spreadsheet/package/XmlText.h"
 #include "spreadsheet/sheet/FormulaText.h"
 
 #include <algorithm>

@@ -1,7 +1,6 @@
 #include "spreadsheet/sheet/SheetWriter.h"
 
 #include "spreadsheet/package/XmlPart.h"
-#include "spreadsheet/package/XmlText.h"
 
 #include <fmt/format.h>
 

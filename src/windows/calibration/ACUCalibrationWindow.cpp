@@ -2,8 +2,8 @@
 
 #include "calibration/unit/ACUCalibration.h"
 #include "windows/calibration/StageListWidget.h"
+#include "windows/desktop/QtOperator.h"
 #include "windows/widgets/Controls.h"
-#include "windows/widgets/OpenQuestion.h"
 #include "windows/widgets/ProgressBar.h"
 #include "windows/widgets/QtText.h"
 #include "windows/widgets/ValueLabel.h"

@@ -1,8 +1,8 @@
 #include "windows/calibration/CalibrationHistoryWindow.h"
 
-#include "calibration/history/HistoryDrift.h"
+#include "calibration/history/HistoryText.h"
 #include "platform/os/FolderDrive.h"
-#include "platform/text/DateText.h"
+#include "platform/text/OleDate.h"
 #include "windows/calibration/DriftPlotWidget.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/Guarded.h"

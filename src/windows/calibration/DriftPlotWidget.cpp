@@ -1,10 +1,9 @@
 #include "windows/calibration/DriftPlotWidget.h"
 
-#include "platform/text/DateText.h"
+#include "platform/text/OleDate.h"
 #include "platform/text/Text.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/QtText.h"
-#include "windows/widgets/ReadableColour.h"
 
 #include <QPainter>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration/history/HistoryDrift.h"
+#include "calibration/history/HistoryText.h"
 
 #include <QWidget>
 

@@ -2,7 +2,6 @@
 
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/ListView.h"
-#include "windows/widgets/ReadableColour.h"
 
 #include <QHeaderView>
 #include <QStyledItemDelegate>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "reports/OpenExcel.h"
+#include "reports/ReportFile.h"
 #include "windows/widgets/ValueLabel.h"
 
 #include <QWidget>

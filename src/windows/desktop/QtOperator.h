@@ -1,6 +1,10 @@
 #pragma once
 
-#include "platform/ports/Operator.h"
+#include "platform/ports/Platform.h"
+
+#include <QMessageBox>
+
+#include <functional>
 
 namespace ombrix {
 
@@ -20,5 +24,14 @@ class QtOperator final : public Operator {
   private:
     bool m_NobodyIsThere = false;
 };
+
+/// Asks Yes or No beside a running procedure: the procedure goes on until Yes is chosen, so that
+/// a measurement is not disturbed by a question that may be answered No.
+/// @param window takes the box; asked again while it stands, it is raised
+void AskWhileRunning(QWidget& window, const QString& text, std::function<void()> onYes);
+
+/// Takes back the question that stands over a window, as if it had been answered No: what it
+/// asks about is over.
+void WithdrawQuestion(QWidget& window);
 
 } // namespace ombrix

@@ -1,14 +1,37 @@
 #pragma once
 
-#include "platform/os/StopSignals.h"
+#include "platform/os/ProgramStop.h"
 
+#include <QApplication>
 #include <QObject>
 #include <QSocketNotifier>
 
+#include <exception>
 #include <functional>
 #include <string>
 
 namespace ombrix {
+
+/// An application in which an exception that no event handler has caught is reported, instead
+/// of taking the program down with its outputs driven.
+class SafeApplication final : public QApplication {
+  public:
+    using QApplication::QApplication;
+
+    /// Told what has gone wrong; until it is set, exceptions go their way.
+    std::function<void(const std::exception& error)> OnUnexpectedError;
+
+    bool notify(QObject* receiver, QEvent* event) override {
+        try {
+            return QApplication::notify(receiver, event);
+        } catch (const std::exception& error) {
+            if (!OnUnexpectedError)
+                throw;
+            OnUnexpectedError(error);
+            return true;
+        }
+    }
+};
 
 class QtOperator;
 class frmAIBAccessories;

@@ -1,21 +1,70 @@
 #pragma once
 
+#include "healthcheck/GraphSurface.h"
+#include "healthcheck/HealthCheckProgramme.h"
 #include "healthcheck/HealthCheckRun.h"
 #include "windows/desktop/OpenExcelWindow.h"
 
+#include <QListWidget>
 #include <QWidget>
 
+#include <array>
 #include <memory>
 #include <string>
 
+class QCheckBox;
+class QPushButton;
 class QLayout;
 class QProgressBar;
 
 namespace ombrix {
 
+/// The list of a sequence's steps on the screen (`lstSteps`).
+class StepListWidget final : public QListWidget, public StepList {
+    Q_OBJECT
+
+  public:
+    explicit StepListWidget(QWidget* parent);
+
+    void Clear() override { clear(); }
+    void AddItem(std::string_view text) override;
+    void SetItem(int line, std::string_view text) override;
+    void ListIndex(int line) override;
+};
+
+/// The options of a health check and its commands (`picOptions`).
+class HealthCheckOptionsPanel final : public QWidget {
+    Q_OBJECT
+
+  public:
+    explicit HealthCheckOptionsPanel(QWidget* parent);
+
+    /// The ticked options, in running order.
+    std::vector<HealthCheckOption> Chosen() const;
+    /// The boxes follow `enable`; Start also wants at least one of them ticked.
+    void UpdateOptionControls(bool enable);
+    /// Whether there is a run that Cancel could cancel.
+    void TakeCancel(bool take);
+
+  signals:
+    void StartWanted();
+    void CancelWanted();
+    void FolderWanted();
+
+  private:
+    struct OptionBox {
+        HealthCheckOption Option;
+        QCheckBox* Box;
+    };
+    QCheckBox* AddOption(std::size_t place, HealthCheckOption option, const char* objectName,
+                         const char* caption);
+
+    std::array<OptionBox, 6> m_Options{};
+    QPushButton* m_Start;
+    QPushButton* m_Cancel;
+};
+
 class GraphColumn;
-class HealthCheckOptionsPanel;
-class StepListWidget;
 
 /// The health check window: options, live traces and the steps of the running sequence.
 class frmACUHealthCheck final : public QWidget {

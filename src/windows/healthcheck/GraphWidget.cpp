@@ -2,12 +2,123 @@
 
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/QtText.h"
+#include "windows/widgets/ValueLabel.h"
 
 #include <QEvent>
+#include <QGridLayout>
 #include <QPaintEvent>
 #include <QPainter>
 
+#include <algorithm>
+#include <cmath>
+
 namespace ombrix {
+
+namespace {
+
+const QColor TextColour(96, 96, 96);
+constexpr int TextIndent = 6;
+/// As many segments as the longest sequence draws on one surface, so that none of them costs
+/// an allocation: 380 s at 50 samples a second, demand and reading.
+constexpr std::size_t ExpectedSegments = 40000;
+
+} // namespace
+
+GraphMapping::GraphMapping(const GraphScale& scale, QSizeF pixels)
+    : m_Left(scale.Left), m_Top(scale.Top),
+      m_PixelsPerX(pixels.width() / (scale.Right - scale.Left)),
+      m_PixelsPerY(pixels.height() / (scale.Bottom - scale.Top)) {}
+
+double GraphMapping::PixelsToY(double pixels) const {
+    return std::abs(pixels / m_PixelsPerY);
+}
+
+GraphContent::GraphContent() {
+    m_Segments.reserve(ExpectedSegments);
+}
+
+void GraphContent::Clear() {
+    m_Pens.clear();
+    m_Segments.clear();
+    m_Texts.clear();
+    Forget();
+}
+
+void GraphContent::SetPenWidth(int pixels) {
+    m_Pen.Width = static_cast<std::uint8_t>(pixels);
+}
+
+void GraphContent::SetPenStyle(GraphSurface::Style style) {
+    m_Pen.Style = style;
+}
+
+void GraphContent::AddText(double x, double y, QString text) {
+    m_Texts.push_back({x, y, std::move(text)});
+    m_TextsDrawn = false;
+}
+
+std::uint32_t GraphContent::PenIndexOf(Colour colour) {
+    m_Pen.PenColour = colour;
+    // A graph uses a handful of pens, the latest again and again.
+    const auto found = std::find(m_Pens.rbegin(), m_Pens.rend(), m_Pen);
+    if (found != m_Pens.rend())
+        return static_cast<std::uint32_t>(std::distance(found, m_Pens.rend()) - 1);
+    m_Pens.push_back(m_Pen);
+    return static_cast<std::uint32_t>(m_Pens.size() - 1);
+}
+
+QRect GraphContent::AddSegment(QPointF from, QPointF to, Colour colour,
+                               const GraphMapping& mapping) {
+    const std::uint32_t pen = PenIndexOf(colour);
+    m_Segments.push_back({static_cast<float>(from.x()), static_cast<float>(from.y()),
+                          static_cast<float>(to.x()), static_cast<float>(to.y()), pen});
+    const int margin = m_Pen.Width + 1;
+    return QRectF(mapping.ToPixels(from.x(), from.y()), mapping.ToPixels(to.x(), to.y()))
+        .normalized()
+        .toAlignedRect()
+        .adjusted(-margin, -margin, margin, margin);
+}
+
+QPen GraphContent::ToQt(const Pen& pen) {
+    QPen result(ombrix::ToQt(pen.PenColour), pen.Width);
+    result.setStyle(pen.Style == GraphSurface::Style::Dotted ? Qt::DotLine : Qt::SolidLine);
+    return result;
+}
+
+void GraphContent::Forget() {
+    m_DrawnSegments = 0;
+    m_TextsDrawn = false;
+}
+
+void GraphContent::DrawNew(QPainter& painter, const GraphMapping& mapping) {
+    if (!m_TextsDrawn)
+        DrawTexts(painter, mapping);
+    m_TextsDrawn = true;
+    std::uint32_t pen = static_cast<std::uint32_t>(m_Pens.size());
+    for (; m_DrawnSegments < m_Segments.size(); ++m_DrawnSegments) {
+        const Segment& segment = m_Segments[m_DrawnSegments];
+        if (pen != segment.PenIndex) {
+            pen = segment.PenIndex;
+            painter.setPen(ToQt(m_Pens[pen]));
+        }
+        painter.drawLine(QLineF(mapping.ToPixels(segment.X1, segment.Y1),
+                                mapping.ToPixels(segment.X2, segment.Y2)));
+    }
+}
+
+void GraphContent::DrawTexts(QPainter& painter, const GraphMapping& mapping) const {
+    painter.setPen(TextColour);
+    const int height = painter.fontMetrics().height();
+    double freeFrom = 0.0;
+    for (const Text& text : m_Texts) {
+        const QPointF corner = mapping.ToPixels(text.X, text.Y);
+        // On a low graph a level's label would stand on the title: it gives way downwards.
+        const double top = std::max(corner.y(), freeFrom);
+        freeFrom = top + height;
+        painter.drawText(QPointF(corner.x() + TextIndent, top + painter.fontMetrics().ascent()),
+                         text.Characters);
+    }
+}
 
 namespace {
 
@@ -87,6 +198,45 @@ void GraphWidget::changeEvent(QEvent* event) {
         m_Picture = {};
         update();
     }
+}
+
+GraphColumn::GraphColumn(QWidget* parent) : QWidget(parent) {
+    const std::array<QString, 5> names = {tr("Channel 1"), tr("Channel 2"), tr("Pressure"),
+                                          tr("Channel 1 difference"), tr("Channel 2 difference")};
+    const std::array<QString, 5> kinds = {tr("Output : Reading"), tr("Output : Reading"),
+                                          tr("Pressure"), tr("Difference"), tr("Difference")};
+    auto* grid = new QGridLayout(this);
+    grid->setContentsMargins(0, 0, 0, 0);
+    for (std::size_t index = 0; index < names.size(); ++index) {
+        const int row = static_cast<int>(index);
+        auto* graph =
+            new GraphWidget(ElementName("picGraph", row), tr("Graph: ") + names.at(index), this);
+        auto* value = new ValueLabel(ElementName("lblValue", row), names.at(index), this);
+        // A label of a fixed size changes its text without laying the window out anew.
+        value->ReserveFor(QStringLiteral("65535  :  65535"));
+        m_Graphs.at(index) = graph;
+        m_Values.at(index) = value;
+        auto* values = new QVBoxLayout;
+        values->addStretch(1);
+        values->addWidget(MakeCaption(kinds.at(index), this));
+        values->addWidget(value);
+        values->addStretch(1);
+        grid->addWidget(graph, row, 0);
+        grid->addLayout(values, row, 1);
+        grid->setRowStretch(row, 1);
+    }
+    grid->setColumnStretch(0, 1);
+}
+
+GraphSurfaces GraphColumn::Surfaces() const {
+    GraphSurfaces surfaces{};
+    for (std::size_t index = 0; index < surfaces.size(); ++index)
+        surfaces.at(index) = m_Graphs.at(index);
+    return surfaces;
+}
+
+void GraphColumn::SetCaption(std::size_t label, std::string_view text) {
+    m_Values.at(label)->ShowValue(ToQt(text));
 }
 
 } // namespace ombrix

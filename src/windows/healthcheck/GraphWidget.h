@@ -1,12 +1,98 @@
 #pragma once
 
 #include "healthcheck/GraphSurface.h"
-#include "windows/healthcheck/GraphContent.h"
 
+#include <QPen>
 #include <QPixmap>
+#include <QRect>
+#include <QSizeF>
+#include <QString>
 #include <QWidget>
 
+#include <array>
+#include <cstdint>
+#include <vector>
+
+class QPainter;
+
 namespace ombrix {
+
+/// Corners of a graph in its own units.
+struct GraphScale {
+    double Left = 0.0;
+    double Top = 1.0;
+    double Right = 1.0;
+    double Bottom = 0.0;
+};
+
+/// From the units of a graph to pixels.
+class GraphMapping {
+  public:
+    GraphMapping(const GraphScale& scale, QSizeF pixels);
+
+    QPointF ToPixels(double x, double y) const {
+        return {(x - m_Left) * m_PixelsPerX, (y - m_Top) * m_PixelsPerY};
+    }
+    /// Length of a number of pixels in y units; positive whichever way y runs.
+    double PixelsToY(double pixels) const;
+
+  private:
+    double m_Left;
+    double m_Top;
+    double m_PixelsPerX;
+    double m_PixelsPerY;
+};
+
+/// What has been drawn on a graph, in its own units, and how much of it stands on the picture.
+class GraphContent {
+  public:
+    GraphContent();
+
+    void Clear();
+    void SetPenWidth(int pixels);
+    void SetPenStyle(GraphSurface::Style style);
+
+    void AddText(double x, double y, QString text);
+    /// The pixels that the segment touches.
+    QRect AddSegment(QPointF from, QPointF to, Colour colour, const GraphMapping& mapping);
+
+    /// Draws what is not on the picture yet.
+    void DrawNew(QPainter& painter, const GraphMapping& mapping);
+    /// The picture is empty: everything must be drawn.
+    void Forget();
+
+  private:
+    struct Pen {
+        Colour PenColour;
+        std::uint8_t Width = 1;
+        GraphSurface::Style Style = GraphSurface::Style::Solid;
+
+        bool operator==(const Pen&) const = default;
+    };
+    struct Segment {
+        float X1;
+        float Y1;
+        float X2;
+        float Y2;
+        std::uint32_t PenIndex;
+    };
+    struct Text {
+        double X;
+        double Y;
+        QString Characters;
+    };
+
+    std::uint32_t PenIndexOf(Colour colour);
+    static QPen ToQt(const Pen& pen);
+    void DrawTexts(QPainter& painter, const GraphMapping& mapping) const;
+
+    std::vector<Pen> m_Pens;
+    std::vector<Segment> m_Segments;
+    std::vector<Text> m_Texts;
+    std::size_t m_DrawnSegments = 0;
+    bool m_TextsDrawn = false;
+    Pen m_Pen;
+};
 
 /// A graph surface on the screen. What is drawn goes once onto a kept picture and only its
 /// neighbourhood is shown anew, so that a sample costs the same at any length of run; a list of
@@ -39,6 +125,23 @@ class GraphWidget final : public QWidget, public GraphSurface {
     GraphScale m_Scale;
     GraphContent m_Content;
     QPixmap m_Picture;
+};
+
+class ValueLabel;
+
+/// The five graphs of the health check, each with its live values beside it.
+class GraphColumn final : public QWidget, public ValueLabels {
+    Q_OBJECT
+
+  public:
+    explicit GraphColumn(QWidget* parent);
+
+    GraphSurfaces Surfaces() const;
+    void SetCaption(std::size_t label, std::string_view text) override;
+
+  private:
+    std::array<GraphWidget*, 5> m_Graphs{};
+    std::array<ValueLabel*, 5> m_Values{};
 };
 
 } // namespace ombrix

@@ -3,19 +3,16 @@
 #include "board/AIBTools.h"
 #include "board/OutputsOff.h"
 #include "windows/calibration/CalibrationHistoryWindow.h"
+#include "windows/desktop/QtOperator.h"
 #include "windows/healthcheck/ACUHealthCheckWindow.h"
 #include "windows/main/ACUCommands.h"
 #include "windows/main/BenchTestCommands.h"
 #include "windows/main/BoardPanel.h"
 #include "windows/main/DACPanel.h"
-#include "windows/main/DiagnosticsCommand.h"
 #include "windows/main/InfoPanel.h"
-#include "windows/main/NoBoardPanel.h"
 #include "windows/main/ToolWindows.h"
-#include "windows/main/WindowCaption.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/Guarded.h"
-#include "windows/widgets/OpenQuestion.h"
 #include "windows/widgets/QtText.h"
 
 #include <QApplication>
@@ -24,8 +21,24 @@
 #include <QSignalBlocker>
 #include <QTabBar>
 #include <QVBoxLayout>
+#include <fmt/format.h>
+
+#include <array>
+#include <charconv>
 
 namespace ombrix {
+
+std::string WindowCaption(std::string_view version) {
+    std::array<int, 3> parts{};
+    const char* position = version.data();
+    const char* const end = version.data() + version.size();
+    for (int& part : parts) {
+        position = std::from_chars(position, end, part).ptr;
+        if (position != end)
+            ++position; // the point
+    }
+    return fmt::format("Ombrix [v{}.{:02}.{:04}]", parts[0], parts[1], parts[2]);
+}
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include "windows/main/BoardPanel.h"
 #include "windows/main/DACPanel.h"
 #include "windows/main/InfoPanel.h"
-#include "windows/main/TestsPanel.h"
+#include "windows/main/TestPanels.h"
 #include "windows/widgets/Guarded.h"
 #include "windows/widgets/QtText.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "board/Station.h"
-#include "windows/main/AirTestPanel.h"
+#include "windows/main/TestPanels.h"
 
 #include <QObject>
 

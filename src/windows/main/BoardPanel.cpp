@@ -1,13 +1,11 @@
 #include "windows/main/BoardPanel.h"
 
-#include "windows/main/AirTestPanel.h"
 #include "windows/main/CalibrationPanel.h"
 #include "windows/main/DACPanel.h"
-#include "windows/main/DeviceInfoPanel.h"
 #include "windows/main/EPROMPanel.h"
 #include "windows/main/GIOPanel.h"
 #include "windows/main/IdentityPanel.h"
-#include "windows/main/TestsPanel.h"
+#include "windows/main/TestPanels.h"
 #include "windows/widgets/Controls.h"
 
 #include <QHBoxLayout>

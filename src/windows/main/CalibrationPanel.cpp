@@ -1,6 +1,6 @@
 #include "windows/main/CalibrationPanel.h"
 
-#include "board/eprom/ACUMemoryMap.h"
+#include "board/eprom/EpromFields.h"
 #include "calibration/run/ACUSetUp.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/QtText.h"

@@ -5,7 +5,6 @@
 #include "platform/text/Rounding.h"
 #include "platform/text/Text.h"
 #include "windows/main/RestoreEPROMWindow.h"
-#include "windows/widgets/ClickableLabel.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/Guarded.h"
 #include "windows/widgets/QtText.h"

@@ -1,8 +1,7 @@
 #include "windows/main/PressurePanel.h"
 
 #include "windows/widgets/Controls.h"
-#include "windows/widgets/NumberBase.h"
-#include "windows/widgets/ReadableColour.h"
+#include "windows/widgets/QtText.h"
 
 #include <QGridLayout>
 

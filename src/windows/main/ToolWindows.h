@@ -1,10 +1,13 @@
 #pragma once
 
+#include "board/Station.h"
 #include "windows/testrig/AIBTestRigOptionsWindow.h"
 #include "windows/testrig/AIBTestRigWindow.h"
 #include "windows/testrig/UARTsWindow.h"
 
 #include <QObject>
+
+#include <string>
 
 namespace ombrix {
 
@@ -32,5 +35,9 @@ class ToolWindows final : public QObject {
     frmAIBTestRigOptions m_RigOptions;
     frmUARTs m_UARTs;
 };
+
+/// Stores the archive of diagnostics in the data folder, tells where it lies and offers to open
+/// that folder. @param options the program's options in use @throws DriveError
+void SaveDiagnostics(Station& station, const std::string& options);
 
 } // namespace ombrix

@@ -1,7 +1,6 @@
 #include "windows/testrig/AIBTestRigWindow.h"
 
-#include "windows/testrig/RampProgress.h"
-#include "windows/testrig/RigBoardPanel.h"
+#include "windows/testrig/RigPanels.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/Guarded.h"
 #include "windows/widgets/ListView.h"

@@ -1,11 +1,73 @@
 #include "windows/widgets/Controls.h"
 
 #include <QCheckBox>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QSlider>
 
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
 namespace ombrix {
+
+namespace {
+
+constexpr double LeastContrast = 4.5;
+
+double Linear(double component) {
+    return component <= 0.03928 ? component / 12.92 : std::pow((component + 0.055) / 1.055, 2.4);
+}
+
+double Luminance(const QColor& colour) {
+    return 0.2126 * Linear(colour.redF()) + 0.7152 * Linear(colour.greenF()) +
+           0.0722 * Linear(colour.blueF());
+}
+
+} // namespace
+
+double Contrast(const QColor& first, const QColor& second) {
+    constexpr double ambientLight = 0.05;
+    const double one = Luminance(first) + ambientLight;
+    const double other = Luminance(second) + ambientLight;
+    return std::max(one, other) / std::min(one, other);
+}
+
+QColor ReadableColour(Colour colour, const QColor& background) {
+    constexpr int middle = 128;
+    constexpr int brightest = 255;
+    constexpr int step = 8;
+    QColor readable = ToQt(colour);
+    if (background.lightness() >= middle)
+        return readable;
+    for (int lightness = readable.lightness();
+         Contrast(readable, background) < LeastContrast && lightness < brightest;) {
+        lightness = std::min(lightness + step, brightest);
+        readable.setHsl(readable.hslHue(), readable.hslSaturation(), lightness);
+    }
+    return readable;
+}
+
+ClickableLabel::ClickableLabel(const QString& objectName, QString meaning, QWidget* parent)
+    : ValueLabel(objectName, std::move(meaning), parent) {
+    setFocusPolicy(Qt::StrongFocus);
+    setCursor(Qt::PointingHandCursor);
+}
+
+void ClickableLabel::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton && rect().contains(event->pos()))
+        emit Clicked();
+}
+
+void ClickableLabel::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Space || event->key() == Qt::Key_Return ||
+        event->key() == Qt::Key_Enter)
+        emit Clicked();
+    else
+        ValueLabel::keyPressEvent(event);
+}
 
 namespace {
 

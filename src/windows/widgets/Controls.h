@@ -1,5 +1,9 @@
 #pragma once
 
+#include "platform/text/Colour.h"
+#include "windows/widgets/ValueLabel.h"
+
+#include <QColor>
 #include <QWidget>
 
 class QCheckBox;
@@ -8,6 +12,32 @@ class QPushButton;
 class QSlider;
 
 namespace ombrix {
+
+inline QColor ToQt(Colour colour) {
+    return {colour.Red, colour.Green, colour.Blue};
+}
+
+/// The colour as given on a light background; on a dark one the same hue, lightened as far as
+/// it takes to read it.
+QColor ReadableColour(Colour colour, const QColor& background);
+
+/// Contrast of two colours from 1 to 21, as accessibility guidelines reckon it.
+double Contrast(const QColor& first, const QColor& second);
+
+/// A value that can be clicked, or chosen with the keyboard, to be looked at more closely.
+class ClickableLabel final : public ValueLabel {
+    Q_OBJECT
+
+  public:
+    ClickableLabel(const QString& objectName, QString meaning, QWidget* parent);
+
+  signals:
+    void Clicked();
+
+  protected:
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+};
 
 /// Control arrays carry their index in the name: "chkGIO_0" … "chkGIO_19".
 QString ElementName(const char* array, int index);

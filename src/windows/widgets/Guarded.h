@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ports/Operator.h"
+#include "platform/ports/Platform.h"
 
 #include <exception>
 #include <utility>

@@ -1,8 +1,8 @@
 #include "windows/widgets/ProgressBar.h"
 
 #include "platform/text/Text.h"
+#include "windows/widgets/Controls.h"
 #include "windows/widgets/QtText.h"
-#include "windows/widgets/ReadableColour.h"
 
 #include <QPainter>
 

@@ -1,8 +1,8 @@
 #include "calibration/unit/CalibrationSummary.h"
 #include "support/TestBench.h"
 #include "windows/calibration/ACUCalibrationWindow.h"
+#include "windows/widgets/Controls.h"
 #include "windows/widgets/ProgressBar.h"
-#include "windows/widgets/ReadableColour.h"
 
 #include <QApplication>
 #include <QLabel>

@@ -3,7 +3,6 @@
 
 #include "windows/WindowBench.h"
 #include "windows/desktop/QtOperator.h"
-#include "windows/desktop/SafeApplication.h"
 
 #include <QSlider>
 #include <QTimer>

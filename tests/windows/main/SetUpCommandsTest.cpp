@@ -1,5 +1,5 @@
 // The commands that prepare the ACU, driven by clicks in the main window.
-#include "board/eprom/ACUMemoryMap.h"
+#include "board/eprom/EpromFields.h"
 #include "calibration/run/ACUSetUp.h"
 #include "platform/text/Text.h"
 #include "windows/WindowBench.h"

@@ -1,4 +1,4 @@
-#include "benchtests/RampLog.h"
+#include "benchtests/TestRigRun.h"
 #include "windows/WindowBench.h"
 
 #include <QMessageBox>

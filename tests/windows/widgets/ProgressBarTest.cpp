@@ -1,6 +1,6 @@
 #include "windows/widgets/ProgressBar.h"
 
-#include "windows/widgets/ReadableColour.h"
+#include "windows/widgets/Controls.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "windows/widgets/ValueLabel.h"
 
-#include "windows/widgets/ReadableColour.h"
+#include "windows/widgets/Controls.h"
 
 #include <QApplication>
 #include <QHBoxLayout>

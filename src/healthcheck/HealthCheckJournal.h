@@ -1,0 +1,86 @@
+#pragma once
+
+#include "healthcheck/HealthCheckProgramme.h"
+#include "healthcheck/MFCStep.h"
+#include "journal/JournalLines.h"
+#include "journal/RunJournal.h"
+#include "journal/UnfinishedRuns.h"
+
+#include <filesystem>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace ombrix {
+
+struct Station;
+
+/// Name of a health check in its journal.
+inline constexpr const char* HealthCheckKind = "health-check";
+
+/// Streams a health check to its journal while it runs. One object serves one run.
+class HealthCheckRecorder {
+  public:
+    explicit HealthCheckRecorder(Station& station);
+
+    /// The run begins on the current board; before that, and without a disk that takes the
+    /// journal, nothing is written down.
+    void Begin(std::span<const HealthCheckOption> options);
+    void SequenceBegins(const std::string& sheet, std::span<const StepPlan> steps);
+    void StepBegins(std::int32_t index);
+    void Sample(const clsMFCStep::Sample& sample);
+    /// All has been measured that will be. @param now the date that the sequence is exported with
+    void SequenceEnds(OleDate now);
+    /// The run has ended. @param files of its report
+    void End(const std::string& verdict, const std::vector<std::filesystem::path>& files);
+
+  private:
+    Station& m_Station;
+    RunJournal m_Journal;
+};
+
+/// A step of a sequence as it was run, with what it recorded.
+struct RecordedStep {
+    StepPlan Plan;
+    std::vector<clsMFCStep::Sample> Samples;
+};
+
+/// A sequence of a journal, whole or up to where the run was cut off: its sheet in the report and
+/// its steps. A step that was not reached has no samples.
+struct RecordedSequence {
+    std::string Sheet;
+    std::vector<RecordedStep> Steps;
+};
+
+/// A health check as its journal tells it.
+class RecordedHealthCheck final : public JournalledRun {
+  public:
+    /// @param text of the journal; what a crash has cut off at its end is passed over
+    /// @throws JournalError when another part is damaged, or nothing was written
+    explicit RecordedHealthCheck(std::string_view text);
+
+    /// Samples of all sequences together.
+    std::size_t SampleCount() const;
+
+    bool Ended() const override { return m_Ended; }
+    std::string Describe() const override;
+    bool HasReport() const override { return !m_Sequences.empty(); }
+    RemadeReport MakeReport(const CalibrationServices& services) const override;
+    bool NoteInterruption(Platform& world, const std::vector<std::string>& files) const override;
+
+  private:
+    void Take(const SingleJson& line);
+    void TakeHeader(const SingleJson& line);
+    void TakeSequence(const SingleJson& line);
+    void TakeSamples(const SingleJson& samples);
+
+    JournalHeader m_Header;
+    /// When the last whole sequence had been measured; the start of the run before that.
+    OleDate m_MeasuredAt;
+    std::vector<RecordedSequence> m_Sequences;
+    std::size_t m_Step = 0;
+    bool m_HasHeader = false;
+    bool m_Ended = false;
+};
+
+} // namespace ombrix

@@ -1,0 +1,209 @@
+#include "terminal/BenchCommands.h"
+
+#include "benchtests/AirFlowTest.h"
+#include "benchtests/DataRecorder.h"
+#include "benchtests/DigitalMFCTest.h"
+#include "benchtests/OutputSweep.h"
+#include "benchtests/SpeedTest.h"
+#include "benchtests/TestRigRun.h"
+#include "terminal/Command.h"
+#include "terminal/TerminalStages.h"
+
+#include <fmt/format.h>
+
+namespace ombrix {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+/// Runs a test under a progress bar; an interrupt cancels it meanwhile.
+template <class Test, class Work>
+auto RunShown(CommandContext& context, Test& test, const Work& work) {
+    const CancelOnInterrupt cancel(context.Events, [&test] { test.Cancel(); });
+    ProgressBar bar;
+    return work(BenchTestView{.Progress = [&bar](double share) { bar.Show(share); }});
+}
+
+SweepPlan PlanOf(const SweepOptions& options) {
+    if (!options.Step_bits && !options.Delay_ms && !options.BothWays)
+        return SweepPlan::UpperHalf();
+    return SweepPlan::Stepped(options.Step_bits.value_or(SweepPlan::UsualStep_bits),
+                              options.Delay_ms.value_or(SweepPlan::UsualDelay_ms),
+                              options.BothWays);
+}
+
+void AddLines(CommandResult& result, std::int32_t lines) {
+    result.Json["lines"] = lines;
+    result.Text += fmt::format("{} lines\n", lines);
+}
+
+std::string MeansText(const DigitalMFCRecord::StepMeans& means) {
+    std::string text = "demand      channel 0   channel 1\n";
+    for (std::int32_t step = 0; step < DigitalMFCRecord::Steps; ++step) {
+        const auto index = static_cast<std::size_t>(step);
+        text += fmt::format("{:5} %  {:12.1f} {:11.1f}\n", DigitalMFCRecord::ProfileDemand(step),
+                            means[0].at(index), means[1].at(index));
+    }
+    return text;
+}
+
+} // namespace
+
+CommandResult RunMFCTest(CommandContext& context) {
+    ChosenBoard(context);
+    BoardDACSliders sliders(context.TheStation);
+    DigitalMFCTest test(context.TheStation, sliders);
+    const DigitalMFCResult outcome =
+        RunShown(context, test, [&test](const BenchTestView& view) { return test.Run(view); });
+    CommandResult result;
+    AddOutcome(result, outcome.Outcome, "The test of the digital MFCs");
+    result.Json["results"] = outcome.Means;
+    if (!outcome.Outcome.Files.empty()) // else nothing has been measured
+        result.Text += MeansText(outcome.Means);
+    return result;
+}
+
+CommandResult RunAirSweep(CommandContext& context, const SweepOptions& options) {
+    ChosenBoard(context);
+    BoardDACSliders sliders(context.TheStation);
+    OutputSweep test(context.TheStation, sliders);
+    const SweepPlan plan = PlanOf(options);
+    const SweepResult outcome =
+        RunShown(context, test, [&](const BenchTestView& view) { return test.Run(plan, view); });
+    CommandResult result;
+    AddOutcome(result, outcome.Outcome, "The air test");
+    AddLines(result, outcome.Lines);
+    return result;
+}
+
+CommandResult RunAirFlowTest(CommandContext& context) {
+    DetectBoards(context);
+    BoardDACSliders sliders(context.TheStation);
+    AirFlowTest test(context.TheStation, sliders);
+    const AirFlowResult outcome = RunShown(
+        context, test, [&test](const BenchTestView& view) { return test.TestAirFlow(view); });
+    CommandResult result;
+    AddOutcome(result, outcome.Outcome, "The air flow test");
+    if (!outcome.MissingBoards.empty())
+        result.Status = ExitStatus::NoBoard;
+    AddLines(result, outcome.Lines);
+    return result;
+}
+
+CommandResult RunSpeedTest(CommandContext& context) {
+    ChosenBoard(context);
+    BoardDACSliders sliders(context.TheStation);
+    SpeedTest test(context.TheStation, sliders, [] {});
+    const SpeedResult outcome =
+        RunShown(context, test, [&test](const BenchTestView& view) { return test.Run(view); });
+    CommandResult result;
+    AddOutcome(result, outcome.Outcome, "The speed test");
+    result.Json["analogSeconds"] = outcome.Analog_s;
+    result.Json["digitalSeconds"] = outcome.Digital_s;
+    result.Text +=
+        fmt::format("analog   {:.3f} s\ndigital  {:.3f} s\n", outcome.Analog_s, outcome.Digital_s);
+    return result;
+}
+
+namespace {
+
+/// The rig window of a terminal: one progress bar for the whole job.
+class TerminalRig final : public TestRigView {
+  public:
+    void ShowSteps(const std::vector<TestRigStep>& steps) override { m_Steps = steps.size(); }
+    void BeginProgress(const RampStep& ramp) override {
+        ++m_Begun;
+        m_Span_s = ramp.Duration_s();
+    }
+    void ShowProgress(double elapsed_s) override {
+        const double done = static_cast<double>(m_Begun - 1) + elapsed_s / m_Span_s;
+        m_Bar.Show(done / static_cast<double>(m_Steps));
+    }
+
+  private:
+    std::size_t m_Steps = 0;
+    std::size_t m_Begun = 0;
+    double m_Span_s = 0.0;
+    ProgressBar m_Bar;
+};
+
+TestRigResult RunLoopThrough(CommandContext& context) {
+    TerminalRig view;
+    TestRigRun run(context.TheStation, view);
+    const CancelOnInterrupt cancel(context.Events, [&run] { run.Cancel(); });
+    return run.Run(TestRigJob::LoopThrough);
+}
+
+clsAIB& FirstBoard(CommandContext& context) {
+    DetectBoards(context);
+    return *context.TheStation.g_AIBList.AIB(0);
+}
+
+/// @param exchange what was tried, as the UART console names it
+CommandResult ExchangeResult(const std::string& exchange, std::int32_t value, AIBStatus status) {
+    const std::string statusText = clsAIB::AIBErrorStr(status);
+    CommandResult result;
+    result.Json = {{"value", value}, {"status", status}, {"statusText", statusText}};
+    result.Text = fmt::format("{}  {}  {}\n", exchange, value, statusText);
+    if (status != Status::NoError) {
+        result.Status = ExitStatus::NotPassed;
+        result.Error = fmt::format("{} failed  [{}]", exchange, statusText);
+    }
+    return result;
+}
+
+} // namespace
+
+CommandResult RunTestRig(CommandContext& context) {
+    DetectBoards(context);
+    if (const auto missing = TestRigRun::Missing(context.TheStation, TestRigJob::LoopThrough))
+        throw CommandError(ExitStatus::NoBoard, WithPlainLineEnds(*missing));
+    const TestRigResult job = RunLoopThrough(context);
+    CommandResult result;
+    AddOutcome(result, job.Procedure, "The test rig job");
+    result.Json["lines"] = job.Lines;
+    result.Json["steps"] = nlohmann::ordered_json::array();
+    for (const TestRigStep& step : job.Steps) {
+        const std::string status(RigStatusText(step.Status));
+        result.Json["steps"].push_back({{"name", step.Name}, {"status", status}});
+        result.Text += fmt::format("{:<28} {}\n", step.Name, status);
+    }
+    const TestRigStep* failed = job.FirstFailed();
+    if (failed != nullptr && result.Status == ExitStatus::Done) {
+        result.Status = ExitStatus::NotPassed;
+        result.Error = failed->Remark;
+    }
+    return result;
+}
+
+CommandResult RunUartSet(CommandContext& context, std::int32_t channel, std::int32_t value) {
+    clsAIB& board = FirstBoard(context);
+    context.TheStation.Claims.Require(board.DevSerialNum());
+    const AIBStatus status = board.SetDAC_UART(channel, value);
+    return ExchangeResult(fmt::format("Set({})", channel), value, status);
+}
+
+CommandResult RunUartGet(CommandContext& context, std::int32_t channel) {
+    std::int32_t value = 0;
+    const AIBStatus status = FirstBoard(context).GetADC_UART(channel, value);
+    return ExchangeResult(fmt::format("Get({})", channel), value, status);
+}
+
+CommandResult RunRecord(CommandContext& context, double seconds) {
+    ChosenBoard(context);
+    TimedRecording recording(context.TheStation);
+    ProcedureOutcome outcome;
+    {
+        const CancelOnInterrupt cancel(context.Events, [&recording] { recording.Cancel(); });
+        ProgressBar bar;
+        outcome = recording.Run(seconds, [&bar](double share) { bar.Show(share); });
+    }
+    CommandResult result;
+    result.Json["lines"] = recording.Lines();
+    result.Text = fmt::format("{} lines\n", recording.Lines());
+    AddOutcome(result, outcome, "The recording");
+    return result;
+}
+
+} // namespace ombrix

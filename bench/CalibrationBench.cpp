@@ -26,10 +26,12 @@ class CountingPump final : public EventPump {
 void MeasuringLoopPass(benchmark::State& state) {
     CalibrationBench bench("acu");
     CountingPump pump;
-    const Cancellation never;
-    ProcedureWait wait(bench.Bench.Time, pump, never);
-    AirChannelControl air = bench.Record().Air(bench.Sliders);
-    MeasuringLoop loop(bench.Board, air, wait, bench.Bench.Time, false);
+    TestBench& with = bench.Bench;
+    Platform world{with.Time, pump, with.Messages, with.Files, with.Documents, with.End};
+    Station& station = with.TheStation;
+    ProcedureWait wait(world, station.Procedures);
+    AirChannelControl air(station);
+    MeasuringLoop loop(station, air, wait);
     air.SetAirVelocityInternal_bits(0, 30000);
     constexpr double point_s = 15.0;
     std::string shown;
@@ -80,7 +82,7 @@ BENCHMARK(LongestTimeBetweenLooks)->Unit(benchmark::kMillisecond);
 void InformationWorkbook(benchmark::State& state) {
     CalibrationBench bench("acu");
     for (auto _ : state) {
-        if (!bench.SetUp.CreateACUInfoDoc().Saved)
+        if (!bench.SetUp.CreateACUInfoDoc().WhereItBelongs)
             state.SkipWithError("the workbook has not been saved");
     }
 }

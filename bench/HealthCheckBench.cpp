@@ -39,17 +39,16 @@ namespace {
 /// A step on the system's clock: the cost of reading it is part of the figure.
 struct RunningStep {
     explicit RunningStep(const Clock& clock) : Timer(clock) {
-        clsAIB& board = Bench.Detect();
-        board.Calibration().ReadEPROMValues(board);
+        Bench.Detect();
+        Bench.TheStation.Calibration().ReadEPROMValues();
         Step.Init(0, 0.2F, 0.0F, 1e6F, nullptr);
-        Step.StartStep(Timer, Sliders);
+        Step.StartStep(Timer, Bench.TheStation);
     }
-    bool Record() { return Step.RecordDataPoint(*Bench.TheStation.g_CurrentAIB, nullptr, nullptr); }
+    bool Record() { return Step.RecordDataPoint(*Bench.TheStation.CurrentAIB, nullptr, nullptr); }
 
     TestBench Bench;
-    BoardDACSliders Sliders{Bench.TheStation};
-    clsHiResTimer Timer;
-    clsMFCStep Step;
+    HiResTimer Timer;
+    MFCStep Step;
 };
 
 void ReadingTheClock(benchmark::State& state) {
@@ -79,9 +78,9 @@ void RecordDataPointStoring(benchmark::State& state) {
     std::int64_t allocated = 0;
     for (auto _ : state) {
         state.PauseTiming();
-        if (running.Step.DataCount() == clsMFCStep::DataCapacity) {
+        if (running.Step.DataCount() == MFCStep::DataCapacity) {
             running.Step.Init(0, 0.2F, 0.0F, 1e6F, nullptr);
-            running.Step.StartStep(running.Timer, running.Sliders);
+            running.Step.StartStep(running.Timer, running.Bench.TheStation);
         }
         clock.Advance(0.02);
         const std::int64_t before = allocations;
@@ -109,17 +108,16 @@ void WholeProgramme(benchmark::State& state) {
     std::int64_t samples = 0;
     for (auto _ : state) {
         TestBench bench;
-        clsAIB& board = bench.Detect();
-        board.Calibration().ReadEPROMValues(board);
+        bench.Detect();
+        bench.TheStation.Calibration().ReadEPROMValues();
         bench.Files.Mount(R"(C:\Program Files\Ombrix\Templates)", TEMPLATES_FOLDER);
-        BoardDACSliders sliders(bench.TheStation);
         NoWaitWindow wait;
         NoConverter noConverter;
-        HealthCheckRun run(
-            bench.TheStation, sliders,
+        const ReportTools tools{
+            bench.TheStation,
             [&] { return std::make_unique<XlsxApplication>(bench.Files, noConverter); }, wait,
-            R"(C:\Program Files\Ombrix\Templates\)");
-        const HealthCheckResult result = run.Run(all, {});
+            R"(C:\Program Files\Ombrix\Templates\)"};
+        const HealthCheckResult result = HealthCheckRun(tools).Run(all, {});
         if (result.Files.empty())
             state.SkipWithError(result.Error.c_str());
         samples = 0;

@@ -16,24 +16,24 @@ struct Recording {
     TestBench Bench;
     SystemClock Time;
     Platform World{Time, Bench.Events, Bench.Messages, Bench.Files, Bench.Documents, Bench.End};
-    Station TheStation{BoardServices{Bench.Bench, World, Bench.Services.MakeCalibration}};
+    Station TheStation{BoardServices{Bench.Bench, World}};
     DataRecorder Recorder{TheStation};
 
     Recording() {
         std::int32_t count = 0;
-        TheStation.g_AIBList.OpenAIBAPI(count);
-        TheStation.g_CurrentAIB = TheStation.g_AIBList.AIB(0);
+        TheStation.AIBList.OpenAIBAPI(count);
+        TheStation.CurrentAIB = TheStation.AIBList.AIB(0);
     }
 };
 
 void BoardCallsOfALine(benchmark::State& state) {
     Recording recording;
-    clsAIB& board = *recording.TheStation.g_CurrentAIB;
+    AIB& board = *recording.TheStation.CurrentAIB;
     for (auto _ : state) {
         std::int32_t value = 0;
-        for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel)
+        for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel)
             board.GetADC(channel, value);
-        board.ReadReg(clsAIB::PressureRegister, value);
+        board.ReadReg(AIB::PressureRegister, value);
         benchmark::DoNotOptimize(value);
     }
 }
@@ -61,7 +61,7 @@ void Day(benchmark::State& state) {
         bench.Detect();
         const long before_KiB = MostMemory_KiB();
         TimedRecording recording(bench.TheStation);
-        const ProcedureOutcome outcome = recording.Run(day_s, [](double) {});
+        const Outcome outcome = recording.Run(day_s, [](double) {});
         state.counters["lines"] = static_cast<double>(recording.Lines());
         state.counters["grown_KiB"] = static_cast<double>(MostMemory_KiB() - before_KiB);
         std::ifstream file(outcome.Files.at(0));

@@ -58,27 +58,24 @@ int main(int argc, char** argv) {
     ThrowingEnd end;
     Platform world{clock, events, messages, files, documents, end};
     SimulatedBench library(clock, BenchOptions{});
-    Station station({library, world,
-                     [&] { return std::make_shared<clsACUCalibration>(world, station.Claims); }});
+    Station station({library, world});
     std::int32_t count = 0;
-    station.g_AIBList.OpenAIBAPI(count);
-    station.g_CurrentAIB = station.g_AIBList.AIB(0);
+    station.AIBList.OpenAIBAPI(count);
+    station.CurrentAIB = station.AIBList.AIB(0);
 
     GraphColumn graphs(nullptr);
     graphs.resize(900, 680);
     graphs.show();
     const GraphSurfaces surfaces = graphs.Surfaces();
-    BoardDACSliders sliders(station);
-    const Cancellation cancel;
-    ProcedureWait wait(clock, events, cancel);
-    clsMFCSequence sequence;
+    ProcedureWait wait(world, station.Procedures);
+    MFCSequence sequence;
     sequence.AddStep(0.2F, 0.5F, seconds);
 
     SpacingRecorder spacings;
     std::int32_t row = 7;
     const double before_s = ProcessorTime_s();
     sequence.RunSequence(
-        {station, sliders, wait},
+        station, wait,
         {.Graphs = &surfaces,
          .Labels = &graphs,
          .Progress = [&](double) { spacings.Note(sequence.Step(0).NextSampleTime_s()); }},

@@ -21,7 +21,7 @@ const char* KindText(const EpromField& field) {
 }
 
 std::string WordName(const EpromField& field, std::int32_t word) {
-    constexpr std::int32_t charactersPerWord = EpromImage::WordBytes;
+    constexpr std::int32_t charactersPerWord = EpromWordBytes;
     if (field.Kind == EpromKind::Date)
         return field.Name + (word == 0 ? " (low)" : " (high)");
     if (field.Kind == EpromKind::Text)
@@ -38,7 +38,7 @@ std::vector<EPROMWord> EPROMWords() {
         if (field.Address == ACUMemoryMap::DataVersion_USB)
             field.Name.clear(); // the report names it by the kind of the board
         for (std::int32_t word = 0; word < field.Words; ++word)
-            words.push_back({field.Address + word * EpromImage::WordBytes, WordName(field, word),
+            words.push_back({field.Address + word * EpromWordBytes, WordName(field, word),
                              KindText(field)});
     }
     return words;

@@ -4,6 +4,7 @@
 #include "AuditSheetParts.h"
 #include "CalibrationTemplates.h"
 #include "TemplateBuilder.h"
+#include "spreadsheet/Cells.h"
 
 #include <fmt/format.h>
 

@@ -3,6 +3,7 @@
 #include "EPROMWordNames.h"
 #include "ReportLook.h"
 #include "TemplateBuilder.h"
+#include "spreadsheet/Cells.h"
 #include "spreadsheet/sheet/CellArea.h"
 
 #include <fmt/format.h>
@@ -155,7 +156,7 @@ class WordGroup {
     }
 
   private:
-    std::string Letters(int column) const { return xlsx::ColumnLetters(m_FirstColumn + column); }
+    std::string Letters(int column) const { return ColumnLetters(m_FirstColumn + column); }
     std::string Address(int column, int row) const { return Letters(column) + std::to_string(row); }
 
     SheetBuilder& m_Sheet;

@@ -3,6 +3,7 @@
 #include "CalibrationTemplates.h"
 #include "ReportLook.h"
 #include "TemplateBuilder.h"
+#include "spreadsheet/Cells.h"
 #include "spreadsheet/sheet/CellArea.h"
 
 #include <fmt/format.h>
@@ -163,8 +164,8 @@ void LayOutTraces(SheetBuilder& sheet, int channel) {
     int column = 0;
     const auto trace = [&](const std::string& name) {
         const Look head = With(HeadCell, BoxLines);
-        const std::string time = xlsx::ColumnLetters(++column);
-        const std::string reading = xlsx::ColumnLetters(++column);
+        const std::string time = ColumnLetters(++column);
+        const std::string reading = ColumnLetters(++column);
         sheet.Column(time, 9, Values("0.00")).Column(reading, 10, Values("0"));
         sheet.Text(time + "1", name + ", time (s)", head);
         sheet.Text(reading + "1", name + " (bits)", head);

@@ -1,5 +1,6 @@
 #include "SheetBuilder.h"
 
+#include "spreadsheet/Cells.h"
 #include "spreadsheet/package/XmlPart.h"
 #include "spreadsheet/sheet/CellArea.h"
 #include "spreadsheet/sheet/FormulaText.h"
@@ -174,7 +175,7 @@ std::string SheetBuilder::RowsXml() const {
             xml += fmt::format(" ht=\"{}\" customHeight=\"1\"", height->second);
         xml += ">";
         for (const auto& [column, cell] : cells)
-            xml += fmt::format("<c r=\"{}{}\" s=\"{}\"{}>{}</c>", xlsx::ColumnLetters(column), row,
+            xml += fmt::format("<c r=\"{}{}\" s=\"{}\"{}>{}</c>", ColumnLetters(column), row,
                                cell.Style, cell.Type, cell.Content);
         xml += "</row>";
     }

@@ -76,7 +76,7 @@ Control& Find(QWidget& window, const QString& name) {
 
 class Photographer {
   public:
-    Photographer(Assembly& assembly, frmAIBAccessories& window, std::filesystem::path folder)
+    Photographer(Assembly& assembly, AIBAccessoriesWindow& window, std::filesystem::path folder)
         : m_Assembly(assembly), m_Window(window), m_Folder(std::move(folder)) {
         m_Window.resize(Screen);
         m_Window.show();
@@ -161,7 +161,7 @@ class Photographer {
         constexpr int drift_bits = 9;
         Station& station = m_Assembly.TheStation();
         HistoryEntry run =
-            ReadHistory(station.World.Files, station.g_CurrentAIB->SerialNumber()).Runs.front();
+            ReadHistory(station.World.Files, station.CurrentAIB->SerialNumber()).Runs.front();
         for (int month = 1; month < months; ++month) {
             run.When = OleDate(run.When.Days() + month_days);
             for (ChannelMeasurement& channel : run.Velocity.Channels) {
@@ -180,7 +180,7 @@ class Photographer {
         // From before the middle on: the last measurement of the stage before stands at its end.
         constexpr float from = 0.4F;
         constexpr float to = 0.6F;
-        const auto& progress = Find<ctrlProgressBar>(window, QStringLiteral("ctrlProgressBar"));
+        const auto& progress = Find<ProgressBar>(window, QStringLiteral("ctrlProgressBar"));
         const auto* line =
             Find<QTreeWidget>(window, QStringLiteral("lvwStage")).topLevelItem(stage);
         return line != nullptr && line->text(resultColumn) == QLatin1String("Running...") &&
@@ -216,7 +216,7 @@ class Photographer {
     }
 
     Assembly& m_Assembly;
-    frmAIBAccessories& m_Window;
+    AIBAccessoriesWindow& m_Window;
     std::filesystem::path m_Folder;
 };
 
@@ -227,8 +227,8 @@ class Studio {
         : m_Messages(toQuestions),
           m_Assembly(options, {m_Events, m_Messages, m_Documents, m_End}, "ombrix"),
           m_Window(m_Assembly.TheStation(),
-                   {[this] { m_Events.EndProgram(); }, m_Assembly.Launcher(),
-                    Assembly::TemplatesFolder(), OMBRIX_VERSION}),
+                   {[this] { m_Events.EndProgram(); }, [this](OpenExcelView& wait) { return m_Assembly.Reports(wait); },
+                    ReadersOfJournals, OMBRIX_VERSION}),
           m_Photographer(m_Assembly, m_Window, folder) {}
 
     Photographer* operator->() { return &m_Photographer; }
@@ -239,7 +239,7 @@ class Studio {
     QtDocumentOpener m_Documents;
     QtProgramEnd m_End;
     Assembly m_Assembly;
-    frmAIBAccessories m_Window;
+    AIBAccessoriesWindow m_Window;
     Photographer m_Photographer;
 };
 

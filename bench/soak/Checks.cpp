@@ -1,6 +1,7 @@
 #include "soak/Checks.h"
 
 #include "board/eprom/EpromGuard.h"
+#include "platform/text/Paths.h"
 
 #include <fmt/format.h>
 
@@ -18,7 +19,7 @@ std::vector<std::int32_t> ChangedAddresses(const std::string& before, const std:
     const EpromImage former = EpromImage::FromBytes(before);
     const EpromImage present = EpromImage::FromBytes(after);
     std::vector<std::int32_t> changed;
-    for (std::int32_t address = 0; address < clsAIB::EPROMBytes; address += EpromImage::WordBytes)
+    for (std::int32_t address = 0; address < EpromBytes; address += EpromWordBytes)
         if (former.Word(address) != present.Word(address))
             changed.push_back(address);
     return changed;
@@ -35,8 +36,8 @@ bool SaysThatItWrote(const Procedure& procedure, const Ending& ending) {
     case Writes::Never: return false;
     case Writes::WhenSaved: return ending.Saved;
     case Writes::WhenFinished:
-        return ending.How == Ending::Kind::Passed || ending.How == Ending::Kind::NotPassed ||
-               ending.How == Ending::Kind::NotStored;
+        return ending.Ended == End::Passed || ending.Ended == End::Failed ||
+               ending.Ended == End::NotStored;
     case Writes::Always: return true;
     }
     return false;
@@ -44,22 +45,22 @@ bool SaysThatItWrote(const Procedure& procedure, const Ending& ending) {
 
 /// Whether the content is among the saved ones.
 bool IsSaved(const Drive& files, const std::string& content) {
-    const std::vector<std::string> names = files.FilesIn(BackupFolder);
+    const std::vector<std::string> names = files.FilesIn(Paths::Backups);
     return std::any_of(names.rbegin(), names.rend(), [&](const auto& name) {
-        return files.ReadFile(BackupFolder + name) == content;
+        return files.ReadFile(Paths::Backups + name) == content;
     });
 }
 
 /// What of a record is stored in the EPROM.
 auto Stored(const ACURecord& record) {
     return std::tuple(
-        record.m_DataVersion, record.m_ChannelCapacity, record.m_CalibrationPoints,
-        record.m_HasSolenoidValves, record.m_VelocityCal[0].M, record.m_VelocityCal[0].C,
-        record.m_VelocityCal[1].M, record.m_VelocityCal[1].C, record.m_VelocityCal[0].Demand,
-        record.m_VelocitySystemDate, record.m_VelocityAuditDate, record.m_VelocitySystemPassed,
-        record.m_VelocityAuditPassed, record.m_MFCNumber,
-        std::bit_cast<std::int32_t>(record.m_MaxPressure), record.m_PressureSystemDate,
-        record.m_PressureAuditDate, record.m_PressureSystemPassed, record.m_PressureAuditPassed);
+        record.DataVersion, record.ChannelCapacity, record.CalibrationPoints,
+        record.HasSolenoidValves, record.VelocityCal[0].M, record.VelocityCal[0].C,
+        record.VelocityCal[1].M, record.VelocityCal[1].C, record.VelocityCal[0].Demand,
+        record.VelocitySystemDate, record.VelocityAuditDate, record.VelocitySystemPassed,
+        record.VelocityAuditPassed, record.MFCNumber,
+        std::bit_cast<std::int32_t>(record.MaxPressure), record.PressureSystemDate,
+        record.PressureAuditDate, record.PressureSystemPassed, record.PressureAuditPassed);
 }
 
 } // namespace
@@ -95,14 +96,15 @@ bool CheckEprom(SoakProgram& program, const Procedure& procedure, const Ending& 
                                          changed.size(), changed.front()));
     if (toldOfEprom || (changed.empty() && !says))
         return !toldOfEprom;
-    if (!program.Board().Calibration().ACUInitialised())
+    const ACURecord& record = program.TheStation.Calibration().Record();
+    if (!record.ACUInitialised)
         return true; // a unit that has never been calibrated
     // Whoever reads the unit now finds what the program takes for its record.
-    clsACUCalibration fresh(program.Ports, program.TheStation.Claims);
-    fresh.ReadEPROMValues(program.Board());
-    if (!fresh.ACUInitialised())
+    ACUCalibration fresh(program.Ports, program.TheStation.Claims, program.Board());
+    fresh.ReadEPROMValues();
+    if (!fresh.Record().ACUInitialised)
         violations.emplace_back("the record in the EPROM cannot be read");
-    else if (Stored(fresh.Record()) != Stored(program.Board().Calibration().Record()))
+    else if (Stored(fresh.Record()) != Stored(record))
         violations.emplace_back("the EPROM does not hold the program's record");
     return true;
 }

@@ -62,7 +62,7 @@ Disturbance::Disturbance(SoakProgram& program, const Procedure& procedure, const
     constexpr double patience = 3.0;
     program.Events.NotAfter(world.Now_s() + procedure.Duration_s * patience, [this] {
         m_Endless = true;
-        m_Program.Cancel();
+        m_Program.TheStation.Procedures.Cancel();
     });
     world.Library.BeforeCall = [this](std::string_view operation) {
         if (operation == "WriteEEPROM")
@@ -98,7 +98,7 @@ void Disturbance::Act() {
         m_Program.World.Bench.SetFaults(Faults::Parse({&m_Fault.BenchFault, 1}));
         break;
     case Fault::Act::DiskFull: m_Program.World.Files.Full = true; break;
-    case Fault::Act::Cancel: m_Program.Cancel(); break;
+    case Fault::Act::Cancel: m_Program.TheStation.Procedures.Cancel(); break;
     case Fault::Act::ProgramEnd: m_Program.Events.EndProgram(); break;
     case Fault::Act::Exception: m_Throw = true; break;
     }

@@ -14,20 +14,13 @@ namespace {
 
 namespace Map = ACUMemoryMap;
 
-Ending EndingOf(const ProcedureOutcome& outcome) {
-    constexpr std::array<Ending::Kind, 4> kinds = {Ending::Kind::Passed, Ending::Kind::Cancelled,
-                                                   Ending::Kind::Stopped, Ending::Kind::NotStored};
-    return {kinds.at(static_cast<std::size_t>(outcome.Ended)), false, outcome.Error, outcome.Files};
-}
-
-Ending::Kind KindOf(bool passed, bool aborted, bool allStored, const std::string& error) {
-    if (!error.empty())
-        return Ending::Kind::Stopped;
-    if (aborted)
-        return Ending::Kind::Cancelled;
-    if (!passed)
-        return Ending::Kind::NotPassed;
-    return allStored ? Ending::Kind::Passed : Ending::Kind::NotStored;
+/// A calibration that has passed, and whose logs and reports do not lie where they belong, counts
+/// as not stored.
+Ending EndingOf(const CalibrationOutcome& outcome) {
+    Ending ending{outcome, outcome.Saved};
+    if (outcome.Ended == End::Passed && !outcome.AllStored)
+        ending.Ended = End::NotStored;
+    return ending;
 }
 
 /// The commands that prepare the unit, with views that nobody looks at.
@@ -36,24 +29,15 @@ struct SetUp {
     RecordedWait Wait;
     ACUSetUp Commands;
 
-    explicit SetUp(SoakProgram& program)
-        : Commands({program.TheStation, program.Sliders, Stages, Wait, program.Launcher(),
-                    SoakProgram::Templates}) {
-        program.Cancel = [&program] { program.Board().Calibration().CancelCalibration(); };
-    }
+    explicit SetUp(SoakProgram& program) : Commands(program.Reports(Wait), Stages) {}
 };
 
-Ending EndingOf(const CalibrationOutcome& outcome) {
-    return {KindOf(outcome.Passed, outcome.Aborted, outcome.AllStored, outcome.Error),
-            outcome.Saved, outcome.Error, outcome.Files};
-}
-
 Ending VelocityInit(SoakProgram& program) {
-    SetUp setUp(program);
     std::string number = "M9200999X";
-    const auto outcome = setUp.Commands.RunACUInitialisation(number, true, false);
-    return {KindOf(outcome.Passed, outcome.Aborted, outcome.AllStored, outcome.Error),
-            outcome.Passed && outcome.AllStored, outcome.Error, outcome.Files};
+    const auto outcome = SetUp(program).Commands.RunACUInitialisation(number, true, false);
+    Ending ending = EndingOf(outcome);
+    ending.Saved = ending.Ended == End::Passed;
+    return ending;
 }
 
 template <CalibrationKind Kind>
@@ -68,30 +52,21 @@ Ending Pressure(SoakProgram& program) {
 
 Ending HealthCheck(SoakProgram& program) {
     RecordedWait wait;
-    HealthCheckRun run(program.TheStation, program.Sliders, program.Launcher(), wait,
-                       SoakProgram::Templates);
-    program.Cancel = [&run] { run.Cancel(); };
     constexpr std::array options = {HealthCheckOption::Short, HealthCheckOption::LowCh2};
-    return EndingOf(run.Run(options, {}));
+    return {HealthCheckRun(program.Reports(wait)).Run(options, {})};
 }
 
 Ending Recording(SoakProgram& program) {
     constexpr double duration_s = 600.0;
-    TimedRecording recording(program.TheStation);
-    program.Cancel = [&recording] { recording.Cancel(); };
-    return EndingOf(recording.Run(duration_s, [](double) {}));
+    return {TimedRecording(program.TheStation).Run(duration_s, [](double) {})};
 }
 
 Ending Sweep(SoakProgram& program) {
-    OutputSweep sweep(program.TheStation, program.Sliders);
-    program.Cancel = [&sweep] { sweep.Cancel(); };
-    return EndingOf(sweep.Run(SweepPlan::Stepped(5000, 4000, true), {}).Outcome);
+    return {OutputSweep(program.TheStation).Run(SweepPlan::Stepped(5000, 4000, true), {})};
 }
 
 Ending DigitalMFCs(SoakProgram& program) {
-    DigitalMFCTest test(program.TheStation, program.Sliders);
-    program.Cancel = [&test] { test.Cancel(); };
-    return EndingOf(test.Run({}).Outcome);
+    return {DigitalMFCTest(program.TheStation).Run({})};
 }
 
 using Range = std::pair<std::int32_t, std::int32_t>;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "board/procedure/Outcome.h"
 #include "soak/SoakStation.h"
 
 #include <cstdint>
@@ -11,16 +12,11 @@
 namespace ombrix::soak {
 
 /// What a procedure said that it came to.
-struct Ending {
-    enum class Kind { Passed, NotPassed, Cancelled, Stopped, NotStored };
-
-    Kind How = Kind::Passed;
+struct Ending : Outcome {
     /// The unit's EPROM is said to hold new values.
     bool Saved = false;
-    std::string Error;
-    std::vector<std::filesystem::path> Files;
 };
-inline constexpr std::array<const char*, 5> EndingNames = {"passed", "not passed", "cancelled",
+inline constexpr std::array<const char*, 5> EndingNames = {"passed", "failed", "cancelled",
                                                            "stopped", "not stored"};
 
 /// When a procedure may change the EPROM.

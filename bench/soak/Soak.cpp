@@ -61,7 +61,7 @@ class BenchSoak {
         try {
             return procedure.Run(*m_Program);
         } catch (const std::exception& error) {
-            return {Ending::Kind::Stopped, false, error.what(), {}};
+            return {{End::Stopped, error.what(), {}}, false};
         }
     }
 
@@ -98,7 +98,7 @@ class BenchSoak {
         if (!written || !violations.empty())
             Restore(before, tally);
         tally.Tried = 1;
-        tally.Endings.at(static_cast<std::size_t>(ending.How)) = 1;
+        tally.Endings.at(static_cast<std::size_t>(ending.Ended)) = 1;
         Note(procedure, faultIndex, phase, tally, ending, violations);
     }
 
@@ -158,7 +158,7 @@ class BenchSoak {
             m_Result.Found.push_back(where + violation);
         if (m_Plan.Verbose)
             fmt::print(stderr, "{}{}, {}\n", where,
-                       EndingNames.at(static_cast<std::size_t>(ending.How)), ending.Error);
+                       EndingNames.at(static_cast<std::size_t>(ending.Ended)), ending.Error);
     }
 
     const SoakPlan& m_Plan;

@@ -47,17 +47,14 @@ SoakWorld::SoakWorld(const std::string& bench, std::uint64_t seed,
 }
 
 SoakProgram::SoakProgram(SoakWorld& world)
-    : World(world), TheStation(BoardServices{world.Library, Ports, [this] {
-                                                 return std::make_shared<clsACUCalibration>(
-                                                     Ports, TheStation.Claims);
-                                             }}) {}
+    : World(world), TheStation(BoardServices{world.Library, Ports}) {}
 
 bool SoakProgram::Detect() {
     NoDetectionView view;
     if (!DetectAndProgramBoards(TheStation, view))
         return false;
-    TheStation.g_CurrentAIB = TheStation.g_AIBList.AIB(0);
-    Board().Calibration().ReadEPROMValues(Board());
+    TheStation.CurrentAIB = TheStation.AIBList.AIB(0);
+    TheStation.Calibration().ReadEPROMValues();
     return true;
 }
 

@@ -94,9 +94,11 @@ class SoakProgram {
 
     /// Detects the boards as the program's start does and reads the record of the first.
     bool Detect();
-    clsAIB& Board() { return *TheStation.g_CurrentAIB; }
-    SpreadsheetLauncher Launcher() {
-        return [this] { return std::make_unique<XlsxApplication>(World.Files, m_Converter); };
+    AIB& Board() { return *TheStation.CurrentAIB; }
+    ReportTools Reports(OpenExcelView& wait) {
+        return {TheStation,
+                [this] { return std::make_unique<XlsxApplication>(World.Files, m_Converter); },
+                wait, Templates};
     }
 
     SoakWorld& World;
@@ -107,9 +109,6 @@ class SoakProgram {
     ThrowingEnd End;
     Platform Ports{World.Time, Events, Messages, World.Files, Documents, End, {"soak", "0", "", 1}};
     Station TheStation;
-    BoardDACSliders Sliders{TheStation};
-    /// Cancels the procedure that runs.
-    std::function<void()> Cancel;
 
   private:
     SameContent m_Converter;

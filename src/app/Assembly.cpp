@@ -1,11 +1,13 @@
 #include "app/Assembly.h"
 
 #include "board/LoadedAIBControl.h"
-#include "calibration/unit/ACUCalibration.h"
+#include "calibration/history/RecordedRun.h"
+#include "healthcheck/HealthCheckJournal.h"
 #include "platform/os/CrashReport.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/os/SystemClock.h"
 #include "platform/os/VirtualClock.h"
+#include "platform/text/Paths.h"
 #include "simulator/SimulatorFiles.h"
 #include "spreadsheet/XlsxApplication.h"
 
@@ -21,8 +23,6 @@ namespace ombrix {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr std::string_view ProgramFolder = R"(C:\Program Files\Ombrix)";
 
 /// A checkout has the templates beside the programs, an installation in its shared data.
 fs::path FolderWithTemplates() {
@@ -71,14 +71,11 @@ Assembly::Assembly(const StationOptions& options, const UserPorts& ports,
       m_End(ports.End, m_World), m_World{*m_Clock,        ports.Events, m_Messages,       m_Drive,
                                          ports.Documents, m_End,        Identity(program)},
       m_Library(MakeLibrary()) {
-    m_Drive.Mount(ProgramFolder, FolderWithTemplates());
-    m_Drive.Mount("T:", fs::temp_directory_path());
+    m_Drive.Mount(Paths::Program, FolderWithTemplates());
+    m_Drive.Mount(Paths::TemporaryDrive, fs::temp_directory_path());
     if (!options.Share.empty())
-        m_Drive.Mount("S:", options.Share);
-    m_Station = std::make_unique<Station>(
-        BoardServices{*m_Library, m_World, [this] {
-                          return std::make_shared<clsACUCalibration>(m_World, m_Station->Claims);
-                      }});
+        m_Drive.Mount(Paths::ShareDrive, options.Share);
+    m_Station = std::make_unique<Station>(BoardServices{*m_Library, m_World});
     LogStart();
 }
 
@@ -91,10 +88,11 @@ void Assembly::LogStart() {
     std::string options = OptionsText();
     options.pop_back();
     WriteLog(m_World, "Program started\n" + options);
-    std::vector<std::string> crashes = m_Drive.FilesIn(std::string(R"(C:\)") + DiagnosticsFolder);
+    std::vector<std::string> crashes =
+        m_Drive.FilesIn(Paths::Diagnostics);
     std::erase_if(crashes, [](const std::string& name) { return !name.starts_with("crash_"); });
     if (!crashes.empty())
-        WriteLog(m_World, fmt::format("Crash reports that lie in {}: {}", DiagnosticsFolder,
+        WriteLog(m_World, fmt::format("Crash reports that lie in {}: {}", Paths::DiagnosticsName,
                                       fmt::join(crashes, ", ")));
 }
 
@@ -120,12 +118,16 @@ std::unique_ptr<AIBControl> Assembly::MakeLibrary() const {
     return bench;
 }
 
-SpreadsheetLauncher Assembly::Launcher() {
-    return [this] { return std::make_unique<XlsxApplication>(m_Drive, m_Converter); };
+ReportTools Assembly::Reports(OpenExcelView& wait) {
+    return {*m_Station, [this] { return std::make_unique<XlsxApplication>(m_Drive, m_Converter); },
+            wait, Paths::Templates};
 }
 
-std::string Assembly::TemplatesFolder() {
-    return std::string(ProgramFolder) + R"(\Templates\)";
+JournalReaders ReadersOfJournals(const ReportTools& tools) {
+    JournalReaders readers;
+    AddCalibrationReaders(readers, tools);
+    AddHealthCheckReader(readers, tools);
+    return readers;
 }
 
 } // namespace ombrix

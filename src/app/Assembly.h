@@ -6,7 +6,8 @@
 #include "platform/os/ProgramLog.h"
 #include "simulator/SimulatedBench.h"
 #include "spreadsheet/LibreOfficeConverter.h"
-#include "spreadsheet/Spreadsheet.h"
+#include "journal/UnfinishedRuns.h"
+#include "reports/ReportFile.h"
 
 #include <memory>
 #include <string>
@@ -34,9 +35,8 @@ class Assembly {
 
     Station& TheStation() { return *m_Station; }
     Clock& Time() { return *m_Clock; }
-    SpreadsheetLauncher Launcher();
-    /// Path of the folder with the report templates, ended by a backslash.
-    static std::string TemplatesFolder();
+    /// What report files are made with. @param wait shows that one is being opened
+    ReportTools Reports(OpenExcelView& wait);
     /// The options in use, a line each.
     std::string OptionsText() const;
 
@@ -56,5 +56,8 @@ class Assembly {
     std::unique_ptr<AIBControl> m_Library;
     std::unique_ptr<Station> m_Station;
 };
+
+/// The readers of the journals of every kind of run.
+JournalReaders ReadersOfJournals(const ReportTools& tools);
 
 } // namespace ombrix

@@ -1,9 +1,10 @@
 // The desktop program.
 #include "app/Assembly.h"
-#include "board/OutputsOff.h"
+#include "board/procedure/OutputsOff.h"
 #include "platform/os/CrashReport.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/os/ProgramStop.h"
+#include "platform/text/Paths.h"
 #include "windows/desktop/QtOperator.h"
 #include "windows/desktop/QtPorts.h"
 #include "windows/desktop/SafeEnd.h"
@@ -38,6 +39,7 @@ std::string TextAbout(const std::exception& error, const CrashReport& crash) {
 void EndWithoutDisplay(Station& station, QtOperator& messages) noexcept {
     WriteLog(station.World, "The windows are gone, as when their display ends: outputs off");
     messages.DisplayIsGone();
+    station.Outputs.TellNobody();
     SwitchAllOff(station);
 }
 
@@ -49,10 +51,9 @@ int RunWindows(const StationOptions& options, SafeApplication& application,
     QtProgramEnd end;
     try {
         Assembly assembly(options, {events, messages, documents, end}, "ombrix");
-        frmAIBAccessories window(assembly.TheStation(),
-                                 {[&events] { events.EndProgram(); }, assembly.Launcher(),
-                                  Assembly::TemplatesFolder(), OMBRIX_VERSION,
-                                  assembly.OptionsText()});
+        AIBAccessoriesWindow window(assembly.TheStation(),
+                                    {[&events] { events.EndProgram(); }, [&assembly](OpenExcelView& wait) { return assembly.Reports(wait); }, ReadersOfJournals, OMBRIX_VERSION,
+                                     assembly.OptionsText()});
         end.BeforeEnd = [&assembly] { SwitchAllOff(assembly.TheStation()); };
         const AtExit withoutDisplay([&] { EndWithoutDisplay(assembly.TheStation(), messages); });
         SafeEnd safeEnd(assembly.TheStation(), window, messages, stopSignals,
@@ -94,7 +95,7 @@ int main(int argc, char** argv) {
         app.exit(error);
         return static_cast<int>(ExitStatus::WrongUsage);
     }
-    const CrashReport crash(options.DataRoot / DiagnosticsFolder, "ombrix", OMBRIX_VERSION);
+    const CrashReport crash(options.DataRoot / Paths::DiagnosticsName, "ombrix", OMBRIX_VERSION);
     StopSignals stopSignals; // before the toolkit's threads
     SafeApplication application(argc, argv);
     QApplication::setWindowIcon(ProgramIcon());

@@ -4,7 +4,9 @@
 #include "board/procedure/ProcedureWait.h"
 #include "platform/os/CrashReport.h"
 #include "platform/os/ProgramLog.h"
+#include "platform/text/Paths.h"
 #include "terminal/CommandLine.h"
+#include "terminal/TerminalStages.h"
 #include "terminal/TerminalPorts.h"
 
 #include <CLI/CLI.hpp>
@@ -97,14 +99,13 @@ CommandResult RunCommand(const ChosenCommand& command, const StationOptions& opt
     TerminalProgramEnd end;
     return Attempt(messages, crash, [&] {
         Assembly assembly(options, {events, messages, documents, end}, "ombrixctl");
-        CommandContext context{assembly.TheStation(),
-                               events,
-                               messages,
-                               interrupts,
-                               assembly.Launcher(),
-                               Assembly::TemplatesFolder(),
-                               options.Board,
-                               assembly.OptionsText()};
+        NoWaitWindow wait;
+        const ReportTools reports = assembly.Reports(wait);
+        const JournalReaders journals = ReadersOfJournals(reports);
+        const CancelOnInterrupt cancel(events, assembly.TheStation().Procedures);
+        CommandContext context{assembly.TheStation(), events,        messages,
+                               interrupts,            reports,       journals,
+                               options.Board,         assembly.OptionsText()};
         ProcedureLog log(context.TheStation.World, "Command " + command.Name);
         CommandResult result = Attempt(messages, crash, [&] { return command.Run(context); });
         // A script must not go on beside a unit that may be blowing.
@@ -142,7 +143,7 @@ int main(int argc, char** argv) {
             std::find(words.begin(), words.end(), std::string_view("--json")) != words.end();
         return output.Print("", Failure(ExitStatus::WrongUsage, error.what()));
     }
-    const CrashReport crash(options.DataRoot / DiagnosticsFolder, "ombrixctl", OMBRIX_VERSION);
+    const CrashReport crash(options.DataRoot / Paths::DiagnosticsName, "ombrixctl", OMBRIX_VERSION);
     try {
         return output.Print(command.Name, RunCommand(command, options, yes, crash));
     } catch (const std::exception& error) {

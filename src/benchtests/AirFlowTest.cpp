@@ -4,6 +4,7 @@
 #include "board/AIB.h"
 #include "platform/text/Rounding.h"
 #include "platform/text/Text.h"
+#include "platform/text/Paths.h"
 
 #include <fmt/format.h>
 
@@ -76,14 +77,14 @@ AirFlowResult AirFlowTest::TestAirFlow(const BenchTestView& view) {
     AirFlowResult result;
     FindBoards();
     result.MissingBoards = MissingBoards();
-    DrivenBoards driven;
+    Boards driven;
     if (result.MissingBoards.empty())
-        driven = {{m_Flow, m_Measure}, [this] { ShowOff(); }};
-    RunBenchProcedure(m_Station, "air flow test", std::move(driven), result.Outcome,
+        driven = {m_Flow, m_Measure};
+    RunBenchProcedure(m_Station, "air flow test", std::move(driven), result,
                       [&] { return Measure(view, result); });
     if (!result.MissingBoards.empty()) {
-        result.Outcome.Ended = ProcedureOutcome::End::Failed;
-        result.Outcome.Error = result.MissingBoards;
+        result.Ended = End::Stopped;
+        result.Error = result.MissingBoards;
     }
     return result;
 }
@@ -96,9 +97,9 @@ AirFlowTest::FlowDemand AirFlowTest::AirFlowSchedule(std::int32_t step) {
 }
 
 void AirFlowTest::FindBoards() {
-    clsAIBList& boards = m_Station.g_AIBList;
+    AIBList& boards = m_Station.AIBList;
     for (std::int32_t index = 0; index < boards.AIBCount(); ++index) {
-        const std::shared_ptr<clsAIB> board = boards.AIB(index);
+        const std::shared_ptr<AIB> board = boards.AIB(index);
         const std::int32_t serial = board->SerialNumber();
         if (serial == MeasureBoard)
             m_Measure = board;
@@ -116,16 +117,16 @@ std::string AirFlowTest::MissingBoards() const {
 }
 
 bool AirFlowTest::Measure(const BenchTestView& view, AirFlowResult& result) {
-    TestLog log(m_Station, R"(C:\_AirTest_)" + TestLog::Stamp(m_Station) + ".csv", result.Outcome);
+    TestLog log(m_Station, Paths::AirFlowTest + TestLog::Stamp(m_Station) + ".csv", result);
     log.WriteLine(Header);
     if (!result.MissingBoards.empty()) {
         m_Station.World.Messages.Ask(
             {result.MissingBoards, MessageIcon::Information, MessageButtons::Ok});
         return true;
     }
-    SetOutput(*m_Measure, 0, ReferenceSupply_bits);
+    m_Station.Outputs.Set(*m_Measure, 0, ReferenceSupply_bits);
     m_Flow->SetGPO(ACUWiring::FireWireValvePin);
-    clsHiResTimer timer(m_Station.World.Time);
+    HiResTimer timer(m_Station.World.Time);
     Running run{log, timer, view, result};
     if (!RunSchedule(run))
         return false;
@@ -141,7 +142,7 @@ bool AirFlowTest::RunSchedule(Running& run) {
         if (demand.Valve != previousValve) {
             if (!SampleFor(run, SwitchTime_s, demand.Valve, fmt::format("Switch: {}  -  ", step)))
                 return false;
-            MoveValve(demand.Valve);
+            m_Station.Outputs.SetValve(*m_Flow, demand.Valve != 0);
             previousValve = demand.Valve;
             // What follows a move of the valve is measured with the next entry.
             demand = AirFlowSchedule(++step);
@@ -186,8 +187,8 @@ bool AirFlowTest::SampleAirFlow(Running& run, std::int32_t valve) {
     return true;
 }
 
-std::array<std::int32_t, 3> AirFlowTest::ReadInputs(clsHiResTimer& timer) {
-    const auto read = [&timer](clsAIB& board, std::int32_t channel, AnswerWatch& watch) {
+std::array<std::int32_t, 3> AirFlowTest::ReadInputs(HiResTimer& timer) {
+    const auto read = [&timer](AIB& board, std::int32_t channel, AnswerWatch& watch) {
         std::int32_t value = 0;
         const AIBStatus status = board.GetADC(channel, value);
         watch.Note(status, timer.ElapsedTime());
@@ -198,28 +199,8 @@ std::array<std::int32_t, 3> AirFlowTest::ReadInputs(clsHiResTimer& timer) {
 }
 
 void AirFlowTest::SetDemands(const FlowDemand& demand) {
-    SetOutput(*m_Flow, 0, demand.Bits[0]);
-    SetOutput(*m_Flow, 1, demand.Bits[1]);
-}
-
-void AirFlowTest::SetOutput(clsAIB& board, std::int32_t channel, std::int32_t bits) {
-    board.SetDAC(channel, bits);
-    if (&board == m_Station.g_CurrentAIB.get())
-        m_Sliders.Show(channel, DACSliders::PositionOf(bits));
-}
-
-void AirFlowTest::MoveValve(std::int32_t valve) {
-    if (m_Flow->IsUsb())
-        valve == 0 ? m_Flow->ClearExtGPO(ACUWiring::UsbValveOutput)
-                   : m_Flow->SetExtGPO(ACUWiring::UsbValveOutput);
-    else if (m_Flow->IsFireWire())
-        valve == 0 ? m_Flow->ClearGPO(ACUWiring::FireWireValvePin)
-                   : m_Flow->SetGPO(ACUWiring::FireWireValvePin);
-}
-
-void AirFlowTest::ShowOff() {
-    if (m_Station.g_CurrentAIB == m_Flow || m_Station.g_CurrentAIB == m_Measure)
-        m_Sliders.ShowAllOff();
+    m_Station.Outputs.Set(*m_Flow, 0, demand.Bits[0]);
+    m_Station.Outputs.Set(*m_Flow, 1, demand.Bits[1]);
 }
 
 } // namespace ombrix

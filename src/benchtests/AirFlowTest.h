@@ -1,7 +1,6 @@
 #pragma once
 
 #include "benchtests/BenchTest.h"
-#include "board/DACSliders.h"
 #include "board/procedure/DrivingProcedure.h"
 #include "board/procedure/ProcedureWait.h"
 
@@ -13,8 +12,7 @@
 namespace ombrix {
 
 /// What became of an air flow test. Errors are in the outcome; the operator has been told of them.
-struct AirFlowResult {
-    ProcedureOutcome Outcome;
+struct AirFlowResult : Outcome {
     /// Which boards are missing, as the operator has been told; empty when all were there.
     std::string MissingBoards;
     /// Samples that were written.
@@ -26,13 +24,11 @@ struct AirFlowResult {
 /// One object serves one run.
 class AirFlowTest {
   public:
-    /// @param sliders show what the current board is told, if it is one of the two
-    AirFlowTest(Station& station, DACSliders& sliders)
-        : m_Station(station), m_Sliders(sliders),
-          m_Wait(station.World.Time, station.World.Events, m_Cancel) {}
+    explicit AirFlowTest(Station& station)
+        : m_Station(station),
+          m_Wait(station.World, station.Procedures) {}
 
     AirFlowResult TestAirFlow(const BenchTestView& view);
-    void Cancel() { m_Cancel.Request(); }
 
   private:
     /// What the flow board is told in a step of the schedule.
@@ -44,7 +40,7 @@ class AirFlowTest {
     /// What the parts of a running test work on.
     struct Running {
         TestLog& Log;
-        clsHiResTimer& Timer;
+        HiResTimer& Timer;
         const BenchTestView& View;
         AirFlowResult& Result;
     };
@@ -58,18 +54,13 @@ class AirFlowTest {
     bool SampleFor(Running& run, double duration_s, std::int32_t valve, const std::string& label);
     /// Writes a line when the clock has moved on since the last one.
     bool SampleAirFlow(Running& run, std::int32_t valve);
-    std::array<std::int32_t, 3> ReadInputs(clsHiResTimer& timer);
+    std::array<std::int32_t, 3> ReadInputs(HiResTimer& timer);
     void SetDemands(const FlowDemand& demand);
-    void SetOutput(clsAIB& board, std::int32_t channel, std::int32_t bits);
-    void MoveValve(std::int32_t valve);
-    void ShowOff();
 
     Station& m_Station;
-    DACSliders& m_Sliders;
-    Cancellation m_Cancel;
     ProcedureWait m_Wait;
-    std::shared_ptr<clsAIB> m_Flow;
-    std::shared_ptr<clsAIB> m_Measure;
+    std::shared_ptr<AIB> m_Flow;
+    std::shared_ptr<AIB> m_Measure;
     AnswerWatch m_FlowWatch;
     AnswerWatch m_MeasureWatch;
     /// Of the last line.

@@ -21,11 +21,11 @@ struct BenchTestView {
 };
 
 /// What the line below says when a test has ended.
-inline const char* EndText(ProcedureOutcome::End ended) {
+inline const char* StageText(End ended) {
     switch (ended) {
-    case ProcedureOutcome::End::Completed: return "Complete";
-    case ProcedureOutcome::End::Cancelled: return "Cancelled";
-    case ProcedureOutcome::End::NotStored: return "Not stored";
+    case End::Passed: return "Complete";
+    case End::Cancelled: return "Cancelled";
+    case End::NotStored: return "Not stored";
     default: return "Stopped";
     }
 }
@@ -34,7 +34,7 @@ inline const char* EndText(ProcedureOutcome::End ended) {
 class TestLog {
   public:
     /// Creates the file and names it in the outcome. @throws DriveError
-    TestLog(Station& station, const std::string& path, ProcedureOutcome& outcome)
+    TestLog(Station& station, const std::string& path, Outcome& outcome)
         : m_File(station.World.Files.OpenForWriting(path)) {
         outcome.Files.push_back(m_File->RealPath());
     }

@@ -3,6 +3,7 @@
 #include "board/procedure/ProcedureWait.h"
 #include "platform/text/OleDate.h"
 #include "platform/text/Text.h"
+#include "platform/text/Paths.h"
 
 #include <fmt/format.h>
 
@@ -15,7 +16,7 @@ namespace ombrix {
 namespace {
 
 /// The first multiple of the spacing after a line's due time that is not past.
-double NextDue_s(double due_s, clsHiResTimer& timer) {
+double NextDue_s(double due_s, HiResTimer& timer) {
     const double spacing_s = TimedRecording::LineSpacing_s;
     const double lineAfter = std::round(due_s / spacing_s) + 1.0;
     return std::max(lineAfter, std::floor(timer.ElapsedTime() / spacing_s)) * spacing_s;
@@ -27,7 +28,7 @@ void DataRecorder::Start() {
     const Platform& world = m_Station.World;
     m_Lines = 0;
     // The day stands before the month: scripts that collect these files count on it.
-    m_File = world.Files.OpenForWriting(R"(C:\Data_)" +
+    m_File = world.Files.OpenForWriting(Paths::Recording +
                                         DateText(world.Time.Now(), "yyyyddmm_hhnnss") + ".csv");
     m_Path = m_File->RealPath();
     m_StartOfDay_s = world.Time.SecondsSinceMidnight();
@@ -40,12 +41,12 @@ void DataRecorder::Start() {
 }
 
 void DataRecorder::RecordLine() {
-    clsAIB& board = *m_Station.g_CurrentAIB;
-    std::array<std::int32_t, clsAIB::DACChannels> inputs{};
-    for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel)
+    AIB& board = *m_Station.CurrentAIB;
+    std::array<std::int32_t, AIB::DACChannels> inputs{};
+    for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel)
         board.GetADC(channel, inputs.at(static_cast<std::size_t>(channel)));
     std::int32_t pressure = 0;
-    board.ReadReg(clsAIB::PressureRegister, pressure);
+    board.ReadReg(AIB::PressureRegister, pressure);
     const auto elapsed_s =
         static_cast<float>(m_Station.World.Time.SecondsSinceMidnight() - m_StartOfDay_s);
     try {
@@ -58,15 +59,15 @@ void DataRecorder::RecordLine() {
     }
 }
 
-ProcedureOutcome TimedRecording::Run(double duration_s,
+Outcome TimedRecording::Run(double duration_s,
                                      const std::function<void(double share)>& progress) {
     constexpr double progressSpacing_s = 0.25;
-    ProcedureOutcome outcome;
+    Outcome outcome;
     RunBenchProcedure(m_Station, "recording", {}, outcome, [&] {
         m_Recorder.Start();
         outcome.Files.push_back(m_Recorder.File());
-        ProcedureWait wait(m_Station.World.Time, m_Station.World.Events, m_Cancel);
-        clsHiResTimer timer(m_Station.World.Time);
+        ProcedureWait wait(m_Station.World, m_Station.Procedures);
+        HiResTimer timer(m_Station.World.Time);
         double progressDue_s = 0.0;
         // Due times are multiples of the spacing, so that they do not drift over the hours; a
         // bench that is slower than that skips some, as the window's timer does.

@@ -47,14 +47,12 @@ class TimedRecording {
     explicit TimedRecording(Station& station) : m_Station(station), m_Recorder(station) {}
 
     /// @param progress told the share that is done, 0 to 1, a few times a second
-    ProcedureOutcome Run(double duration_s, const std::function<void(double share)>& progress);
-    void Cancel() { m_Cancel.Request(); }
+    Outcome Run(double duration_s, const std::function<void(double share)>& progress);
     std::int64_t Lines() const { return m_Recorder.Lines(); }
 
   private:
     Station& m_Station;
     DataRecorder m_Recorder;
-    Cancellation m_Cancel;
 };
 
 } // namespace ombrix

@@ -2,8 +2,8 @@
 
 #include "benchtests/BenchTest.h"
 #include "board/AIB.h"
-#include "calibration/unit/ACUCalibration.h"
-#include "platform/text/FileNamePart.h"
+#include "board/unit/ACUCalibration.h"
+#include "platform/text/Paths.h"
 #include "platform/text/Rounding.h"
 #include "platform/text/Text.h"
 
@@ -106,18 +106,18 @@ DigitalMFCResult DigitalMFCTest::Run(const BenchTestView& view) {
     DigitalMFCResult result;
     if (m_Station.World.Messages.Ask({"Click OK to start the Test", MessageIcon::Question,
                                       MessageButtons::OkCancel}) != Answer::Ok) {
-        result.Outcome.Ended = ProcedureOutcome::End::Cancelled;
+        result.Ended = End::Cancelled;
         return result;
     }
     RunBenchProcedure(m_Station, "test of the digital MFCs",
-                      {{m_Station.g_CurrentAIB}, [this] { m_Sliders.ShowAllOff(); }},
-                      result.Outcome, [&] { return MeasureAndStore(view, result.Outcome); });
-    view.Stage(EndText(result.Outcome.Ended));
+                      {m_Station.CurrentAIB}, result,
+                      [&] { return MeasureAndStore(view, result); });
+    view.Stage(StageText(result.Ended));
     result.Means = m_Record.Means();
     return result;
 }
 
-bool DigitalMFCTest::MeasureAndStore(const BenchTestView& view, ProcedureOutcome& outcome) {
+bool DigitalMFCTest::MeasureAndStore(const BenchTestView& view, Outcome& outcome) {
     bool complete = false;
     try {
         complete = Measure(view);
@@ -130,7 +130,7 @@ bool DigitalMFCTest::MeasureAndStore(const BenchTestView& view, ProcedureOutcome
 }
 
 bool DigitalMFCTest::Measure(const BenchTestView& view) {
-    clsHiResTimer timer(m_Station.World.Time);
+    HiResTimer timer(m_Station.World.Time);
     Running run{timer, view, 0.0, -SampleTime_s};
     for (std::int32_t channel = 0; channel < DigitalMFCRecord::Channels; ++channel) {
         float unused_bits = 0.0F;
@@ -163,9 +163,9 @@ bool DigitalMFCTest::RunDemandPhase(Running& run, const Phase& phase, float& mea
     const std::int32_t demand_bits =
         RoundHalfEven(bitsPerPercent * static_cast<double>(phase.Demand_percent));
     EndMean mean;
-    SetOutput(phase.Channel, demand_bits);
+    m_Station.Outputs.Set(*m_Station.CurrentAIB, phase.Channel, demand_bits);
     const bool complete = FollowPhase(run, phase, demand_bits, mean);
-    SetOutput(phase.Channel, 0);
+    m_Station.Outputs.Set(*m_Station.CurrentAIB, phase.Channel, 0);
     mean_bits = mean.Value();
     return complete;
 }
@@ -207,24 +207,20 @@ void DigitalMFCTest::TakeSample(Running& run, const Phase& phase, std::int32_t d
 }
 
 AIBStatus DigitalMFCTest::Read(Running& run, std::int32_t channel, std::int32_t& value) {
-    const AIBStatus status = m_Station.g_CurrentAIB->GetADC(channel, value);
+    const AIBStatus status = m_Station.CurrentAIB->GetADC(channel, value);
     m_Watch.Note(status, run.Timer.ElapsedTime());
     return status;
 }
 
-void DigitalMFCTest::SetOutput(std::int32_t channel, std::int32_t bits) {
-    m_Station.g_CurrentAIB->SetDAC(channel, bits);
-    m_Sliders.Show(channel, DACSliders::PositionOf(bits));
-}
 
-void DigitalMFCTest::Store(const BenchTestView& view, ProcedureOutcome& outcome) {
+void DigitalMFCTest::Store(const BenchTestView& view, Outcome& outcome) {
     if (m_Record.Empty())
         return;
     view.Stage("Writing Data to File...");
-    clsAIB& board = *m_Station.g_CurrentAIB;
+    AIB& board = *m_Station.CurrentAIB;
     TestLog log(m_Station,
-                fmt::format(R"(C:\ACU_{}_{}_{}.csv)", board.SerialNumber(),
-                            FileNamePart(board.Calibration().ACUMFCNumber()),
+                fmt::format("{}{}_{}_{}.csv", Paths::DigitalMFCTest, board.SerialNumber(),
+                            FileNamePart(m_Station.Calibration().Record().ACUMFCNumber()),
                             TestLog::Stamp(m_Station)),
                 outcome);
     log.WriteLine(DigitalMFCRecord::Header());

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "benchtests/BenchTest.h"
-#include "board/DACSliders.h"
 #include "board/procedure/DrivingProcedure.h"
 #include "board/procedure/ProcedureWait.h"
 
@@ -52,8 +51,7 @@ class DigitalMFCRecord {
 };
 
 /// What became of a test of the digital MFCs, and what it compares; errors are in the outcome.
-struct DigitalMFCResult {
-    ProcedureOutcome Outcome;
+struct DigitalMFCResult : Outcome {
     /// In bits; zero for the steps that were not measured.
     DigitalMFCRecord::StepMeans Means{};
 };
@@ -63,13 +61,11 @@ struct DigitalMFCResult {
 /// are at zero and what was measured is stored. One object serves one run.
 class DigitalMFCTest {
   public:
-    /// @param sliders show the demands
-    DigitalMFCTest(Station& station, DACSliders& sliders)
-        : m_Station(station), m_Sliders(sliders),
-          m_Wait(station.World.Time, station.World.Events, m_Cancel) {}
+    explicit DigitalMFCTest(Station& station)
+        : m_Station(station),
+          m_Wait(station.World, station.Procedures) {}
 
     DigitalMFCResult Run(const BenchTestView& view);
-    void Cancel() { m_Cancel.Request(); }
 
   private:
     enum class Recording { Off, On };
@@ -82,14 +78,14 @@ class DigitalMFCTest {
     /// The mean of a phase's last seconds.
     class EndMean;
     struct Running {
-        clsHiResTimer& Timer;
+        HiResTimer& Timer;
         const BenchTestView& View;
         /// On the timer, of the channel's profile.
         double ProfileStart_s = 0.0;
         double LastSample_s = 0.0;
     };
 
-    bool MeasureAndStore(const BenchTestView& view, ProcedureOutcome& outcome);
+    bool MeasureAndStore(const BenchTestView& view, Outcome& outcome);
     bool Measure(const BenchTestView& view);
     bool RunDemandProfile(Running& run, std::int32_t channel);
     bool RunDemandPhase(Running& run, const Phase& phase, float& mean_bits);
@@ -97,12 +93,9 @@ class DigitalMFCTest {
     void TakeSample(Running& run, const Phase& phase, std::int32_t demand_bits, double inPhase_s,
                     EndMean& mean);
     AIBStatus Read(Running& run, std::int32_t channel, std::int32_t& value);
-    void SetOutput(std::int32_t channel, std::int32_t bits);
-    void Store(const BenchTestView& view, ProcedureOutcome& outcome);
+    void Store(const BenchTestView& view, Outcome& outcome);
 
     Station& m_Station;
-    DACSliders& m_Sliders;
-    Cancellation m_Cancel;
     ProcedureWait m_Wait;
     AnswerWatch m_Watch;
     DigitalMFCRecord m_Record;

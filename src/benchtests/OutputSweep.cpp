@@ -2,6 +2,8 @@
 
 #include "benchtests/BenchTest.h"
 #include "board/AIB.h"
+#include "platform/text/Paths.h"
+#include "board/Outputs.h"
 
 #include <fmt/format.h>
 
@@ -42,17 +44,16 @@ SweepPlan SweepPlan::Stepped(std::int32_t step_bits, std::int32_t delay_ms, bool
 
 SweepResult OutputSweep::Run(const SweepPlan& plan, const BenchTestView& view) {
     SweepResult result;
-    RunBenchProcedure(m_Station, "air test",
-                      {{m_Station.g_CurrentAIB}, [this] { m_Sliders.ShowAllOff(); }},
-                      result.Outcome, [&] { return Sweep(plan, view, result); });
+    RunBenchProcedure(m_Station, "air test", {m_Station.CurrentAIB}, result,
+                      [&] { return Sweep(plan, view, result); });
     return result;
 }
 
 bool OutputSweep::Sweep(const SweepPlan& plan, const BenchTestView& view, SweepResult& result) {
-    TestLog log(m_Station, R"(C:\AirData)" + TestLog::Stamp(m_Station) + plan.NameEnding + ".csv",
-                result.Outcome);
+    TestLog log(m_Station, Paths::AirSweep + TestLog::Stamp(m_Station) + plan.NameEnding + ".csv",
+                result);
     const auto levels = static_cast<double>(plan.Sweeps.front().size() * plan.Sweeps.size());
-    clsHiResTimer timer(m_Station.World.Time);
+    HiResTimer timer(m_Station.World.Time);
     for (const auto& sweep : plan.Sweeps) {
         if (result.Lines > 0)
             log.WriteLine("");
@@ -75,11 +76,11 @@ bool OutputSweep::Sweep(const SweepPlan& plan, const BenchTestView& view, SweepR
 }
 
 void OutputSweep::SetOutputs(std::int32_t level_bits) {
-    for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel)
-        m_Sliders.SetValue(channel, DACSliders::PositionOf(level_bits));
+    for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel)
+        m_Station.Outputs.Set(*m_Station.CurrentAIB, channel, SliderScale::DemandNear(level_bits));
 }
 
-bool OutputSweep::Settle(clsHiResTimer& timer, double delay_s) {
+bool OutputSweep::Settle(HiResTimer& timer, double delay_s) {
     const double end_s = timer.ElapsedTime() + delay_s;
     double lookDue_s = end_s - delay_s;
     do {
@@ -93,15 +94,14 @@ bool OutputSweep::Settle(clsHiResTimer& timer, double delay_s) {
     return true;
 }
 
-std::optional<std::int32_t> OutputSweep::Reading(std::int32_t channel, clsHiResTimer& timer) {
+std::optional<std::int32_t> OutputSweep::Reading(std::int32_t channel, HiResTimer& timer) {
     std::int32_t reading = 0;
-    const AIBStatus status = m_Station.g_CurrentAIB->GetADC(channel, reading);
+    const AIBStatus status = m_Station.CurrentAIB->GetADC(channel, reading);
     m_Watches.at(static_cast<std::size_t>(channel)).Note(status, timer.ElapsedTime());
     return status == Status::NoError ? std::optional(reading) : std::nullopt;
 }
 
-std::optional<std::string> OutputSweep::MeasuredLine(std::int32_t level_bits,
-                                                     clsHiResTimer& timer) {
+std::optional<std::string> OutputSweep::MeasuredLine(std::int32_t level_bits, HiResTimer& timer) {
     std::string line = fmt::format("{}", level_bits);
     for (std::int32_t channel = 0; channel < Inputs; ++channel) {
         const auto reading = Reading(channel, timer);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "benchtests/BenchTest.h"
-#include "board/DACSliders.h"
 #include "board/procedure/DrivingProcedure.h"
 #include "board/procedure/ProcedureWait.h"
 
@@ -36,8 +35,7 @@ struct SweepPlan {
 };
 
 /// What became of a sweep; errors are in the outcome, the readings in its file.
-struct SweepResult {
-    ProcedureOutcome Outcome;
+struct SweepResult : Outcome {
     /// Levels that were measured.
     std::int32_t Lines = 0;
 };
@@ -46,27 +44,24 @@ struct SweepResult {
 /// after each step. One object serves one run.
 class OutputSweep {
   public:
-    OutputSweep(Station& station, DACSliders& sliders)
-        : m_Station(station), m_Sliders(sliders),
-          m_Wait(station.World.Time, station.World.Events, m_Cancel) {}
+    explicit OutputSweep(Station& station)
+        : m_Station(station),
+          m_Wait(station.World, station.Procedures) {}
 
     SweepResult Run(const SweepPlan& plan, const BenchTestView& view);
-    void Cancel() { m_Cancel.Request(); }
 
   private:
     bool Sweep(const SweepPlan& plan, const BenchTestView& view, SweepResult& result);
     void SetOutputs(std::int32_t level_bits);
-    bool Settle(clsHiResTimer& timer, double delay_s);
-    std::optional<std::int32_t> Reading(std::int32_t channel, clsHiResTimer& timer);
+    bool Settle(HiResTimer& timer, double delay_s);
+    std::optional<std::int32_t> Reading(std::int32_t channel, HiResTimer& timer);
     /// Nothing when an input could not be read.
-    std::optional<std::string> MeasuredLine(std::int32_t level_bits, clsHiResTimer& timer);
+    std::optional<std::string> MeasuredLine(std::int32_t level_bits, HiResTimer& timer);
 
     Station& m_Station;
-    DACSliders& m_Sliders;
-    Cancellation m_Cancel;
     ProcedureWait m_Wait;
     /// One for each input: an input that answers says nothing of the others.
-    std::array<AnswerWatch, clsAIB::DACChannels> m_Watches;
+    std::array<AnswerWatch, AIB::DACChannels> m_Watches;
 };
 
 } // namespace ombrix

@@ -8,34 +8,45 @@ namespace ombrix {
 
 SpeedResult SpeedTest::Run(const BenchTestView& view) {
     SpeedResult result;
-    const auto asBefore = [this, digital = m_Station.g_CurrentAIB->IsDigitalSetup()] {
-        m_Sliders.ShowAllOff();
-        SetMode(digital);
-    };
-    RunBenchProcedure(m_Station, "speed test", {{m_Station.g_CurrentAIB}, asBefore}, result.Outcome,
-                      [&] {
-                          clsHiResTimer timer(m_Station.World.Time);
-                          return DrivePairs(timer, false, view, result.Analog_s) &&
-                                 DrivePairs(timer, true, view, result.Digital_s);
-                      });
-    const auto ended = result.Outcome.Ended;
-    view.Stage(ended == ProcedureOutcome::End::Completed
+    RunBenchProcedure(m_Station, "speed test", {m_Station.CurrentAIB}, result,
+                      [&] { return DriveBothWays(view, result); });
+    view.Stage(result.Ended == End::Passed
                    ? fmt::format("Analogue {} s, digital {} s", FixedText(result.Analog_s, 2),
                                  FixedText(result.Digital_s, 2))
-                   : EndText(ended));
+                   : StageText(result.Ended));
     return result;
 }
 
-bool SpeedTest::DrivePairs(clsHiResTimer& timer, bool digital, const BenchTestView& view,
+bool SpeedTest::DriveBothWays(const BenchTestView& view, SpeedResult& result) {
+    /// Gives the board its mode back, whatever way the test is left.
+    class ModeKept {
+      public:
+        explicit ModeKept(SpeedTest& test)
+            : m_Test(test), m_Digital(test.m_Station.CurrentAIB->IsDigitalSetup()) {}
+        ModeKept(const ModeKept&) = delete;
+        ModeKept& operator=(const ModeKept&) = delete;
+        ~ModeKept() { m_Test.SetMode(m_Digital); }
+
+      private:
+        SpeedTest& m_Test;
+        bool m_Digital;
+    };
+    const ModeKept asBefore(*this);
+    HiResTimer timer(m_Station.World.Time);
+    return DrivePairs(timer, false, view, result.Analog_s) &&
+           DrivePairs(timer, true, view, result.Digital_s);
+}
+
+bool SpeedTest::DrivePairs(HiResTimer& timer, bool digital, const BenchTestView& view,
                            double& duration_s) {
     // A mode reaches other outputs than the one before it, which would keep their last value.
-    BothChannelsToZero();
+    m_Station.Outputs.ZeroAirChannels(*m_Station.CurrentAIB);
     SetMode(digital);
     AIBStatus refused = Status::NoError;
     const double start_s = timer.ElapsedTime();
     for (std::int32_t value = 0; value < Pairs; ++value) {
         for (const std::int32_t channel : {0, 1}) {
-            const AIBStatus status = SetOutput(channel, value);
+            const AIBStatus status = m_Station.Outputs.Set(*m_Station.CurrentAIB, channel, value);
             m_Watch.Note(status, timer.ElapsedTime());
             refused = status == Status::NoError ? refused : status;
         }
@@ -46,25 +57,15 @@ bool SpeedTest::DrivePairs(clsHiResTimer& timer, bool digital, const BenchTestVi
     }
     // The time of calls that the board refused says nothing of its speed.
     if (refused != Status::NoError)
-        throw BoardError("The board has refused outputs: " + clsAIB::AIBErrorStr(refused) + ".");
+        throw BoardError("The board has refused outputs: " + AIB::AIBErrorStr(refused) + ".");
     duration_s = timer.ElapsedTime() - start_s;
     return true;
 }
 
 void SpeedTest::SetMode(bool digital) {
-    m_Station.g_CurrentAIB->IsDigitalSetup(digital);
+    m_Station.CurrentAIB->IsDigitalSetup(digital);
     m_ModeChanged();
 }
 
-AIBStatus SpeedTest::SetOutput(std::int32_t channel, std::int32_t bits) {
-    const AIBStatus status = m_Station.g_CurrentAIB->SetDAC(channel, bits);
-    m_Sliders.Show(channel, DACSliders::PositionOf(bits));
-    return status;
-}
-
-void SpeedTest::BothChannelsToZero() {
-    SetOutput(0, 0);
-    SetOutput(1, 0);
-}
 
 } // namespace ombrix

@@ -27,7 +27,7 @@ RampStep LoopThroughRamp(RampDirection direction) {
 
 std::vector<std::int32_t> RampStep::Values_bits() const {
     std::vector<std::int32_t> values;
-    const double step_bits = static_cast<double>(clsAIB::DACFullScale) / (Levels - 1);
+    const double step_bits = static_cast<double>(AIB::DACFullScale) / (Levels - 1);
     for (std::int32_t level = 0; level < Levels; ++level)
         values.push_back(RoundHalfEven(step_bits * level));
     if (Direction == RampDirection::Down)

@@ -1,5 +1,6 @@
 #include "benchtests/TestRigRun.h"
 
+#include "platform/text/Paths.h"
 #include "platform/text/Text.h"
 
 #include <fmt/format.h>
@@ -39,8 +40,8 @@ void LoopThroughCheck::EndLevel() {
     }
 }
 
-RampLog::RampLog(Drive& files, clsAIB& output, clsAIB& input)
-    : m_File(files.OpenForWriting(Path)), m_Output{output, {}}, m_Input{input, {}} {
+RampLog::RampLog(Drive& files, AIB& output, AIB& input)
+    : m_File(files.OpenForWriting(Paths::TestRig)), m_Output{output, {}}, m_Input{input, {}} {
     m_File->Write("Timer,OutA0,OutA1,OutA2,OutA3,InA0,InA1,InA2,InA3,"
                   "OutB0,OutB1,OutB2,OutB3,InB0,InB1,InB2,InB3\r\n");
 }
@@ -60,14 +61,14 @@ RampLog::Channels RampLog::Take(double now_s) {
 
 RampLog::Channels RampLog::OutputsOf(const WatchedBoard& board) {
     Channels values{};
-    for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel)
+    for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel)
         values.at(static_cast<std::size_t>(channel)) = board.Board.DAC(channel);
     return values;
 }
 
 RampLog::Channels RampLog::ReadInputs(WatchedBoard& board, double now_s) {
     Channels values{};
-    constexpr std::int32_t last = clsAIB::DACChannels - 1;
+    constexpr std::int32_t last = AIB::DACChannels - 1;
     for (std::int32_t channel = 0; channel < last; ++channel)
         values.at(static_cast<std::size_t>(channel)) = board.Board.ADC(channel);
     // The converters' readings carry no status. The last channel is an analog one on every
@@ -84,14 +85,13 @@ const TestRigStep* TestRigResult::FirstFailed() const {
 }
 
 TestRigRun::TestRigRun(Station& station, TestRigView& view)
-    : m_Station(station), m_View(view), m_Wait(station.World.Time, station.World.Events, m_Cancel) {
-}
+    : m_Station(station), m_View(view), m_Wait(station.World, station.Procedures) {}
 
 std::optional<std::string> TestRigRun::Missing(Station& station, std::int32_t kind) {
     std::int32_t wanted = 0;
     for (const RampStep& ramp : PlanTestRigJob(kind))
         wanted = std::max({wanted, ramp.OutputBoard + 1, ramp.InputBoard + 1});
-    const std::int32_t found = wanted == 0 ? 0 : station.g_AIBList.AIBCount();
+    const std::int32_t found = wanted == 0 ? 0 : station.AIBList.AIBCount();
     if (found >= wanted)
         return std::nullopt;
     return fmt::format("{} needs {} boards, the outputs of board 2 wired to the inputs of board "
@@ -107,13 +107,18 @@ TestRigResult TestRigRun::Run(std::int32_t kind) {
     m_View.ShowSteps(m_Result.Steps);
     if (ramps.empty())
         return m_Result;
-    for (std::int32_t index = 0; index < m_Station.g_AIBList.AIBCount(); ++index)
-        m_Boards.push_back(m_Station.g_AIBList.AIB(index));
-    RunBenchProcedure(m_Station, "test rig job", {m_Boards}, m_Result.Procedure,
+    for (std::int32_t index = 0; index < m_Station.AIBList.AIBCount(); ++index)
+        m_Boards.push_back(m_Station.AIBList.AIB(index));
+    RunBenchProcedure(m_Station, "test rig job", m_Boards, m_Result,
                       [&] { return RunSteps(ramps); });
     for (TestRigStep& step : m_Result.Steps) {
         if (step.Status == RigStatus::Running)
             SetStatus(step, RigStatus::Unknown); // broken off: nobody knows what it would have been
+    }
+    const TestRigStep* failed = m_Result.FirstFailed();
+    if (failed != nullptr && m_Result.Ended == End::Passed) {
+        m_Result.Ended = End::Failed;
+        m_Result.Error = failed->Remark;
     }
     return m_Result;
 }
@@ -129,7 +134,7 @@ bool TestRigRun::RunSteps(const std::vector<RampStep>& ramps) {
 bool TestRigRun::RunJobStep(const RampStep& ramp, TestRigStep& step) {
     SetStatus(step, RigStatus::Running);
     RampLog log(m_Station.World.Files, Board(ramp.OutputBoard), Board(ramp.InputBoard));
-    m_Result.Procedure.Files = {log.RealPath()};
+    m_Result.Files = {log.RealPath()};
     m_Result.Lines = 0;
     LoopThroughCheck check(ramp);
     const bool ranToItsEnd = RunRamp(ramp, log, check);
@@ -142,7 +147,7 @@ bool TestRigRun::RunJobStep(const RampStep& ramp, TestRigStep& step) {
 
 bool TestRigRun::RunRamp(const RampStep& ramp, RampLog& log, LoopThroughCheck& check) {
     m_View.BeginProgress(ramp);
-    clsHiResTimer timer(m_Station.World.Time);
+    HiResTimer timer(m_Station.World.Time);
     double nextSample_s = SampleInterval_s;
     for (const std::int32_t value_bits : ramp.Values_bits()) {
         SetOutputs(ramp, value_bits);
@@ -169,15 +174,15 @@ bool TestRigRun::RunRamp(const RampStep& ramp, RampLog& log, LoopThroughCheck& c
 }
 
 void TestRigRun::SetOutputs(const RampStep& ramp, std::int32_t value_bits) {
-    clsAIB& board = Board(ramp.OutputBoard);
-    for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel)
-        board.SetDAC(channel, ramp.Drives(channel) ? value_bits : 0);
+    AIB& board = Board(ramp.OutputBoard);
+    for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel)
+        m_Station.Outputs.Set(board, channel, ramp.Drives(channel) ? value_bits : 0);
 }
 
 void TestRigRun::ZeroAllOutputs() {
     for (const auto& board : m_Boards) {
-        for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel)
-            board->SetDAC(channel, 0);
+        for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel)
+            m_Station.Outputs.Set(*board, channel, 0);
     }
 }
 

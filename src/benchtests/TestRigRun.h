@@ -52,12 +52,10 @@ class LoopThroughCheck {
 /// Samples the two boards of a ramp into the rig's file, a line a sample.
 class RampLog {
   public:
-    using Channels = std::array<std::int32_t, clsAIB::DACChannels>;
-
-    static constexpr auto Path = R"(C:\_AIBData.csv)";
+    using Channels = std::array<std::int32_t, AIB::DACChannels>;
 
     /// Begins the file anew. @throws DriveError
-    RampLog(Drive& files, clsAIB& output, clsAIB& input);
+    RampLog(Drive& files, AIB& output, AIB& input);
 
     /// Reads both boards and writes a line. @param now_s time since the ramp started
     /// @return what the inputs of the input board read @throws DriveError, BoardError
@@ -68,7 +66,7 @@ class RampLog {
 
   private:
     struct WatchedBoard {
-        clsAIB& Board;
+        AIB& Board;
         AnswerWatch Watch;
     };
 
@@ -89,10 +87,8 @@ struct TestRigStep {
     std::string Remark;
 };
 
-/// What became of a job of the test rig. A step can fail although the procedure has completed: its
-/// check was not passed.
-struct TestRigResult {
-    ProcedureOutcome Procedure;
+/// What became of a job of the test rig; failed with the remark of the first step that was.
+struct TestRigResult : Outcome {
     std::vector<TestRigStep> Steps;
     /// Samples in the file; each step begins it anew.
     std::int64_t Lines = 0;
@@ -124,8 +120,6 @@ class TestRigRun {
     static std::optional<std::string> Missing(Station& station, std::int32_t kind);
 
     TestRigResult Run(std::int32_t kind);
-    /// Ends the level and the job at the next pass.
-    void Cancel() { m_Cancel.Request(); }
 
   private:
     bool RunSteps(const std::vector<RampStep>& ramps);
@@ -134,13 +128,12 @@ class TestRigRun {
     void SetOutputs(const RampStep& ramp, std::int32_t value_bits);
     void ZeroAllOutputs();
     void SetStatus(TestRigStep& step, RigStatus status);
-    clsAIB& Board(std::int32_t index) { return *m_Boards.at(static_cast<std::size_t>(index)); }
+    AIB& Board(std::int32_t index) { return *m_Boards.at(static_cast<std::size_t>(index)); }
 
     Station& m_Station;
     TestRigView& m_View;
-    Cancellation m_Cancel;
     ProcedureWait m_Wait;
-    std::vector<std::shared_ptr<clsAIB>> m_Boards;
+    std::vector<std::shared_ptr<AIB>> m_Boards;
     TestRigResult m_Result;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "board/AIBControl.h"
+#include "board/eprom/EpromStorage.h"
 #include "platform/ports/Platform.h"
 
 #include <array>
@@ -26,31 +27,23 @@ constexpr std::int32_t FireWireValvePin = 0;
 
 namespace ombrix {
 
-class clsACUCalibration;
-
-/// Makes the ACU's record of a board. The record's class belongs to a floor above this one, so
-/// the program hands the maker down.
-using CalibrationFactory = std::function<std::shared_ptr<clsACUCalibration>()>;
-
 /// What a board object works with.
 struct BoardServices {
     AIBControl& Library;
     Platform& World;
-    CalibrationFactory MakeCalibration;
 };
 
-/// One detected accessory interface board: its identity, its operations and the ACU's record
-/// in its EPROM. Operations return the library's status after noting a failure (StatusOK);
-/// nothing is tried twice.
-class clsAIB {
+/// One detected accessory interface board: its identity, its operations and its EPROM. Operations
+/// return the library's status after noting a failure (StatusOK); nothing is tried twice. Outputs
+/// drives what hangs on it.
+class AIB final : public EpromSource, public EpromSink {
   public:
     static constexpr std::int32_t DACChannels = 4;
     static constexpr std::int32_t DACFullScale = 65535;
     static constexpr std::int32_t GPIOPins = 20;
     static constexpr std::int32_t PressureRegister = 92;
-    static constexpr std::int32_t EPROMBytes = 2048;
 
-    explicit clsAIB(const BoardServices& services) : m_Services(services) {}
+    explicit AIB(const BoardServices& services) : m_Services(services) {}
 
     /// Three parameter calls that exercise the digital MFC link; the results are discarded.
     void TestDigitalAIB();
@@ -77,9 +70,6 @@ class clsAIB {
     /// The serial number that the board reports now; 0 for none. The identity stays as it is.
     std::int32_t ReportedSerial() const;
     AIBStatus WriteAIBInfo(std::int32_t first, std::int32_t code, std::int32_t serial);
-
-    /// The ACU's record, made on first use.
-    clsACUCalibration& Calibration();
 
     /// False from creation and after every failed call; nothing sets it true. Whether a reading
     /// can be used is told by the status of that reading.
@@ -128,51 +118,24 @@ class clsAIB {
     /// The analog converter itself, never the digital path; status neither checked nor returned.
     std::int32_t ADC(std::int32_t channel) const;
 
-    // EPROM: 512 words at byte addresses 0, 4, … 2044. The typed operations advance the address
-    // past what they stored, also when the transfer failed, so that the next field of a record
-    // is still addressed correctly. Labels name the field for diagnostics.
-
-    /// Lets a board's EPROM be written while it lives, and notes what was: a word that nobody
-    /// has prepared for, or will read back, cannot be written.
+    /// Lets the board's EPROM be written while it lives: a word that nobody has prepared for, or
+    /// will read back, cannot be written.
     class EpromWriting {
       public:
         /// @throws std::logic_error while there is another one for the board
-        explicit EpromWriting(clsAIB& board);
+        explicit EpromWriting(AIB& board);
         EpromWriting(const EpromWriting&) = delete;
         EpromWriting& operator=(const EpromWriting&) = delete;
-        ~EpromWriting() { m_Board.m_Writing = nullptr; }
-
-        /// The last word that each address was to hold.
-        const std::map<std::int32_t, std::int32_t>& Words() const { return m_Words; }
-        /// Status of the first word that the board did not take.
-        AIBStatus Failure() const { return m_Failure; }
+        ~EpromWriting() { m_Board.m_EpromIsWritten = false; }
 
       private:
-        friend class clsAIB;
-        AIBStatus Note(std::int32_t address, std::int32_t word, AIBStatus status);
-
-        clsAIB& m_Board;
-        std::map<std::int32_t, std::int32_t> m_Words;
-        AIBStatus m_Failure = Status::NoError;
+        AIB& m_Board;
     };
 
     /// @throws std::logic_error without an EpromWriting
-    AIBStatus WriteEPROM(std::int32_t address, std::int32_t word);
-    AIBStatus ReadEPROM(std::int32_t address, std::int32_t& word);
+    AIBStatus WriteEPROM(std::int32_t address, std::int32_t word) override;
+    AIBStatus ReadEPROM(std::int32_t address, std::int32_t& word) override;
     AIBStatus DumpEPROM(std::string_view path);
-    AIBStatus WriteEPROMLng(std::int32_t& address, std::int32_t value);
-    AIBStatus ReadEPROMLng(std::int32_t& address, std::int32_t& value, std::string_view label);
-    AIBStatus WriteEPROMSng(std::int32_t& address, float value);
-    AIBStatus ReadEPROMSng(std::int32_t& address, float& value, std::string_view label);
-    /// Two words, low half first; the status is that of the second.
-    AIBStatus WriteEPROMDate(std::int32_t& address, OleDate value);
-    /// A half that is erased counts as 0, so that an erased date reads as "never".
-    AIBStatus ReadEPROMDate(std::int32_t& address, OleDate& value, std::string_view label);
-    /// Text in 8-bit characters, four a word, filled up with 0 bytes to the length; returns 0.
-    AIBStatus WriteEPROMString(std::int32_t& address, std::string_view text, std::int32_t length);
-    /// Text up to the first 0 byte; returns 0.
-    AIBStatus ReadEPROMString(std::int32_t& address, std::string& text, std::int32_t length,
-                              std::string_view label);
 
     /// Loads the FPGA from the configuration file of the board's hardware version. A missing
     /// file is told to the operator and ends the program.
@@ -203,9 +166,7 @@ class clsAIB {
     bool m_SetPointStands = false;
     std::array<std::int32_t, DACChannels> m_DAC{};
     bool m_MFCReady = false;
-    /// Not owned; none while the EPROM is not being written.
-    EpromWriting* m_Writing = nullptr;
-    std::shared_ptr<clsACUCalibration> m_Calibration;
+    bool m_EpromIsWritten = false;
 };
 
 } // namespace ombrix

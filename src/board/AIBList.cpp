@@ -5,12 +5,12 @@
 
 namespace ombrix {
 
-clsAIBList::~clsAIBList() {
+AIBList::~AIBList() {
     if (m_Open)
         CloseAIBAPI();
 }
 
-bool clsAIBList::OpenAIBAPI(std::int32_t& count) {
+bool AIBList::OpenAIBAPI(std::int32_t& count) {
     m_Count = 0;
     count = 0;
     try {
@@ -18,7 +18,7 @@ bool clsAIBList::OpenAIBAPI(std::int32_t& count) {
         count = m_Count;
         m_Boards.clear();
         for (std::int32_t index = 0; index < m_Count; ++index) {
-            m_Boards.push_back(std::make_shared<clsAIB>(m_Services));
+            m_Boards.push_back(std::make_shared<ombrix::AIB>(m_Services));
             m_Boards.back()->GetAccessoryInfo(index);
             m_Boards.back()->CheckMFCReady();
         }
@@ -32,7 +32,7 @@ bool clsAIBList::OpenAIBAPI(std::int32_t& count) {
     }
 }
 
-bool clsAIBList::CloseAIBAPI() {
+bool AIBList::CloseAIBAPI() {
     try {
         m_Services.Library.CloseAIBAPI();
         m_Open = false;
@@ -42,7 +42,7 @@ bool clsAIBList::CloseAIBAPI() {
     }
 }
 
-std::int32_t clsAIBList::AIBCount() {
+std::int32_t AIBList::AIBCount() {
     if (!m_Open) {
         std::int32_t count = 0;
         OpenAIBAPI(count);
@@ -50,7 +50,7 @@ std::int32_t clsAIBList::AIBCount() {
     return m_Count;
 }
 
-bool clsAIBList::GetAccessoryInfo(std::int32_t index, AccessoryInfo& info) {
+bool AIBList::GetAccessoryInfo(std::int32_t index, AccessoryInfo& info) {
     try {
         AccessoryInfoRecord record = Encode(info);
         m_Services.Library.GetAccessoryInfo(index, record);
@@ -61,7 +61,7 @@ bool clsAIBList::GetAccessoryInfo(std::int32_t index, AccessoryInfo& info) {
     }
 }
 
-std::shared_ptr<clsAIB> clsAIBList::AIB(std::int32_t index) const {
+std::shared_ptr<ombrix::AIB> AIBList::AIB(std::int32_t index) const {
     return m_Boards.at(static_cast<std::size_t>(index));
 }
 

@@ -9,13 +9,13 @@ namespace ombrix {
 
 /// Opens the board library and holds one board object for each board found. Board index i is
 /// the library's index i and the main window's tab i + 1.
-class clsAIBList {
+class AIBList {
   public:
-    explicit clsAIBList(const BoardServices& services) : m_Services(services) {}
-    clsAIBList(const clsAIBList&) = delete;
-    clsAIBList& operator=(const clsAIBList&) = delete;
+    explicit AIBList(const BoardServices& services) : m_Services(services) {}
+    AIBList(const AIBList&) = delete;
+    AIBList& operator=(const AIBList&) = delete;
     /// Closes the library if the last opening found a board.
-    ~clsAIBList();
+    ~AIBList();
 
     /// Counts the boards and makes new board objects with identity and MFC readiness; objects
     /// of an earlier opening live on where they are held. False after a run-time failure; one
@@ -26,15 +26,15 @@ class clsAIBList {
     std::int32_t AIBCount();
     bool GetAccessoryInfo(std::int32_t index, AccessoryInfo& info);
     /// @throws std::out_of_range beyond AIBCount
-    std::shared_ptr<clsAIB> AIB(std::int32_t index) const;
+    std::shared_ptr<ombrix::AIB> AIB(std::int32_t index) const;
     /// The boards that the last opening found.
-    const std::vector<std::shared_ptr<clsAIB>>& Boards() const { return m_Boards; }
+    const std::vector<std::shared_ptr<ombrix::AIB>>& Boards() const { return m_Boards; }
 
   private:
     BoardServices m_Services;
     bool m_Open = false;
     std::int32_t m_Count = 0;
-    std::vector<std::shared_ptr<clsAIB>> m_Boards;
+    std::vector<std::shared_ptr<ombrix::AIB>> m_Boards;
 };
 
 } // namespace ombrix

@@ -14,7 +14,7 @@ std::string TimeOfDayText(const Clock& clock) {
     return DateText(clock.Now(), "hh:nn:ss");
 }
 
-void LogIdentity(Platform& world, const clsAIB& board) {
+void LogIdentity(Platform& world, const AIB& board) {
     WriteLog(world,
              fmt::format("Board {}: {}, serial number {}, hardware version {}, {}",
                          board.BoardIndex(), board.BusTypeText(), board.DevSerialNum(),
@@ -22,7 +22,7 @@ void LogIdentity(Platform& world, const clsAIB& board) {
 }
 
 void ProgramBoard(Station& station, DetectionView& view, std::int32_t index) {
-    clsAIB& board = *station.g_AIBList.AIB(index);
+    AIB& board = *station.AIBList.AIB(index);
     const std::string bus = board.BusTypeText();
     const std::int32_t serial = board.DevSerialNum();
     LogIdentity(station.World, board);
@@ -41,7 +41,7 @@ void ProgramBoard(Station& station, DetectionView& view, std::int32_t index) {
 void ClaimBoards(Station& station) {
     std::string taken;
     std::string untried;
-    for (const auto& board : station.g_AIBList.Boards()) {
+    for (const auto& board : station.AIBList.Boards()) {
         const std::int32_t serial = board->DevSerialNum();
         try {
             if (!station.Claims.Claim(serial))
@@ -68,7 +68,7 @@ void ClaimBoards(Station& station) {
 bool DetectAndProgramBoards(Station& station, DetectionView& view) {
     std::int32_t count = 0;
     station.Claims.ReleaseAll();
-    station.g_AIBList.OpenAIBAPI(count);
+    station.AIBList.OpenAIBAPI(count);
     if (count == 0) {
         WriteLog(station.World, "No boards detected");
         view.ShowOutcome(TimeOfDayText(station.World.Time) + " - No AIBs detected");
@@ -84,7 +84,7 @@ bool DetectAndProgramBoards(Station& station, DetectionView& view) {
     FinishRecovery(station, unfinished);
     TellOfMissingBoards(station);
     view.ShowProgramming("Programming Completed", fmt::format("{} board(s) detected and programmed",
-                                                              station.g_AIBList.AIBCount()));
+                                                              station.AIBList.AIBCount()));
     return true;
 }
 

@@ -6,7 +6,7 @@ namespace ombrix {
 
 /// First-order low-pass filter for a displayed reading. A fall of more than 5 % of the output
 /// passes at once, so that a channel switched off does not seem to linger; rises are filtered.
-class clsFilter {
+class Filter {
   public:
     /// Takes the next input and returns the output.
     float LPF(float input) {

@@ -1,11 +1,8 @@
 #include "healthcheck/HealthCheckJournal.h"
 
 #include "board/Station.h"
-#include "calibration/history/RunJson.h"
-#include "calibration/unit/ACUCalibration.h"
 #include "healthcheck/HealthCheckReport.h"
 #include "healthcheck/MFCSequence.h"
-#include "journal/JournalLines.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/text/OleDate.h"
 
@@ -18,15 +15,15 @@ HealthCheckRecorder::HealthCheckRecorder(Station& station)
     : m_Station(station), m_Journal(station.World, "health check") {}
 
 void HealthCheckRecorder::Begin(std::span<const HealthCheckOption> options) {
-    clsAIB& board = *m_Station.g_CurrentAIB;
+    AIB& board = *m_Station.CurrentAIB;
     const OleDate start = m_Station.World.Time.Now();
-    SingleJson header = HeaderJson(
-        {HealthCheckKind, start, m_Station.World.Program, board.Calibration().Record()}, board);
+    SingleJson header = HeaderJson({HealthCheckKind, start, m_Station.World.Program, m_Station.Calibration().Unit()}, board);
     header["options"] = SingleJson::array();
     for (const HealthCheckOption option : options)
         header["options"].push_back(NameOf(option));
-    const std::string unit = fmt::format("ACU{:05}", board.SerialNumber());
-    m_Journal.Open(JournalName(unit, HealthCheckKind, start), LineOf(header));
+    m_Journal.Open(
+        JournalName(m_Station.Calibration().Unit().SerialNumberStr(), HealthCheckKind, start),
+        LineOf(header));
 }
 
 void HealthCheckRecorder::SequenceBegins(const std::string& sheet,
@@ -41,7 +38,7 @@ void HealthCheckRecorder::StepBegins(std::int32_t index) {
     m_Journal.Add(LineOf({{"step", index}}));
 }
 
-void HealthCheckRecorder::Sample(const clsMFCStep::Sample& sample) {
+void HealthCheckRecorder::Sample(const MFCStep::Sample& sample) {
     if (m_Journal.IsOpen())
         m_Journal.Sample(fmt::format("[{}]", fmt::join(sample, ",")));
 }
@@ -60,8 +57,8 @@ void HealthCheckRecorder::End(const std::string& verdict,
 
 namespace {
 
-clsMFCSequence SequenceOf(const RecordedSequence& recorded) {
-    clsMFCSequence sequence;
+MFCSequence SequenceOf(const RecordedSequence& recorded) {
+    MFCSequence sequence;
     for (const RecordedStep& step : recorded.Steps)
         sequence.AddStep(step.Plan.Ch1Demand, step.Plan.Ch2Demand, step.Plan.Duration_s);
     for (std::size_t index = 0; index < recorded.Steps.size(); ++index)
@@ -71,7 +68,8 @@ clsMFCSequence SequenceOf(const RecordedSequence& recorded) {
 
 } // namespace
 
-RecordedHealthCheck::RecordedHealthCheck(std::string_view text) {
+RecordedHealthCheck::RecordedHealthCheck(ReportTools tools, std::string_view text)
+    : m_Tools(std::move(tools)) {
     ReadJournalLines(text, [this](const SingleJson& line) { Take(line); });
 }
 
@@ -111,7 +109,7 @@ void RecordedHealthCheck::TakeSamples(const SingleJson& samples) {
     if (m_Sequences.empty() || m_Step >= m_Sequences.back().Steps.size())
         throw std::runtime_error("its samples belong to no step");
     for (const SingleJson& sample : samples)
-        m_Sequences.back().Steps[m_Step].Samples.push_back(sample.get<clsMFCStep::Sample>());
+        m_Sequences.back().Steps[m_Step].Samples.push_back(sample.get<MFCStep::Sample>());
 }
 
 std::size_t RecordedHealthCheck::SampleCount() const {
@@ -124,24 +122,22 @@ std::size_t RecordedHealthCheck::SampleCount() const {
 }
 
 std::string RecordedHealthCheck::Describe() const {
-    return fmt::format("Health Check of ACU{:05}, {}: {} sequences, {} samples", m_Header.Serial,
+    return fmt::format("Health Check of {}, {}: {} sequences, {} samples",
+                       m_Header.Unit.SerialNumberStr(),
                        DateText(m_Header.Start, "dd/mm/yyyy hh:nn:ss"), m_Sequences.size(),
                        SampleCount());
 }
 
-RemadeReport RecordedHealthCheck::MakeReport(const CalibrationServices& services) const {
+RemadeReport RecordedHealthCheck::MakeReport() const {
     if (!HasReport())
         return {};
-    Station& station = services.TheStation;
-    HealthCheckReport report(station, services.Launcher, services.Wait, services.Templates);
+    HealthCheckReport report(m_Tools);
     if (!report.Open().empty())
         return {{}, false};
-    const clsACUCalibration record(station.World, station.Claims, m_Header.Unit, m_Header.Serial);
-    const ReportUnit unit{m_Header.Serial, record.MFCSerialNumber_Clean(), record.PressureConfig()};
     for (const RecordedSequence& sequence : m_Sequences)
-        SequenceOf(sequence).ExportToWorkbook(unit, m_MeasuredAt, report.Book(), sequence.Sheet,
-                                              report.OverviewRow());
-    const SavedReport saved = report.Save(unit, m_MeasuredAt);
+        SequenceOf(sequence).ExportToWorkbook(m_Header.Unit, m_MeasuredAt, report.Book(),
+                                              sequence.Sheet, report.OverviewRow());
+    const HealthCheckReport::Saved saved = report.Save(m_Header.Unit, m_MeasuredAt);
     RemadeReport remade{{}, saved.Error.empty()};
     if (saved.File)
         remade.Files.push_back(*saved.File);
@@ -152,6 +148,12 @@ bool RecordedHealthCheck::NoteInterruption(Platform& world,
                                            const std::vector<std::string>& /*files*/) const {
     WriteLog(world, "Interrupted: " + Describe()); // health checks have no history beside the log
     return true;
+}
+
+void AddHealthCheckReader(JournalReaders& readers, const ReportTools& tools) {
+    readers.Add(HealthCheckKind, [tools](std::string_view text) {
+        return std::make_unique<RecordedHealthCheck>(tools, text);
+    });
 }
 
 } // namespace ombrix

@@ -2,9 +2,9 @@
 
 #include "healthcheck/HealthCheckProgramme.h"
 #include "healthcheck/MFCStep.h"
-#include "journal/JournalLines.h"
 #include "journal/RunJournal.h"
 #include "journal/UnfinishedRuns.h"
+#include "reports/ReportFile.h"
 
 #include <filesystem>
 #include <span>
@@ -12,8 +12,6 @@
 #include <vector>
 
 namespace ombrix {
-
-struct Station;
 
 /// Name of a health check in its journal.
 inline constexpr const char* HealthCheckKind = "health-check";
@@ -28,7 +26,7 @@ class HealthCheckRecorder {
     void Begin(std::span<const HealthCheckOption> options);
     void SequenceBegins(const std::string& sheet, std::span<const StepPlan> steps);
     void StepBegins(std::int32_t index);
-    void Sample(const clsMFCStep::Sample& sample);
+    void Sample(const MFCStep::Sample& sample);
     /// All has been measured that will be. @param now the date that the sequence is exported with
     void SequenceEnds(OleDate now);
     /// The run has ended. @param files of its report
@@ -42,7 +40,7 @@ class HealthCheckRecorder {
 /// A step of a sequence as it was run, with what it recorded.
 struct RecordedStep {
     StepPlan Plan;
-    std::vector<clsMFCStep::Sample> Samples;
+    std::vector<MFCStep::Sample> Samples;
 };
 
 /// A sequence of a journal, whole or up to where the run was cut off: its sheet in the report and
@@ -57,7 +55,7 @@ class RecordedHealthCheck final : public JournalledRun {
   public:
     /// @param text of the journal; what a crash has cut off at its end is passed over
     /// @throws JournalError when another part is damaged, or nothing was written
-    explicit RecordedHealthCheck(std::string_view text);
+    RecordedHealthCheck(ReportTools tools, std::string_view text);
 
     /// Samples of all sequences together.
     std::size_t SampleCount() const;
@@ -65,7 +63,7 @@ class RecordedHealthCheck final : public JournalledRun {
     bool Ended() const override { return m_Ended; }
     std::string Describe() const override;
     bool HasReport() const override { return !m_Sequences.empty(); }
-    RemadeReport MakeReport(const CalibrationServices& services) const override;
+    RemadeReport MakeReport() const override;
     bool NoteInterruption(Platform& world, const std::vector<std::string>& files) const override;
 
   private:
@@ -74,6 +72,7 @@ class RecordedHealthCheck final : public JournalledRun {
     void TakeSequence(const SingleJson& line);
     void TakeSamples(const SingleJson& samples);
 
+    ReportTools m_Tools;
     JournalHeader m_Header;
     /// When the last whole sequence had been measured; the start of the run before that.
     OleDate m_MeasuredAt;
@@ -82,5 +81,8 @@ class RecordedHealthCheck final : public JournalledRun {
     bool m_HasHeader = false;
     bool m_Ended = false;
 };
+
+/// Has the journals of health checks read.
+void AddHealthCheckReader(JournalReaders& readers, const ReportTools& tools);
 
 } // namespace ombrix

@@ -10,38 +10,34 @@
 
 namespace ombrix {
 
-HealthCheckRun::HealthCheckRun(Station& station, DACSliders& sliders, SpreadsheetLauncher launcher,
-                               OpenExcelView& wait, std::string templates)
-    : m_Station(station), m_Sliders(sliders), m_Recorder(station),
-      m_Report(station, std::move(launcher), wait, std::move(templates)) {}
+HealthCheckRun::HealthCheckRun(const ReportTools& tools)
+    : m_Station(tools.TheStation), m_Recorder(m_Station), m_Report(tools) {}
 
 HealthCheckResult HealthCheckRun::Run(std::span<const HealthCheckOption> options,
                                       const HealthCheckView& view) {
     HealthCheckResult result;
     ProcedureLog log(m_Station.World, "Health check");
-    DrivingProcedure running(m_Station, "health check",
-                             {{m_Station.g_CurrentAIB}, [this] { m_Sliders.ShowAllOff(); }});
+    DrivingProcedure running(m_Station, "health check", {m_Station.CurrentAIB});
     try {
         running.Begin();
-        m_Sliders.SetValue(0, 0);
-        m_Sliders.SetValue(1, 0);
+        m_Station.Outputs.ZeroAirChannels(*m_Station.CurrentAIB);
         if (result.Error = m_Report.Open(); result.Error.empty()) {
             m_Recorder.Begin(options);
             RunAll(PlanHealthCheck(options), view, result);
         } else {
-            result.Ended = ProcedureOutcome::End::NotStored;
+            result.Ended = End::NotStored;
         }
     } catch (const std::exception& error) {
         running.SwitchOffNow();
-        result.Ended = ProcedureOutcome::End::Failed;
+        result.Ended = End::Stopped;
         result.Error = error.what();
         TellOperator(m_Station.World, "The health check has been stopped.\r\n\r\n" + result.Error,
                      MessageIcon::Critical);
     }
     if (!result.Sequences.empty())
         Save(result);
-    m_Recorder.End(EndOf(result), result.Files);
-    log.Ended(EndOf(result));
+    m_Recorder.End(EndText(result), result.Files);
+    log.Ended(EndText(result));
     return result;
 }
 
@@ -52,14 +48,14 @@ void HealthCheckRun::RunAll(const std::vector<SequencePlan>& plan, const HealthC
     for (const SequencePlan& sequence : plan) {
         const Answer answer = AskPrompt(sequence);
         if (answer == Answer::Cancel)
-            m_Cancel.Request();
-        if (m_Cancel.Requested()) {
-            result.Ended = ProcedureOutcome::End::Cancelled;
+            m_Station.Procedures.Cancel();
+        if (m_Station.Procedures.CancelRequested()) {
+            result.Ended = End::Cancelled;
             return;
         }
         if (answer == Answer::Yes)
             RunOne(sequence, view, done_s, total_s, result);
-        if (result.Ended == ProcedureOutcome::End::Cancelled)
+        if (result.Ended == End::Cancelled)
             return;
         done_s += TotalTime_s({&sequence, 1});
     }
@@ -74,7 +70,7 @@ Answer HealthCheckRun::AskPrompt(const SequencePlan& plan) {
 
 void HealthCheckRun::RunOne(const SequencePlan& plan, const HealthCheckView& view, double done_s,
                             double total_s, HealthCheckResult& result) {
-    clsMFCSequence sequence;
+    MFCSequence sequence;
     for (const StepPlan& step : plan.Steps)
         sequence.AddStep(step.Ch1Demand, step.Ch2Demand, step.Duration_s);
     SequenceView sequenceView{view.Graphs, view.Labels, view.Steps, {}, &m_Recorder};
@@ -82,7 +78,7 @@ void HealthCheckRun::RunOne(const SequencePlan& plan, const HealthCheckView& vie
         sequenceView.Progress = [&](double elapsed_s) {
             view.Progress((done_s + elapsed_s) / total_s);
         };
-    ProcedureWait wait(m_Station.World.Time, m_Station.World.Events, m_Cancel);
+    ProcedureWait wait(m_Station.World, m_Station.Procedures);
     const std::string sheet = DistinctSheetName(plan.SheetName, result.Sequences);
     const auto note = [&] {
         result.Sequences.push_back({sheet, sequence.StepCount(), sequence.TotalTime_s(),
@@ -90,9 +86,9 @@ void HealthCheckRun::RunOne(const SequencePlan& plan, const HealthCheckView& vie
     };
     m_Recorder.SequenceBegins(sheet, plan.Steps);
     try {
-        if (!sequence.RunSequence({m_Station, m_Sliders, wait}, sequenceView, &m_Report.Book(),
+        if (!sequence.RunSequence(m_Station, wait, sequenceView, &m_Report.Book(),
                                   sheet, m_Report.OverviewRow()))
-            result.Ended = ProcedureOutcome::End::Cancelled;
+            result.Ended = End::Cancelled;
     } catch (const BoardError&) {
         note(); // its record is in the report up to where the board was lost
         throw;
@@ -114,8 +110,8 @@ std::string HealthCheckRun::DistinctSheetName(const std::string& name,
 }
 
 void HealthCheckRun::Save(HealthCheckResult& result) {
-    const SavedReport saved =
-        m_Report.Save(ReportUnitOf(*m_Station.g_CurrentAIB), m_Station.World.Time.Now());
+    const HealthCheckReport::Saved saved =
+        m_Report.Save(m_Station.Calibration().Unit(), m_Station.World.Time.Now());
     if (saved.File)
         result.Files.push_back(*saved.File);
     if (saved.Error.empty()) {
@@ -123,8 +119,8 @@ void HealthCheckRun::Save(HealthCheckResult& result) {
         return;
     }
     // A run that was cancelled or stopped stays that: its work was not done.
-    if (result.Ended == ProcedureOutcome::End::Completed)
-        result.Ended = ProcedureOutcome::End::NotStored;
+    if (result.Ended == End::Passed)
+        result.Ended = End::NotStored;
     result.Error += (result.Error.empty() ? "" : "\r\n\r\n") + saved.Error;
 }
 

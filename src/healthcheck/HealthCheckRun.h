@@ -1,8 +1,7 @@
 #pragma once
 
-#include "board/DACSliders.h"
 #include "board/Station.h"
-#include "board/procedure/DrivingProcedure.h"
+#include "board/procedure/Outcome.h"
 #include "healthcheck/GraphSurface.h"
 #include "healthcheck/HealthCheckJournal.h"
 #include "healthcheck/HealthCheckProgramme.h"
@@ -27,7 +26,7 @@ struct SequenceResult {
 
 /// What became of a health check. Errors of the board and of the report stand in it and are not
 /// thrown.
-struct HealthCheckResult : ProcedureOutcome {
+struct HealthCheckResult : Outcome {
     std::vector<SequenceResult> Sequences;
 };
 
@@ -46,13 +45,9 @@ struct HealthCheckView {
 /// One object serves one run; Station::Procedures must be free when it starts.
 class HealthCheckRun {
   public:
-    /// @param templates path of the folder with the report templates, ended by a backslash
-    HealthCheckRun(Station& station, DACSliders& sliders, SpreadsheetLauncher launcher,
-                   OpenExcelView& wait, std::string templates);
+    explicit HealthCheckRun(const ReportTools& tools);
 
     HealthCheckResult Run(std::span<const HealthCheckOption> options, const HealthCheckView& view);
-    /// Ends the run at its next pass; nothing more is run.
-    void Cancel() { m_Cancel.Request(); }
 
   private:
     void RunAll(const std::vector<SequencePlan>& plan, const HealthCheckView& view,
@@ -65,10 +60,8 @@ class HealthCheckRun {
     void Save(HealthCheckResult& result);
 
     Station& m_Station;
-    DACSliders& m_Sliders;
     HealthCheckRecorder m_Recorder;
     HealthCheckReport m_Report;
-    Cancellation m_Cancel;
 };
 
 } // namespace ombrix

@@ -1,6 +1,5 @@
 #include "healthcheck/MFCSequence.h"
 
-#include "board/AIBTools.h"
 #include "healthcheck/HealthCheckJournal.h"
 #include "healthcheck/HealthCheckReport.h"
 #include "platform/text/Text.h"
@@ -19,69 +18,66 @@ namespace {
 /// Brings both air channels to zero, whatever way the run is left.
 class ChannelsToZero {
   public:
-    explicit ChannelsToZero(DACSliders& sliders) : m_Sliders(sliders) {}
+    explicit ChannelsToZero(Station& station) : m_Station(station) {}
     ChannelsToZero(const ChannelsToZero&) = delete;
     ChannelsToZero& operator=(const ChannelsToZero&) = delete;
-    ~ChannelsToZero() {
-        m_Sliders.SetValue(0, 0);
-        m_Sliders.SetValue(1, 0);
-    }
+    ~ChannelsToZero() { m_Station.Outputs.ZeroAirChannels(*m_Station.CurrentAIB); }
 
   private:
-    DACSliders& m_Sliders;
+    Station& m_Station;
 };
 
 } // namespace
 
-void clsMFCSequence::AddStep(float ch1Demand, float ch2Demand, float duration_s) {
-    const clsMFCStep* last = m_Steps.empty() ? nullptr : &m_Steps.back();
+void MFCSequence::AddStep(float ch1Demand, float ch2Demand, float duration_s) {
+    const MFCStep* last = m_Steps.empty() ? nullptr : &m_Steps.back();
     const std::int32_t index = StepCount();
     m_Steps.emplace_back().Init(index, ch1Demand, ch2Demand, duration_s, last);
 }
 
-const clsMFCStep& clsMFCSequence::Step(std::int32_t index) const {
+const MFCStep& MFCSequence::Step(std::int32_t index) const {
     return m_Steps.at(static_cast<std::size_t>(index));
 }
 
-float clsMFCSequence::TotalTime_s() const {
+float MFCSequence::TotalTime_s() const {
     return Step(StepCount() - 1).EndTime_s();
 }
 
-std::int32_t clsMFCSequence::SampleCount() const {
+std::int32_t MFCSequence::SampleCount() const {
     std::int32_t count = 0;
-    for (const clsMFCStep& step : m_Steps)
+    for (const MFCStep& step : m_Steps)
         count += step.DataCount();
     return count;
 }
 
-bool clsMFCSequence::RecordFull() const {
+bool MFCSequence::RecordFull() const {
     return std::any_of(m_Steps.begin(), m_Steps.end(),
-                       [](const clsMFCStep& step) { return step.RecordFull(); });
+                       [](const MFCStep& step) { return step.RecordFull(); });
 }
 
-void clsMFCSequence::AddSamples(std::int32_t index, std::span<const clsMFCStep::Sample> samples) {
-    clsMFCStep& step = m_Steps.at(static_cast<std::size_t>(index));
-    for (const clsMFCStep::Sample& sample : samples)
+void MFCSequence::AddSamples(std::int32_t index, std::span<const MFCStep::Sample> samples) {
+    MFCStep& step = m_Steps.at(static_cast<std::size_t>(index));
+    for (const MFCStep::Sample& sample : samples)
         step.AddSample(sample);
 }
 
-bool clsMFCSequence::RunSequence(const SequenceBench& bench, const SequenceView& view,
-                                 Workbook* workbook, const std::string& sheetName,
-                                 std::int32_t& overviewRow) {
+bool MFCSequence::RunSequence(Station& station, ProcedureWait& wait, const SequenceView& view,
+                              Workbook* workbook, const std::string& sheetName,
+                              std::int32_t& overviewRow) {
     if (view.Graphs != nullptr)
         DrawGraphTemplate(*view.Graphs);
     if (view.Steps != nullptr)
         FillStepList(*view.Steps);
     const auto exportRecord = [&] {
-        const OleDate now = bench.TheStation.World.Time.Now();
+        const OleDate now = station.World.Time.Now();
         if (view.Recorder != nullptr)
             view.Recorder->SequenceEnds(now);
         if (workbook != nullptr)
-            ExportToWorkbook(ReportUnitOf(*bench.TheStation.g_CurrentAIB), now, *workbook,
-                             sheetName, overviewRow);
+            ExportToWorkbook(station.Calibration().Unit(), now, *workbook, sheetName,
+                             overviewRow);
     };
     try {
-        const bool completed = RunSteps(bench, view);
+        const bool completed = RunSteps(station, wait, view);
         exportRecord();
         return completed;
     } catch (const BoardError&) {
@@ -90,12 +86,12 @@ bool clsMFCSequence::RunSequence(const SequenceBench& bench, const SequenceView&
     }
 }
 
-bool clsMFCSequence::RunSteps(const SequenceBench& bench, const SequenceView& view) {
-    const ChannelsToZero afterwards(bench.Sliders);
-    clsHiResTimer timer(bench.TheStation.World.Time);
+bool MFCSequence::RunSteps(Station& station, ProcedureWait& wait, const SequenceView& view) {
+    const ChannelsToZero afterwards(station);
+    HiResTimer timer(station.World.Time);
     std::size_t index = 0;
     const auto start = [&] {
-        m_Steps[index].StartStep(timer, bench.Sliders);
+        m_Steps[index].StartStep(timer, station);
         if (view.Steps != nullptr)
             view.Steps->ListIndex(static_cast<int>(index));
         if (view.Recorder != nullptr)
@@ -109,26 +105,26 @@ bool clsMFCSequence::RunSteps(const SequenceBench& bench, const SequenceView& vi
                 return true;
             start();
         }
-        clsMFCStep& step = m_Steps[index];
-        if (step.RecordDataPoint(*bench.TheStation.g_CurrentAIB, view.Graphs, view.Labels)) {
+        MFCStep& step = m_Steps[index];
+        if (step.RecordDataPoint(*station.CurrentAIB, view.Graphs, view.Labels)) {
             if (view.Recorder != nullptr)
                 view.Recorder->Sample(step.LastSample());
             if (view.Progress)
                 view.Progress(timer.ElapsedTime());
         }
         const double due_s = std::min<double>(step.NextSampleTime_s(), step.EndTime_s());
-        if (!bench.Wait.Pass(timer, due_s))
+        if (!wait.Pass(timer, due_s))
             return false;
     }
 }
 
-void clsMFCSequence::NoteFullRecord(std::int32_t index, const SequenceView& view) const {
+void MFCSequence::NoteFullRecord(std::int32_t index, const SequenceView& view) const {
     if (view.Steps != nullptr && Step(index).RecordFull())
         view.Steps->SetItem(index, StepText(index) + "  (record full)");
 }
 
-std::string clsMFCSequence::StepText(std::int32_t index) const {
-    const clsMFCStep& step = Step(index);
+std::string MFCSequence::StepText(std::int32_t index) const {
+    const MFCStep& step = Step(index);
     const auto percent = [&step](std::int32_t channel) {
         return FixedText(step.DemandValue_Percent(channel) * 100.0F, 1);
     };
@@ -136,7 +132,7 @@ std::string clsMFCSequence::StepText(std::int32_t index) const {
                        percent(1), GeneralText(step.Duration_s()));
 }
 
-void clsMFCSequence::FillStepList(StepList& steps) const {
+void MFCSequence::FillStepList(StepList& steps) const {
     steps.Clear();
     for (std::int32_t index = 0; index < StepCount(); ++index)
         steps.AddItem(StepText(index));
@@ -168,7 +164,7 @@ void PrintLevel(GraphSurface& surface, double level, std::string_view text) {
 
 } // namespace
 
-void clsMFCSequence::DrawGraphTemplate(const GraphSurfaces& graphs) const {
+void MFCSequence::DrawGraphTemplate(const GraphSurfaces& graphs) const {
     const double right = TotalTime_s() * 1.05;
     const std::string seconds = fmt::format("  ({} seconds)", GeneralText(TotalTime_s()));
     for (const std::size_t thick : {0U, 1U, 2U})
@@ -202,11 +198,11 @@ void clsMFCSequence::DrawGraphTemplate(const GraphSurfaces& graphs) const {
     }
 }
 
-void clsMFCSequence::DrawExpectedDemand(GraphSurface& surface, std::int32_t channel) const {
+void MFCSequence::DrawExpectedDemand(GraphSurface& surface, std::int32_t channel) const {
     surface.DrawStyle(GraphSurface::Style::Dotted);
     double x = 0.0;
     double y = Step(0).DemandValue_Percent(channel) * ReadingFullScale_bits;
-    for (const clsMFCStep& step : m_Steps) {
+    for (const MFCStep& step : m_Steps) {
         const double level = step.DemandValue_Percent(channel) * ReadingFullScale_bits;
         if (x > 0.0)
             surface.Line(x, y, x, level, ExpectedColour);
@@ -270,26 +266,25 @@ void LayOutForPrint(Worksheet& overview, std::int32_t freeRow, std::int32_t char
 
 } // namespace
 
-void clsMFCSequence::ExportToWorkbook(const ReportUnit& unit, OleDate now, Workbook& workbook,
-                                      const std::string& sheetName,
-                                      std::int32_t& overviewRow) const {
+void MFCSequence::ExportToWorkbook(const ACU& unit, OleDate now, Workbook& workbook,
+                                   const std::string& sheetName, std::int32_t& overviewRow) const {
     Worksheet& overview = workbook.Sheet("Overview");
     workbook.Sheet("All Graphs"); // a template without it is not ours
     workbook.Sheet("DataTemplate").CopyAfter(workbook.Sheet(workbook.WorksheetCount() - 1));
     Worksheet& dataSheet = workbook.Sheet(workbook.WorksheetCount() - 1);
 
     overview.SetValue("C2", unit.Serial);
-    overview.SetValue("C3", unit.MFCNumber);
+    overview.SetValue("C3", unit.Record.MFCSerialNumber_Clean());
     overview.SetValue("C5", now);
     dataSheet.SetName(sheetName);
-    if (unit.PressureConfig == 0)
+    if (unit.Record.DigitalPressureConfig == 0)
         dataSheet.SetValue("J1", std::string("Pressure (Analog)"));
-    else if (unit.PressureConfig == 1)
+    else if (unit.Record.DigitalPressureConfig == 1)
         dataSheet.SetValue("J1", std::string("Pressure (Digital)"));
     overview.SetValue("N7", dataSheet.Value("J1"));
 
     std::int32_t row = 0;
-    for (const clsMFCStep& step : m_Steps)
+    for (const MFCStep& step : m_Steps)
         step.ExportData(row, dataSheet);
     AddChart(dataSheet, dataSheet, sheetName, "M2", "AD36");
 
@@ -300,7 +295,7 @@ void clsMFCSequence::ExportToWorkbook(const ReportUnit& unit, OleDate now, Workb
     overviewRow += nextBlock;
 }
 
-void clsMFCSequence::ExportOverviewBlock(Worksheet& overview, std::int32_t& row) const {
+void MFCSequence::ExportOverviewBlock(Worksheet& overview, std::int32_t& row) const {
     constexpr std::int32_t headerRows = 3;
     constexpr std::int32_t firstBlockEnd = 10;
     if (row > firstBlockEnd) {
@@ -309,7 +304,7 @@ void clsMFCSequence::ExportOverviewBlock(Worksheet& overview, std::int32_t& row)
     }
     row += headerRows;
     const std::int32_t firstStep = row;
-    for (const clsMFCStep& step : m_Steps)
+    for (const MFCStep& step : m_Steps)
         step.ExportStepData(row++, overview);
     BoxSteps(overview, firstStep, row - 1);
     const std::int32_t chart = row + StepCount() - 2;

@@ -12,16 +12,8 @@
 namespace ombrix {
 
 class HealthCheckRecorder;
-struct ReportUnit;
 class Workbook;
 class Worksheet;
-
-/// What a sequence runs on.
-struct SequenceBench {
-    Station& TheStation;
-    DACSliders& Sliders;
-    ProcedureWait& Wait;
-};
 
 /// Where a running sequence shows and is written down; each of them may be none.
 struct SequenceView {
@@ -34,13 +26,13 @@ struct SequenceView {
 };
 
 /// An ordered list of timed steps that runs as one programme against one timer.
-class clsMFCSequence {
+class MFCSequence {
   public:
     /// Appends a step. Demands are fractions of full scale, 0 to 1.
     void AddStep(float ch1Demand, float ch2Demand, float duration_s);
     std::int32_t StepCount() const { return static_cast<std::int32_t>(m_Steps.size()); }
     /// @throws std::out_of_range
-    const clsMFCStep& Step(std::int32_t index) const;
+    const MFCStep& Step(std::int32_t index) const;
     /// Length of the whole sequence. @throws std::out_of_range without steps
     float TotalTime_s() const;
     /// Samples of all steps together.
@@ -51,14 +43,14 @@ class clsMFCSequence {
     /// recorded to the workbook if there is one, also when the run ended early. False when the
     /// operator ended it. @param overviewRow where the overview goes on; advanced
     /// @throws BoardError, SpreadsheetError
-    bool RunSequence(const SequenceBench& bench, const SequenceView& view, Workbook* workbook,
+    bool RunSequence(Station& station, ProcedureWait& wait, const SequenceView& view, Workbook* workbook,
                      const std::string& sheetName, std::int32_t& overviewRow);
 
     /// Adds samples that were recorded earlier to a step of a sequence that is not run.
     /// @throws std::out_of_range
-    void AddSamples(std::int32_t index, std::span<const clsMFCStep::Sample> samples);
+    void AddSamples(std::int32_t index, std::span<const MFCStep::Sample> samples);
     /// Writes what was recorded. @param now the date of the report @throws SpreadsheetError
-    void ExportToWorkbook(const ReportUnit& unit, OleDate now, Workbook& workbook,
+    void ExportToWorkbook(const ACU& unit, OleDate now, Workbook& workbook,
                           const std::string& sheetName, std::int32_t& overviewRow) const;
 
   private:
@@ -66,13 +58,13 @@ class clsMFCSequence {
     void DrawExpectedDemand(GraphSurface& surface, std::int32_t channel) const;
     void FillStepList(StepList& steps) const;
     std::string StepText(std::int32_t index) const;
-    bool RunSteps(const SequenceBench& bench, const SequenceView& view);
+    bool RunSteps(Station& station, ProcedureWait& wait, const SequenceView& view);
     void NoteFullRecord(std::int32_t index, const SequenceView& view) const;
 
     void ExportOverviewBlock(Worksheet& overview, std::int32_t& row) const;
 
     /// Steps refer to the one before them, so they never move.
-    std::deque<clsMFCStep> m_Steps;
+    std::deque<MFCStep> m_Steps;
 };
 
 } // namespace ombrix

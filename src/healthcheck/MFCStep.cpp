@@ -1,9 +1,9 @@
 #include "healthcheck/MFCStep.h"
 
-#include "calibration/unit/ACUCalibration.h"
 #include "platform/text/Rounding.h"
 #include "platform/text/Text.h"
 #include "spreadsheet/Spreadsheet.h"
+#include "board/Outputs.h"
 
 #include <fmt/format.h>
 
@@ -27,9 +27,9 @@ void Show(ValueLabels& labels, std::size_t label, fmt::format_string<Args...> te
 
 } // namespace
 
-void clsMFCStep::Init(std::int32_t stepIndex, float ch1Demand, float ch2Demand, float duration_s,
-                      const clsMFCStep* prevStep) {
-    *this = clsMFCStep();
+void MFCStep::Init(std::int32_t stepIndex, float ch1Demand, float ch2Demand, float duration_s,
+                   const MFCStep* prevStep) {
+    *this = MFCStep();
     m_StepIndex = stepIndex;
     m_DemandValue = {ch1Demand, ch2Demand};
     m_Duration_s = duration_s;
@@ -37,50 +37,51 @@ void clsMFCStep::Init(std::int32_t stepIndex, float ch1Demand, float ch2Demand, 
     m_EndTime_s = prevStep == nullptr ? duration_s : prevStep->EndTime_s() + duration_s;
 }
 
-float clsMFCStep::DemandValue_Percent(std::int32_t channel) const {
+float MFCStep::DemandValue_Percent(std::int32_t channel) const {
     return m_DemandValue.at(Index(channel));
 }
 
-float clsMFCStep::MaxValue(std::int32_t channel) const {
+float MFCStep::MaxValue(std::int32_t channel) const {
     return static_cast<float>(m_Extremes.at(Index(channel)).MaxValue);
 }
 
-std::int32_t clsMFCStep::MaxValueIndex(std::int32_t channel) const {
+std::int32_t MFCStep::MaxValueIndex(std::int32_t channel) const {
     return m_Extremes.at(Index(channel)).MaxIndex;
 }
 
-std::int32_t clsMFCStep::MinValue(std::int32_t channel) const {
+std::int32_t MFCStep::MinValue(std::int32_t channel) const {
     return m_Extremes.at(Index(channel)).MinValue;
 }
 
-std::int32_t clsMFCStep::MinValueIndex(std::int32_t channel) const {
+std::int32_t MFCStep::MinValueIndex(std::int32_t channel) const {
     return m_Extremes.at(Index(channel)).MinIndex;
 }
 
-std::int32_t clsMFCStep::data(std::int32_t row, std::int32_t column) const {
+std::int32_t MFCStep::data(std::int32_t row, std::int32_t column) const {
     return m_Data.at(Index(row)).at(Index(column));
 }
 
-const clsMFCStep::Sample& clsMFCStep::LastSample() const {
+const MFCStep::Sample& MFCStep::LastSample() const {
     return m_Data.at(Index(m_DataCount - 1));
 }
 
-void clsMFCStep::AddSample(const Sample& sample) {
+void MFCStep::AddSample(const Sample& sample) {
     NoteExtremes(sample);
     m_Data.push_back(sample);
     ++m_DataCount;
 }
 
-void clsMFCStep::StartStep(clsHiResTimer& timer, DACSliders& sliders) {
+void MFCStep::StartStep(HiResTimer& timer, Station& station) {
     m_Timer = &timer;
-    for (const std::int32_t channel : {0, 1}) {
-        const float position = static_cast<float>(DACSliders::Max) * DemandValue_Percent(channel);
-        sliders.SetValue(channel, RoundHalfEven(position));
-    }
+    m_PressureConfig = station.Calibration().Record().DigitalPressureConfig;
+    // What is refused shows where the outputs are shown, and in the readings.
+    for (const std::int32_t channel : {0, 1})
+        station.Outputs.Set(*station.CurrentAIB, channel,
+                            SliderScale::DemandOfShare(DemandValue_Percent(channel)));
     m_Data.assign(Index(DataCapacity), Sample{});
 }
 
-bool clsMFCStep::RecordDataPoint(clsAIB& board, const GraphSurfaces* graphs, ValueLabels* labels) {
+bool MFCStep::RecordDataPoint(AIB& board, const GraphSurfaces* graphs, ValueLabels* labels) {
     const double elapsed_s = m_Timer->ElapsedTime();
     if (static_cast<float>(elapsed_s - m_LastAttempt_s) < SampleSpacing_s)
         return false;
@@ -107,7 +108,7 @@ bool clsMFCStep::RecordDataPoint(clsAIB& board, const GraphSurfaces* graphs, Val
     return true;
 }
 
-bool clsMFCStep::ReadSample(clsAIB& board, Sample& sample) {
+bool MFCStep::ReadSample(AIB& board, Sample& sample) {
     constexpr std::int32_t analogSensor = 0;
     constexpr std::int32_t digitalSensor = 1;
     constexpr std::int32_t analogPressureChannel = 2;
@@ -116,21 +117,20 @@ bool clsMFCStep::ReadSample(clsAIB& board, Sample& sample) {
     AIBStatus worst = Status::NoError;
     for (const AIBStatus status : {board.GetADC(0, sample[2]), board.GetADC(1, sample[4]),
                                    board.GetADC(analogPressureChannel, analogPressure),
-                                   board.ReadReg(clsAIB::PressureRegister, digitalPressure)})
+                                   board.ReadReg(AIB::PressureRegister, digitalPressure)})
         worst = status != Status::NoError ? status : worst;
     m_Answers.Note(worst, m_Timer->ElapsedTime());
     if (worst != Status::NoError)
         return false;
     sample[1] = board.DAC(0);
     sample[3] = board.DAC(1);
-    const std::int32_t sensor = board.Calibration().PressureConfig();
-    sample[5] = sensor == analogSensor    ? analogPressure
-                : sensor == digitalSensor ? digitalPressure
-                                          : 0;
+    sample[5] = m_PressureConfig == analogSensor    ? analogPressure
+                : m_PressureConfig == digitalSensor ? digitalPressure
+                                                    : 0;
     return true;
 }
 
-void clsMFCStep::NoteExtremes(const Sample& sample) {
+void MFCStep::NoteExtremes(const Sample& sample) {
     for (const std::size_t channel : {std::size_t{0}, std::size_t{1}}) {
         const std::int32_t reading = sample.at(2 + 2 * channel);
         Extremes& extremes = m_Extremes.at(channel);
@@ -145,7 +145,7 @@ void clsMFCStep::NoteExtremes(const Sample& sample) {
     }
 }
 
-void clsMFCStep::Draw(const GraphSurfaces& graphs, const Sample& sample) const {
+void MFCStep::Draw(const GraphSurfaces& graphs, const Sample& sample) const {
     const bool continuesStep = m_DataCount > 0;
     const bool continuesSequence = m_PrevStep != nullptr && m_PrevStep->DataCount() > 0;
     if (!continuesStep && !continuesSequence)
@@ -165,7 +165,7 @@ void clsMFCStep::Draw(const GraphSurfaces& graphs, const Sample& sample) const {
     graphs[4]->Line(x1, last[4] - last[3], x2, sample[4] - sample[3], Channel2Colour);
 }
 
-float clsMFCStep::Get_EndVal(std::int32_t column, float window_ms) const {
+float MFCStep::Get_EndVal(std::int32_t column, float window_ms) const {
     if (m_DataCount == 0)
         return 0.0F;
     const float threshold = static_cast<float>(data(m_DataCount - 1, 0)) - window_ms;
@@ -200,7 +200,7 @@ std::string PercentText(float fraction) {
 
 } // namespace
 
-bool clsMFCStep::IsWorthKeeping(std::int32_t row, std::int32_t lastKept) const {
+bool MFCStep::IsWorthKeeping(std::int32_t row, std::int32_t lastKept) const {
     if (data(row, 0) - data(lastKept, 0) >= LongestGap_ms || row == m_DataCount - 1)
         return true;
     const bool isExtreme =
@@ -213,7 +213,7 @@ bool clsMFCStep::IsWorthKeeping(std::int32_t row, std::int32_t lastKept) const {
            !std::equal(sample.begin() + 1, sample.begin() + 1 + DataColumns, kept.begin() + 1);
 }
 
-std::vector<std::int32_t> clsMFCStep::KeptRows() const {
+std::vector<std::int32_t> MFCStep::KeptRows() const {
     std::vector<std::int32_t> kept = {0};
     for (std::int32_t row = 1; row < m_DataCount; ++row) {
         if (IsWorthKeeping(row, kept.back()))
@@ -222,7 +222,7 @@ std::vector<std::int32_t> clsMFCStep::KeptRows() const {
     return kept;
 }
 
-void clsMFCStep::ExportData(std::int32_t& row, Worksheet& sheet) const {
+void MFCStep::ExportData(std::int32_t& row, Worksheet& sheet) const {
     if (m_DataCount == 0)
         return;
     if (row == 0)
@@ -253,7 +253,7 @@ void clsMFCStep::ExportData(std::int32_t& row, Worksheet& sheet) const {
     row += static_cast<std::int32_t>(rows.size());
 }
 
-void clsMFCStep::ExportStepData(std::int32_t row, Worksheet& sheet) const {
+void MFCStep::ExportStepData(std::int32_t row, Worksheet& sheet) const {
     const auto write = [row, &sheet](char column, const CellValue& value) {
         sheet.SetValue(fmt::format("{}{}", column, row), value);
     };
@@ -270,7 +270,7 @@ void clsMFCStep::ExportStepData(std::int32_t row, Worksheet& sheet) const {
     write('L', StepDescription());
 }
 
-std::string clsMFCStep::StepDescription() const {
+std::string MFCStep::StepDescription() const {
     if (m_PrevStep == nullptr)
         return "First in Sequence";
     const auto [demand1, demand2] = m_DemandValue;

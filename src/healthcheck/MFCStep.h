@@ -1,7 +1,7 @@
 #pragma once
 
-#include "board/DACSliders.h"
 #include "board/procedure/HiResTimer.h"
+#include "board/Station.h"
 #include "board/procedure/ProcedureWait.h"
 #include "healthcheck/GraphSurface.h"
 
@@ -17,7 +17,7 @@ class Worksheet;
 
 /// One timed step of a sequence: a demand for each air channel and a duration. While it runs it
 /// records samples, at most one every 20 ms.
-class clsMFCStep {
+class MFCStep {
   public:
     /// Columns of a sample: time in ms from the start of the sequence, DAC and reading of
     /// channel 1, DAC and reading of channel 2 (bits, 0 to 65535), pressure (raw).
@@ -30,7 +30,7 @@ class clsMFCStep {
     /// @param ch1Demand, ch2Demand fractions of full scale, 0 to 1
     /// @param prevStep the step before it in the sequence, none for the first; must outlive it
     void Init(std::int32_t stepIndex, float ch1Demand, float ch2Demand, float duration_s,
-              const clsMFCStep* prevStep);
+              const MFCStep* prevStep);
 
     float Duration_s() const { return m_Duration_s; }
     /// Time from the start of the sequence at which the step ends.
@@ -49,11 +49,11 @@ class clsMFCStep {
     /// The record was full before the step ended; it took no more samples then.
     bool RecordFull() const { return m_RecordFull; }
 
-    /// Applies the demands and prepares the record. The timer is the sequence's.
-    void StartStep(clsHiResTimer& timer, DACSliders& sliders);
+    /// Tells the current board the demands and prepares the record. The timer is the sequence's.
+    void StartStep(HiResTimer& timer, Station& station);
     /// Takes a sample if one is due, and shows it; true when one was stored. A reading that
     /// fails is not stored. @throws BoardError when the board has not answered for a second
-    bool RecordDataPoint(clsAIB& board, const GraphSurfaces* graphs, ValueLabels* labels);
+    bool RecordDataPoint(AIB& board, const GraphSurfaces* graphs, ValueLabels* labels);
     /// The sample that was stored last. @throws std::out_of_range without one
     const Sample& LastSample() const;
     /// Adds a sample that was recorded earlier to a step that is not run.
@@ -78,7 +78,7 @@ class clsMFCStep {
         std::int32_t MaxIndex = -1;
     };
 
-    bool ReadSample(clsAIB& board, Sample& sample);
+    bool ReadSample(AIB& board, Sample& sample);
     void NoteExtremes(const Sample& sample);
     void Draw(const GraphSurfaces& graphs, const Sample& sample) const;
     bool IsWorthKeeping(std::int32_t row, std::int32_t lastKept) const;
@@ -86,14 +86,16 @@ class clsMFCStep {
     std::string StepDescription() const;
 
     std::int32_t m_StepIndex = 0;
-    clsHiResTimer* m_Timer = nullptr;
+    HiResTimer* m_Timer = nullptr;
     float m_Duration_s = 0.0F;
     float m_EndTime_s = 0.0F;
     std::array<float, 2> m_DemandValue{};
     std::array<Extremes, 2> m_Extremes;
     std::int32_t m_DataCount = 0;
     std::vector<Sample> m_Data;
-    const clsMFCStep* m_PrevStep = nullptr;
+    const MFCStep* m_PrevStep = nullptr;
+    /// Which pressure sensor the unit has, as its record says.
+    std::int32_t m_PressureConfig = 0;
     /// Times are compared in full resolution, not in the whole milliseconds of the record.
     double m_LastAttempt_s = -std::numeric_limits<double>::infinity();
     bool m_RecordFull = false;

@@ -1,16 +1,15 @@
 #include "journal/UnfinishedRuns.h"
 
-#include "calibration/history/CalibrationHistory.h"
-#include "journal/JournalLines.h"
 #include "journal/RunJournal.h"
 #include "platform/os/ProgramLog.h"
+#include "platform/text/Paths.h"
 
 namespace ombrix {
 
 namespace {
 
 std::string JournalOf(const std::string& mark) {
-    return JournalFolder + mark.substr(0, mark.size() - std::string_view(RunningEnding).size()) +
+    return Paths::Journals + mark.substr(0, mark.size() - std::string_view(RunningEnding).size()) +
            JournalEnding;
 }
 
@@ -32,10 +31,8 @@ Answer AskAbout(Platform& world, const std::string& what, bool hasReport) {
                                "Unfinished Run"});
 }
 
-void WriteReport(const CalibrationServices& services, const std::string& journal,
-                 const JournalledRun& run) {
-    Platform& world = services.TheStation.World;
-    const RemadeReport remade = run.MakeReport(services);
+void WriteReport(Platform& world, const std::string& journal, const JournalledRun& run) {
+    const RemadeReport remade = run.MakeReport();
     if (remade.Files.empty())
         return; // told already; asked again at the next start
     SettleUnfinishedRun(world, journal, run, remade.Files);
@@ -45,14 +42,12 @@ void WriteReport(const CalibrationServices& services, const std::string& journal
     TellOperator(world, text);
 }
 
-void Offer(const CalibrationServices& services, const std::string& journal,
-           const JournalReading& read) {
-    Platform& world = services.TheStation.World;
+void Offer(Platform& world, const std::string& journal, const JournalReaders& readers) {
     try {
-        const std::unique_ptr<JournalledRun> run = read(world, world.Files.ReadFile(journal));
+        const std::unique_ptr<JournalledRun> run = readers.Read(world.Files.ReadFile(journal));
         const Answer answer = AskAbout(world, run->Describe(), run->HasReport());
         if (run->HasReport() && answer == Answer::Yes)
-            WriteReport(services, journal, *run);
+            WriteReport(world, journal, *run);
         else if (answer == (run->HasReport() ? Answer::No : Answer::Yes) &&
                  run->NoteInterruption(world, {}))
             Discard(world, journal);
@@ -74,16 +69,27 @@ bool IsOver(const Drive& files, const std::string& journal) {
 
 } // namespace
 
+std::unique_ptr<JournalledRun> JournalReaders::Read(std::string_view text) const {
+    const auto reading = m_Readings.find(KindOfJournal(text));
+    if (reading != m_Readings.end())
+        return reading->second(text);
+    ReadJournalLines(text, [](const SingleJson& line) {
+        HeaderOf(line); // a version that is not known says more
+        throw std::runtime_error("it is of no kind that is known");
+    });
+    throw JournalError("The journal is of no kind that is known.");
+}
+
 std::vector<UnfinishedRun> FindUnfinishedRuns(Platform& world) {
     std::vector<UnfinishedRun> runs;
-    for (const std::string& name : world.Files.FilesIn(JournalFolder)) {
+    for (const std::string& name : world.Files.FilesIn(Paths::Journals)) {
         if (!name.ends_with(RunningEnding))
             continue;
-        UnfinishedRun run{JournalOf(name), world.Files.TryLock(JournalFolder + name, "")};
+        UnfinishedRun run{JournalOf(name), world.Files.TryLock(Paths::Journals + name, "")};
         if (!run.Hold)
             continue;
         if (IsOver(world.Files, run.Journal))
-            world.Files.RemoveFile(JournalFolder + name);
+            world.Files.RemoveFile(Paths::Journals + name);
         else
             runs.push_back(std::move(run));
     }
@@ -101,18 +107,17 @@ bool SettleUnfinishedRun(Platform& world, const std::string& journal, const Jour
     std::string text = world.Files.ReadFile(journal);
     text.erase(text.rfind('\n') + 1);
     world.Files.ReplaceFile(journal,
-                            text + EndLine(world.Time.Now(), Verdicts::Interrupted, names));
+                            text + EndLine(world.Time.Now(), InterruptedVerdict, names));
     world.Files.RemoveFile(RunningMarkOf(journal));
     return true;
 }
 
-void OfferUnfinishedRuns(const CalibrationServices& services, const JournalReading& read) {
-    Platform& world = services.TheStation.World;
+void OfferUnfinishedRuns(Platform& world, const JournalReaders& readers) {
     for (const UnfinishedRun& run : FindUnfinishedRuns(world)) {
         if (world.Events.ProgramEnding())
             return;
         try {
-            Offer(services, run.Journal, read);
+            Offer(world, run.Journal, readers);
         } catch (const DriveError& error) {
             TellOperator(world,
                          std::string("An unfinished run could not be dealt with:\r\n\r\n   ") +

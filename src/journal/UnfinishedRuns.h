@@ -1,12 +1,14 @@
 #pragma once
 
-#include "calibration/run/CalibrationServices.h"
+#include "platform/ports/Platform.h"
 
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace ombrix {
@@ -34,15 +36,27 @@ class JournalledRun {
     /// There is something to make workbooks of.
     virtual bool HasReport() const = 0;
     /// Makes its workbooks as the run does; they replace nothing, and no board is needed.
-    virtual RemadeReport MakeReport(const CalibrationServices& services) const = 0;
+    virtual RemadeReport MakeReport() const = 0;
     /// Writes down that the run was cut off, where such runs are kept beside their journals.
     /// @param files of its report @return false when that could not be stored; it has been told
     virtual bool NoteInterruption(Platform& world, const std::vector<std::string>& files) const = 0;
 };
 
-/// Reads the text of a journal. @throws JournalError
-using JournalReading =
-    std::function<std::unique_ptr<JournalledRun>(Platform& world, std::string_view text)>;
+/// Reads the journals of every kind of run. Those who know a kind say how; the program hands the
+/// readers down.
+class JournalReaders {
+  public:
+    /// Reads the text of a journal. @throws JournalError
+    using Reading = std::function<std::unique_ptr<JournalledRun>(std::string_view text)>;
+
+    /// @param kind as the first line of a journal names it
+    void Add(const std::string& kind, Reading read) { m_Readings[kind] = std::move(read); }
+    /// @throws JournalError
+    std::unique_ptr<JournalledRun> Read(std::string_view text) const;
+
+  private:
+    std::map<std::string, Reading> m_Readings;
+};
 
 /// A run whose program was gone before it had ended. While the object lives, no other program
 /// takes it for unfinished.
@@ -62,6 +76,6 @@ bool SettleUnfinishedRun(Platform& world, const std::string& journal, const Jour
 
 /// Asks of each unfinished run whether to write the report of what there is, to discard it, or to
 /// ask again at the next start; and does that.
-void OfferUnfinishedRuns(const CalibrationServices& services, const JournalReading& read);
+void OfferUnfinishedRuns(Platform& world, const JournalReaders& readers);
 
 } // namespace ombrix

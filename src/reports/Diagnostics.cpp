@@ -6,6 +6,7 @@
 #include "platform/os/FolderDrive.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/text/OleDate.h"
+#include "platform/text/Paths.h"
 #include "platform/text/Text.h"
 #include "spreadsheet/package/ZipArchive.h"
 
@@ -78,7 +79,7 @@ constexpr double CrashReportDays = 30.0;
 constexpr int CompressionLevel = 6;
 
 std::string FolderPath() {
-    return std::string(R"(C:\)") + DiagnosticsFolder + "\\";
+    return std::string(Paths::DriveC) + Paths::DiagnosticsName + "\\";
 }
 
 /// The name that the system gives itself.
@@ -111,7 +112,7 @@ std::string VersionsText(const ProgramIdentity& program, const DiagnosticsSource
     return text;
 }
 
-std::string IdentityText(const clsAIB& board) {
+std::string IdentityText(const AIB& board) {
     return fmt::format(
         "Board {}: {}, serial number {}, hardware version {}, device type {}\n"
         "  {}, {}, build {}, configuration bits {:#x}, {} setup, MFCs {}\n",
@@ -135,11 +136,11 @@ class Archive {
     void Add(const std::string& name, std::string content) {
         m_Files.push_back({name, [content = std::move(content)] { return content; }});
     }
-    void AddBoards(clsAIBList& boards) {
+    void AddBoards(AIBList& boards) {
         const std::int32_t count = boards.AIBCount();
         std::string identities = count == 0 ? "No boards detected\n" : "";
         for (std::int32_t index = 0; index < count; ++index) {
-            clsAIB& board = *boards.AIB(index);
+            AIB& board = *boards.AIB(index);
             identities += IdentityText(board);
             const std::string name = fmt::format("board{}_{}", index, board.DevSerialNum());
             try {
@@ -178,10 +179,10 @@ std::string MakeDiagnostics(Station& station, const DiagnosticsSource& source) {
     Archive archive;
     archive.Add("versions.txt", VersionsText(world.Program, source));
     archive.Add("options.txt", source.Options);
-    archive.AddBoards(station.g_AIBList);
+    archive.AddBoards(station.AIBList);
     archive.Add("log.txt", LastLogLines(world.Files, LogLines));
     archive.AddCrashReports(world);
-    archive.Add("files.txt", FileList(world.Files.RealPath(R"(C:\)")));
+    archive.Add("files.txt", FileList(world.Files.RealPath(Paths::DriveC)));
     return archive.Bytes();
 }
 

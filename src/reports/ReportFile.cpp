@@ -1,8 +1,12 @@
 #include "reports/ReportFile.h"
 
 #include "platform/os/ProgramLog.h"
-#include "platform/ports/FreePath.h"
+#include "platform/ports/Folders.h"
+#include "platform/text/OleDate.h"
+#include "platform/text/Paths.h"
 #include "spreadsheet/Spreadsheet.h"
+
+#include <fmt/format.h>
 
 #include <cstdlib>
 
@@ -34,12 +38,45 @@ OpenedWorkbook OpenExcel(OpenExcelView& view, Platform& world, const Spreadsheet
     return OpenWorkbookFromTemplate(world, launcher, templatePath);
 }
 
-bool SaveWorkbookAs(Workbook& workbook, const std::string& path) {
+namespace {
+
+OpenedWorkbook Failed(const ReportTools& tools, const std::string& heading,
+                      const std::string& reason) {
+    TellOperator(tools.TheStation.World, heading + "\r\n\r\n" + reason, MessageIcon::Critical);
+    return {};
+}
+
+} // namespace
+
+OpenedWorkbook OpenFilled(const ReportTools& tools, const std::string& message,
+                          const std::string& templateName,
+                          const std::function<void(Workbook&)>& fill) {
+    OpenedWorkbook opened = OpenExcel(tools.Wait, tools.TheStation.World, tools.Launcher, message,
+                                      tools.Templates + templateName);
+    if (!opened) {
+        tools.Wait.Close();
+        // A missing template has been told already.
+        return opened.Error.empty() ? OpenedWorkbook()
+                                    : Failed(tools, "The report could not be opened.", opened.Error);
+    }
+    try {
+        fill(*opened.Book);
+        tools.Wait.Close();
+        return opened;
+    } catch (const std::exception& error) {
+        tools.Wait.Close();
+        return Failed(tools, "The report could not be filled.", error.what());
+    }
+}
+
+bool SaveWorkbookAs(Workbook& workbook, const std::string& path, std::string* reason) {
     SpreadsheetApplication& application = workbook.Application();
     const bool knowsBinaryFormat = std::strtod(application.Version().c_str(), nullptr) >= 12.0;
     try {
         workbook.SaveAs(path, knowsBinaryFormat ? FileFormat::Excel8 : FileFormat::ByExtension);
-    } catch (const SpreadsheetError&) {
+    } catch (const SpreadsheetError& error) {
+        if (reason != nullptr)
+            *reason = error.what();
         application.SetVisible(true);
     }
     return true;
@@ -51,7 +88,7 @@ constexpr std::string_view Extension = ".xlsx";
 
 std::string KeptPath(const Drive& files, const std::string& fileName) {
     const std::string stem = fileName.substr(0, fileName.size() - Extension.size());
-    return FreePath(files, R"(T:\)" + stem, Extension);
+    return FreePath(files, Paths::Temporary + stem, Extension);
 }
 
 } // namespace
@@ -75,6 +112,126 @@ std::optional<std::filesystem::path> KeepWorkbook(Platform& world, Workbook& wor
                      MessageIcon::Critical);
         return std::nullopt;
     }
+}
+
+namespace {
+
+/// The common end of all calibration workbooks: how they are saved, shown and, if all else fails,
+/// kept.
+class WorkbookSaving {
+  public:
+    WorkbookSaving(const ReportTools& tools, OpenedWorkbook& workbook,
+                   std::string fileName, bool autoSave)
+        : m_World(tools.TheStation.World), m_Workbook(workbook), m_WantedName(fileName),
+          m_FileName(std::move(fileName)), m_AutoSave(autoSave) {}
+
+    StoredReport Run() {
+        for (;;) {
+            try {
+                return Attempt();
+            } catch (const SpreadsheetError& error) {
+                if (!WantsRetry(error))
+                    return Keep(error.what());
+                m_FileName.clear();
+            }
+        }
+    }
+
+  private:
+    StoredReport Attempt() {
+        std::string trouble;
+        SaveWorkbookAs(*m_Workbook.Book, m_FileName, &trouble);
+        const std::filesystem::path file = m_World.Files.RealPath(m_Workbook.Book->FullName());
+        if (!trouble.empty())
+            TellWhereItLies(trouble, file);
+        if (m_AutoSave)
+            Show(WindowState::Minimised);
+        else if (WantsToView())
+            Open(file);
+        else
+            CloseWorkbook();
+        return {file, trouble.empty()};
+    }
+
+    void TellWhereItLies(const std::string& reason, const std::filesystem::path& file) const {
+        const std::string why =
+            m_FileName.empty() ? "The folder or the name of the workbook is missing." : reason;
+        TellOperator(m_World,
+                     why + "\r\n\r\nThe workbook has been kept as:\r\n\r\n   " + file.string(),
+                     MessageIcon::Warning);
+    }
+
+    bool WantsToView() const {
+        return AskYesNo({"Would you like to view the results now?", MessageIcon::Question,
+                         MessageButtons::YesNo});
+    }
+
+    bool WantsRetry(const SpreadsheetError& error) const {
+        constexpr int applicationError = 1004;
+        const std::string reason = error.Number() == applicationError
+                                       ? "Please check that the file is not already open in Excel."
+                                       : fmt::format("{} - {}", error.Number(), error.what());
+        Message question{"There was en error saving the Audit Data. The error is shown below."
+                         "\r\n\r\n" +
+                             reason + "\r\n\r\nWould you like to retry saving the data?",
+                         MessageIcon::Question, MessageButtons::YesNo};
+        question.AsksRetry = true;
+        return AskYesNo(question);
+    }
+
+    /// While the program is being closed nothing is asked; that counts as No.
+    bool AskYesNo(const Message& question) const {
+        return !m_World.Events.ProgramEnding() && m_World.Messages.Ask(question) == Answer::Yes;
+    }
+
+    void Show(WindowState state) {
+        m_Workbook.Application->SetVisible(true);
+        m_Workbook.Application->SetWindowState(state);
+    }
+
+    void Open(const std::filesystem::path& file) {
+        Show(WindowState::Maximised);
+        if (!m_World.Documents.OpenDocument(file))
+            TellOperator(m_World,
+                         "The desktop has no program that opens the workbook:\r\n\r\n   " +
+                             file.string(),
+                         MessageIcon::Warning);
+    }
+
+    void CloseWorkbook() {
+        m_Workbook.Book->Close();
+        m_Workbook.Book = nullptr;
+        m_Workbook.Sheet = nullptr;
+        if (m_Workbook.Application->WorkbookCount() == 0)
+            m_Workbook.Application->Quit();
+    }
+
+    StoredReport Keep(const std::string& reason) {
+        TellOperator(m_World, "The workbook could not be saved.\r\n\r\n" + reason,
+                     MessageIcon::Critical);
+        return {KeepWorkbook(m_World, *m_Workbook.Book, NameForKeeping()), false};
+    }
+
+    std::string NameForKeeping() const {
+        const std::string name = m_WantedName.substr(m_WantedName.find_last_of('\\') + 1);
+        if (name.empty())
+            return "ACU_" + DateText(m_World.Time.Now(), "yymmdd_hhnnss") + ".xlsx";
+        return name.substr(0, name.find_last_of('.')) + ".xlsx";
+    }
+
+    Platform& m_World;
+    OpenedWorkbook& m_Workbook;
+    std::string m_WantedName;
+    /// Empty from the second attempt on.
+    std::string m_FileName;
+    bool m_AutoSave;
+};
+
+} // namespace
+
+StoredReport SaveCalibrationExcelWorkbook(const ReportTools& tools, OpenedWorkbook& workbook,
+                                          std::string fileName, bool autoSave) {
+    return WorkbookSaving(tools, workbook, std::move(fileName), autoSave).Run();
 }
 
 } // namespace ombrix

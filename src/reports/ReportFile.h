@@ -1,9 +1,10 @@
 #pragma once
 
-#include "platform/ports/Platform.h"
+#include "board/Station.h"
 #include "spreadsheet/Spreadsheet.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -31,6 +32,31 @@ struct OpenedWorkbook {
     explicit operator bool() const { return Book != nullptr; }
 };
 
+/// What report files are made with.
+struct ReportTools {
+    Station& TheStation;
+    SpreadsheetLauncher Launcher;
+    OpenExcelView& Wait;
+    /// Folder of the report templates, ended by a backslash.
+    std::string Templates;
+};
+
+/// Where a report lies.
+struct StoredReport {
+    /// Its real path; nothing when it lies nowhere.
+    std::optional<std::filesystem::path> File{};
+    /// It has the name and the format that it was to have.
+    bool WhereItBelongs = false;
+};
+
+/// Adds a report to what a procedure has written. @tparam Outcome has AllStored and Files
+template <class Outcome>
+void AddReport(Outcome& outcome, const StoredReport& report) {
+    outcome.AllStored = outcome.AllStored && report.WhereItBelongs;
+    if (report.File)
+        outcome.Files.push_back(*report.File);
+}
+
 /// Starts the spreadsheet application and makes a workbook from a template ("….xltx"; "….xlt"
 /// also stands for "….xltx" beside it). A missing template is told to the operator.
 OpenedWorkbook OpenWorkbookFromTemplate(Platform& world, const SpreadsheetLauncher& launcher,
@@ -40,9 +66,24 @@ OpenedWorkbook OpenWorkbookFromTemplate(Platform& world, const SpreadsheetLaunch
 OpenedWorkbook OpenExcel(OpenExcelView& view, Platform& world, const SpreadsheetLauncher& launcher,
                          const std::string& message, const std::string& templatePath);
 
+/// Opens a template and has its workbook filled, under the wait window. What goes wrong is told
+/// to the operator; there is no workbook then.
+/// @param templateName file name in the folder of the templates
+OpenedWorkbook OpenFilled(const ReportTools& tools, const std::string& message,
+                          const std::string& templateName,
+                          const std::function<void(Workbook&)>& fill);
+
 /// Saves in the binary format where the application knows it (version 12 on). A save that
 /// fails makes the application visible, so that the workbook is kept, and still counts as done.
-bool SaveWorkbookAs(Workbook& workbook, const std::string& path);
+/// @param reason takes why a save has failed, when given
+bool SaveWorkbookAs(Workbook& workbook, const std::string& path, std::string* reason = nullptr);
+
+/// Saves a filled workbook. An operator who is there is asked whether to view it; whatever goes
+/// wrong is told, with the offer to try again, and in the end the workbook is kept in the folder
+/// for temporary files, so that nothing measured is lost.
+/// @param autoSave nobody is asked whether to view the results
+StoredReport SaveCalibrationExcelWorkbook(const ReportTools& tools, OpenedWorkbook& workbook,
+                                          std::string fileName, bool autoSave);
 
 /// The last resort for a report that cannot be stored where it belongs: the folder for
 /// temporary files. The operator is told where it lies, or that not even that was possible.

@@ -2,6 +2,7 @@
 
 #include "platform/os/FileDescriptor.h"
 #include "platform/os/FolderDrive.h"
+#include "platform/text/Paths.h"
 
 #include <fmt/format.h>
 
@@ -17,7 +18,7 @@ namespace ombrix {
 namespace fs = std::filesystem;
 
 fs::path PrepareSimulatorFolder(const fs::path& dataRoot) {
-    fs::path folder = dataRoot / "simulator";
+    fs::path folder = dataRoot / Paths::Simulator;
     if (fs::exists(folder))
         return folder;
     const fs::path systemFolder = dataRoot / "Program Files" / "Pulvatron" / "System";

@@ -17,11 +17,10 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-/// Runs a test under a progress bar; an interrupt cancels it meanwhile.
-template <class Test, class Work>
-auto RunShown(CommandContext& context, Test& test, const Work& work) {
-    const CancelOnInterrupt cancel(context.Events, [&test] { test.Cancel(); });
-    ProgressBar bar;
+/// Runs a test under a progress bar.
+template <class Work>
+auto RunShown(const Work& work) {
+    TerminalProgress bar;
     return work(BenchTestView{.Progress = [&bar](double share) { bar.Show(share); }});
 }
 
@@ -52,39 +51,36 @@ std::string MeansText(const DigitalMFCRecord::StepMeans& means) {
 
 CommandResult RunMFCTest(CommandContext& context) {
     ChosenBoard(context);
-    BoardDACSliders sliders(context.TheStation);
-    DigitalMFCTest test(context.TheStation, sliders);
+    DigitalMFCTest test(context.TheStation);
     const DigitalMFCResult outcome =
-        RunShown(context, test, [&test](const BenchTestView& view) { return test.Run(view); });
+        RunShown([&test](const BenchTestView& view) { return test.Run(view); });
     CommandResult result;
-    AddOutcome(result, outcome.Outcome, "The test of the digital MFCs");
+    AddOutcome(result, outcome, "The test of the digital MFCs");
     result.Json["results"] = outcome.Means;
-    if (!outcome.Outcome.Files.empty()) // else nothing has been measured
+    if (!outcome.Files.empty()) // else nothing has been measured
         result.Text += MeansText(outcome.Means);
     return result;
 }
 
 CommandResult RunAirSweep(CommandContext& context, const SweepOptions& options) {
     ChosenBoard(context);
-    BoardDACSliders sliders(context.TheStation);
-    OutputSweep test(context.TheStation, sliders);
+    OutputSweep test(context.TheStation);
     const SweepPlan plan = PlanOf(options);
     const SweepResult outcome =
-        RunShown(context, test, [&](const BenchTestView& view) { return test.Run(plan, view); });
+        RunShown([&](const BenchTestView& view) { return test.Run(plan, view); });
     CommandResult result;
-    AddOutcome(result, outcome.Outcome, "The air test");
+    AddOutcome(result, outcome, "The air test");
     AddLines(result, outcome.Lines);
     return result;
 }
 
 CommandResult RunAirFlowTest(CommandContext& context) {
     DetectBoards(context);
-    BoardDACSliders sliders(context.TheStation);
-    AirFlowTest test(context.TheStation, sliders);
-    const AirFlowResult outcome = RunShown(
-        context, test, [&test](const BenchTestView& view) { return test.TestAirFlow(view); });
+    AirFlowTest test(context.TheStation);
+    const AirFlowResult outcome =
+        RunShown([&test](const BenchTestView& view) { return test.TestAirFlow(view); });
     CommandResult result;
-    AddOutcome(result, outcome.Outcome, "The air flow test");
+    AddOutcome(result, outcome, "The air flow test");
     if (!outcome.MissingBoards.empty())
         result.Status = ExitStatus::NoBoard;
     AddLines(result, outcome.Lines);
@@ -93,12 +89,11 @@ CommandResult RunAirFlowTest(CommandContext& context) {
 
 CommandResult RunSpeedTest(CommandContext& context) {
     ChosenBoard(context);
-    BoardDACSliders sliders(context.TheStation);
-    SpeedTest test(context.TheStation, sliders, [] {});
+    SpeedTest test(context.TheStation, [] {});
     const SpeedResult outcome =
-        RunShown(context, test, [&test](const BenchTestView& view) { return test.Run(view); });
+        RunShown([&test](const BenchTestView& view) { return test.Run(view); });
     CommandResult result;
-    AddOutcome(result, outcome.Outcome, "The speed test");
+    AddOutcome(result, outcome, "The speed test");
     result.Json["analogSeconds"] = outcome.Analog_s;
     result.Json["digitalSeconds"] = outcome.Digital_s;
     result.Text +=
@@ -125,24 +120,23 @@ class TerminalRig final : public TestRigView {
     std::size_t m_Steps = 0;
     std::size_t m_Begun = 0;
     double m_Span_s = 0.0;
-    ProgressBar m_Bar;
+    TerminalProgress m_Bar;
 };
 
 TestRigResult RunLoopThrough(CommandContext& context) {
     TerminalRig view;
     TestRigRun run(context.TheStation, view);
-    const CancelOnInterrupt cancel(context.Events, [&run] { run.Cancel(); });
     return run.Run(TestRigJob::LoopThrough);
 }
 
-clsAIB& FirstBoard(CommandContext& context) {
+AIB& FirstBoard(CommandContext& context) {
     DetectBoards(context);
-    return *context.TheStation.g_AIBList.AIB(0);
+    return *context.TheStation.AIBList.AIB(0);
 }
 
 /// @param exchange what was tried, as the UART console names it
 CommandResult ExchangeResult(const std::string& exchange, std::int32_t value, AIBStatus status) {
-    const std::string statusText = clsAIB::AIBErrorStr(status);
+    const std::string statusText = AIB::AIBErrorStr(status);
     CommandResult result;
     result.Json = {{"value", value}, {"status", status}, {"statusText", statusText}};
     result.Text = fmt::format("{}  {}  {}\n", exchange, value, statusText);
@@ -161,7 +155,7 @@ CommandResult RunTestRig(CommandContext& context) {
         throw CommandError(ExitStatus::NoBoard, WithPlainLineEnds(*missing));
     const TestRigResult job = RunLoopThrough(context);
     CommandResult result;
-    AddOutcome(result, job.Procedure, "The test rig job");
+    AddOutcome(result, job, "The test rig job");
     result.Json["lines"] = job.Lines;
     result.Json["steps"] = nlohmann::ordered_json::array();
     for (const TestRigStep& step : job.Steps) {
@@ -169,18 +163,13 @@ CommandResult RunTestRig(CommandContext& context) {
         result.Json["steps"].push_back({{"name", step.Name}, {"status", status}});
         result.Text += fmt::format("{:<28} {}\n", step.Name, status);
     }
-    const TestRigStep* failed = job.FirstFailed();
-    if (failed != nullptr && result.Status == ExitStatus::Done) {
-        result.Status = ExitStatus::NotPassed;
-        result.Error = failed->Remark;
-    }
     return result;
 }
 
 CommandResult RunUartSet(CommandContext& context, std::int32_t channel, std::int32_t value) {
-    clsAIB& board = FirstBoard(context);
+    AIB& board = FirstBoard(context);
     context.TheStation.Claims.Require(board.DevSerialNum());
-    const AIBStatus status = board.SetDAC_UART(channel, value);
+    const AIBStatus status = context.TheStation.Outputs.SetDigital(board, channel, value);
     return ExchangeResult(fmt::format("Set({})", channel), value, status);
 }
 
@@ -193,10 +182,9 @@ CommandResult RunUartGet(CommandContext& context, std::int32_t channel) {
 CommandResult RunRecord(CommandContext& context, double seconds) {
     ChosenBoard(context);
     TimedRecording recording(context.TheStation);
-    ProcedureOutcome outcome;
+    Outcome outcome;
     {
-        const CancelOnInterrupt cancel(context.Events, [&recording] { recording.Cancel(); });
-        ProgressBar bar;
+        TerminalProgress bar;
         outcome = recording.Run(seconds, [&bar](double share) { bar.Show(share); });
     }
     CommandResult result;

@@ -4,12 +4,13 @@
 #include "board/eprom/EpromFields.h"
 #include "board/eprom/EpromGuard.h"
 #include "board/eprom/EpromWriter.h"
-#include "calibration/unit/CalibrationSummary.h"
+#include "board/unit/CalibrationSummary.h"
 #include "platform/os/FolderDrive.h"
 #include "platform/text/Text.h"
 #include "reports/Diagnostics.h"
 #include "terminal/Command.h"
 #include "terminal/HistoryCommands.h"
+#include "board/Outputs.h"
 
 #include <fmt/format.h>
 
@@ -28,7 +29,7 @@ class QuietDetectionView final : public DetectionView {
     void SetTabCaption(std::int32_t /*board*/, const std::string& /*caption*/) override {}
 };
 
-Json BoardJson(clsAIB& board) {
+Json BoardJson(AIB& board) {
     return {{"index", board.BoardIndex()},       {"bus", board.BusTypeText()},
             {"serial", board.DevSerialNum()},    {"hwVersion", board.HWVersion()},
             {"devType", board.DevType()},        {"vendor", Trimmed(board.Vendor())},
@@ -37,7 +38,7 @@ Json BoardJson(clsAIB& board) {
             {"mfcReady", board.MFCReady()},      {"fpgaFile", board.FPGAFileName()}};
 }
 
-std::string BoardText(clsAIB& board) {
+std::string BoardText(AIB& board) {
     return fmt::format("AIB_{}: {}, {}, {}, build {}, {} setup, MFCs {}\n", board.DevSerialNum(),
                        board.BusTypeText(), Trimmed(board.Vendor()), Trimmed(board.Module()),
                        Trimmed(board.BuildDate()), board.IsDigitalSetup() ? "digital" : "analog",
@@ -47,7 +48,7 @@ std::string BoardText(clsAIB& board) {
 void Require(AIBStatus status, std::string_view what) {
     if (status != Status::NoError)
         throw CommandError(ExitStatus::NotPassed,
-                           fmt::format("{}: {}", what, clsAIB::AIBErrorStr(status)));
+                           fmt::format("{}: {}", what, AIB::AIBErrorStr(status)));
 }
 
 } // namespace
@@ -63,18 +64,18 @@ void DetectBoards(CommandContext& context) {
                                        : WithPlainLineEnds(trouble));
 }
 
-clsAIB& ChosenBoard(CommandContext& context) {
+AIB& ChosenBoard(CommandContext& context) {
     DetectBoards(context);
     TellOfUnfinishedRuns(context);
     Station& station = context.TheStation;
-    const std::int32_t count = station.g_AIBList.AIBCount();
+    const std::int32_t count = station.AIBList.AIBCount();
     if (context.Board >= count)
         throw CommandError(
             ExitStatus::NoBoard,
             fmt::format("There is no board {}: {} found, counted from 0.", context.Board, count));
-    station.g_CurrentAIB = station.g_AIBList.AIB(context.Board);
-    station.g_CurrentAIB->Calibration().ReadEPROMValues(*station.g_CurrentAIB);
-    return *station.g_CurrentAIB;
+    station.CurrentAIB = station.AIBList.AIB(context.Board);
+    station.Calibration().ReadEPROMValues();
+    return *station.CurrentAIB;
 }
 
 CommandResult RunDetect(CommandContext& context) {
@@ -87,9 +88,9 @@ CommandResult RunDetect(CommandContext& context) {
         result.Error = error.what();
         return result;
     }
-    clsAIBList& list = context.TheStation.g_AIBList;
+    AIBList& list = context.TheStation.AIBList;
     for (std::int32_t index = 0; index < list.AIBCount(); ++index) {
-        clsAIB& board = *list.AIB(index);
+        AIB& board = *list.AIB(index);
         result.Json["boards"].push_back(BoardJson(board));
         result.Text += BoardText(board);
     }
@@ -97,8 +98,8 @@ CommandResult RunDetect(CommandContext& context) {
 }
 
 CommandResult RunInfo(CommandContext& context) {
-    clsAIB& board = ChosenBoard(context);
-    const CalibrationSummary summary = SumUp(board.Calibration());
+    AIB& board = ChosenBoard(context);
+    const CalibrationSummary summary = SumUp(context.TheStation.Calibration().Record());
     CommandResult result;
     result.Json = {{"board", BoardJson(board)},
                    {"acuInitialised", summary.ACUInitialised},
@@ -119,7 +120,7 @@ CommandResult RunInfo(CommandContext& context) {
 }
 
 CommandResult RunSelfTest(CommandContext& context) {
-    clsAIB& board = ChosenBoard(context);
+    AIB& board = ChosenBoard(context);
     context.TheStation.Claims.Require(board.DevSerialNum());
     std::vector<int> failedBits;
     const bool registersPassed = board.RunWalkingRegisterTest(&failedBits);
@@ -139,28 +140,27 @@ CommandResult RunSelfTest(CommandContext& context) {
 }
 
 CommandResult RunAdc(CommandContext& context) {
-    clsAIB& board = ChosenBoard(context);
+    AIB& board = ChosenBoard(context);
     CommandResult result;
     result.Json["adc"] = Json::array();
-    for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel) {
+    for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel) {
         std::int32_t value = 0;
         Require(board.GetADC(channel, value), fmt::format("ADC {} cannot be read", channel));
         result.Json["adc"].push_back(value);
         result.Text += fmt::format("ADC {}    {}\n", channel, value);
     }
     std::int32_t pressure = 0;
-    Require(board.ReadReg(clsAIB::PressureRegister, pressure),
-            "The pressure register cannot be read");
+    Require(board.ReadReg(AIB::PressureRegister, pressure), "The pressure register cannot be read");
     result.Json["pressureRegister"] = pressure;
     result.Text += fmt::format("Pressure {}\n", pressure);
     return result;
 }
 
 CommandResult RunDac(CommandContext& context, std::int32_t channel, std::int32_t value) {
-    clsAIB& board = ChosenBoard(context);
+    AIB& board = ChosenBoard(context);
     context.TheStation.Claims.Require(board.DevSerialNum());
-    const std::int32_t sent = DACSliders::HeldToRange(value);
-    Require(board.SetDAC(channel, sent), fmt::format("DAC {} cannot be set", channel));
+    const std::int32_t sent = SliderScale::HeldToRange(value);
+    Require(context.TheStation.Outputs.Set(board, channel, sent), fmt::format("DAC {} cannot be set", channel));
     CommandResult result;
     result.Json["value"] = sent;
     result.Text = fmt::format("DAC {}    {}\n", channel, sent);
@@ -173,7 +173,7 @@ CommandResult RunIdentity(CommandContext& context, std::int32_t serial, const st
     const AIBStatus status = WriteIdentity(context.TheStation, serial, mfcs);
     if (status != Status::NoError)
         throw CommandError(ExitStatus::NotStored,
-                           "The identity could not be written: " + clsAIB::AIBErrorStr(status));
+                           "The identity could not be written: " + AIB::AIBErrorStr(status));
     context.TheStation.World.Messages.Ask(
         {"The AIB has been programmed - restart application to check.", MessageIcon::Information,
          MessageButtons::Ok});
@@ -185,18 +185,18 @@ CommandResult RunIdentity(CommandContext& context, std::int32_t serial, const st
 }
 
 CommandResult RunMFCNumber(CommandContext& context, const std::string& number) {
-    clsAIB& board = ChosenBoard(context);
+    AIB& board = ChosenBoard(context);
     CommandResult result;
     try {
         EpromGuard guard(context.TheStation, "MFC Number");
-        board.Calibration().SaveMFCNumber(guard, number);
+        context.TheStation.Calibration().SaveMFCNumber(guard, number);
     } catch (const EpromMismatch& mismatch) {
         result.Status = ExitStatus::NotStored;
         result.Error = WithPlainLineEnds(mismatch.what());
     }
     std::string stored;
     std::int32_t address = ACUMemoryMap::MFCNumber;
-    board.ReadEPROMString(address, stored, ACUMemoryMap::MFCNumberLength, "Read MFC Number");
+    board.ReadEPROMString(address, stored, ACUMemoryMap::MFCNumberLength);
     result.Json["mfcNumber"] = Trimmed(stored);
     result.Text = fmt::format("MFC number {}\n", Trimmed(stored));
     return result;

@@ -1,7 +1,7 @@
 #include "terminal/CalibrationCommands.h"
 
+#include "calibration/air/AirChannelControl.h"
 #include "calibration/run/ACUSetUp.h"
-#include "calibration/unit/ACUCalibration.h"
 #include "healthcheck/HealthCheckRun.h"
 #include "terminal/Command.h"
 #include "terminal/TerminalStages.h"
@@ -14,61 +14,53 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-/// The set-up commands on a terminal. While it lives, an interrupt cancels the calibration.
-class TerminalSetUp {
-  public:
-    explicit TerminalSetUp(CommandContext& context)
-        : m_Board(ChosenBoard(context)), m_Sliders(context.TheStation),
-          m_Interrupt(context.Events, [this] { m_Board.Calibration().CancelCalibration(); }),
-          SetUp({context.TheStation, m_Sliders, Stages, m_Wait, context.Launcher,
-                 context.TemplatesFolder}) {}
-
-    clsAIB& Board() { return m_Board; }
-    float Pressure_mBar() {
-        AirChannelControl air = m_Board.Calibration().Air(m_Sliders);
-        return m_Board.Calibration().PressureGet_mBar(air);
+/// The set-up commands on a terminal.
+struct TerminalSetUp {
+    /// Makes the chosen board current.
+    explicit TerminalSetUp(CommandContext& context) : SetUp(context.Reports, Stages) {
+        ChosenBoard(context);
     }
 
-  private:
-    clsAIB& m_Board;
-    BoardDACSliders m_Sliders;
-    NoWaitWindow m_Wait;
-    CancelOnInterrupt m_Interrupt;
-
-  public:
     TerminalStages Stages;
     ACUSetUp SetUp;
 };
 
+ExitStatus StatusOf(const CalibrationOutcome& outcome) {
+    switch (outcome.Ended) {
+    case End::Passed: return outcome.AllStored ? ExitStatus::Done : ExitStatus::NotStored;
+    case End::NotStored: return ExitStatus::NotStored;
+    default: return ExitStatus::NotPassed;
+    }
+}
+
 /// The status of a run that has a verdict, and why it is not "done".
-template <class Outcome>
-void Judge(CommandResult& result, const Outcome& outcome, bool passed) {
-    if (passed && outcome.AllStored)
-        return;
-    result.Status = passed || outcome.NotInEprom ? ExitStatus::NotStored : ExitStatus::NotPassed;
+void Judge(CommandResult& result, const CalibrationOutcome& outcome) {
+    result.Status = StatusOf(outcome);
     if (!outcome.Error.empty())
         result.Error = WithPlainLineEnds(outcome.Error);
-    else if (outcome.Aborted)
+    else if (outcome.Ended == End::Cancelled)
         result.Error = "ACU Calibration Aborted";
-    else
-        result.Error = passed ? "A log or a workbook could not be stored where it belongs."
-                              : "The calibration has not passed.";
+    else if (outcome.Ended == End::Failed)
+        result.Error = "The calibration has not passed.";
+    else if (result.Status == ExitStatus::NotStored)
+        result.Error = "A log or a workbook could not be stored where it belongs.";
 }
 
 CommandResult ResultOf(const TerminalSetUp& terminal, const CalibrationOutcome& outcome) {
     CommandResult result;
-    Judge(result, outcome, outcome.Passed && !outcome.Aborted);
-    result.Json = {
-        {"passed", outcome.Passed}, {"saved", outcome.Saved}, {"aborted", outcome.Aborted}};
+    Judge(result, outcome);
+    result.Json = {{"passed", outcome.Passed},
+                   {"saved", outcome.Saved},
+                   {"aborted", outcome.Ended == End::Cancelled}};
     for (const TerminalStages::Stage& stage : terminal.Stages.Stages())
         result.Text += fmt::format("{:<40} {}\n", stage.Name, stage.Result);
     AddFiles(result, outcome.Files);
     return result;
 }
 
-std::string NumberInUse(const clsACUCalibration& record) {
+std::string NumberInUse(const ACURecord& record) {
     const std::string number = record.ACUMFCNumber();
-    return record.ACUInitialised() && number != "NOT SET" ? number : ACUSetUp::MFCNumberPlaceholder;
+    return record.ACUInitialised && number != "NOT SET" ? number : ACUSetUp::MFCNumberPlaceholder;
 }
 
 } // namespace
@@ -76,11 +68,11 @@ std::string NumberInUse(const clsACUCalibration& record) {
 CommandResult RunVelocityInit(CommandContext& context, const std::string& mfcNumber) {
     TerminalSetUp terminal(context);
     std::string number =
-        mfcNumber.empty() ? NumberInUse(terminal.Board().Calibration()) : mfcNumber;
+        mfcNumber.empty() ? NumberInUse(context.TheStation.Calibration().Record()) : mfcNumber;
     const ACUSetUp::Initialisation outcome =
         terminal.SetUp.RunACUInitialisation(number, true, false);
     CommandResult result;
-    Judge(result, outcome, outcome.Passed);
+    Judge(result, outcome);
     result.Json["stages"] = Json::array();
     for (const TerminalStages::Stage& stage : terminal.Stages.Stages()) {
         result.Json["stages"].push_back({{"name", stage.Name}, {"result", stage.Result}});
@@ -101,13 +93,12 @@ CommandResult RunPressureCalibration(CommandContext& context, CalibrationKind ki
 }
 
 CommandResult RunPressure(CommandContext& context) {
-    TerminalSetUp terminal(context);
     std::int32_t bits = 0;
-    const AIBStatus status = terminal.Board().GetADC(2, bits);
+    const AIBStatus status = ChosenBoard(context).GetADC(ACUWiring::PressureInput, bits);
     if (status != Status::NoError)
         throw CommandError(ExitStatus::NotPassed,
-                           "The pressure input cannot be read: " + clsAIB::AIBErrorStr(status));
-    const float pressure_mBar = terminal.Pressure_mBar();
+                           "The pressure input cannot be read: " + AIB::AIBErrorStr(status));
+    const float pressure_mBar = AirChannelControl(context.TheStation).PressureGet_mBar();
     CommandResult result;
     result.Json["mBar"] = pressure_mBar;
     result.Text = fmt::format("{:.1f} mBar\n", pressure_mBar);
@@ -126,7 +117,7 @@ CommandResult RunClearPressure(CommandContext& context) {
 
 CommandResult RunInfoWorkbook(CommandContext& context) {
     TerminalSetUp terminal(context);
-    const WorkbookOutcome outcome = terminal.SetUp.CreateACUInfoDoc();
+    const InformationReport outcome = terminal.SetUp.CreateACUInfoDoc();
     CommandResult result;
     if (!outcome.WhereItBelongs) {
         result.Status = ExitStatus::NotStored;
@@ -143,14 +134,10 @@ CommandResult RunInfoWorkbook(CommandContext& context) {
 CommandResult RunHealthCheckCommand(CommandContext& context,
                                     const std::vector<HealthCheckOption>& options) {
     ChosenBoard(context);
-    BoardDACSliders sliders(context.TheStation);
-    NoWaitWindow wait;
-    HealthCheckRun run(context.TheStation, sliders, context.Launcher, wait,
-                       context.TemplatesFolder);
+    HealthCheckRun run(context.Reports);
     HealthCheckResult outcome;
     {
-        const CancelOnInterrupt cancel(context.Events, [&run] { run.Cancel(); });
-        ProgressBar bar;
+        TerminalProgress bar;
         outcome = run.Run(options, {.Progress = [&bar](double share) { bar.Show(share); }});
     }
 

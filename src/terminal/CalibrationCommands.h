@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration/judge/VelocityMeasurement.h"
+#include "calibration/judge/Measurement.h"
 #include "healthcheck/HealthCheckProgramme.h"
 #include "terminal/Command.h"
 

@@ -4,10 +4,10 @@ namespace ombrix {
 
 namespace {
 
-ExitStatus StatusOf(ProcedureOutcome::End ended) {
+ExitStatus StatusOf(End ended) {
     switch (ended) {
-    case ProcedureOutcome::End::Completed: return ExitStatus::Done;
-    case ProcedureOutcome::End::NotStored: return ExitStatus::NotStored;
+    case End::Passed: return ExitStatus::Done;
+    case End::NotStored: return ExitStatus::NotStored;
     default: return ExitStatus::NotPassed;
     }
 }
@@ -22,11 +22,11 @@ void AddFiles(CommandResult& result, const std::vector<std::filesystem::path>& f
     }
 }
 
-void AddOutcome(CommandResult& result, const ProcedureOutcome& outcome, const std::string& name) {
+void AddOutcome(CommandResult& result, const Outcome& outcome, const std::string& name) {
     AddFiles(result, outcome.Files);
     result.Status = StatusOf(outcome.Ended);
     result.Error = WithPlainLineEnds(outcome.Error);
-    if (outcome.Ended == ProcedureOutcome::End::Cancelled)
+    if (outcome.Ended == End::Cancelled)
         result.Error =
             name + " has been cancelled." + (result.Error.empty() ? "" : "\n\n" + result.Error);
 }

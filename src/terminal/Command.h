@@ -1,10 +1,10 @@
 #pragma once
 
-#include "board/DACSliders.h"
 #include "board/Station.h"
-#include "board/procedure/DrivingProcedure.h"
+#include "board/procedure/Outcome.h"
+#include "journal/UnfinishedRuns.h"
 #include "platform/ports/Platform.h"
-#include "spreadsheet/Spreadsheet.h"
+#include "reports/ReportFile.h"
 #include "terminal/TerminalPorts.h"
 
 #include <nlohmann/json.hpp>
@@ -42,8 +42,8 @@ struct CommandContext {
     TerminalEventPump& Events;
     TerminalOperator& Messages;
     Interrupts& Signals;
-    SpreadsheetLauncher Launcher;
-    std::string TemplatesFolder;
+    const ReportTools& Reports;
+    const JournalReaders& Journals;
     std::int32_t Board = 0;
     /// The program's options in use, a line each.
     std::string Options{};
@@ -54,12 +54,12 @@ struct CommandContext {
 void DetectBoards(CommandContext& context);
 
 /// The chosen board, made current, with its record read. @throws CommandError
-clsAIB& ChosenBoard(CommandContext& context);
+AIB& ChosenBoard(CommandContext& context);
 
 /// Adds the key "files" and, to the readable text, a line for each file.
 void AddFiles(CommandResult& result, const std::vector<std::filesystem::path>& files);
 
 /// Status, error and files of a procedure. @param name what was cancelled ("The air flow test")
-void AddOutcome(CommandResult& result, const ProcedureOutcome& outcome, const std::string& name);
+void AddOutcome(CommandResult& result, const Outcome& outcome, const std::string& name);
 
 } // namespace ombrix

@@ -244,7 +244,7 @@ void AddRigCommands(CLI::App& app, CLI::App& test, CommandAdder& adder,
             ->check(CLI::Range(0, 1));
     set->add_option("VALUE", args->Value, "0 to 65535")
         ->required()
-        ->check(CLI::Range(0, clsAIB::DACFullScale));
+        ->check(CLI::Range(0, AIB::DACFullScale));
 }
 
 } // namespace

@@ -2,7 +2,7 @@
 
 #include "board/eprom/EpromGuard.h"
 #include "board/eprom/EpromWriter.h"
-#include "calibration/unit/ACUCalibration.h"
+#include "board/unit/ACUCalibration.h"
 #include "platform/os/FolderDrive.h"
 #include "platform/text/OleDate.h"
 #include "platform/text/Text.h"
@@ -45,59 +45,58 @@ Json TablesJson(const std::array<ACUChannelCal, ACUChannels>& tables) {
 } // namespace
 
 Json RecordJson(const ACURecord& record) {
-    return {{"ACUInitialised", record.m_ACUInitialised},
-            {"DataVersion", record.m_DataVersion},
-            {"ChannelCapacity", SinglesJson(record.m_ChannelCapacity)},
-            {"CalibrationPoints", record.m_CalibrationPoints},
-            {"HasSolenoidValves", record.m_HasSolenoidValves},
-            {"DigitalMFCConfig", record.m_DigitalMFCConfig},
-            {"DigitalPressureConfig", record.m_DigitalPressureConfig},
-            {"VelocityCal", TablesJson(record.m_VelocityCal)},
-            {"VelocitySystemDate", DateJson(record.m_VelocitySystemDate)},
-            {"VelocityAuditDate", DateJson(record.m_VelocityAuditDate)},
-            {"VelocitySystemPassed", record.m_VelocitySystemPassed},
-            {"VelocityAuditPassed", record.m_VelocityAuditPassed},
-            {"VelocitySystemUser", Trimmed(record.m_VelocitySystemUser)},
-            {"VelocityAuditUser", Trimmed(record.m_VelocityAuditUser)},
-            {"MFCNumber", Trimmed(record.m_MFCNumber)},
-            {"PressurePresentCode", record.m_PressurePresentCode},
-            {"MaxPressure", NumberJson(record.m_MaxPressure)},
-            {"BaseDiameter", NumberJson(record.m_BaseDiameter)},
-            {"PressureCoeff", SinglesJson(record.m_PressureCoeff)},
-            {"PressureSystemDate", DateJson(record.m_PressureSystemDate)},
-            {"PressureAuditDate", DateJson(record.m_PressureAuditDate)},
-            {"PressureSystemPassed", record.m_PressureSystemPassed},
-            {"PressureAuditPassed", record.m_PressureAuditPassed},
-            {"PressureSystemUser", Trimmed(record.m_PressureSystemUser)},
-            {"PressureAuditUser", Trimmed(record.m_PressureAuditUser)},
-            {"PressurePresent", record.m_PressurePresent},
-            {"PressureScale", NumberJson(record.m_PressureScale)},
-            {"PressureOffset", NumberJson(record.m_PressureOffset)},
-            {"PressureSpan", NumberJson(record.m_PressureSpan)},
-            {"PressureZero", record.m_PressureZero}};
+    return {{"ACUInitialised", record.ACUInitialised},
+            {"DataVersion", record.DataVersion},
+            {"ChannelCapacity", SinglesJson(record.ChannelCapacity)},
+            {"CalibrationPoints", record.CalibrationPoints},
+            {"HasSolenoidValves", record.HasSolenoidValves},
+            {"DigitalMFCConfig", record.DigitalMFCConfig},
+            {"DigitalPressureConfig", record.DigitalPressureConfig},
+            {"VelocityCal", TablesJson(record.VelocityCal)},
+            {"VelocitySystemDate", DateJson(record.VelocitySystemDate)},
+            {"VelocityAuditDate", DateJson(record.VelocityAuditDate)},
+            {"VelocitySystemPassed", record.VelocitySystemPassed},
+            {"VelocityAuditPassed", record.VelocityAuditPassed},
+            {"VelocitySystemUser", Trimmed(record.VelocitySystemUser)},
+            {"VelocityAuditUser", Trimmed(record.VelocityAuditUser)},
+            {"MFCNumber", Trimmed(record.MFCNumber)},
+            {"PressurePresentCode", record.PressurePresentCode},
+            {"MaxPressure", NumberJson(record.MaxPressure)},
+            {"BaseDiameter", NumberJson(record.BaseDiameter)},
+            {"PressureCoeff", SinglesJson(record.PressureCoeff)},
+            {"PressureSystemDate", DateJson(record.PressureSystemDate)},
+            {"PressureAuditDate", DateJson(record.PressureAuditDate)},
+            {"PressureSystemPassed", record.PressureSystemPassed},
+            {"PressureAuditPassed", record.PressureAuditPassed},
+            {"PressureSystemUser", Trimmed(record.PressureSystemUser)},
+            {"PressureAuditUser", Trimmed(record.PressureAuditUser)},
+            {"PressurePresent", record.PressurePresent},
+            {"PressureScale", NumberJson(record.PressureScale)},
+            {"PressureOffset", NumberJson(record.PressureOffset)},
+            {"PressureSpan", NumberJson(record.PressureSpan)},
+            {"PressureZero", record.PressureZero}};
 }
 
 namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr std::int32_t WordBytes = EpromImage::WordBytes;
+constexpr std::int32_t WordBytes = EpromWordBytes;
 constexpr std::int32_t Words = EpromImage::WordCount;
 
 void RequireAddress(std::int32_t address) {
-    if (address < 0 || address >= clsAIB::EPROMBytes || address % WordBytes != 0)
+    if (address < 0 || address >= EpromBytes || address % WordBytes != 0)
         throw CommandError(ExitStatus::WrongUsage,
                            fmt::format("{} is no EPROM address: 0 to {} in steps of {}.", address,
-                                       clsAIB::EPROMBytes - WordBytes, WordBytes));
+                                       EpromBytes - WordBytes, WordBytes));
 }
 
-std::int32_t ReadWord(clsAIB& board, std::int32_t address) {
+std::int32_t ReadWord(AIB& board, std::int32_t address) {
     std::int32_t word = 0;
     const AIBStatus status = board.ReadEPROM(address, word);
     if (status != Status::NoError)
-        throw CommandError(ExitStatus::NotPassed,
-                           fmt::format("The EPROM cannot be read at {}: {}", address,
-                                       clsAIB::AIBErrorStr(status)));
+        throw CommandError(ExitStatus::NotPassed, fmt::format("The EPROM cannot be read at {}: {}",
+                                                              address, AIB::AIBErrorStr(status)));
     return word;
 }
 
@@ -110,13 +109,13 @@ void NoteMismatch(CommandResult& result, const EpromMismatch& mismatch) {
 /// Writes the whole EPROM until it is done or interrupted.
 template <class Writing>
 void WriteAll(CommandContext& context, const Writing& writing) {
-    const EpromOutcome ended = writing([&context](std::int32_t /*address*/) {
+    const EpromEnd ended = writing([&context](std::int32_t /*address*/) {
         context.Events.ProcessPendingEvents();
         return !context.Signals.Interrupted();
     });
-    if (ended == EpromOutcome::Declined)
+    if (ended == EpromEnd::Declined)
         throw CommandError(ExitStatus::NotPassed, "Cancelled: nothing has been written.");
-    if (ended == EpromOutcome::BrokenOff)
+    if (ended == EpromEnd::BrokenOff)
         throw CommandError(ExitStatus::NotPassed,
                            "Interrupted: the EPROM has been written in part only.");
 }
@@ -146,7 +145,7 @@ CommandResult RunEpromRead(CommandContext& context, std::int32_t address, std::i
         throw CommandError(ExitStatus::WrongUsage,
                            fmt::format("{} words from {} on are not within the EPROM: at most {}.",
                                        words, address, Words - address / WordBytes));
-    clsAIB& board = ChosenBoard(context);
+    AIB& board = ChosenBoard(context);
     CommandResult result;
     result.Json["words"] = Json::array();
     for (std::int32_t i = 0; i < words; ++i) {
@@ -160,7 +159,7 @@ CommandResult RunEpromRead(CommandContext& context, std::int32_t address, std::i
 
 CommandResult RunEpromWrite(CommandContext& context, std::int32_t address, std::int32_t value) {
     RequireAddress(address);
-    clsAIB& board = ChosenBoard(context);
+    AIB& board = ChosenBoard(context);
     CommandResult result;
     try {
         WriteEPROMWord(context.TheStation, address, value);
@@ -231,9 +230,9 @@ CommandResult RunEpromDiff(CommandContext& context, const std::filesystem::path&
 }
 
 CommandResult RunEpromShow(CommandContext& context) {
-    clsAIB& board = ChosenBoard(context);
+    ChosenBoard(context);
     CommandResult result;
-    result.Json["record"] = RecordJson(board.Calibration().Record());
+    result.Json["record"] = RecordJson(context.TheStation.Calibration().Record());
     result.Text = result.Json["record"].dump(2) + "\n";
     return result;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration/unit/ACURecord.h"
+#include "board/unit/ACURecord.h"
 #include "terminal/Command.h"
 
 #include <nlohmann/json.hpp>

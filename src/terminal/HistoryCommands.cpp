@@ -1,12 +1,11 @@
 #include "terminal/HistoryCommands.h"
 
 #include "calibration/history/CalibrationHistory.h"
-#include "healthcheck/OpenJournal.h"
-#include "journal/JournalLines.h"
 #include "journal/RunJournal.h"
 #include "journal/UnfinishedRuns.h"
 #include "platform/os/FolderDrive.h"
 #include "platform/text/OleDate.h"
+#include "platform/text/Paths.h"
 #include "terminal/Command.h"
 #include "terminal/TerminalStages.h"
 
@@ -30,15 +29,15 @@ std::string RunText(const HistoryEntry& run) {
 /// The unfinished run's journal among the program's own; nothing for a copy elsewhere.
 std::optional<std::string> OwnJournal(const Drive& files, const fs::path& journal) {
     std::error_code error;
-    const fs::path folder = files.RealPath(JournalFolder);
+    const fs::path folder = files.RealPath(Paths::Journals);
     return fs::equivalent(fs::absolute(journal).parent_path(), folder, error)
-               ? std::optional(JournalFolder + journal.filename().string())
+               ? std::optional(Paths::Journals + journal.filename().string())
                : std::nullopt;
 }
 
-std::unique_ptr<JournalledRun> ReadRun(Platform& world, const fs::path& journal) {
+std::unique_ptr<JournalledRun> ReadRun(const JournalReaders& readers, const fs::path& journal) {
     try {
-        return OpenJournal(world, ReadWholeFile(journal));
+        return readers.Read(ReadWholeFile(journal));
     } catch (const JournalError& error) {
         throw CommandError(ExitStatus::NotStored, journal.string() + ": " + error.what());
     }
@@ -52,7 +51,7 @@ CommandResult ListUnfinished(CommandContext& context) {
         const fs::path path = world.Files.RealPath(run.Journal);
         std::string what;
         try {
-            what = OpenJournal(world, world.Files.ReadFile(run.Journal))->Describe();
+            what = context.Journals.Read(world.Files.ReadFile(run.Journal))->Describe();
         } catch (const JournalError& error) {
             what = error.what();
         }
@@ -92,17 +91,13 @@ CommandResult RunReport(CommandContext& context, const fs::path& journal) {
         return ListUnfinished(context);
     Station& station = context.TheStation;
     Drive& files = station.World.Files;
-    const std::unique_ptr<JournalledRun> run = ReadRun(station.World, journal);
+    const std::unique_ptr<JournalledRun> run = ReadRun(context.Journals, journal);
     const auto own = run->Ended() ? std::nullopt : OwnJournal(files, journal);
     const std::unique_ptr<FileLock> hold = own ? files.TryLock(RunningMarkOf(*own), "") : nullptr;
     if (own && !hold)
         throw CommandError(ExitStatus::NotPassed,
                            journal.string() + ": this run is still going on.");
-    BoardDACSliders sliders(station);
-    TerminalStages stages;
-    NoWaitWindow wait;
-    const RemadeReport remade = run->MakeReport(
-        {station, sliders, stages, wait, context.Launcher, context.TemplatesFolder});
+    const RemadeReport remade = run->MakeReport();
     CommandResult result;
     result.Json["run"] = run->Describe();
     result.Text = run->Describe() + "\n";

@@ -1,6 +1,6 @@
 #include "terminal/TerminalPorts.h"
 
-#include "board/AIBTools.h"
+#include "platform/text/Text.h"
 
 #include <fmt/format.h>
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "board/procedure/ProcedureGate.h"
 #include "platform/os/ProgramStop.h"
 #include "platform/ports/Platform.h"
 
@@ -53,11 +54,11 @@ class TerminalEventPump final : public EventPump {
     std::chrono::steady_clock::time_point m_LastLook;
 };
 
-/// While it lives, an interrupt cancels a procedure.
+/// While it lives, an interrupt cancels the procedure that runs.
 class CancelOnInterrupt {
   public:
-    CancelOnInterrupt(TerminalEventPump& events, std::function<void()> cancel) : m_Events(events) {
-        m_Events.OnInterrupt = std::move(cancel);
+    CancelOnInterrupt(TerminalEventPump& events, ProcedureGate& procedures) : m_Events(events) {
+        m_Events.OnInterrupt = [&procedures] { procedures.Cancel(); };
     }
     ~CancelOnInterrupt() { m_Events.OnInterrupt = nullptr; }
     CancelOnInterrupt(const CancelOnInterrupt&) = delete;

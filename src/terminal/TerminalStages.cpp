@@ -10,14 +10,14 @@
 
 namespace ombrix {
 
-ProgressBar::ProgressBar() : m_IsTerminal(::isatty(STDERR_FILENO) == 1) {}
+TerminalProgress::TerminalProgress() : m_IsTerminal(::isatty(STDERR_FILENO) == 1) {}
 
-ProgressBar::~ProgressBar() {
+TerminalProgress::~TerminalProgress() {
     if (m_ShownPercent >= 0)
         WriteError("\n");
 }
 
-void ProgressBar::Show(double share) {
+void TerminalProgress::Show(double share) {
     const int percent = static_cast<int>(std::clamp(share, 0.0, 1.0) * 100.0);
     if (!m_IsTerminal || percent == m_ShownPercent)
         return;
@@ -63,7 +63,7 @@ void TerminalStages::ShowWarning(const std::string& text) {
 
 void TerminalStages::BeginProgress(float span_s) {
     m_Span_s = span_s;
-    m_Bar = std::make_unique<ProgressBar>();
+    m_Bar = std::make_unique<TerminalProgress>();
 }
 
 void TerminalStages::ShowProgress(float elapsed_s) {

@@ -10,13 +10,13 @@
 namespace ombrix {
 
 /// A progress bar on standard error; shows nothing where that is no terminal.
-class ProgressBar {
+class TerminalProgress {
   public:
-    ProgressBar();
-    ProgressBar(const ProgressBar&) = delete;
-    ProgressBar& operator=(const ProgressBar&) = delete;
+    TerminalProgress();
+    TerminalProgress(const TerminalProgress&) = delete;
+    TerminalProgress& operator=(const TerminalProgress&) = delete;
     /// Ends the line, so that what follows does not overwrite the bar.
-    ~ProgressBar();
+    ~TerminalProgress();
 
     /// @param share what is done, 0 to 1
     void Show(double share);
@@ -57,7 +57,7 @@ class TerminalStages final : public CalibrationView {
     std::size_t m_Begun = 0;
     std::string m_Phase;
     float m_Span_s = 0.0F;
-    std::unique_ptr<ProgressBar> m_Bar;
+    std::unique_ptr<TerminalProgress> m_Bar;
 };
 
 /// Opening a report takes no time worth a word on a terminal.

@@ -13,7 +13,7 @@ constexpr std::int32_t NoRole = 999;
 class AirFlowTestTest : public BenchTestFixture {
   protected:
     AirFlowResult Run() {
-        AirFlowTest test(*m_Station, *m_Sliders);
+        AirFlowTest test(*m_Station);
         const AirFlowResult result = test.TestAirFlow(View());
         ExpectLeftSafely();
         return result;
@@ -22,7 +22,7 @@ class AirFlowTestTest : public BenchTestFixture {
     void Renumber(std::int32_t index, std::int32_t serial) {
         m_Bench->Bench.Board(index).SetIdentity(0, serial);
         std::int32_t count = 0;
-        m_Station->g_AIBList.OpenAIBAPI(count);
+        m_Station->AIBList.OpenAIBAPI(count);
     }
 };
 
@@ -30,10 +30,10 @@ TEST_F(AirFlowTestTest, ScheduleIsRunAndSampledOnceATick) {
     Use("airflow");
     At(100.0, [this] { EXPECT_EQ(Board(Measure)->DAC(0), 65534); });
     const AirFlowResult result = Run();
-    EXPECT_EQ(result.Outcome.Ended, End::Completed);
-    EXPECT_EQ(result.Outcome.Files.at(0).filename(), "_AirTest_20240315_140509.csv");
+    EXPECT_EQ(result.Ended, End::Passed);
+    EXPECT_EQ(result.Files.at(0).filename(), "_AirTest_20240315_140509.csv");
     EXPECT_NEAR(Now_s(), 381.0, 0.1);
-    std::vector<std::string> lines = LinesOf(result.Outcome);
+    std::vector<std::string> lines = LinesOf(result);
     EXPECT_EQ(lines[0], "Timer,Switch,DemandCh0,DemandCh1,FlowCh0,FlowCh1,MeasureCh0,,"
                         "Timer,Switch,FlowCh0,FlowCh1,MeasureCh0");
     lines.erase(lines.begin());
@@ -58,7 +58,7 @@ TEST_F(AirFlowTestTest, ScheduleIsRunAndSampledOnceATick) {
 
 TEST_F(AirFlowTestTest, LineHoldsBitsAndTheSameInMillilitres) {
     Use("airflow");
-    const std::vector<std::string> lines = LinesOf(Run().Outcome);
+    const std::vector<std::string> lines = LinesOf(Run());
     // In the middle of the last measurement, with the large channel on the line.
     const std::vector<std::string> fields = Fields(lines.at(360 * 64));
     EXPECT_EQ(fields[0], "359.9844");
@@ -105,7 +105,7 @@ TEST_F(AirFlowTestTest, ValveMovesEightSecondsAfterItsDemand) {
                 EXPECT_EQ(now, level) << c.Bench << " " << at_s;
             });
         }
-        EXPECT_EQ(Run().Outcome.Ended, End::Completed);
+        EXPECT_EQ(Run().Ended, End::Passed);
     }
 }
 
@@ -125,12 +125,12 @@ TEST_F(AirFlowTestTest, MissingBoardsAreToldAndNothingIsDriven) {
         Renumber(1, c.Second);
         Board(0)->SetDAC(0, 0);
         const AirFlowResult result = Run();
-        EXPECT_EQ(result.Outcome.Ended, End::Failed);
+        EXPECT_EQ(result.Ended, End::Stopped);
         EXPECT_EQ(result.MissingBoards, c.Told);
         ASSERT_EQ(m_Bench->Messages.Shown.size(), 1U);
         EXPECT_EQ(m_Bench->Messages.Shown[0].Text, c.Told);
         EXPECT_EQ(m_Bench->Messages.Shown[0].Icon, MessageIcon::Information);
-        EXPECT_EQ(LinesOf(result.Outcome).size(), 1U);
+        EXPECT_EQ(LinesOf(result).size(), 1U);
         EXPECT_LT(Now_s(), 0.1);
     }
 }

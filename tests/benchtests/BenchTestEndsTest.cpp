@@ -19,49 +19,48 @@ struct Procedure {
     std::string Bench;
     /// In the middle of a demand.
     double LeftAt_s;
-    ProcedureOutcome (BenchTestEnds::*Run)();
+    Outcome (BenchTestEnds::*Run)();
 };
 
 class BenchTestEnds : public BenchTestFixture, public ::testing::WithParamInterface<Procedure> {
   public:
-    ProcedureOutcome RunAirFlow() {
-        AirFlowTest test(*m_Station, *m_Sliders);
-        return Run(test, [&] { return test.TestAirFlow({}).Outcome; });
+    Outcome RunAirFlow() {
+        AirFlowTest test(*m_Station);
+        return Run([&] { return test.TestAirFlow({}); });
     }
-    ProcedureOutcome RunDigitalMFCs() {
-        DigitalMFCTest test(*m_Station, *m_Sliders);
-        return Run(test, [&] { return test.Run({}).Outcome; });
+    Outcome RunDigitalMFCs() {
+        DigitalMFCTest test(*m_Station);
+        return Run([&] { return test.Run({}); });
     }
-    ProcedureOutcome RunSweep() {
-        OutputSweep sweep(*m_Station, *m_Sliders);
-        return Run(sweep, [&] { return sweep.Run(SweepPlan::UpperHalf(), {}).Outcome; });
+    Outcome RunSweep() {
+        OutputSweep sweep(*m_Station);
+        return Run([&] { return sweep.Run(SweepPlan::UpperHalf(), {}); });
     }
-    ProcedureOutcome RunSpeed() {
+    Outcome RunSpeed() {
         m_Bench->Events.EveryPass = [this] { m_Bench->Time.Advance(0.001); };
-        SpeedTest test(*m_Station, *m_Sliders, [] {});
-        return Run(test, [&] { return test.Run({}).Outcome; });
+        SpeedTest test(*m_Station, [] {});
+        return Run([&] { return test.Run({}); });
     }
-    ProcedureOutcome RunRig() {
+    Outcome RunRig() {
         struct : TestRigView {
             void ShowSteps(const std::vector<TestRigStep>& /*steps*/) override {}
             void BeginProgress(const RampStep& /*ramp*/) override {}
             void ShowProgress(double /*elapsed_s*/) override {}
         } unseen;
         TestRigRun rig(*m_Station, unseen);
-        return Run(rig, [&] { return rig.Run(TestRigJob::LoopThrough).Procedure; });
+        return Run([&] { return rig.Run(TestRigJob::LoopThrough); });
     }
 
   protected:
-    ProcedureOutcome RunIt() { return (this->*GetParam().Run)(); }
+    Outcome RunIt() { return (this->*GetParam().Run)(); }
 
   private:
-    template <class Test, class Work>
-    ProcedureOutcome Run(Test& test, Work work) {
-        m_Cancel = [&test] { test.Cancel(); };
-        const bool digital = m_Station->g_CurrentAIB->IsDigitalSetup();
-        ProcedureOutcome outcome = work();
+    template <class Work>
+    Outcome Run(Work work) {
+        const bool digital = m_Station->CurrentAIB->IsDigitalSetup();
+        Outcome outcome = work();
         ExpectLeftSafely();
-        EXPECT_EQ(m_Station->g_CurrentAIB->IsDigitalSetup(), digital);
+        EXPECT_EQ(m_Station->CurrentAIB->IsDigitalSetup(), digital);
         return outcome;
     }
 };
@@ -85,8 +84,8 @@ INSTANTIATE_TEST_SUITE_P(Filing, BenchTestDisk, ::testing::ValuesIn(Filing));
 TEST_P(BenchTestEnds, CancelAndTheEndOfTheProgramKeepWhatWasMeasured) {
     for (const bool programEnds : {false, true}) {
         Use(GetParam().Bench);
-        At(GetParam().LeftAt_s, [&] { programEnds ? m_Bench->Events.EndProgram() : m_Cancel(); });
-        const ProcedureOutcome outcome = RunIt();
+        At(GetParam().LeftAt_s, [&] { programEnds ? m_Bench->Events.EndProgram() : Cancel(); });
+        const Outcome outcome = RunIt();
         EXPECT_EQ(outcome.Ended, End::Cancelled);
         EXPECT_NEAR(Now_s(), GetParam().LeftAt_s, 0.01);
         EXPECT_TRUE(outcome.Files.empty() || LinesOf(outcome).size() > 1);
@@ -98,8 +97,8 @@ TEST_P(BenchTestEnds, CancelAndTheEndOfTheProgramKeepWhatWasMeasured) {
 
 TEST_P(BenchTestEnds, BoardThatIsGoneEndsItWithinASecond) {
     Use(GetParam().Bench, {fmt::format("unplug@{}", GetParam().LeftAt_s)});
-    const ProcedureOutcome outcome = RunIt();
-    EXPECT_EQ(outcome.Ended, End::Failed);
+    const Outcome outcome = RunIt();
+    EXPECT_EQ(outcome.Ended, End::Stopped);
     EXPECT_NEAR(Now_s(), GetParam().LeftAt_s + 1.0, 0.2);
     EXPECT_TRUE(outcome.Files.empty() || LinesOf(outcome).size() > 1);
     EXPECT_NE(outcome.Error.find("does not answer"), std::string::npos);
@@ -112,7 +111,7 @@ TEST_P(BenchTestEnds, BoardThatIsGoneEndsItWithinASecond) {
 TEST_P(BenchTestDisk, FullDiskLeavesWholeLinesOrNoFile) {
     Use(GetParam().Bench);
     m_Disk->WritesLeft = 3;
-    ProcedureOutcome outcome = RunIt();
+    Outcome outcome = RunIt();
     EXPECT_EQ(outcome.Ended, End::NotStored);
     EXPECT_EQ(LinesOf(outcome).size(), 3U);
     EXPECT_EQ(m_Bench->Messages.Shown.back().Icon, MessageIcon::Critical);

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "benchtests/BenchTest.h"
-#include "board/DACSliders.h"
+#include "board/Outputs.h"
 #include "board/procedure/DrivingProcedure.h"
-#include "calibration/unit/ACUCalibration.h"
+#include "board/unit/ACUCalibration.h"
 #include "platform/os/FolderDrive.h"
 #include "support/FullDisk.h"
 #include "support/TestBench.h"
@@ -20,29 +20,23 @@
 
 namespace ombrix {
 
-using End = ProcedureOutcome::End;
-
 /// A station on a simulated bench, in virtual time, on a disk that can be full.
 class BenchTestFixture : public ::testing::Test {
   protected:
     void Use(const std::string& bench, const std::vector<std::string>& faults = {}) {
-        m_Sliders.reset(); // what works on an earlier bench goes before it
-        m_Station.reset();
+        m_Station.reset(); // works on the earlier bench
         m_Bench = std::make_unique<TestBench>(bench, faults);
         m_Disk = std::make_unique<FullDisk>(m_Bench->Files);
         m_World =
             std::make_unique<Platform>(Platform{m_Bench->Time, m_Bench->Events, m_Bench->Messages,
                                                 *m_Disk, m_Bench->Documents, m_Bench->End});
-        m_Station = std::make_unique<Station>(BoardServices{
-            m_Bench->Bench, *m_World,
-            [this] { return std::make_shared<clsACUCalibration>(*m_World, m_Station->Claims); }});
-        m_Sliders = std::make_unique<BoardDACSliders>(*m_Station);
-        m_Station->g_CurrentAIB = Board(0);
-        m_Station->g_CurrentAIB->Calibration().ReadEPROMValues(*m_Station->g_CurrentAIB);
+        m_Station = std::make_unique<Station>(BoardServices{m_Bench->Bench, *m_World});
+        m_Station->CurrentAIB = Board(0);
+        m_Station->Calibration().ReadEPROMValues();
     }
-    std::shared_ptr<clsAIB> Board(std::int32_t index) {
-        m_Station->g_AIBList.AIBCount();
-        return m_Station->g_AIBList.AIB(index);
+    std::shared_ptr<AIB> Board(std::int32_t index) {
+        m_Station->AIBList.AIBCount();
+        return m_Station->AIBList.AIB(index);
     }
     void At(double at_s, std::function<void()> action) {
         m_Bench->Events.At(at_s, std::move(action));
@@ -52,7 +46,7 @@ class BenchTestFixture : public ::testing::Test {
                static_cast<double>(m_Bench->Time.Frequency());
     }
     /// The only file of a test, of which no line may be cut short.
-    static std::vector<std::string> LinesOf(const ProcedureOutcome& outcome) {
+    static std::vector<std::string> LinesOf(const Outcome& outcome) {
         EXPECT_EQ(outcome.Files.size(), 1U);
         std::istringstream content(ReadWholeFile(outcome.Files.at(0)));
         std::vector<std::string> lines;
@@ -80,10 +74,12 @@ class BenchTestFixture : public ::testing::Test {
         return {.Caption = [this](const std::string& text) { m_Captions.push_back(text); },
                 .Stage = [this](const std::string& text) { m_Stages.push_back(text); }};
     }
+    /// Cancels the test that runs.
+    void Cancel() { m_Station->Procedures.Cancel(); }
     void ExpectLeftSafely() {
         EXPECT_FALSE(m_Station->Procedures.Running());
-        for (std::int32_t index = 0; index < m_Station->g_AIBList.AIBCount(); ++index) {
-            for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel)
+        for (std::int32_t index = 0; index < m_Station->AIBList.AIBCount(); ++index) {
+            for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel)
                 EXPECT_EQ(Board(index)->DAC(channel), 0) << index << " " << channel;
         }
     }
@@ -92,9 +88,6 @@ class BenchTestFixture : public ::testing::Test {
     std::unique_ptr<FullDisk> m_Disk;
     std::unique_ptr<Platform> m_World;
     std::unique_ptr<Station> m_Station;
-    std::unique_ptr<BoardDACSliders> m_Sliders;
-    /// Cancels the test that runs.
-    std::function<void()> m_Cancel;
     std::vector<std::string> m_Captions;
     std::vector<std::string> m_Stages;
 };

@@ -8,24 +8,22 @@ namespace {
 
 class DataRecorderTest : public BenchTestFixture {
   protected:
-    ProcedureOutcome Record(double seconds) {
+    Outcome Record(double seconds) {
         TimedRecording recording(*m_Station);
-        m_Cancel = [&recording] { recording.Cancel(); };
-        ProcedureOutcome outcome = recording.Run(seconds, [](double) {});
+        Outcome outcome = recording.Run(seconds, [](double) {});
         m_Lines = recording.Lines();
         return outcome;
     }
 
-    std::function<void()> m_Cancel;
     std::int64_t m_Lines = 0;
 };
 
 TEST_F(DataRecorderTest, ALineEveryTenMillisecondsForAnHour) {
     Use("acu");
-    m_Station->g_CurrentAIB->SetDAC(0, 30000);
+    m_Station->CurrentAIB->SetDAC(0, 30000);
     m_Bench->Time.Advance(5.0);
-    const ProcedureOutcome outcome = Record(3600.0);
-    EXPECT_EQ(outcome.Ended, End::Completed);
+    const Outcome outcome = Record(3600.0);
+    EXPECT_EQ(outcome.Ended, End::Passed);
     EXPECT_EQ(m_Lines, 360000);
     EXPECT_EQ(outcome.Files.at(0).filename(), "Data_20241503_140514.csv") << "day before month";
     const std::vector<std::string> lines = LinesOf(outcome);
@@ -55,7 +53,7 @@ TEST_F(DataRecorderTest, TimesTurnNegativeAtMidnight) {
 TEST_F(DataRecorderTest, AFullDiskStopsWithWholeLines) {
     Use("acu");
     At(2.0, [this] { m_Disk->WritesLeft = 0; });
-    const ProcedureOutcome outcome = Record(10.0);
+    const Outcome outcome = Record(10.0);
     EXPECT_EQ(outcome.Ended, End::NotStored);
     EXPECT_EQ(m_Bench->Messages.Shown.size(), 1U);
     const std::vector<std::string> lines = LinesOf(outcome);
@@ -77,8 +75,8 @@ TEST_F(DataRecorderTest, ASlowBenchSkipsLinesAndKeepsTheTime) {
 
 TEST_F(DataRecorderTest, EndsWhenCancelledAndGoesOnWithoutABoard) {
     Use("acu", {"unplug@1"});
-    At(3.0, [this] { m_Cancel(); });
-    const ProcedureOutcome outcome = Record(10.0);
+    At(3.0, [this] { Cancel(); });
+    const Outcome outcome = Record(10.0);
     EXPECT_EQ(outcome.Ended, End::Cancelled);
     const std::vector<std::string> lines = LinesOf(outcome);
     EXPECT_NEAR(static_cast<double>(lines.size()), 300.0, 5.0);

@@ -1,6 +1,7 @@
 #include "benchtests/DigitalMFCTest.h"
 
 #include "benchtests/BenchTestFixture.h"
+#include "board/unit/RecordCoding.h"
 
 #include <algorithm>
 
@@ -10,8 +11,7 @@ namespace {
 class DigitalMFCTestTest : public BenchTestFixture {
   protected:
     DigitalMFCResult Run() {
-        DigitalMFCTest test(*m_Station, *m_Sliders);
-        m_Cancel = [&test] { test.Cancel(); };
+        DigitalMFCTest test(*m_Station);
         const DigitalMFCResult result = test.Run(View());
         ExpectLeftSafely();
         return result;
@@ -33,10 +33,10 @@ const std::vector<double> Profile = {0, 1311,  0, 1311,  0, 13107, 0, 32768, 0, 
 TEST_F(DigitalMFCTestTest, BothChannelsFollowTheProfile) {
     Use("acu");
     const DigitalMFCResult result = Run();
-    EXPECT_EQ(result.Outcome.Ended, End::Completed);
+    EXPECT_EQ(result.Ended, End::Passed);
     EXPECT_NEAR(Now_s(), 4.0 + 2 * 166.0, 0.5);
-    EXPECT_EQ(result.Outcome.Files.at(0).filename(), "ACU_301_M9200301A_20240315_141045.csv");
-    const std::vector<std::string> lines = LinesOf(result.Outcome);
+    EXPECT_EQ(result.Files.at(0).filename(), "ACU_301_M9200301A_20240315_141045.csv");
+    const std::vector<std::string> lines = LinesOf(result);
     ASSERT_EQ(lines.size(), 3521U);
     EXPECT_EQ(lines[0], "Timer0,Demand0,Value0,Pressure0,,Timer1,Demand1,Value1,Pressure1,,"
                         "Data0,EndPointUp,EndPointDn");
@@ -60,7 +60,7 @@ TEST_F(DigitalMFCTestTest, BothChannelsFollowTheProfile) {
 TEST_F(DigitalMFCTestTest, WayUpIsComparedWithTheWayDown) {
     Use("acu", {"hysteresis:1,600"});
     const DigitalMFCResult result = Run();
-    const std::vector<std::string> lines = LinesOf(result.Outcome);
+    const std::vector<std::string> lines = LinesOf(result);
     for (std::size_t level = 0; level < 5; ++level) {
         for (const std::size_t channel : {0U, 1U}) {
             const std::vector<std::string> fields = Fields(lines[1 + level + 7 * channel]);
@@ -83,7 +83,7 @@ TEST_F(DigitalMFCTestTest, WayUpIsComparedWithTheWayDown) {
 
 TEST_F(DigitalMFCTestTest, UnitWithoutAirStillFillsTheFile) {
     Use("acu", {"no-air"});
-    const std::vector<std::string> lines = LinesOf(Run().Outcome);
+    const std::vector<std::string> lines = LinesOf(Run());
     ASSERT_EQ(lines.size(), 3521U);
     EXPECT_TRUE(lines[4].ends_with(",,50,0,0,0")) << lines[4];
 }
@@ -92,8 +92,8 @@ TEST_F(DigitalMFCTestTest, DeclinedTestDrivesNothing) {
     Use("acu");
     m_Bench->Messages.Answers = {Answer::Cancel};
     const DigitalMFCResult result = Run();
-    EXPECT_EQ(result.Outcome.Ended, End::Cancelled);
-    EXPECT_TRUE(result.Outcome.Files.empty());
+    EXPECT_EQ(result.Ended, End::Cancelled);
+    EXPECT_TRUE(result.Files.empty());
     EXPECT_EQ(m_Bench->Messages.Shown.at(0).Text, "Click OK to start the Test");
     EXPECT_EQ(m_Bench->Messages.Shown.at(0).Buttons, MessageButtons::OkCancel);
     EXPECT_EQ(m_Bench->Messages.Shown.at(0).Icon, MessageIcon::Question);
@@ -105,13 +105,13 @@ TEST_F(DigitalMFCTestTest, LeavingItStoresWhatWasMeasured) {
         Use("acu", unplugged ? std::vector<std::string>{"unplug@47"} : std::vector<std::string>{});
         // In the demand phase of channel 0's third step.
         At(4.0 + 2 * 16.0 + 6.0 + 5.0, [&] {
-            EXPECT_EQ(m_Station->g_CurrentAIB->DAC(0), 13107);
+            EXPECT_EQ(m_Station->CurrentAIB->DAC(0), 13107);
             if (!unplugged)
-                m_Cancel();
+                Cancel();
         });
         const DigitalMFCResult result = Run();
         EXPECT_EQ(m_Stages.back(), unplugged ? "Stopped" : "Cancelled");
-        const std::vector<std::string> lines = LinesOf(result.Outcome);
+        const std::vector<std::string> lines = LinesOf(result);
         ASSERT_EQ(lines.size(), 3521U);
         EXPECT_EQ(Number(lines[850], 1), 13107);
         EXPECT_NEAR(Number(lines[850], 2), 13107, 60);
@@ -123,16 +123,18 @@ TEST_F(DigitalMFCTestTest, LeavingItStoresWhatWasMeasured) {
 
 TEST_F(DigitalMFCTestTest, CancelBeforeTheFirstSampleLeavesNoFile) {
     Use("acu");
-    At(3.0, [this] { m_Cancel(); });
-    EXPECT_TRUE(Run().Outcome.Files.empty());
+    At(3.0, [this] { Cancel(); });
+    EXPECT_TRUE(Run().Files.empty());
 }
 
 TEST_F(DigitalMFCTestTest, MFCNumberCannotLeadOutOfTheFolder) {
     Use("acu");
-    const clsAIB::EpromWriting writing(*m_Station->g_CurrentAIB);
-    m_Station->g_CurrentAIB->Calibration().WriteEPROM_MFCNumber(R"(..\M/1)");
-    At(5.0, [this] { m_Cancel(); });
-    EXPECT_EQ(Run().Outcome.Files.at(0).filename(), "ACU_301____M_1_20240315_140514.csv");
+    const AIB::EpromWriting writing(*m_Station->CurrentAIB);
+    ACURecord record;
+    WriteEPROM_MFCNumber(*m_Station->CurrentAIB, record, R"(..\M/1)");
+    m_Station->Calibration().ReadEPROMValues();
+    At(5.0, [this] { Cancel(); });
+    EXPECT_EQ(Run().Files.at(0).filename(), "ACU_301____M_1_20240315_140514.csv");
 }
 
 } // namespace

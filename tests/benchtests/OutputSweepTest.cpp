@@ -8,8 +8,7 @@ namespace {
 class OutputSweepTest : public BenchTestFixture {
   protected:
     SweepResult Run(const SweepPlan& plan) {
-        OutputSweep sweep(*m_Station, *m_Sliders);
-        m_Cancel = [&sweep] { sweep.Cancel(); };
+        OutputSweep sweep(*m_Station);
         const SweepResult result = sweep.Run(plan, View());
         ExpectLeftSafely();
         return result;
@@ -19,10 +18,10 @@ class OutputSweepTest : public BenchTestFixture {
 TEST_F(OutputSweepTest, UpperHalfIsLoggedAsTheUnitDeliversIt) {
     Use("plain");
     const SweepResult result = Run(SweepPlan::UpperHalf());
-    EXPECT_EQ(result.Outcome.Ended, End::Completed);
-    EXPECT_EQ(result.Outcome.Files.at(0).filename(), "AirData20240315_140509.csv");
+    EXPECT_EQ(result.Ended, End::Passed);
+    EXPECT_EQ(result.Files.at(0).filename(), "AirData20240315_140509.csv");
     EXPECT_NEAR(Now_s(), 34 * 4.0, 0.1);
-    const std::vector<std::string> lines = LinesOf(result.Outcome);
+    const std::vector<std::string> lines = LinesOf(result);
     ASSERT_EQ(lines.size(), 35U);
     EXPECT_EQ(result.Lines, 34);
     EXPECT_EQ(lines[0], "Input,Output1,Output2,Output3,Output4");
@@ -52,10 +51,10 @@ TEST_F(OutputSweepTest, SteppedSweepGoesThroughTheWholeRange) {
                                            {65535, true, {"Input", "0", "", "Input", "65000"}}}) {
         Use("plain");
         const SweepResult result = Run(SweepPlan::Stepped(c.Step_bits, 250, c.BothWays));
-        EXPECT_EQ(result.Outcome.Files.at(0).filename(),
+        EXPECT_EQ(result.Files.at(0).filename(),
                   "AirData20240315_140509_D250_S" + std::to_string(c.Step_bits) + ".csv");
         std::vector<std::string> firstColumn;
-        for (const std::string& line : LinesOf(result.Outcome))
+        for (const std::string& line : LinesOf(result))
             firstColumn.push_back(Fields(line)[0]);
         EXPECT_EQ(firstColumn, c.FirstColumn);
     }
@@ -65,16 +64,16 @@ TEST_F(OutputSweepTest, SweepWithoutADelayCanBeCancelled) {
     Use("plain");
     m_Bench->Events.EveryPass = [this, passes = 0]() mutable {
         if (++passes == 5)
-            m_Cancel();
+            Cancel();
     };
     const SweepResult result = Run(SweepPlan::Stepped(1, 0, false));
-    EXPECT_EQ(result.Outcome.Ended, End::Cancelled);
+    EXPECT_EQ(result.Ended, End::Cancelled);
     EXPECT_EQ(result.Lines, 4);
 }
 
 TEST_F(OutputSweepTest, AnInputThatNeverAnswersEndsTheSweep) {
     Use("acu", {"status:32@MFCGetFlowrate"}); // the pressure input answers
-    EXPECT_EQ(Run(SweepPlan::UpperHalf()).Outcome.Ended, End::Failed);
+    EXPECT_EQ(Run(SweepPlan::UpperHalf()).Ended, End::Stopped);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "benchtests/TestRigRun.h"
 
 #include "benchtests/BenchTestFixture.h"
+#include "platform/text/Paths.h"
 
 #include <algorithm>
 #include <cmath>
@@ -27,7 +28,6 @@ class TestRigRunTest : public BenchTestFixture {
   protected:
     TestRigResult Run() {
         TestRigRun run(*m_Station, m_View);
-        m_Cancel = [&run] { run.Cancel(); };
         TestRigResult result = run.Run(TestRigJob::LoopThrough);
         ExpectLeftSafely();
         return result;
@@ -35,7 +35,7 @@ class TestRigRunTest : public BenchTestFixture {
     /// The samples of the step that ran last, without the heading.
     static std::vector<std::vector<std::string>> Samples(const TestRigResult& result) {
         std::vector<std::vector<std::string>> samples;
-        for (const std::string& line : LinesOf(result.Procedure))
+        for (const std::string& line : LinesOf(result))
             samples.push_back(Fields(line));
         samples.erase(samples.begin());
         return samples;
@@ -74,17 +74,16 @@ TEST_F(TestRigRunTest, RampsAreDrivenAndRecordedLineByLine) {
     Use("rig");
     TestRigResult up;
     At(36.02, [&] { // the file of the second step has begun, and nothing of the first is left
-        up.Procedure.Files = {m_World->Files.RealPath(RampLog::Path)};
+        up.Files = {m_World->Files.RealPath(Paths::TestRig)};
         EXPECT_LE(Samples(up).size(), 1U);
     });
     At(35.99, [&] {
-        up.Procedure.Files = {m_World->Files.RealPath(RampLog::Path)};
+        up.Files = {m_World->Files.RealPath(Paths::TestRig)};
         ExpectRamp(Samples(up), LevelsUp);
     });
     const TestRigResult result = Run();
-    EXPECT_EQ(LinesOf(result.Procedure).front(),
-              "Timer,OutA0,OutA1,OutA2,OutA3,InA0,InA1,InA2,InA3,"
-              "OutB0,OutB1,OutB2,OutB3,InB0,InB1,InB2,InB3");
+    EXPECT_EQ(LinesOf(result).front(), "Timer,OutA0,OutA1,OutA2,OutA3,InA0,InA1,InA2,InA3,"
+                                       "OutB0,OutB1,OutB2,OutB3,InB0,InB1,InB2,InB3");
     ExpectRamp(Samples(result), {LevelsUp.rbegin(), LevelsUp.rend()});
     EXPECT_EQ(result.Lines, static_cast<std::int64_t>(Samples(result).size()));
     EXPECT_NEAR(Now_s(), 72.0, 0.1);
@@ -101,7 +100,8 @@ TEST_F(TestRigRunTest, RampsAreDrivenAndRecordedLineByLine) {
 TEST_F(TestRigRunTest, InputsThatDoNotFollowFailTheStepAndTheJobGoesOn) {
     Use("pair"); // two boards, but nothing between them
     const TestRigResult result = Run();
-    EXPECT_EQ(result.Procedure.Ended, End::Completed);
+    EXPECT_EQ(result.Ended, End::Failed);
+    EXPECT_EQ(result.Error, result.Steps[0].Remark);
     EXPECT_EQ(m_View.Story.back(),
               (std::vector<std::string>{"Complete (Failed)", "Complete (Failed)"}));
     EXPECT_TRUE(result.Steps[0].Remark.starts_with("Input 0 of board 1 read "))
@@ -112,7 +112,7 @@ TEST_F(TestRigRunTest, InputsThatDoNotFollowFailTheStepAndTheJobGoesOn) {
 TEST_F(TestRigRunTest, StepThatIsBrokenOffIsUnknown) {
     for (const bool inTheSecond : {false, true}) {
         Use("rig");
-        At(inTheSecond ? 40.0 : 10.0, [this] { m_Cancel(); });
+        At(inTheSecond ? 40.0 : 10.0, [this] { Cancel(); });
         EXPECT_EQ(Samples(Run()).back().size(), 17U);
         EXPECT_EQ(m_View.Story.back(),
                   inTheSecond ? (std::vector<std::string>{"Complete (Passed)", "UNKNOWN"})

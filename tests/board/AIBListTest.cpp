@@ -37,7 +37,7 @@ TEST(Detection, NamesAndProgramsEveryBoard) {
                               "Initialising ACU 2: FireWire", "Programming: AIB 2 / Please Wait...",
                               "Programming FireWire AIB...", "AIB_7: FireWire",
                               "Programming Completed / 2 board(s) detected and programmed"}));
-    EXPECT_EQ(bench.TheStation.g_AIBList.AIB(1)->BoardIndex(), 1);
+    EXPECT_EQ(bench.TheStation.AIBList.AIB(1)->BoardIndex(), 1);
 }
 
 TEST(Detection, WithoutBoardsTellsTheTimeOfTheTry) {
@@ -45,15 +45,15 @@ TEST(Detection, WithoutBoardsTellsTheTimeOfTheTry) {
     RecordedDetection view;
     EXPECT_FALSE(DetectAndProgramBoards(bench.TheStation, view));
     EXPECT_EQ(view.Outcome, "14:05:09 - No AIBs detected");
-    EXPECT_EQ(bench.TheStation.g_AIBList.AIBCount(), 0);
-    EXPECT_THROW(bench.TheStation.g_AIBList.AIB(0), std::out_of_range);
+    EXPECT_EQ(bench.TheStation.AIBList.AIBCount(), 0);
+    EXPECT_THROW(bench.TheStation.AIBList.AIB(0), std::out_of_range);
 }
 
 TEST(Detection, BoardsOfAnEarlierDetectionLiveOnWhereTheyAreHeld) {
     TestBench bench("acu");
-    const std::shared_ptr<clsAIB> old = (bench.Detect(), bench.TheStation.g_CurrentAIB);
+    const std::shared_ptr<AIB> old = (bench.Detect(), bench.TheStation.CurrentAIB);
     bench.Detect();
-    EXPECT_NE(old, bench.TheStation.g_CurrentAIB);
+    EXPECT_NE(old, bench.TheStation.CurrentAIB);
     EXPECT_EQ(old->SetDAC(2, 5), Status::NoError);
 }
 
@@ -62,7 +62,7 @@ TEST(Detection, AnUnpluggedBenchHasNoBoards) {
     bench.Detect();
     bench.Time.Advance(2.0);
     std::int32_t count = 9;
-    EXPECT_TRUE(bench.TheStation.g_AIBList.OpenAIBAPI(count));
+    EXPECT_TRUE(bench.TheStation.AIBList.OpenAIBAPI(count));
     EXPECT_EQ(count, 0);
 }
 

@@ -13,11 +13,11 @@ std::int32_t SetPointOf(TestBench& bench, std::int32_t channel) {
 }
 
 TEST(AIB, StatusTexts) {
-    EXPECT_EQ(clsAIB::AIBErrorStr(0), "AIB No Error");
-    EXPECT_EQ(clsAIB::AIBErrorStr(-1), "AIB Generic Hardware Error");
-    EXPECT_EQ(clsAIB::AIBErrorStr(3), "AIB Access Denied");
-    EXPECT_EQ(clsAIB::AIBErrorStr(32), "AIB Timeout");
-    EXPECT_EQ(clsAIB::AIBErrorStr(-7), "[Unknown Error: -7]");
+    EXPECT_EQ(AIB::AIBErrorStr(0), "AIB No Error");
+    EXPECT_EQ(AIB::AIBErrorStr(-1), "AIB Generic Hardware Error");
+    EXPECT_EQ(AIB::AIBErrorStr(3), "AIB Access Denied");
+    EXPECT_EQ(AIB::AIBErrorStr(32), "AIB Timeout");
+    EXPECT_EQ(AIB::AIBErrorStr(-7), "[Unknown Error: -7]");
 }
 
 /// Counts and keeps what is sent, in place of a board.
@@ -83,7 +83,7 @@ class DigitalBoard : public ::testing::Test {
   protected:
     TestBench m_Bench;
     SentValues m_Library;
-    clsAIB m_Board{{m_Library, m_Bench.World, {}}};
+    AIB m_Board{{m_Library, m_Bench.World}};
 
     void SetUp() override { Identify(1, 1); }
     void Identify(std::int32_t busType, std::int32_t hwVersion) {
@@ -189,7 +189,7 @@ TEST_F(DigitalBoard, TheSecondSystemFolderServesWhenTheFirstLacksTheFile) {
 
 TEST(AIBOnBench, AFailedCallIsPassedOnAndNoted) {
     TestBench bench("plain", {"status:32@SetGPO"});
-    clsAIB& board = bench.Detect();
+    AIB& board = bench.Detect();
     EXPECT_EQ(board.SetGPO(1), 32);
     EXPECT_EQ(board.ClearGPO(1), 0);
     EXPECT_FALSE(board.StatusOK());

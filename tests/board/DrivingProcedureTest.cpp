@@ -13,12 +13,12 @@ class DrivingProcedureTest : public ::testing::Test {
   protected:
     bool Marked() { return FindMark(m_Bench.World, m_Board->DevSerialNum()).has_value(); }
     void Drive() {
-        for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel)
+        for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel)
             m_Board->SetDAC(channel, 30000);
     }
 
     TestBench m_Bench;
-    std::shared_ptr<clsAIB> m_Board = (m_Bench.Detect(), m_Bench.TheStation.g_CurrentAIB);
+    std::shared_ptr<AIB> m_Board = (m_Bench.Detect(), m_Bench.TheStation.CurrentAIB);
 };
 
 TEST_F(DrivingProcedureTest, AnExceptionLeavesEveryOutputOffAndNoMark) {
@@ -30,7 +30,7 @@ TEST_F(DrivingProcedureTest, AnExceptionLeavesEveryOutputOffAndNoMark) {
         throw std::bad_alloc();
     };
     EXPECT_THROW(procedure(), std::bad_alloc);
-    for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel)
+    for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel)
         EXPECT_EQ(m_Bench.Bench.Board(0).DAC(channel), 0);
     EXPECT_LT(m_Bench.FlowLater_bits(), TestBench::NoFlow_bits);
     EXPECT_FALSE(Marked());
@@ -47,14 +47,14 @@ TEST_F(DrivingProcedureTest, OutputsOfTheModeThatIsNotSelectedAreSwitchedOffToo)
     EXPECT_TRUE(m_Board->IsDigitalSetup());
 
     TestBench refusing("acu", {"status:32@MFCSetFlowrate", "not-ready:0"});
-    clsAIB& board = refusing.Detect();
+    AIB& board = refusing.Detect();
     board.IsDigitalSetup(false);
     EXPECT_FALSE(board.SwitchOutputsOff()) << "the digital demands were not tried";
 
     const Faults noLink = Faults::Parse(std::vector<std::string>{"status:32@MFCSetFlowrate"});
     for (const std::int32_t index : {0, 1}) { // analog MFCs by USB, FireWire
         TestBench analog("pair");
-        clsAIB& driven = analog.Detect(index);
+        AIB& driven = analog.Detect(index);
         analog.Bench.SetFaults(noLink);
         driven.SetDAC(0, 30000);
         EXPECT_TRUE(driven.SwitchOutputsOff()) << "a link that was never used matters to nobody";
@@ -100,7 +100,7 @@ TEST(OutputsOff, BoardThatRefusesOneOutputIsToldAboutAndTheOthersAreOff) {
     bench.Detect();
     SwitchAllOff(bench.TheStation);
     EXPECT_TRUE(bench.Messages.Shown.empty()) << "nothing was ever driven";
-    bench.TheStation.g_CurrentAIB->SetDAC(2, 30000);
+    bench.TheStation.CurrentAIB->SetDAC(2, 30000);
     SwitchAllOff(bench.TheStation);
     ASSERT_EQ(bench.Messages.Shown.size(), 1U);
     EXPECT_NE(bench.Messages.Shown[0].Text.find("Board 301 (USB)"), std::string::npos);
@@ -115,7 +115,7 @@ TEST(OutputsOff, MarkOfAnEarlierProgramStaysForTheDetectionThatProgramsTheBoard)
     LeaveMark(bench.World, 301, "air test");
     EXPECT_TRUE(SwitchAllOff(bench.TheStation)); // as at the end for want of an FPGA file
     EXPECT_TRUE(FindMark(bench.World, 301)) << "an FPGA without its program may have taken nothing";
-    bench.TheStation.g_CurrentAIB->SetDAC(2, 30000);
+    bench.TheStation.CurrentAIB->SetDAC(2, 30000);
     EXPECT_TRUE(SwitchAllOff(bench.TheStation));
     EXPECT_FALSE(FindMark(bench.World, 301));
 }

@@ -1,6 +1,7 @@
 #include "board/eprom/EpromGuard.h"
 
 #include "platform/os/ProgramLog.h"
+#include "platform/text/Paths.h"
 #include "support/TestBench.h"
 
 #include <gtest/gtest.h>
@@ -20,12 +21,17 @@ class EpromGuardTest : public ::testing::Test {
     std::string Image() { return m_Bench->Bench.Board(0).Eprom().Image(); }
     std::string File(const std::string& path) { return m_Bench->Files.ReadFile(path); }
     std::string Log() { return File(LogPath(m_Bench->Time)); }
-    std::vector<std::string> Backups() { return m_Bench->Files.FilesIn(BackupFolder); }
+    std::vector<std::string> Backups() { return m_Bench->Files.FilesIn(Paths::Backups); }
     void WriteCapacity(EpromGuard& guard) {
-        guard.Write([this] {
-            std::int32_t address = 16;
-            m_Bench->TheStation.g_CurrentAIB->WriteEPROMSng(address, 4000.0F);
-        });
+        EpromWords words;
+        std::int32_t address = 16;
+        words.WriteEPROMSng(address, 4000.0F);
+        guard.Write(words);
+    }
+    static EpromWords SpareWord() {
+        EpromWords words;
+        words.WriteEPROM(1040, 5);
+        return words;
     }
 
     std::unique_ptr<TestBench> m_Bench;
@@ -33,18 +39,18 @@ class EpromGuardTest : public ::testing::Test {
 };
 
 TEST_F(EpromGuardTest, AProcedureSavesTheContentOnceAndLogsWhatItChanges) {
-    EXPECT_THROW(m_Bench->TheStation.g_CurrentAIB->WriteEPROM(1040, 5), std::logic_error);
+    EXPECT_THROW(m_Bench->TheStation.CurrentAIB->WriteEPROM(1040, 5), std::logic_error);
     EpromGuard guard(m_Bench->TheStation, "Left/Right: \"new\"");
     WriteCapacity(guard);
-    guard.Write([this] { m_Bench->TheStation.g_CurrentAIB->WriteEPROM(1040, 5); });
+    guard.Write(SpareWord());
     ASSERT_EQ(Backups(),
               std::vector<std::string>{"ACU00301_20240315_140509_Left_Right_ _new_.bin"});
-    EXPECT_EQ(File(BackupFolder + Backups()[0]), m_Before);
+    EXPECT_EQ(File(Paths::Backups + Backups()[0]), m_Before);
     EXPECT_NE(Log().find("EPROM 16 Channel 1 capacity: 5000 → 4000\n"), std::string::npos) << Log();
     EXPECT_NE(Log().find("EPROM 1040: -1 → 5\n"), std::string::npos) << Log();
     EpromGuard(m_Bench->TheStation, "Left/Right: \"new\"").MakeReady();
     ASSERT_EQ(Backups().size(), 2U);
-    EXPECT_EQ(File(BackupFolder + Backups()[0]), Image()); // "… (2).bin" sorts first
+    EXPECT_EQ(File(Paths::Backups + Backups()[0]), Image()); // "… (2).bin" sorts first
     m_Bench->Bench.Board(0).SetIdentity(1, 302);
     EXPECT_THROW(WriteCapacity(guard), EpromError) << "exchanged during the procedure";
 }
@@ -68,10 +74,14 @@ TEST_F(EpromGuardTest, ABoardThatDoesNotHoldWhatWasWrittenIsFoundOut) {
 
 TEST_F(EpromGuardTest, WorkThatIsBrokenOffIsLoggedAndPassedOn) {
     EpromGuard guard(m_Bench->TheStation, "test");
-    EXPECT_THROW(guard.Write([this] {
-        m_Bench->TheStation.g_CurrentAIB->WriteEPROM(1040, 5);
-        throw std::runtime_error("broken off");
-    }),
+    EpromWords words = SpareWord();
+    words.WriteEPROM(1044, 6);
+    EXPECT_THROW(guard.Write(words,
+                             [](std::int32_t address) {
+                                 if (address > 1040)
+                                     throw std::runtime_error("broken off");
+                                 return true;
+                             }),
                  std::runtime_error);
     EXPECT_NE(Log().find("EPROM 1040: -1 → 5\n"), std::string::npos);
 }

@@ -9,8 +9,8 @@ namespace {
 class EpromTest : public ::testing::Test {
   protected:
     TestBench m_Bench{"fresh"};
-    clsAIB& m_Board = m_Bench.Detect();
-    clsAIB::EpromWriting m_Writing{m_Board};
+    AIB& m_Board = m_Bench.Detect();
+    AIB::EpromWriting m_Writing{m_Board};
 
     std::int32_t Word(std::int32_t address) {
         std::int32_t word = 0;
@@ -47,7 +47,7 @@ TEST_F(EpromTest, TextsTakeWholeWords) {
         EXPECT_EQ(address, 4 * words) << length;
         std::string text;
         address = 0;
-        m_Board.ReadEPROMString(address, text, length, "text");
+        m_Board.ReadEPROMString(address, text, length);
         EXPECT_EQ(address, 4 * words) << length;
         EXPECT_EQ(text, length == 0 ? "" : "text");
     }
@@ -56,30 +56,30 @@ TEST_F(EpromTest, TextsTakeWholeWords) {
 TEST_F(EpromTest, ErasedFieldsReadAsTheyShould) {
     std::int32_t address = 0;
     OleDate date(1.0);
-    m_Board.ReadEPROMDate(address, date, "date");
+    m_Board.ReadEPROMDate(address, date);
     EXPECT_EQ(date, OleDate());
     m_Board.WriteEPROM(4, 0x40E1D5C0);
     address = 0;
-    m_Board.ReadEPROMDate(address, date, "date");
+    m_Board.ReadEPROMDate(address, date);
     EXPECT_EQ(date, OleDate(36526.0)) << "only the erased half counts as 0";
     std::string text;
-    m_Board.ReadEPROMString(address, text, 3, "text");
+    m_Board.ReadEPROMString(address, text, 3);
     EXPECT_EQ(text, "ÿÿÿ");
 }
 
 TEST(EpromFaults, TheAddressAdvancesPastWhatCouldNotBeTransferred) {
     TestBench bench("fresh", {"status:32@WriteEEPROM", "status:3@ReadEEPROM"});
-    clsAIB& board = bench.Detect();
-    const clsAIB::EpromWriting writing(board);
+    AIB& board = bench.Detect();
+    const AIB::EpromWriting writing(board);
     std::int32_t address = 100;
     EXPECT_EQ(board.WriteEPROMLng(address, 1), 32);
     EXPECT_EQ(address, 104);
     OleDate date(7.0);
-    EXPECT_EQ(board.ReadEPROMDate(address, date, "date"), 3);
+    EXPECT_EQ(board.ReadEPROMDate(address, date), 3);
     EXPECT_EQ(address, 112);
     EXPECT_EQ(date, OleDate());
     std::string text;
-    EXPECT_EQ(board.ReadEPROMString(address, text, 12, "text"), 0);
+    EXPECT_EQ(board.ReadEPROMString(address, text, 12), 0);
     EXPECT_EQ(address, 124);
 }
 

@@ -17,7 +17,7 @@ class BadLibraryTest : public ::testing::TestWithParam<BadLibrary> {};
 TEST_P(BadLibraryTest, IsToldInACriticalBoxAndCountsAsNoBoards) {
     TestBench bench;
     LoadedAIBControl library(GetParam().File);
-    clsAIBList list({library, bench.World, bench.Services.MakeCalibration});
+    AIBList list({library, bench.World});
     std::int32_t count = 5;
     EXPECT_FALSE(list.OpenAIBAPI(count));
     EXPECT_EQ(count, 0);

@@ -15,12 +15,15 @@ TEST(ProcedureGate, MakesSafeAndGivesTheCommandsBackWhateverHappens) {
         gate.Listen([&](bool running) { story.emplace_back(running ? "running" : "free"); });
     try {
         const RunningProcedure procedure(gate, [&] { story.emplace_back("safe"); });
+        gate.Cancel();
         EXPECT_THROW(RunningProcedure(gate, [] {}), std::logic_error);
         throw std::runtime_error("the board is gone");
     } catch (const std::runtime_error&) {
         story.emplace_back("told");
     }
     EXPECT_EQ(story, (std::vector<std::string>{"running", "safe", "free", "told"}));
+    const RunningProcedure next(gate);
+    EXPECT_FALSE(gate.CancelRequested()) << "the cancel was for the one before";
 }
 
 TEST(ProcedureGate, AListenerThatIsGoneIsNotTold) {
@@ -35,10 +38,13 @@ TEST(ProcedureGate, AListenerThatIsGoneIsNotTold) {
 
 TEST(ProcedureWait, SeesACancelAndTheEndOfTheProgramWithinAPass) {
     TestBench bench;
-    Cancellation cancel;
-    ProcedureWait wait(bench.Time, bench.Events, cancel);
-    clsHiResTimer timer(bench.Time);
-    bench.Events.At(0.0105, [&cancel] { cancel.Request(); });
+    ProcedureGate gate;
+    gate.Cancel();
+    EXPECT_FALSE(gate.CancelRequested()) << "nothing runs";
+    const RunningProcedure procedure(gate);
+    ProcedureWait wait(bench.World, gate);
+    HiResTimer timer(bench.Time);
+    bench.Events.At(0.0105, [&gate] { gate.Cancel(); });
     int passes = 0;
     while (wait.Pass(timer, 10.0))
         ++passes;
@@ -46,9 +52,8 @@ TEST(ProcedureWait, SeesACancelAndTheEndOfTheProgramWithinAPass) {
     EXPECT_LT(timer.ElapsedTime(), 0.012);
 
     TestBench closing;
-    const Cancellation none;
     closing.Events.EndProgram();
-    EXPECT_FALSE(ProcedureWait(closing.Time, closing.Events, none).Pass(timer, 10.0));
+    EXPECT_FALSE(ProcedureWait(closing.World, ProcedureGate()).Pass(timer, 10.0));
 }
 
 } // namespace

@@ -14,20 +14,20 @@ class Information {
                          std::int32_t board = 0)
         : Bench(bench, faults, board), Board(Bench.Board) {}
     WorkbookProbe Made() {
-        const WorkbookOutcome outcome = OutputACUData(Bench.Services, Board);
-        Name = outcome.File.value().filename();
-        return ProbeOf(outcome.File);
+        const InformationReport report = OutputACUData(Bench.Reports);
+        Name = report.File.value().filename();
+        return ProbeOf(report.File);
     }
 
     CalibrationBench Bench;
-    clsAIB& Board;
+    AIB& Board;
     std::string Name;
 };
 
 TEST(ACUInformation, ShowsBoardAndRecord) {
     Information information("acu");
     WorkbookProbe book = information.Made();
-    const ACURecord& record = information.Board.Calibration().Record();
+    const ACURecord& record = information.Bench.Record().Record();
     EXPECT_EQ(information.Name, "ACU_Information_ACU00301.xls");
     // E32: the demand of point 9 of 10.
     EXPECT_EQ(
@@ -35,11 +35,11 @@ TEST(ACUInformation, ShowsBoardAndRecord) {
               {"I4", "C5", "C8", "I10", "I11", "C14", "C19", "D35", "E32", "I20", "L15", "K24"}),
         (std::vector<std::string>{"Ombrix", "USB", "301", "2", "Yes", "Yes", "QUILLON", "200",
                                   "52427", "4", "1000", "Yes"}));
-    EXPECT_NEAR(std::stod(book.Value("ACU", "C15")), record.m_VelocitySystemDate.Days(), 1e-6);
+    EXPECT_NEAR(std::stod(book.Value("ACU", "C15")), record.VelocitySystemDate.Days(), 1e-6);
     EXPECT_EQ(book.NumberFormat("ACU", "C15"), "yyyy-mm-dd hh:mm:ss");
-    EXPECT_EQ(std::stof(book.Value("ACU", "C24")), record.m_VelocityCal[0].M[0]);
-    EXPECT_EQ(std::stof(book.Value("ACU", "D45")), record.m_VelocityCal[1].C[8]);
-    EXPECT_EQ(std::stof(book.Value("ACU", "L29")), record.m_PressureCoeff[2]);
+    EXPECT_EQ(std::stof(book.Value("ACU", "C24")), record.VelocityCal[0].M[0]);
+    EXPECT_EQ(std::stof(book.Value("ACU", "D45")), record.VelocityCal[1].C[8]);
+    EXPECT_EQ(std::stof(book.Value("ACU", "L29")), record.PressureCoeff[2]);
 }
 
 TEST(ACUInformation, DumpsEveryWordOfTheEprom) {
@@ -63,9 +63,9 @@ TEST(ACUInformation, DumpsEveryWordOfTheEprom) {
 
 TEST(ACUInformation, AFreshUnitWasNeverCalibrated) {
     Information information("fresh");
-    const clsAIB::EpromWriting writing(information.Board);
-    information.Board.Calibration().Init_VelocityHeader();
-    information.Board.Calibration().ReadEPROMValues(information.Board);
+    EpromGuard guard(information.Bench.Bench.TheStation, "test");
+    information.Bench.Record().SaveFreshHeader(guard);
+    information.Bench.Record().ReadEPROMValues();
     WorkbookProbe book = information.Made();
     // L15: a sensor that is not there has no scale.
     EXPECT_EQ(Cells(book, "ACU", {"C15", "C18", "I15", "I18", "C14", "L14", "L15", "J24"}),
@@ -83,7 +83,7 @@ TEST(ACUInformation, ARecordOfRandomBitsGivesNoErrorCells) {
     // An infinite slope, a date of no calendar.
     PutWord(information.Board, 88, 0x7F800000);
     PutWord(information.Board, 500, 0x7FEFFFFF);
-    information.Board.Calibration().ReadEPROMValues(information.Board);
+    information.Bench.Record().ReadEPROMValues();
     WorkbookProbe book = information.Made();
     EXPECT_EQ(book.Value("ACU", "C24"), "(no number)");
     EXPECT_EQ(book.Value("ACU", "C15"), "(no date)");

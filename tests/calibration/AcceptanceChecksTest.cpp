@@ -1,6 +1,6 @@
-#include "calibration/judge/AcceptanceChecks.h"
-
 #include "calibration/MeasuredChannels.h"
+#include "calibration/judge/Judgement.h"
+#include "calibration/run/CalibrationLog.h"
 #include "support/TestBench.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@ namespace {
 class AcceptanceChecks : public ::testing::Test {
   protected:
     bool HasLine(const std::string& line) const {
-        return std::find(m_Log.Lines().begin(), m_Log.Lines().end(), line) != m_Log.Lines().end();
+        return std::find(m_Log.begin(), m_Log.end(), line) != m_Log.end();
     }
     /// Ten points on the line; readings as the demands.
     static ChannelMeasurement OnTheLine() {
@@ -26,8 +26,7 @@ class AcceptanceChecks : public ::testing::Test {
         return measured;
     }
 
-    TestBench m_Bench;
-    CalibrationLog m_Log{m_Bench.World};
+    LogLines m_Log;
     Line m_BestFit;
 };
 
@@ -40,15 +39,15 @@ TEST_F(AcceptanceChecks, HysteresisIsLimitedAtEveryPoint) {
     EXPECT_TRUE(HasLine("Checking Point 3,20012,20140,128,<-- Pass (0.2% Full Scale),128 is not "
                         "greater than 131.068"));
     EXPECT_TRUE(HasLine(" -> Hysteresis Check - Passed"));
-    EXPECT_EQ(m_Log.Lines().back(), " -> Calibration Passed");
+    EXPECT_EQ(m_Log.back(), " -> Calibration Passed");
 
     measured.Falling[5].Reading_bits += 1;
     EXPECT_FALSE(CheckSystemCalibrationData(measured, m_BestFit, m_Log));
     EXPECT_TRUE(HasLine("Checking Point 6,36000,36132,132,<-- Fail (0.2% Full Scale),132 is "
                         "greater than 131.068"));
     EXPECT_TRUE(HasLine(" -> Hysteresis Check - Failed"));
-    EXPECT_EQ(m_Log.Lines().end()[-2], " -> MC Fit Test - Passed");
-    EXPECT_EQ(m_Log.Lines().back(), " -> Calibration Failed");
+    EXPECT_EQ(m_Log.end()[-2], " -> MC Fit Test - Passed");
+    EXPECT_EQ(m_Log.back(), " -> Calibration Failed");
 }
 
 TEST_F(AcceptanceChecks, DeviationsFromTheLineAreWarnedOfOnly) {
@@ -59,7 +58,7 @@ TEST_F(AcceptanceChecks, DeviationsFromTheLineAreWarnedOfOnly) {
     EXPECT_TRUE(CheckSystemCalibrationData(measured, m_BestFit, m_Log));
     EXPECT_NEAR(m_BestFit.Slope, 1.0F, 0.001F);
     std::vector<std::string> warnings;
-    std::copy_if(m_Log.Lines().begin(), m_Log.Lines().end(), std::back_inserter(warnings),
+    std::copy_if(m_Log.begin(), m_Log.end(), std::back_inserter(warnings),
                  [](const auto& line) { return line.find("<-- Warn") != std::string::npos; });
     ASSERT_EQ(warnings.size(), 1U);
     // The fit's y, the reading and the deviation, the point counted from 0.

@@ -37,25 +37,14 @@ INSTANTIATE_TEST_SUITE_P(
         TableRow{State::Settled, {.Reading_bits = 60000, .InState_s = 99.0}, State::Settled},
         TableRow{State::Off, {.Demand_bits = 655}, State::Off}));
 
-class RecordedSliders final : public DACSliders {
-  public:
-    std::array<std::int32_t, 4> Positions{};
-    void SetValue(std::int32_t /*channel*/, std::int32_t /*position*/) override {
-        FAIL() << "the board would be told twice";
-    }
-    void Show(std::int32_t channel, std::int32_t position) override {
-        Positions.at(static_cast<std::size_t>(channel)) = position;
-    }
-};
-
 class AirChannelControlTest : public ::testing::Test {
   protected:
     AirChannelControl& On(const std::string& bench) {
         m_Bench = std::make_unique<TestBench>(bench);
-        clsAIB& board = m_Bench->Detect();
-        board.Calibration().ReadEPROMValues(board);
+        AIB& board = m_Bench->Detect();
+        m_Bench->TheStation.Calibration().ReadEPROMValues();
         board.IsDigitalSetup(false); // the DACs then show what was sent
-        m_Air = std::make_unique<AirChannelControl>(board.Calibration().Air(m_Sliders));
+        m_Air = std::make_unique<AirChannelControl>(m_Bench->TheStation);
         return *m_Air;
     }
     std::int32_t DAC(std::int32_t channel) { return m_Bench->Bench.Board(0).DAC(channel); }
@@ -73,7 +62,6 @@ class AirChannelControlTest : public ::testing::Test {
     }
 
     std::unique_ptr<TestBench> m_Bench;
-    RecordedSliders m_Sliders;
     std::unique_ptr<AirChannelControl> m_Air;
 };
 
@@ -98,7 +86,6 @@ TEST_F(AirChannelControlTest, AirNeverStopsWhileTheSmallChannelTakesOver) {
     Poll(2.0);
     EXPECT_NEAR(Line(), 20.0, 0.2) << "the valve lets the small channel through";
     EXPECT_NEAR(air.CurrentAir_mms(true), FlowToVelocity(20.0F), 0.005F);
-    EXPECT_EQ(m_Sliders.Positions[1], DACSliders::PositionOf(small.DemandBits));
 }
 
 TEST_F(AirChannelControlTest, TheFlowChoosesTheChannel) {

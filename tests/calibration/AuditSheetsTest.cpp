@@ -12,20 +12,21 @@ class AuditSheetsTest : public ::testing::Test {
   protected:
     AuditSheetsTest() { m_Bench.Bench.Messages.Answers = {Answer::No}; }
     WorkbookProbe Sheet(const VelocityMeasurement& measured) {
-        m_Outcome = CreateAuditSheet_PV16(m_Bench.Services, m_Bench.Record(), measured, false);
-        return ProbeOf(m_Outcome.File);
+        m_Report = CreateAuditSheet_PV16(m_Bench.Reports, m_Bench.Record().Unit(),
+                                         m_Bench.Bench.Time.Now(), measured, false);
+        return ProbeOf(m_Report.File);
     }
 
     CalibrationBench m_Bench{"acu"};
-    WorkbookOutcome m_Outcome;
+    StoredReport m_Report;
 };
 
 using Texts = std::vector<std::string>;
 
 TEST_F(AuditSheetsTest, TheVelocitySheetHasItsHeaderAndTexts) {
     const double now = m_Bench.Bench.Time.Now().Days();
-    WorkbookProbe book = Sheet(GoodRun(CalibrationKind::Audit));
-    EXPECT_EQ(m_Outcome.File.value().filename(), "PV16_ACU00301_VelocityAudit_40315_XX.xls");
+    WorkbookProbe book = Sheet(GoodRun(CalibrationKind::Audit).Measured);
+    EXPECT_EQ(m_Report.File.value().filename(), "PV16_ACU00301_VelocityAudit_40315_XX.xls");
     EXPECT_NEAR(std::stod(book.Value("Audit", "D5")), now, 1e-6);
     EXPECT_EQ(book.NumberFormat("Audit", "D5"), "yyyy-mm-dd hh:mm:ss");
     EXPECT_EQ(book.Value("Audit", "B2"), "SUGGESTED CALIBRATION METHOD FOR AN AERATION CONTROL "
@@ -40,7 +41,7 @@ TEST_F(AuditSheetsTest, TheVelocitySheetHasItsHeaderAndTexts) {
 }
 
 TEST_F(AuditSheetsTest, PointsAreJudgedByTheSheet) {
-    VelocityMeasurement run = GoodRun(CalibrationKind::Audit);
+    VelocityMeasurement run = GoodRun(CalibrationKind::Audit).Measured;
     run.Channels[0].Rising[0].Flow_ml_m = 150.00025F; // as a Single 150.00025
     run.Channels[0].Falling[0].Flow_ml_m = 151.0F;
     WorkbookProbe book = Sheet(run);
@@ -59,7 +60,7 @@ TEST_F(AuditSheetsTest, PointsAreJudgedByTheSheet) {
 }
 
 TEST_F(AuditSheetsTest, WhatWasNotMeasuredStaysEmpty) {
-    WorkbookProbe book = Sheet(CancelledRun(CalibrationKind::Audit));
+    WorkbookProbe book = Sheet(CancelledRun(CalibrationKind::Audit).Measured);
     EXPECT_EQ(Cells(book, "Audit", {"C23", "E24"}), (Texts{"45", "3001.5106"}));
     for (const char* address : {"E23", "K17", "N17", "O17", "C34", "E34"})
         EXPECT_EQ(book.Value("Audit", address), "") << address;
@@ -67,7 +68,7 @@ TEST_F(AuditSheetsTest, WhatWasNotMeasuredStaysEmpty) {
 }
 
 TEST_F(AuditSheetsTest, StepsStandBelowThePoints) {
-    VelocityMeasurement run = GoodRun(CalibrationKind::Audit);
+    VelocityMeasurement run = GoodRun(CalibrationKind::Audit).Measured;
     run.Channels[1].Steps[1].Reading = {};
     WorkbookProbe book = Sheet(run);
     EXPECT_EQ(Cells(book, "Audit", {"C34", "D34", "E34", "C35", "D35"}),
@@ -77,10 +78,11 @@ TEST_F(AuditSheetsTest, StepsStandBelowThePoints) {
 }
 
 TEST_F(AuditSheetsTest, ThePressureSheetHasTheFlowsThreeTimes) {
-    const WorkbookOutcome outcome = CreateAuditSheet_PV17(
-        m_Bench.Services, m_Bench.Record(), {0.0F, 1000.0F, 2000.0F, 3000.0F, 4000.0F}, false);
-    EXPECT_EQ(outcome.File.value().filename(), "PV17_ACU00301_PressureAudit_40315_XX.xls");
-    WorkbookProbe book = ProbeOf(outcome.File);
+    const StoredReport report =
+        CreateAuditSheet_PV17(m_Bench.Reports, m_Bench.Record().Unit(), m_Bench.Bench.Time.Now(),
+                              {0.0F, 1000.0F, 2000.0F, 3000.0F, 4000.0F}, false);
+    EXPECT_EQ(report.File.value().filename(), "PV17_ACU00301_PressureAudit_40315_XX.xls");
+    WorkbookProbe book = ProbeOf(report.File);
     EXPECT_EQ(Cells(book, "Audit", {"D6", "D7", "D8", "D9", "D10", "D11", "E19", "H20", "K23"}),
               (Texts{"QUILLON", "ACU00301", "5000", "200", "5", "0.3", "0", "1000", "4000"}));
     EXPECT_EQ(book.Value("Audit", "G19"),

@@ -1,13 +1,9 @@
 #pragma once
 
 #include "calibration/run/ACUSetUp.h"
-#include "journal/RunJournal.h"
-#include "spreadsheet/LibreOfficeConverter.h"
-#include "spreadsheet/XlsxApplication.h"
-#include "support/TestBench.h"
+#include "support/ReportBench.h"
 
 #include <array>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -40,73 +36,13 @@ class RecordedStages final : public CalibrationView {
     void Close() override { Closed = true; }
 };
 
-class RecordedWait final : public OpenExcelView {
+/// A bench with everything that calibrations work with.
+class CalibrationBench : public ReportBench {
   public:
-    std::vector<std::string> Story;
-    void Show(const std::string& message) override { Story.push_back(message); }
-    void Close() override { Story.emplace_back("closed"); }
-};
+    using ReportBench::ReportBench;
 
-/// Keeps the content as it is, so that a ".xls" can be looked into.
-class SameContent final : public DocumentConverter {
-  public:
-    std::string Convert(std::string_view content, std::string_view /*from*/,
-                        std::string_view /*to*/) override {
-        return std::string(content);
-    }
-};
-
-/// A bench with everything that calibrations work with; its current board's record is read.
-class CalibrationBench {
-  public:
-    explicit CalibrationBench(const std::string& bench, const std::vector<std::string>& faults = {},
-                              std::int32_t board = 0)
-        : Bench(bench, faults), Board(Bench.Detect(board)) {
-        Bench.Files.Mount(Templates, TEMPLATES_FOLDER);
-        Board.Calibration().ReadEPROMValues(Board);
-        Bench.Messages.Shown.clear();
-    }
-
-    TestBench Bench;
-    clsAIB& Board;
     RecordedStages Stages;
-    RecordedWait Wait;
-    SameContent Converter;
-    /// Where workbooks and templates are looked for; the bench's own files unless replaced.
-    Drive* WorkbookFiles = &Bench.Files;
-    BoardDACSliders Sliders{Bench.TheStation};
-    CalibrationServices Services{
-        Bench.TheStation,
-        Sliders,
-        Stages,
-        Wait,
-        [this] { return std::make_unique<XlsxApplication>(*WorkbookFiles, Converter); },
-        std::string(Templates) + "\\"};
-    ACUSetUp SetUp{Services};
-
-    clsACUCalibration& Record() { return Board.Calibration(); }
-    std::vector<std::int32_t> Eprom() {
-        std::vector<std::int32_t> words;
-        for (std::int32_t address = 0; address < clsAIB::EPROMBytes; address += 4) {
-            words.push_back(0);
-            Board.ReadEPROM(address, words.back());
-        }
-        return words;
-    }
-    std::string JournalText() const {
-        const std::string folder = JournalFolder;
-        return Bench.Files.ReadFile(folder + Bench.Files.FilesIn(folder).front());
-    }
-    /// The texts of the messages shown.
-    std::vector<std::string> Told() const {
-        std::vector<std::string> texts;
-        for (const Message& message : Bench.Messages.Shown)
-            texts.push_back(message.Text);
-        return texts;
-    }
-
-  private:
-    static constexpr std::string_view Templates = R"(C:\Program Files\Ombrix\Templates)";
+    ACUSetUp SetUp{Reports, Stages};
 };
 
 } // namespace ombrix

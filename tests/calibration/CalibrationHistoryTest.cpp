@@ -20,26 +20,26 @@ TEST(CalibrationHistory, EveryRunThatMeasuredLeavesItsRecord) {
     bench.Bench.Messages.Answers = {Answer::Cancel};
     bench.SetUp.RunVelocity(CalibrationKind::System); // declined: nothing was run
     const double now_s = MonotonicSeconds(bench.Bench.Time);
-    bench.Bench.Events.At(now_s + 20.0, [&] { bench.Record().CancelCalibration(); });
+    bench.Bench.Events.At(now_s + 20.0, [&] { bench.Cancel(); });
     bench.SetUp.RunVelocity(CalibrationKind::Audit);
     bench.SetUp.RunPressure(CalibrationKind::Audit);
 
     const CalibrationHistory history = ReadHistory(bench.Bench.Files, 301);
     ASSERT_EQ(history.Runs.size(), 3U);
     const HistoryEntry& system = history.Runs[0];
-    EXPECT_EQ(system.Verdict, Verdicts::Passed);
-    EXPECT_EQ(system.Found.m_VelocityCal[1], found.m_VelocityCal[1]);
-    EXPECT_EQ(system.Left.value().m_VelocityCal[1], bench.Record().Record().m_VelocityCal[1]);
-    EXPECT_EQ(FitSegments(system.Velocity.Channels[0]), system.Left->m_VelocityCal[0])
+    EXPECT_EQ(system.Verdict, VerdictOf(End::Passed));
+    EXPECT_EQ(system.Found.VelocityCal[1], found.VelocityCal[1]);
+    EXPECT_EQ(system.Left.value().VelocityCal[1], bench.Record().Record().VelocityCal[1]);
+    EXPECT_EQ(FitSegments(system.Velocity.Channels[0]), system.Left->VelocityCal[0])
         << "the points are those that the stored table was made of";
     EXPECT_EQ(system.Limits.at(0), (std::pair<std::string, float>("hysteresis_bits", 131.068F)));
     EXPECT_EQ(system.Files.size(), 2U);
-    EXPECT_EQ(history.Runs[1].Verdict, Verdicts::Cancelled);
+    EXPECT_EQ(history.Runs[1].Verdict, VerdictOf(End::Cancelled));
     EXPECT_TRUE(history.Runs[1].Velocity.Channels[0].Rising.at(0).Valid);
     EXPECT_FALSE(history.Runs[1].Left.has_value());
     EXPECT_EQ(history.Runs[2].Pressure.size(), 5U);
-    EXPECT_EQ(history.Runs[2].Left.value().m_PressureAuditDate,
-              bench.Record().Record().m_PressureAuditDate)
+    EXPECT_EQ(history.Runs[2].Left.value().PressureAuditDate,
+              bench.Record().Record().PressureAuditDate)
         << "an audit's result is in the EPROM as well";
 }
 
@@ -47,7 +47,7 @@ TEST(CalibrationHistory, AFailureHasItsReason) {
     CalibrationBench bench("acu", {"hysteresis:1,150"});
     bench.SetUp.RunVelocity(CalibrationKind::System);
     const HistoryEntry run = ReadHistory(bench.Bench.Files, 301).Runs.at(0);
-    EXPECT_EQ(run.Verdict, Verdicts::Failed);
+    EXPECT_EQ(run.Verdict, VerdictOf(End::Failed));
     EXPECT_EQ(run.Reasons.at(0), "The data collected from channel 2 was not acceptable");
 }
 
@@ -57,8 +57,8 @@ HistoryEntry AuditEntry(float raisedBy_ml_m) {
     entry.When = OleDate(45000.0 + static_cast<double>(raisedBy_ml_m));
     entry.Serial = 301;
     entry.Program.Computer = "bench, \"left\"";
-    entry.Verdict = Verdicts::Passed;
-    entry.Velocity = GoodRun(CalibrationKind::Audit);
+    entry.Verdict = VerdictOf(End::Passed);
+    entry.Velocity = GoodRun(CalibrationKind::Audit).Measured;
     for (PointReading& reading : entry.Velocity.Channels[0].Falling)
         reading.Flow_ml_m += 2.0F * raisedBy_ml_m;
     return entry;

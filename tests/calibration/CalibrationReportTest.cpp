@@ -13,17 +13,18 @@ using Texts = std::vector<std::string>;
 
 class CalibrationReportTest : public ::testing::Test {
   protected:
-    WorkbookProbe Report(const VelocityMeasurement& measured, bool passed) {
-        CalibrationReport report(m_Bench.Services, m_Bench.Record());
-        EXPECT_TRUE(report.Open(measured.Kind));
-        report.Fill(measured, passed);
-        m_Outcome = report.Save(measured.Kind);
-        EXPECT_TRUE(m_Outcome.Saved);
-        return ProbeOf(m_Outcome.File);
+    WorkbookProbe Report(const VelocityResult& result, bool passed) {
+        const CalibrationKind kind = result.Measured.Kind;
+        CalibrationReport report(m_Bench.Reports);
+        EXPECT_TRUE(report.Open(kind, m_Bench.Record().Unit(), m_Bench.Bench.Time.Now()));
+        report.Fill(result, passed);
+        m_Report = report.Save(kind);
+        EXPECT_TRUE(m_Report.WhereItBelongs);
+        return ProbeOf(m_Report.File);
     }
 
     CalibrationBench m_Bench{"acu"};
-    WorkbookOutcome m_Outcome;
+    StoredReport m_Report;
 };
 
 double Number(WorkbookProbe& book, const char* address) {
@@ -32,7 +33,7 @@ double Number(WorkbookProbe& book, const char* address) {
 
 TEST_F(CalibrationReportTest, ASystemRunIsJudgedInBits) {
     WorkbookProbe book = Report(GoodRun(Kind::System), true);
-    EXPECT_TRUE(m_Outcome.File.value().string().ends_with("_System.xls"));
+    EXPECT_TRUE(m_Report.File.value().string().ends_with("_System.xls"));
     EXPECT_EQ(m_Bench.Wait.Story.front(), "Initialising Excel Report");
     EXPECT_EQ(Cells(book, "Report", {"D3", "J3", "M3", "D10", "I12"}),
               (Texts{"System", "ACU00301", "PASSED", "Data acceptable", "bits"}));
@@ -63,17 +64,17 @@ TEST_F(CalibrationReportTest, ChartsAndTracesAreThoseOfTheirChannel) {
 }
 
 TEST_F(CalibrationReportTest, AnAuditIsJudgedInFlowsAgainstItsDemand) {
-    VelocityMeasurement run = GoodRun(Kind::Audit);
-    run.Channels[1].AuditPassed = false;
+    VelocityResult run = GoodRun(Kind::Audit);
+    run.Verdicts[1].value().AuditPassed = false;
     WorkbookProbe book = Report(run, false);
-    EXPECT_TRUE(m_Outcome.File.value().string().ends_with("_Audit.xls"));
+    EXPECT_TRUE(m_Report.File.value().string().ends_with("_Audit.xls"));
     // D23: an audit fits no line.
     EXPECT_EQ(Cells(book, "Report", {"M3", "D10", "D29", "J12", "J13", "D23", "M11"}),
               (Texts{"FAILED", "Audit passed", "Audit failed", "rising, ml/min", "0", "",
                      "Stored segments"}));
     EXPECT_NEAR(Number(book, "K13"), 40.0 * 5000.0 / 65534.0, 0.04);
     EXPECT_EQ(static_cast<float>(Number(book, "N13")),
-              m_Bench.Record().Record().m_VelocityCal[0].M[0]);
+              m_Bench.Record().Record().VelocityCal[0].M[0]);
 }
 
 TEST_F(CalibrationReportTest, ACancelledRunHasEmptyCellsInPlaceOfReadings) {
@@ -89,9 +90,11 @@ TEST_F(CalibrationReportTest, ACancelledRunHasEmptyCellsInPlaceOfReadings) {
 }
 
 TEST_F(CalibrationReportTest, AirThatDoesNotRiseIsSaid) {
-    VelocityMeasurement run = GoodRun(Kind::System);
-    run.Channels[0].Rising[5].Reading_bits = run.Channels[0].Rising[4].Reading_bits;
-    run.Channels[1] = {};
+    VelocityResult run = GoodRun(Kind::System);
+    std::vector<PointReading>& rising = run.Measured.Channels[0].Rising;
+    rising[5].Reading_bits = rising[4].Reading_bits;
+    run.Measured.Channels[1] = {};
+    run.Verdicts[1].reset();
     WorkbookProbe book = Report(run, false);
     EXPECT_EQ(book.Value("Report", "D10"),
               "Data acceptable; the readings do not rise with the demand");

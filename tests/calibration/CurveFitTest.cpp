@@ -103,5 +103,17 @@ TEST(CurveFit, SegmentsPassThroughTheMeanReadings) {
     EXPECT_EQ(table.M[2], 0.0F) << "three points make two segments";
 }
 
+TEST(CurveFit, LinearFitFindsTheLine) {
+    const std::vector<std::array<std::int32_t, 2>> table = {{9, 9}, {0, 1}, {1, 3}, {2, 5}};
+    Line line{7.0F, 7.0F};
+    EXPECT_TRUE(LinearFit(table, 1, 3, line));
+    EXPECT_FLOAT_EQ(line.Slope, 2.0F);
+    EXPECT_FLOAT_EQ(line.Intercept, 1.0F);
+    EXPECT_FALSE(LinearFit(table, 2, 2, line)) << "one point has no slope";
+    EXPECT_FLOAT_EQ(line.Slope, 2.0F);
+    EXPECT_FALSE(LinearFit(table, 3, 2, line));
+    EXPECT_FLOAT_EQ(line.Slope, 0.0F);
+}
+
 } // namespace
 } // namespace ombrix

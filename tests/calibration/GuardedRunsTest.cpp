@@ -30,15 +30,15 @@ TEST_P(GuardedRunsTest, WhatTheEpromDoesNotHoldIsNotInTheRecord) {
     CalibrationBench bench("plain", {"eprom-readonly"});
     const ACURecord before = bench.Record().Record();
     const CalibrationOutcome outcome = GetParam().Run(bench.SetUp);
-    EXPECT_TRUE(outcome.NotInEprom);
+    EXPECT_EQ(outcome.Ended, End::NotStored);
     EXPECT_FALSE(outcome.Saved || outcome.AllStored);
     const ACURecord& after = bench.Record().Record();
-    EXPECT_EQ(after.m_MFCNumber, before.m_MFCNumber);
-    EXPECT_EQ(after.m_VelocityCal, before.m_VelocityCal);
-    EXPECT_EQ(after.m_VelocitySystemDate, before.m_VelocitySystemDate);
-    EXPECT_EQ(after.m_VelocityAuditDate, before.m_VelocityAuditDate);
-    EXPECT_EQ(after.m_PressureCoeff, before.m_PressureCoeff);
-    EXPECT_EQ(after.m_PressureAuditDate, before.m_PressureAuditDate);
+    EXPECT_EQ(after.MFCNumber, before.MFCNumber);
+    EXPECT_EQ(after.VelocityCal, before.VelocityCal);
+    EXPECT_EQ(after.VelocitySystemDate, before.VelocitySystemDate);
+    EXPECT_EQ(after.VelocityAuditDate, before.VelocityAuditDate);
+    EXPECT_EQ(after.PressureCoeff, before.PressureCoeff);
+    EXPECT_EQ(after.PressureAuditDate, before.PressureAuditDate);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -46,12 +46,7 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(GuardedRun{"Initialisation",
                                  [](ACUSetUp& setUp) {
                                      std::string number = "M1";
-                                     const auto result =
-                                         setUp.RunACUInitialisation(number, true, false);
-                                     CalibrationOutcome outcome;
-                                     outcome.NotInEprom = result.NotInEprom;
-                                     outcome.AllStored = result.AllStored;
-                                     return outcome;
+                                     return setUp.RunACUInitialisation(number, true, false);
                                  }},
                       GuardedRun{"VelocitySystem",
                                  [](ACUSetUp& setUp) { return setUp.RunVelocity(Kind::System); }},

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "calibration/air/AirUnits.h"
-#include "calibration/judge/AcceptanceChecks.h"
 #include "calibration/judge/CurveFit.h"
+#include "calibration/judge/Judgement.h"
 #include "platform/os/FolderDrive.h"
 #include "platform/text/Rounding.h"
 #include "support/WorkbookProbe.h"
@@ -41,24 +41,31 @@ inline ChannelMeasurement MeasuredChannel(CalibrationKind kind, float capacity_m
 }
 
 /// Both channels of a run that has been judged good.
-inline VelocityMeasurement GoodRun(CalibrationKind kind) {
-    VelocityMeasurement run{kind, {MeasuredChannel(kind, 5000.0F), MeasuredChannel(kind, 200.0F)}};
-    for (ChannelMeasurement& channel : run.Channels) {
-        channel.DataAcceptable = true;
-        channel.AuditPassed = kind == CalibrationKind::Audit;
-        channel.BestFit = {1.0F, 20.0F};
-        channel.NewVelocityCal = FitSegments(channel);
+inline VelocityResult GoodRun(CalibrationKind kind) {
+    VelocityResult run;
+    run.Measured = {kind, {MeasuredChannel(kind, 5000.0F), MeasuredChannel(kind, 200.0F)}};
+    for (std::size_t channel = 0; channel < AirChannels; ++channel) {
+        const ChannelMeasurement& measured = run.Measured.Channels.at(channel);
+        run.Verdicts.at(channel) = {
+            .DataAcceptable = true,
+            .AuditPassed = kind == CalibrationKind::Audit,
+            .BestFit = kind == CalibrationKind::System ? Line{1.0F, 20.0F} : Line{},
+            .NewVelocityCal = FitSegments(measured),
+            .Log = {},
+        };
     }
     return run;
 }
 
 /// The same, cancelled in the falling sweep of its first channel.
-inline VelocityMeasurement CancelledRun(CalibrationKind kind) {
-    VelocityMeasurement run{kind, {MeasuredChannel(kind, 5000.0F), {}}};
-    run.Channels[0].Steps.clear();
+inline VelocityResult CancelledRun(CalibrationKind kind) {
+    VelocityResult run;
+    run.Measured = {kind, {MeasuredChannel(kind, 5000.0F), {}}};
+    auto& [first, second] = run.Measured.Channels;
+    first.Steps.clear();
     for (std::size_t point = 0; point < 7; ++point)
-        run.Channels[0].Falling.at(point) = {};
-    run.Channels[1].Capacity_ml_m = 200.0F;
+        first.Falling.at(point) = {};
+    second.Capacity_ml_m = 200.0F;
     return run;
 }
 

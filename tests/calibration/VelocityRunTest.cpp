@@ -62,14 +62,13 @@ TEST(VelocityInitialisation, AFreshUnitGetsATableThatItsAuditsConfirm) {
     EXPECT_LT(bench.Bench.FlowLater_bits(), TestBench::NoFlow_bits);
 
     // What is in the EPROM, read by a record that knows nothing of the run.
-    clsACUCalibration stored(bench.Bench.World, bench.Bench.TheStation.Claims);
-    ASSERT_TRUE(stored.ReadEPROMValues(bench.Board));
+    const ACURecord stored = bench.Stored();
+    ASSERT_TRUE(stored.ACUInitialised);
     EXPECT_EQ(stored.ACUMFCNumber(), "M9200777A");
     EXPECT_TRUE(stored.LastCalDone_Velocity_System().Passed);
     EXPECT_TRUE(stored.LastCalDone_Velocity_Audit().Passed);
-    EXPECT_EQ(stored.Record().m_VelocityAuditUser.substr(0, 8), "QUILLON ");
-    EXPECT_GT(stored.Record().m_VelocityAuditDate.Days(),
-              stored.Record().m_VelocitySystemDate.Days());
+    EXPECT_EQ(stored.VelocityAuditUser.substr(0, 8), "QUILLON ");
+    EXPECT_GT(stored.VelocityAuditDate.Days(), stored.VelocitySystemDate.Days());
 
     // Four logs; the second system run's readings give the stored table to the bit.
     std::vector<std::vector<std::string>> logs;
@@ -89,8 +88,7 @@ TEST(VelocityInitialisation, AFreshUnitGetsATableThatItsAuditsConfirm) {
     EXPECT_EQ(logs[2][3], "Calibration Type,Audit");
     const auto measured = ReadingsOf(logs[1]);
     for (std::size_t channel = 0; channel < AirChannels; ++channel) {
-        EXPECT_EQ(stored.Record().m_VelocityCal.at(channel), FitSegments(measured.at(channel)))
-            << channel;
+        EXPECT_EQ(stored.VelocityCal.at(channel), FitSegments(measured.at(channel))) << channel;
         EXPECT_NEAR(measured.at(channel).Rising[0].Reading_bits, 655, 60)
             << "not measured at the pre-charge";
     }
@@ -111,12 +109,11 @@ class VelocityRunTest : public ::testing::Test {
     }
     void ExpectUntouched() {
         EXPECT_EQ(m_Bench->Eprom(), m_Before);
-        clsACUCalibration stored(m_Bench->Bench.World, m_Bench->Bench.TheStation.Claims);
-        stored.ReadEPROMValues(m_Bench->Board);
+        const ACURecord stored = m_Bench->Stored();
         const ACURecord& record = m_Bench->Record().Record();
-        EXPECT_EQ(record.m_VelocityCal, stored.Record().m_VelocityCal);
-        EXPECT_EQ(record.m_VelocitySystemDate, stored.Record().m_VelocitySystemDate);
-        EXPECT_EQ(record.m_VelocityAuditDate, stored.Record().m_VelocityAuditDate);
+        EXPECT_EQ(record.VelocityCal, stored.VelocityCal);
+        EXPECT_EQ(record.VelocitySystemDate, stored.VelocitySystemDate);
+        EXPECT_EQ(record.VelocityAuditDate, stored.VelocityAuditDate);
     }
     bool Told(const std::string& text) const {
         const auto told = m_Bench->Told();
@@ -139,7 +136,8 @@ class VelocityRunTest : public ::testing::Test {
 TEST_F(VelocityRunTest, HysteresisFailsTheRunAndLeavesEverythingAsItWas) {
     Use("acu", {"hysteresis:0,132"});
     const CalibrationOutcome outcome = Run(Kind::System);
-    EXPECT_FALSE(outcome.Passed || outcome.Saved || outcome.Aborted);
+    EXPECT_EQ(outcome.Ended, End::Failed);
+    EXPECT_FALSE(outcome.Saved);
     EXPECT_EQ(m_Bench->Stages.Results, std::vector<std::string>{"Run: Failed"});
     EXPECT_TRUE(Told("The System Calibration Failed\r\n\r\n"
                      "The data collected from channel 1 was not acceptable"));
@@ -161,7 +159,7 @@ TEST_F(VelocityRunTest, AGainErrorIsCalibratedAwayUnlessItComesLater) {
     EXPECT_FALSE(Run(Kind::Audit).Passed) << "the factory's table knows nothing of it";
     EXPECT_TRUE(Told("Channel 1 failed the audit calibration"));
     EXPECT_TRUE(Told("please contact Quillon."));
-    EXPECT_FALSE(m_Bench->Record().LastCalDone_Velocity_Audit().Passed);
+    EXPECT_FALSE(m_Bench->Record().Record().LastCalDone_Velocity_Audit().Passed);
     EXPECT_TRUE(Run(Kind::System).Saved);
     EXPECT_TRUE(Run(Kind::Audit).Passed);
 }
@@ -204,13 +202,14 @@ TEST_F(VelocityRunTest, AnInterruptAtTheQuestionDoesNotSave) {
         AnswerWith({Answer::Ok, Answer::No, Answer::No});
         m_Bench->Bench.Messages.WhileAsked = [this](const Message& message) {
             if (message.Text.find("Would you like to save the") != std::string::npos)
-                m_Bench->Record().CancelCalibration();
+                m_Bench->Cancel();
         };
-        const OleDate audit = m_Bench->Record().Record().m_VelocityAuditDate;
+        const OleDate audit = m_Bench->Record().Record().VelocityAuditDate;
         const CalibrationOutcome outcome = Run(kind);
-        EXPECT_TRUE(outcome.Aborted && !outcome.Saved);
+        EXPECT_EQ(outcome.Ended, End::Cancelled);
+        EXPECT_FALSE(outcome.Saved);
         EXPECT_EQ(m_Bench->Eprom(), m_Before);
-        EXPECT_EQ(m_Bench->Record().Record().m_VelocityAuditDate, audit);
+        EXPECT_EQ(m_Bench->Record().Record().VelocityAuditDate, audit);
     }
 }
 
@@ -241,9 +240,9 @@ TEST_F(VelocityRunTest, AUnitWithoutValvesTakesItsTimeAtTheStart) {
         EXPECT_EQ(m_Bench->Stages.Lines[1], "Demand:  5243 bits");
         EXPECT_TRUE(m_Bench->Stages.Lines[2].starts_with("Current:  "));
         EXPECT_EQ(m_Bench->Stages.Lines[3], "Time left:  334 s");
-        m_Bench->Record().CancelCalibration();
+        m_Bench->Cancel();
     });
-    EXPECT_TRUE(Run(Kind::System).Aborted);
+    EXPECT_EQ(Run(Kind::System).Ended, End::Cancelled);
     for (std::size_t i = 0; i < expected.size(); ++i)
         EXPECT_EQ(seen.at(i), expected.at(i).second) << expected.at(i).first;
 }
@@ -269,10 +268,10 @@ TEST_P(CancelTest, LeavesAirOffAndTheEpromUntouched) {
     else
         m_Bench->Bench.Events.At(c.At_s, [this, &status] {
             status = m_Bench->Stages.Lines[1];
-            m_Bench->Record().CancelCalibration();
+            m_Bench->Cancel();
         });
     const CalibrationOutcome outcome = Run(c.What);
-    EXPECT_TRUE(outcome.Aborted);
+    EXPECT_EQ(outcome.Ended, End::Cancelled);
     EXPECT_FALSE(outcome.Passed || outcome.Saved);
     EXPECT_TRUE(status.starts_with(c.Status)) << status;
     EXPECT_EQ(m_Bench->Stages.Results, std::vector<std::string>{"Aborted"});
@@ -306,7 +305,8 @@ TEST_P(BoardLostTest, EndsTheRunAsFailedAfterASecond) {
     const CalibrationOutcome outcome = m_Bench->SetUp.RunVelocity(GetParam().What);
     const double lasted_s = static_cast<double>(m_Bench->Bench.Time.Counter()) * 1e-9 - started_s;
     EXPECT_LT(lasted_s, 22.0);
-    EXPECT_FALSE(outcome.Passed || outcome.Saved || outcome.Aborted);
+    EXPECT_EQ(outcome.Ended, End::Stopped);
+    EXPECT_FALSE(outcome.Passed || outcome.Saved);
     EXPECT_NE(outcome.Error, "");
     EXPECT_TRUE(Told("The calibration has been stopped.\r\n\r\nThe board does not answer"));
     EXPECT_EQ(m_Bench->Stages.Results, std::vector<std::string>{"Run: Failed"});
@@ -326,7 +326,8 @@ TEST_F(VelocityRunTest, ALostBoardEndsTheWholeSequence) {
     std::string number = "M1";
     const ACUSetUp::Initialisation outcome =
         m_Bench->SetUp.RunACUInitialisation(number, true, false);
-    EXPECT_FALSE(outcome.Passed || outcome.Aborted);
+    EXPECT_FALSE(outcome.Passed);
+    EXPECT_EQ(outcome.Ended, End::Stopped);
     EXPECT_EQ(m_Bench->Stages.Names.size(), 4U);
     EXPECT_EQ(m_Bench->Stages.Results, std::vector<std::string>{"Run: Failed"});
 }
@@ -347,7 +348,7 @@ TEST_F(VelocityRunTest, AFullDiskDoesNotLoseTheCalibration) {
 TEST_F(VelocityRunTest, ARecordWithoutPointsIsNotCalibrated) {
     Use("acu");
     PutWord(m_Bench->Board, 32, 1);
-    m_Bench->Record().ReadEPROMValues(m_Bench->Board);
+    m_Bench->Record().ReadEPROMValues();
     const CalibrationOutcome outcome = Run(Kind::System);
     EXPECT_FALSE(outcome.Passed);
     EXPECT_TRUE(Contains(outcome, " - Skipped as the record has 1 calibration points"));

@@ -1,9 +1,8 @@
 #include "healthcheck/HealthCheckJournal.h"
 
-#include "calibration/CalibrationBench.h"
 #include "healthcheck/HealthCheckRun.h"
-#include "healthcheck/OpenJournal.h"
 #include "journal/UnfinishedRuns.h"
+#include "support/ReportBench.h"
 #include "support/WorkbookProbe.h"
 
 #include <gtest/gtest.h>
@@ -13,12 +12,10 @@ namespace {
 
 using Option = HealthCheckOption;
 
-HealthCheckResult RunOn(CalibrationBench& bench, Option option, double cancelAt_s = 0.0) {
-    const CalibrationServices& with = bench.Services;
-    HealthCheckRun run(with.TheStation, with.Sliders, with.Launcher, with.Wait, with.Templates);
+HealthCheckResult RunOn(ReportBench& bench, Option option, double cancelAt_s = 0.0) {
     if (cancelAt_s > 0.0)
-        bench.Bench.Events.At(cancelAt_s, [&run] { run.Cancel(); });
-    return run.Run(std::array{option}, {});
+        bench.Bench.Events.At(cancelAt_s, [&bench] { bench.Cancel(); });
+    return HealthCheckRun(bench.Reports).Run(std::array{option}, {});
 }
 
 struct JournalCase {
@@ -34,15 +31,15 @@ class HealthCheckJournalTest : public ::testing::TestWithParam<JournalCase> {};
 
 TEST_P(HealthCheckJournalTest, MakesTheRunsOwnReportPartByPart) {
     const JournalCase& c = GetParam();
-    CalibrationBench bench("acu", c.Faults);
+    ReportBench bench("acu", c.Faults);
     PutWord(bench.Board, ACUMemoryMap::DigitalPressureConfig, c.PressureConfig);
-    bench.Record().ReadEPROMValues(bench.Board);
+    bench.Record().ReadEPROMValues();
     bench.Bench.Messages.Answers = c.Answers;
     const HealthCheckResult outcome = RunOn(bench, c.What, c.CancelAt_s);
     bench.Bench.Time.Advance(1000.0);
-    const auto run = OpenJournal(bench.Bench.World, bench.JournalText());
-    EXPECT_TRUE(run->Ended());
-    const RemadeReport remade = run->MakeReport(bench.Services);
+    const RecordedHealthCheck run(bench.Reports, bench.JournalText());
+    EXPECT_TRUE(run.Ended());
+    const RemadeReport remade = run.MakeReport();
     EXPECT_TRUE(remade.AllStored);
     ASSERT_EQ(outcome.Files.size(), 1U);
     ASSERT_EQ(remade.Files.size(), 1U);
@@ -59,38 +56,41 @@ INSTANTIATE_TEST_SUITE_P(
                           "OnlyTheLargeGauge", Option::PressureCheck, {}, 0.0, 0, {Answer::No}}),
     [](const auto& info) { return info.param.Name; });
 
-std::size_t SamplesOf(const std::string& text) {
-    return RecordedHealthCheck(text).SampleCount();
+std::size_t SamplesOf(const ReportBench& bench, const std::string& text) {
+    return RecordedHealthCheck(bench.Reports, text).SampleCount();
 }
 
 TEST(HealthCheckJournalCutTest, LosesWhatStandsBehindTheCutOnly) {
-    CalibrationBench bench("acu");
+    ReportBench bench("acu");
     const HealthCheckResult outcome = RunOn(bench, Option::Short, 9.0);
     const std::string text = bench.JournalText();
     const std::size_t header = text.find('\n') + 1;
     std::size_t before = 0;
     constexpr std::size_t step = 97; // prime, to fall on every part of a line
     for (std::size_t cut = header; cut <= text.size(); cut += step) {
-        const std::size_t samples = SamplesOf(text.substr(0, cut));
+        const std::size_t samples = SamplesOf(bench, text.substr(0, cut));
         EXPECT_GE(samples, before) << cut;
         before = samples;
     }
     const int measured = outcome.Sequences.at(0).Samples + outcome.Sequences.at(1).Samples;
     EXPECT_EQ(before, static_cast<std::size_t>(measured));
-    EXPECT_THROW(SamplesOf(text.substr(0, header) + "?" + text.substr(header)), JournalError);
+    EXPECT_THROW(SamplesOf(bench, text.substr(0, header) + "?" + text.substr(header)),
+                 JournalError);
 }
 
 TEST(HealthCheckJournalCutTest, ARunWhoseProgramDiedIsOfferedWithAllButItsLastSecond) {
-    CalibrationBench bench("acu");
+    ReportBench bench("acu");
     Drive& files = bench.Bench.Files;
     bench.Bench.Events.At(9.6, [&] {
         files.ReplaceFile(R"(C:\Journals\dead.jsonl)", bench.JournalText() + R"({"samp)");
         files.ReplaceFile(R"(C:\Journals\dead.running)", "ombrix");
     });
     RunOn(bench, Option::Short, 10.0);
-    EXPECT_GE(SamplesOf(files.ReadFile(R"(C:\Journals\dead.jsonl)")), 425U);
+    EXPECT_GE(SamplesOf(bench, files.ReadFile(R"(C:\Journals\dead.jsonl)")), 425U);
     bench.Bench.Messages.Shown.clear();
-    OfferUnfinishedRuns(bench.Services, OpenJournal);
+    JournalReaders readers;
+    AddHealthCheckReader(readers, bench.Reports);
+    OfferUnfinishedRuns(bench.Bench.World, readers);
     const std::vector<std::string> told = bench.Told();
     ASSERT_EQ(told.size(), 2U);
     EXPECT_NE(told[0].find(": 2 sequences, "), std::string::npos) << told[0];

@@ -13,7 +13,6 @@ namespace ombrix {
 namespace {
 
 using Option = HealthCheckOption;
-using End = ProcedureOutcome::End;
 
 class RecordedWaitWindow final : public OpenExcelView {
   public:
@@ -29,25 +28,23 @@ class HealthCheckRunTest : public ::testing::Test {
     void UseBench(const std::vector<std::string>& faults) {
         m_Bench = std::make_unique<TestBench>("acu", faults);
         m_Board = &m_Bench->Detect();
-        m_Board->Calibration().ReadEPROMValues(*m_Board);
+        m_Bench->TheStation.Calibration().ReadEPROMValues();
         m_Bench->Files.Mount(Templates, TEMPLATES_FOLDER);
     }
     void SetUp() override { UseBench({}); }
 
     HealthCheckResult Run(const std::vector<Option>& options, const HealthCheckView& view = {}) {
-        BoardDACSliders sliders(m_Bench->TheStation);
-        HealthCheckRun run(
-            m_Bench->TheStation, sliders,
-            [this] {
-                Drive& files = m_FullDisk ? static_cast<Drive&>(*m_FullDisk) : m_Bench->Files;
-                return std::make_unique<XlsxApplication>(files, m_Converter);
-            },
-            m_Wait, std::string(Templates) + "\\");
-        m_Cancel = [&run] { run.Cancel(); };
-        HealthCheckResult result = run.Run(options, view);
+        const ReportTools tools{m_Bench->TheStation,
+                                [this] {
+                                    Drive& files = m_FullDisk ? static_cast<Drive&>(*m_FullDisk)
+                                                              : m_Bench->Files;
+                                    return std::make_unique<XlsxApplication>(files, m_Converter);
+                                },
+                                m_Wait, std::string(Templates) + "\\"};
+        HealthCheckResult result = HealthCheckRun(tools).Run(options, view);
         EXPECT_EQ(m_Board->DAC(0), 0);
         EXPECT_EQ(m_Board->DAC(1), 0);
-        if (result.Ended != End::Failed) { // a board that is gone cannot be told
+        if (result.Ended != End::Stopped) { // a board that is gone cannot be told
             EXPECT_LT(m_Bench->FlowLater_bits(), TestBench::NoFlow_bits);
         }
         EXPECT_FALSE(m_Bench->TheStation.Procedures.Running());
@@ -65,8 +62,7 @@ class HealthCheckRunTest : public ::testing::Test {
     std::unique_ptr<FullDisk> m_FullDisk;
     RecordedWaitWindow m_Wait;
     std::unique_ptr<TestBench> m_Bench;
-    clsAIB* m_Board = nullptr;
-    std::function<void()> m_Cancel;
+    AIB* m_Board = nullptr;
     std::unique_ptr<XlsxApplication> m_Reader;
 };
 
@@ -80,7 +76,7 @@ double Number(Workbook& book, std::string_view sheet, std::string_view address) 
 
 TEST_F(HealthCheckRunTest, TheShortTestFillsItsReport) {
     const HealthCheckResult result = Run({Option::Short});
-    EXPECT_EQ(result.Ended, End::Completed);
+    EXPECT_EQ(result.Ended, End::Passed);
     ASSERT_EQ(result.Files.size(), 1U);
     EXPECT_EQ(result.Files[0], m_Bench->Folder.Path() / "ACUs" / "ACU00301_M9200301A" /
                                    "M9200301A_ACU301_20240315_140533.xlsx");
@@ -130,7 +126,7 @@ TEST_F(HealthCheckRunTest, EverythingChosenGetsADistinctSheet) {
 TEST_F(HealthCheckRunTest, GaugePromptsSkipOrEnd) {
     m_Bench->Messages.Answers = {Answer::No, Answer::Yes};
     const HealthCheckResult second = Run({Option::PressureCheck});
-    EXPECT_EQ(second.Ended, End::Completed);
+    EXPECT_EQ(second.Ended, End::Passed);
     ASSERT_EQ(second.Sequences.size(), 1U);
     EXPECT_EQ(second.Sequences[0].Sheet, "Zero - Ch1");
     EXPECT_EQ(m_Bench->Messages.Shown[0].Buttons, MessageButtons::YesNoCancel);
@@ -143,7 +139,7 @@ TEST_F(HealthCheckRunTest, GaugePromptsSkipOrEnd) {
 }
 
 TEST_F(HealthCheckRunTest, CancelStillSavesWhatWasMeasured) {
-    m_Bench->Events.At(7.0, [this] { m_Cancel(); });
+    m_Bench->Events.At(7.0, [this] { m_Bench->TheStation.Procedures.Cancel(); });
     const HealthCheckResult result = Run({Option::Short});
     EXPECT_EQ(result.Ended, End::Cancelled);
     ASSERT_EQ(result.Sequences.size(), 2U);
@@ -162,7 +158,7 @@ TEST_F(HealthCheckRunTest, ClosingTheProgramEndsItWithoutMoreMessages) {
 TEST_F(HealthCheckRunTest, ALostBoardIsToldAndWhatWasMeasuredIsSaved) {
     UseBench({"unplug@8"});
     const HealthCheckResult result = Run({Option::Short});
-    EXPECT_EQ(result.Ended, End::Failed);
+    EXPECT_EQ(result.Ended, End::Stopped);
     ASSERT_EQ(m_Bench->Messages.Shown.size(), 3U) << "that air may flow comes first";
     EXPECT_EQ(m_Bench->Messages.Shown[1].Text,
               "The health check has been stopped.\r\n\r\nThe board does not answer: AIB Generic "
@@ -207,7 +203,7 @@ TEST_F(HealthCheckRunTest, WithoutAFolderTheReportIsKeptAndSaidWhere) {
 
 TEST_F(HealthCheckRunTest, ACancelledRunStaysCancelledWithoutAFolder) {
     ReplaceWholeFile(m_Bench->Folder.Path() / "ACUs", "a file in the way");
-    m_Bench->Events.At(7.0, [this] { m_Cancel(); });
+    m_Bench->Events.At(7.0, [this] { m_Bench->TheStation.Procedures.Cancel(); });
     const HealthCheckResult result = Run({Option::Short});
     EXPECT_EQ(result.Ended, End::Cancelled);
     EXPECT_NE(result.Error, "");

@@ -13,15 +13,16 @@ class MFCSequenceTest : public ::testing::Test {
     void UseBench(const std::vector<std::string>& faults) {
         m_Bench = std::make_unique<TestBench>("acu", faults);
         m_Board = &m_Bench->Detect();
-        m_Board->Calibration().ReadEPROMValues(*m_Board);
+        m_Bench->TheStation.Calibration().ReadEPROMValues();
     }
     void SetUp() override { UseBench({}); }
 
     bool Run(const SequenceView& view = {}) {
-        BoardDACSliders sliders(m_Bench->TheStation);
-        ProcedureWait wait(m_Bench->Time, m_Bench->Events, m_Cancel);
+        Station& station = m_Bench->TheStation;
+        const RunningProcedure procedure(station.Procedures);
+        ProcedureWait wait(station.World, station.Procedures);
         std::int32_t row = 7;
-        return m_Sequence.RunSequence({m_Bench->TheStation, sliders, wait}, view, nullptr, "", row);
+        return m_Sequence.RunSequence(station, wait, view, nullptr, "", row);
     }
     double Now_s() const {
         return static_cast<double>(m_Bench->Time.Counter()) /
@@ -30,9 +31,8 @@ class MFCSequenceTest : public ::testing::Test {
     void ExpectAirOff() { EXPECT_LT(m_Bench->FlowLater_bits(), TestBench::NoFlow_bits); }
 
     std::unique_ptr<TestBench> m_Bench;
-    clsAIB* m_Board = nullptr;
-    clsMFCSequence m_Sequence;
-    Cancellation m_Cancel;
+    AIB* m_Board = nullptr;
+    MFCSequence m_Sequence;
 };
 
 TEST_F(MFCSequenceTest, RunsItsStepsBackToBack) {
@@ -96,7 +96,7 @@ TEST_F(MFCSequenceTest, AFullRecordIsSaidInTheStepList) {
 
 TEST_F(MFCSequenceTest, CancelEndsItAtOnceWithTheAirOff) {
     m_Sequence.AddStep(0.9F, 0.9F, 100.0F);
-    m_Bench->Events.At(3.0, [this] { m_Cancel.Request(); });
+    m_Bench->Events.At(3.0, [this] { m_Bench->TheStation.Procedures.Cancel(); });
     EXPECT_FALSE(Run());
     EXPECT_NEAR(Now_s(), 3.0, 0.05);
     ExpectAirOff();

@@ -11,15 +11,14 @@ namespace {
 class MFCStepTest : public ::testing::Test {
   protected:
     TestBench m_Bench{"acu"};
-    clsAIB& m_Board = m_Bench.Detect();
-    BoardDACSliders m_Sliders{m_Bench.TheStation};
-    clsHiResTimer m_Timer{m_Bench.Time};
-    clsMFCStep m_Step;
+    AIB& m_Board = m_Bench.Detect();
+    HiResTimer m_Timer{m_Bench.Time};
+    MFCStep m_Step;
 
-    void SetUp() override { m_Board.Calibration().ReadEPROMValues(m_Board); }
+    void SetUp() override { m_Bench.TheStation.Calibration().ReadEPROMValues(); }
     void Start(float ch1, float ch2, float duration_s) {
         m_Step.Init(0, ch1, ch2, duration_s, nullptr);
-        m_Step.StartStep(m_Timer, m_Sliders);
+        m_Step.StartStep(m_Timer, m_Bench.TheStation);
     }
     bool Record() { return m_Step.RecordDataPoint(m_Board, nullptr, nullptr); }
     void RecordFor(double seconds) {
@@ -80,7 +79,7 @@ TEST_F(MFCStepTest, EndValueIsTheMeanOfTheLastTwoSeconds) {
 TEST_F(MFCStepTest, AFullRecordTakesNoMoreSamples) {
     Start(0.0F, 0.0F, 300.0F);
     RecordFor(199.99);
-    EXPECT_EQ(m_Step.DataCount(), clsMFCStep::DataCapacity);
+    EXPECT_EQ(m_Step.DataCount(), MFCStep::DataCapacity);
     EXPECT_FALSE(m_Step.RecordFull());
     m_Bench.Time.Advance(1.0);
     EXPECT_FALSE(Record());
@@ -100,10 +99,10 @@ TEST_F(MFCStepTest, TracesRunOnAcrossAStepChange) {
     for (std::size_t i = 0; i < perSample.size(); ++i)
         EXPECT_EQ(graphs.Surfaces.at(i).Segments.size(), perSample.at(i)) << i;
 
-    clsMFCStep next;
+    MFCStep next;
     next.Init(1, 0.2F, 0.0F, 2.0F, &m_Step);
     EXPECT_FLOAT_EQ(next.EndTime_s(), 4.0F);
-    next.StartStep(m_Timer, m_Sliders);
+    next.StartStep(m_Timer, m_Bench.TheStation);
     next.RecordDataPoint(m_Board, &graphs.Set, &labels);
     const RecordedSurface::Segment& joint = graphs.Surfaces[0].Segments.at(2);
     EXPECT_DOUBLE_EQ(joint.X1, m_Step.data(1, 0) / 1000.0);
@@ -116,14 +115,13 @@ TEST_F(MFCStepTest, TracesRunOnAcrossAStepChange) {
 TEST(MFCStepSensors, ThePressureColumnFollowsTheSensor) {
     for (const std::int32_t sensor : {0, 1, 2}) {
         TestBench bench("acu");
-        clsAIB& board = bench.Detect();
+        AIB& board = bench.Detect();
         PutWord(board, 44, sensor);
-        board.Calibration().ReadEPROMValues(board);
-        BoardDACSliders sliders(bench.TheStation);
-        clsHiResTimer timer(bench.Time);
-        clsMFCStep step;
+        bench.TheStation.Calibration().ReadEPROMValues();
+        HiResTimer timer(bench.Time);
+        MFCStep step;
         step.Init(0, 0.0F, 0.0F, 1.0F, nullptr);
-        step.StartStep(timer, sliders);
+        step.StartStep(timer, bench.TheStation);
         step.RecordDataPoint(board, nullptr, nullptr);
         EXPECT_EQ(step.data(0, 5) != 0, sensor < 2) << sensor;
     }
@@ -131,12 +129,11 @@ TEST(MFCStepSensors, ThePressureColumnFollowsTheSensor) {
 
 TEST(MFCStepFaults, ADisturbanceIsNotRecordedAndABoardGoneForASecondEndsIt) {
     TestBench bench("acu", {"unplug@1"});
-    clsAIB& board = bench.Detect();
-    BoardDACSliders sliders(bench.TheStation);
-    clsHiResTimer timer(bench.Time);
-    clsMFCStep step;
+    AIB& board = bench.Detect();
+    HiResTimer timer(bench.Time);
+    MFCStep step;
     step.Init(0, 0.0F, 0.0F, 10.0F, nullptr);
-    step.StartStep(timer, sliders);
+    step.StartStep(timer, bench.TheStation);
     EXPECT_TRUE(step.RecordDataPoint(board, nullptr, nullptr));
     bench.Time.Advance(1.1);
     EXPECT_FALSE(step.RecordDataPoint(board, nullptr, nullptr));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "board/DACSliders.h"
+#include "board/Outputs.h"
 #include "healthcheck/GraphSurface.h"
 
 #include <array>

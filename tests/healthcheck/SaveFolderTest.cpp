@@ -8,8 +8,8 @@ namespace {
 
 TEST(SaveFolder, FollowsWhetherTheShareCanBeReached) {
     TestBench bench;
-    clsAIB& board = bench.Detect();
-    board.Calibration().ReadEPROMValues(board);
+    bench.Detect();
+    bench.TheStation.Calibration().ReadEPROMValues();
     std::string folder;
     ASSERT_TRUE(GetACUFolder(bench.TheStation, folder));
     EXPECT_EQ(folder, R"(C:\ACUs\ACU00301_M9200301A\)");

@@ -2,7 +2,6 @@
 
 #include "calibration/CalibrationBench.h"
 #include "calibration/history/RecordedRun.h"
-#include "journal/JournalLines.h"
 #include "platform/text/SingleJson.h"
 #include "support/WorkbookProbe.h"
 
@@ -24,7 +23,7 @@ std::pair<std::size_t, std::size_t> ContentOf(const RecordedRun& run) {
         readings += reading.Valid ? 1U : 0U;
         samples += reading.Trace.size();
     };
-    for (const ChannelMeasurement& channel : run.Velocity.Channels) {
+    for (const ChannelMeasurement& channel : run.Velocity.Measured.Channels) {
         std::for_each(channel.Rising.begin(), channel.Rising.end(), count);
         std::for_each(channel.Falling.begin(), channel.Falling.end(), count);
         for (const StepMeasurement& step : channel.Steps)
@@ -49,15 +48,17 @@ TEST_P(JournalReportTest, IsTheRunsOwnPartByPart) {
     const ReportCase& c = GetParam();
     CalibrationBench bench(c.Bench, c.Faults);
     if (c.CancelAt_s > 0.0)
-        bench.Bench.Events.At(c.CancelAt_s, [&] { bench.Record().CancelCalibration(); });
+        bench.Bench.Events.At(c.CancelAt_s, [&] { bench.Cancel(); });
     const CalibrationOutcome outcome =
         c.Velocity ? bench.SetUp.RunVelocity(c.What) : bench.SetUp.RunPressure(c.What);
     bench.Bench.Time.Advance(1000.0);
-    const RecordedRun run = ReadJournal(bench.Bench.World, bench.JournalText());
-    EXPECT_TRUE(run.Ended);
-    const RemadeReport remade = MakeReport(bench.Services, run);
+    JournalReaders readers;
+    AddCalibrationReaders(readers, bench.Reports);
+    const auto run = readers.Read(bench.JournalText());
+    EXPECT_TRUE(run->Ended());
+    const RemadeReport remade = run->MakeReport();
     EXPECT_TRUE(remade.AllStored);
-    EXPECT_NE(MakeReport(bench.Services, run).Files, remade.Files) << "in the same second";
+    EXPECT_NE(run->MakeReport().Files, remade.Files) << "in the same second";
     ASSERT_EQ(remade.Files.size(), c.Workbooks);
     ASSERT_EQ(outcome.Files.size(), 1 + c.Workbooks) << "log and workbooks";
     for (std::size_t i = 0; i < c.Workbooks; ++i) {
@@ -81,20 +82,20 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(RunJournalTest, ACutAtAnyByteLosesWhatStandsBehindItOnly) {
     CalibrationBench bench("acu");
-    bench.Bench.Events.At(100.0, [&] { bench.Record().CancelCalibration(); });
+    bench.Bench.Events.At(100.0, [&] { bench.Cancel(); });
     bench.SetUp.RunVelocity(Kind::System);
     const std::string text = bench.JournalText();
     const std::size_t header = text.find('\n') + 1;
     std::pair<std::size_t, std::size_t> before;
     constexpr std::size_t step = 61; // prime, to fall on every part of a line
     for (std::size_t cut = header; cut <= text.size(); cut += step) {
-        const auto content = ContentOf(ReadJournal(bench.Bench.World, text.substr(0, cut)));
+        const auto content = ContentOf(ReadJournal(text.substr(0, cut)));
         EXPECT_GE(content, before) << cut;
         before = content;
     }
     EXPECT_EQ(before.first, 6U) << "readings of 15 s";
     const std::string damaged = text.substr(0, header) + "?" + text.substr(header);
-    EXPECT_THROW(ReadJournal(bench.Bench.World, damaged), JournalError);
+    EXPECT_THROW(ReadJournal(damaged), JournalError);
 }
 
 TEST(RunJournalTest, AProgramThatDiesLosesASecondAtMost) {
@@ -102,13 +103,13 @@ TEST(RunJournalTest, AProgramThatDiesLosesASecondAtMost) {
     constexpr double samplesASecond = 10.0; // of the first point, which takes 15 s
     for (const double at_s : {3.0, 3.4, 7.9, 14.9})
         bench.Bench.Events.At(at_s, [&, at_s] {
-            const RecordedRun run = ReadJournal(bench.Bench.World, bench.JournalText());
+            const RecordedRun run = ReadJournal(bench.JournalText());
             EXPECT_FALSE(run.Ended);
             EXPECT_GE(static_cast<double>(ContentOf(run).second), (at_s - 1.0) * samplesASecond - 1)
                 << at_s;
         });
-    bench.Bench.Events.At(15.0, [&] { bench.Record().CancelCalibration(); });
-    EXPECT_TRUE(bench.SetUp.RunVelocity(Kind::System).Aborted);
+    bench.Bench.Events.At(15.0, [&] { bench.Cancel(); });
+    EXPECT_EQ(bench.SetUp.RunVelocity(Kind::System).Ended, End::Cancelled);
 }
 
 TEST(RunJournalTest, SinglesComeBackBitForBit) {

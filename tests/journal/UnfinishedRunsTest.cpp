@@ -1,8 +1,7 @@
 #include "journal/UnfinishedRuns.h"
 
 #include "calibration/CalibrationBench.h"
-#include "calibration/history/CalibrationHistory.h"
-#include "healthcheck/OpenJournal.h"
+#include "calibration/history/RecordedRun.h"
 #include "support/FullDisk.h"
 #include "support/WorkbookProbe.h"
 
@@ -22,7 +21,7 @@ class UnfinishedRunsTest : public ::testing::Test {
         m_Bench.Bench.Events.At(at_s, [&] {
             text = m_Bench.JournalText();
             EXPECT_TRUE(Unfinished().empty()) << "a run that is going on";
-            m_Bench.Record().CancelCalibration();
+            m_Bench.Cancel();
         });
         m_Bench.SetUp.RunVelocity(kind);
         EXPECT_TRUE(Unfinished().empty()) << "a run that has been cancelled has ended";
@@ -34,7 +33,12 @@ class UnfinishedRunsTest : public ::testing::Test {
     std::vector<UnfinishedRun> Unfinished() { return FindUnfinishedRuns(m_Bench.Bench.World); }
     void Offer(Answer answer) {
         m_Bench.Bench.Messages.Answers = {answer};
-        OfferUnfinishedRuns(m_Bench.Services, OpenJournal);
+        OfferUnfinishedRuns(m_Bench.Bench.World, Readers());
+    }
+    JournalReaders Readers() {
+        JournalReaders readers;
+        AddCalibrationReaders(readers, m_Bench.Reports);
+        return readers;
     }
     Drive& Files() { return m_Bench.Bench.Files; }
 
@@ -50,12 +54,12 @@ TEST_F(UnfinishedRunsTest, YesWritesTheReportOfWhatThereIs) {
     EXPECT_EQ(shown[0].Buttons, MessageButtons::YesNoCancel);
     EXPECT_TRUE(Unfinished().empty());
     const CalibrationHistory history = ReadHistory(Files(), 301);
-    EXPECT_EQ(history.Runs.at(0).Verdict, Verdicts::Interrupted);
+    EXPECT_EQ(history.Runs.at(0).Verdict, InterruptedVerdict);
     ASSERT_EQ(history.Runs[0].Files.size(), 1U) << "no sheet of an audit that has no result";
     WorkbookProbe report(ReadWholeFile(history.Runs[0].Files[0]));
     EXPECT_EQ(report.Value("Report", "M3"), "NOT COMPLETE");
     EXPECT_NE(report.Value("Report", "F13"), "");
-    EXPECT_TRUE(OpenJournal(m_Bench.Bench.World, Files().ReadFile(Journal))->Ended());
+    EXPECT_TRUE(Readers().Read(Files().ReadFile(Journal))->Ended());
 }
 
 TEST_F(UnfinishedRunsTest, NoRemovesTheJournalAndCancelLeavesItForTheNextStart) {
@@ -68,7 +72,7 @@ TEST_F(UnfinishedRunsTest, NoRemovesTheJournalAndCancelLeavesItForTheNextStart) 
     }
     Offer(Answer::No);
     EXPECT_FALSE(Files().FileExists(Journal) || Files().FileExists(Mark));
-    EXPECT_EQ(ReadHistory(Files(), 301).Runs.at(0).Verdict, Verdicts::Interrupted);
+    EXPECT_EQ(ReadHistory(Files(), 301).Runs.at(0).Verdict, InterruptedVerdict);
 }
 
 TEST_F(UnfinishedRunsTest, ARunThatCannotBeSettledAtOnceIsWrittenDownOnce) {
@@ -76,7 +80,7 @@ TEST_F(UnfinishedRunsTest, ARunThatCannotBeSettledAtOnceIsWrittenDownOnce) {
     FullDisk disk(Files());
     TestBench& bench = m_Bench.Bench;
     Platform full{bench.Time, bench.Events, bench.Messages, disk, bench.Documents, bench.End};
-    const auto run = OpenJournal(bench.World, Files().ReadFile(Journal));
+    const auto run = Readers().Read(Files().ReadFile(Journal));
     EXPECT_THROW(SettleUnfinishedRun(full, Journal, *run, {}), DriveError);
     EXPECT_EQ(Unfinished().size(), 1U) << "asked about again";
     EXPECT_TRUE(SettleUnfinishedRun(bench.World, Journal, *run, {}));

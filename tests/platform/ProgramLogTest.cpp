@@ -2,6 +2,7 @@
 
 #include "board/Detection.h"
 #include "board/procedure/DrivingProcedure.h"
+#include "platform/text/Paths.h"
 #include "support/TestBench.h"
 
 #include <gtest/gtest.h>
@@ -15,12 +16,12 @@ std::string Log(const TestBench& bench) {
 
 TEST(ProgramLog, OldLogsGoAndTheLastLinesAreThoseOfTheTwoNewest) {
     TestBench bench; // 15 March 2024
-    bench.Files.CreateFolder(LogFolder);
+    bench.Files.CreateFolder(Paths::Logs);
     for (const char* name : {"ombrix_20231231.log", "ombrix_20240114.log", "ombrix_20240115.log",
                              "ombrix_20240314.log", "ombrix_20240315.log", "ombrix_notes.txt"})
-        bench.Files.ReplaceFile(std::string(LogFolder) + name, std::string(name) + "\nsecond\n");
+        bench.Files.ReplaceFile(std::string(Paths::Logs) + name, std::string(name) + "\nsecond\n");
     RemoveOldLogs(bench.World);
-    EXPECT_EQ(bench.Files.FilesIn(LogFolder),
+    EXPECT_EQ(bench.Files.FilesIn(Paths::Logs),
               (std::vector<std::string>{"ombrix_20240115.log", "ombrix_20240314.log",
                                         "ombrix_20240315.log", "ombrix_notes.txt"}));
     EXPECT_EQ(LastLogLines(bench.Files, 3), "second\nombrix_20240315.log\nsecond\n");
@@ -50,7 +51,7 @@ TEST(ProgramLog, ProceduresAreNotedWithTheirOutcome) {
                           Case{[]() -> bool { throw std::runtime_error("!"); }, "failed: !"},
                           Case{[]() -> bool { throw ProgramEnded{}; }, "left by an error"}}) {
         TestBench bench;
-        ProcedureOutcome outcome;
+        Outcome outcome;
         try {
             RunBenchProcedure(bench.TheStation, "sweep", {}, outcome, c.Body);
         } catch (const ProgramEnded&) {

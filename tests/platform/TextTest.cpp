@@ -47,6 +47,10 @@ TEST(Text, FixedWidthCountsCharactersNotBytes) {
     EXPECT_EQ(Trimmed(FixedWidth(" é", 12)), "é");
 }
 
+TEST(Text, PlacesAreFilledByTheirNumber) {
+    EXPECT_EQ(FormatArgs("Channel [1] at [2], [1]", {"2", "50"}), "Channel 2 at 50, 2");
+}
+
 TEST(Text, DatePatterns) {
     const OleDate date = OleDate::FromCivil({2024, 3, 5, 14, 5, 9});
     EXPECT_EQ(DateText(date, "yyyymmdd_hhnnss"), "20240305_140509");

@@ -5,7 +5,7 @@
 namespace ombrix {
 namespace {
 
-double MeanReading(TestBench& bench, clsAIB& board, std::int32_t channel) {
+double MeanReading(TestBench& bench, AIB& board, std::int32_t channel) {
     constexpr int samples = 500;
     double sum = 0.0;
     for (int i = 0; i < samples; ++i) {
@@ -19,7 +19,7 @@ class HealthyBench : public ::testing::TestWithParam<const char*> {};
 
 TEST_P(HealthyBench, SettlesWithinASecondNearItsDemand) {
     TestBench bench(GetParam());
-    clsAIB& board = bench.Detect();
+    AIB& board = bench.Detect();
     for (const std::int32_t channel : {0, 1}) {
         board.SetDAC(channel, 32767);
         bench.Time.Advance(0.05);
@@ -38,7 +38,7 @@ INSTANTIATE_TEST_SUITE_P(Benches, HealthyBench, ::testing::Values("acu", "plain"
 
 TEST(BenchFaults, AFrozenPressureIgnoresTheFlow) {
     TestBench bench("acu", {"pressure-frozen"});
-    clsAIB& board = bench.Detect();
+    AIB& board = bench.Detect();
     const std::int32_t atRest = board.MyGetADC(2);
     board.SetDAC(0, 60000);
     bench.Time.Advance(2.0);
@@ -56,7 +56,7 @@ TEST(BenchFaults, TextsThatNameNoneAreRejected) {
 
 TEST(Bench, PressureFollowsTheFlowOnTheLine) {
     TestBench bench("acu");
-    clsAIB& board = bench.Detect();
+    AIB& board = bench.Detect();
     const double atRest = MeanReading(bench, board, 2);
     board.SetDAC(0, 60000);
     bench.Time.Advance(1.5);
@@ -69,8 +69,8 @@ TEST(Bench, PressureFollowsTheFlowOnTheLine) {
 TEST(Bench, SameSeedSameReadings) {
     TestBench first;
     TestBench second;
-    clsAIB& board = first.Detect();
-    clsAIB& twin = second.Detect();
+    AIB& board = first.Detect();
+    AIB& twin = second.Detect();
     for (int i = 0; i < 100; ++i)
         ASSERT_EQ(board.MyGetADC(2), twin.MyGetADC(2));
 }

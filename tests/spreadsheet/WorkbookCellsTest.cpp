@@ -1,4 +1,5 @@
 // Values, formulas and formats of cells.
+#include "spreadsheet/Cells.h"
 #include "support/WorkbookFixture.h"
 
 #include <array>
@@ -13,6 +14,14 @@ struct WrittenValue {
     const char* Type;
     const char* Text;
 };
+
+TEST(Cells, ColumnLettersCarry) {
+    const std::vector<std::pair<int, const char*>> cases = {
+        {1, "A"}, {26, "Z"}, {27, "AA"}, {52, "AZ"}, {53, "BA"}, {702, "ZZ"}, {16384, "XFD"}};
+    for (const auto& [column, letters] : cases)
+        EXPECT_EQ(ColumnLetters(column), letters);
+    EXPECT_EQ(CellAddress(0, 5), "A5");
+}
 
 TEST(WorkbookCellsTest, ValuesArriveInTheFile) {
     WorkbookFixture fixture;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "board/Station.h"
-#include "calibration/unit/ACUCalibration.h"
 #include "platform/os/FolderDrive.h"
 #include "platform/os/VirtualClock.h"
 #include "simulator/SimulatedBench.h"
@@ -108,8 +107,8 @@ class ThrowingEnd final : public ProgramEnd {
 };
 
 /// Puts a word into a board's EPROM past the guard that the program's own writing has.
-inline void PutWord(clsAIB& board, std::int32_t address, std::int32_t word) {
-    const clsAIB::EpromWriting writing(board);
+inline void PutWord(AIB& board, std::int32_t address, std::int32_t word) {
+    const AIB::EpromWriting writing(board);
     board.WriteEPROM(address, word);
 }
 
@@ -119,10 +118,7 @@ class TestBench {
     explicit TestBench(const std::string& bench = "acu",
                        const std::vector<std::string>& faults = {})
         : Bench(Time, {bench, Faults::Parse(faults), 1, {}}),
-          Services{
-              Bench, World,
-              [this] { return std::make_shared<clsACUCalibration>(World, TheStation.Claims); }},
-          TheStation(Services) {
+          TheStation({Bench, World}) {
         PrepareSimulatorFolder(Folder.Path()); // for the FPGA files; EPROMs stay in memory
         std::filesystem::create_directory(Folder.Path() / "Kept");
         Files.Mount("T:", Folder.Path() / "Kept");
@@ -137,7 +133,6 @@ class TestBench {
     ThrowingEnd End;
     Platform World{Time, Events, Messages, Files, Documents, End};
     SimulatedBench Bench;
-    BoardServices Services;
     Station TheStation;
 
     /// What flows on a board's channels a few seconds later, both together in bits. A set-point
@@ -156,11 +151,11 @@ class TestBench {
     static constexpr std::int32_t NoFlow_bits = 40;
 
     /// Opens the library and makes the board current.
-    clsAIB& Detect(std::int32_t index = 0) {
+    AIB& Detect(std::int32_t index = 0) {
         std::int32_t count = 0;
-        TheStation.g_AIBList.OpenAIBAPI(count);
-        TheStation.g_CurrentAIB = TheStation.g_AIBList.AIB(index);
-        return *TheStation.g_CurrentAIB;
+        TheStation.AIBList.OpenAIBAPI(count);
+        TheStation.CurrentAIB = TheStation.AIBList.AIB(index);
+        return *TheStation.CurrentAIB;
     }
 };
 

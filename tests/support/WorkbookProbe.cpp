@@ -1,7 +1,7 @@
 #include "support/WorkbookProbe.h"
 
-#include "board/AIBTools.h"
 #include "platform/os/FolderDrive.h"
+#include "platform/text/Text.h"
 #include "spreadsheet/package/ZipArchive.h"
 
 #include <fmt/format.h>

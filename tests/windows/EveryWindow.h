@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration/unit/CalibrationSummary.h"
+#include "board/unit/CalibrationSummary.h"
 #include "windows/WindowBench.h"
 #include "windows/calibration/ACUCalibrationWindow.h"
 #include "windows/desktop/OpenExcelWindow.h"
@@ -43,8 +43,9 @@ inline void ShowHealthCheck(const Visit& visit) {
 
 inline void ShowStages(const Visit& visit) {
     TestBench bench;
-    ReadCalibrationSummary(bench.Detect());
-    frmACUCalibration window(bench.TheStation);
+    bench.Detect();
+    ReadCalibrationSummary(bench.TheStation.Calibration());
+    ACUCalibrationWindow window(bench.TheStation);
     window.Stage_Add("Velocity System Calibration (1 of 2)");
     window.Stage_Add("Velocity System Calibration (2 of 2)");
     window.Stage_RunNext();
@@ -80,16 +81,16 @@ inline void ShowHistory(const Visit& visit) {
 }
 
 inline void ShowRestore(const Visit& visit) {
-    frmRestoreEPROM window("ACU00301_20240315_140509_EPROM To All.bin",
-                           "This is the EPROM of another unit: ACU00301. It is about to go into "
-                           "ACU00302.",
-                           {{1024, "MFC number", "\"M9200301A\"", "\"M9200123Z\""}}, nullptr);
+    RestoreEPROMWindow window("ACU00301_20240315_140509_EPROM To All.bin",
+                              "This is the EPROM of another unit: ACU00301. It is about to go into "
+                              "ACU00302.",
+                              {{1024, "MFC number", "\"M9200301A\"", "\"M9200123Z\""}}, nullptr);
     window.show();
     visit(window);
 }
 
 inline void ShowWait(const Visit& visit) {
-    frmOpenExcel window(nullptr);
+    OpenExcelWindow window(nullptr);
     window.Show("Opening the template of the ACU health check");
     visit(window);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "calibration/history/RecordedRun.h"
 #include "spreadsheet/XlsxApplication.h"
 #include "support/NoConverter.h"
 #include "support/TestBench.h"
@@ -26,9 +27,15 @@ class WindowBench {
                          const std::vector<std::string>& faults = {})
         : Bench(bench, faults),
           Window(Bench.TheStation,
-                 {[this] { Bench.Events.EndProgram(); },
-                  [this] { return std::make_unique<XlsxApplication>(Bench.Files, m_Converter); },
-                  std::string(Templates) + "\\", "1.2.34"}) {
+                 {.EndProgram = [this] { Bench.Events.EndProgram(); },
+                  .Reports = [this](OpenExcelView& wait) { return Reports(wait); },
+                  .Journals =
+                      [](const ReportTools& tools) {
+                          JournalReaders readers;
+                          AddCalibrationReaders(readers, tools);
+                          return readers;
+                      },
+                  .Version = "1.2.34"}) {
         Bench.Files.Mount(Templates, TEMPLATES_FOLDER);
         Bench.Events.EveryPass = [] { QCoreApplication::processEvents(); };
         Window.show();
@@ -76,9 +83,15 @@ class WindowBench {
     }
 
     TestBench Bench;
-    frmAIBAccessories Window;
+    AIBAccessoriesWindow Window;
 
   private:
+    ReportTools Reports(OpenExcelView& wait) {
+        return {Bench.TheStation,
+                [this] { return std::make_unique<XlsxApplication>(Bench.Files, m_Converter); },
+                wait, std::string(Templates) + "\\"};
+    }
+
     static constexpr std::string_view Templates = R"(C:\Program Files\Ombrix\Templates)";
 
     NoConverter m_Converter;

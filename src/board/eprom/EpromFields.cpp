@@ -28,15 +28,15 @@ class FieldTable {
         m_Fields[address] = {address, DateWords, name, EpromKind::Date};
     }
     void Text(std::int32_t address, std::int32_t length, const std::string& name) {
-        m_Fields[address] = {address, length / Map::WordBytes, name, EpromKind::Text};
+        m_Fields[address] = {address, length / EpromWordBytes, name, EpromKind::Text};
     }
     /// The fields, and between them the words that belong to none.
     std::vector<EpromField> Take() {
         std::vector<EpromField> all;
-        for (std::int32_t address = 0; address < clsAIB::EPROMBytes;) {
+        for (std::int32_t address = 0; address < EpromBytes;) {
             const auto found = m_Fields.find(address);
             all.push_back(found == m_Fields.end() ? EpromField{address} : std::move(found->second));
-            address += all.back().Words * Map::WordBytes;
+            address += all.back().Words * EpromWordBytes;
         }
         return all;
     }
@@ -52,10 +52,10 @@ void AddVelocity(FieldTable& fields) {
     fields.Add(Map::DigitalMFCConfig, "Digital MFC config", EpromKind::Long);
     fields.Add(Map::DigitalPressureConfig, "Digital pressure config", EpromKind::Long);
     for (std::int32_t point = 0; point < Map::LargestPointCount; ++point)
-        fields.Add(Map::VelocityCal + point * Map::WordBytes, fmt::format("Demand {}", point + 1),
+        fields.Add(Map::VelocityCal + point * EpromWordBytes, fmt::format("Demand {}", point + 1),
                    EpromKind::Long);
     for (std::int32_t channel = 0; channel < Map::Channels; ++channel) {
-        fields.Add(Map::ChannelCapacity + channel * Map::WordBytes,
+        fields.Add(Map::ChannelCapacity + channel * EpromWordBytes,
                    fmt::format("Channel {} capacity", channel + 1), EpromKind::Single);
         std::int32_t address =
             Map::VelocityCal + channel * Map::VelocityCalBytes + Map::VelocityCalDemandBytes;
@@ -63,7 +63,7 @@ void AddVelocity(FieldTable& fields) {
             for (const char* part : {"slope", "intercept"}) {
                 fields.Add(address, fmt::format("Channel {} {} {}", channel + 1, part, segment),
                            EpromKind::Single);
-                address += Map::WordBytes;
+                address += EpromWordBytes;
             }
     }
 }
@@ -73,7 +73,7 @@ void AddPressure(FieldTable& fields) {
     fields.Add(Map::MaxPressure, "Max pressure", EpromKind::Single);
     fields.Add(Map::BaseDiameter, "Base diameter", EpromKind::Single);
     for (std::int32_t k = 0; k < 3; ++k)
-        fields.Add(Map::PressureCoeff + k * Map::WordBytes, fmt::format("Pressure coeff {}", k),
+        fields.Add(Map::PressureCoeff + k * EpromWordBytes, fmt::format("Pressure coeff {}", k),
                    EpromKind::Single);
 }
 
@@ -94,7 +94,7 @@ void AddLastCalibrations(FieldTable& fields) {
 }
 
 std::uint32_t Bits(const EpromImage& image, const EpromField& field, std::int32_t word) {
-    return static_cast<std::uint32_t>(image.Word(field.Address + word * Map::WordBytes));
+    return static_cast<std::uint32_t>(image.Word(field.Address + word * EpromWordBytes));
 }
 
 std::string SingleText(std::uint32_t bits) {

@@ -47,7 +47,6 @@ constexpr std::int32_t PressureCoeff = 752; // three Singles
 
 constexpr std::int32_t MFCNumber = 1024;
 
-constexpr std::int32_t WordBytes = 4;
 constexpr std::int32_t Channels = 4;
 constexpr std::int32_t LargestPointCount = 10;
 constexpr std::int32_t UserLength = 32;

@@ -1,11 +1,10 @@
 #include "board/eprom/EpromGuard.h"
 
-#include "board/AIBTools.h"
 #include "board/procedure/ProcedureWait.h"
 #include "platform/os/ProgramLog.h"
-#include "platform/ports/FreePath.h"
-#include "platform/text/FileNamePart.h"
+#include "platform/ports/Folders.h"
 #include "platform/text/OleDate.h"
+#include "platform/text/Paths.h"
 
 #include <fmt/format.h>
 
@@ -30,7 +29,7 @@ std::string Listed(const std::vector<EpromDifference>& differences,
     return text;
 }
 
-EpromImage ReadImage(clsAIB& board) {
+EpromImage ReadImage(AIB& board) {
     try {
         return EpromImage::Read(board);
     } catch (const BoardError& error) {
@@ -42,7 +41,7 @@ EpromImage ReadImage(clsAIB& board) {
 
 } // namespace
 
-EpromGuard::EpromGuard(Platform& world, BoardClaims& claims, clsAIB& board, std::string purpose,
+EpromGuard::EpromGuard(Platform& world, BoardClaims& claims, AIB& board, std::string purpose,
                        Identity identity)
     : m_World(world), m_Claims(claims), m_Board(board), m_Purpose(std::move(purpose)),
       m_Identity(identity), m_Unit(fmt::format("ACU{:05}", board.SerialNumber())) {}
@@ -97,10 +96,10 @@ void EpromGuard::ReadSteadily() {
 
 void EpromGuard::Save() {
     try {
-        CreateFolderPath(m_World.Files, BackupFolder);
+        CreateFolderPath(m_World.Files, Paths::Backups);
         const std::string path = FreePath(
             m_World.Files,
-            fmt::format("{}{}_{}_{}", BackupFolder, m_Unit,
+            fmt::format("{}{}_{}_{}", Paths::Backups, m_Unit,
                         DateText(m_World.Time.Now(), "yyyymmdd_hhnnss"), FileNamePart(m_Purpose)),
             ".bin");
         m_World.Files.CreateFile(path, m_Content.Bytes());
@@ -113,18 +112,22 @@ void EpromGuard::Save() {
     Log("EPROM saved as " + m_Backup);
 }
 
-void EpromGuard::Write(const std::function<void()>& work) {
+bool EpromGuard::Write(const EpromWords& words, const Progress& progress) {
     if (IsReady())
         RequireSameBoard();
     else
         MakeReady();
     const EpromImage before = m_Content;
-    clsAIB::EpromWriting writing(m_Board);
+    Written written;
     try {
-        work();
+        const bool whole = WriteWords(words, progress, written);
+        ReadBack(written);
+        return whole;
+    } catch (const EpromError&) {
+        throw;
     } catch (const std::exception& error) {
         // The log is to say what has been changed, and the operator that it is a part only.
-        ReadBack(writing);
+        ReadBack(written);
         if (m_Content == before)
             throw;
         throw EpromError(fmt::format(
@@ -132,15 +135,27 @@ void EpromGuard::Write(const std::function<void()>& work) {
             "Please repeat \"{}\", or restore the content from before, which lies in\r\n\r\n   {}",
             m_Unit, error.what(), m_Purpose, m_World.Files.RealPath(m_Backup).string()));
     }
-    ReadBack(writing);
 }
 
-void EpromGuard::ReadBack(const clsAIB::EpromWriting& writing) {
+bool EpromGuard::WriteWords(const EpromWords& words, const Progress& progress, Written& written) {
+    const AIB::EpromWriting writing(m_Board);
+    for (const EpromWords::Word& word : words.All()) {
+        if (progress && !progress(word.Address))
+            return false;
+        written.Words.insert_or_assign(word.Address, word.Value);
+        const AIBStatus status = m_Board.WriteEPROM(word.Address, word.Value);
+        if (written.Failure == Status::NoError)
+            written.Failure = status;
+    }
+    return true;
+}
+
+void EpromGuard::ReadBack(const Written& written) {
     EpromImage wanted = m_Content;
     EpromImage found = m_Content;
     std::vector<EpromMismatch::Word> wrong;
     AIBStatus status = Status::NoError;
-    for (const auto& [address, word] : writing.Words()) {
+    for (const auto& [address, word] : written.Words) {
         std::int32_t stored = 0;
         status = m_Board.ReadEPROM(address, stored);
         if (status != Status::NoError)
@@ -156,11 +171,11 @@ void EpromGuard::ReadBack(const clsAIB::EpromWriting& writing) {
     if (status != Status::NoError)
         ReportUnreadable(status);
     if (!wrong.empty())
-        Report(wanted, std::move(wrong), writing.Failure());
+        Report(wanted, std::move(wrong), written.Failure);
 }
 
 void EpromGuard::ReportUnreadable(AIBStatus status) const {
-    const std::string reason = clsAIB::AIBErrorStr(status);
+    const std::string reason = AIB::AIBErrorStr(status);
     Log("EPROM cannot be read back: " + reason);
     throw EpromError(fmt::format(
         "What was written to the EPROM of {} cannot be read back: {}.\r\n\r\nPlease check the "
@@ -179,7 +194,7 @@ void EpromGuard::Report(const EpromImage& wanted, std::vector<EpromMismatch::Wor
     for (const EpromDifference& difference : differences)
         Log("EPROM reads back wrong: " + show(difference));
     const std::string reason =
-        failure == Status::NoError ? "" : fmt::format(" ({})", clsAIB::AIBErrorStr(failure));
+        failure == Status::NoError ? "" : fmt::format(" ({})", AIB::AIBErrorStr(failure));
     const std::string text = fmt::format(
         "The EPROM does not hold what was written.\r\n\r\n{} word{} of {}{}:{}\r\n\r\nPlease check "
         "the board, then repeat \"{}\". The content from before lies in\r\n\r\n   {}",

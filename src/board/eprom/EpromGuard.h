@@ -2,6 +2,7 @@
 
 #include "board/Station.h"
 #include "board/eprom/EpromFields.h"
+#include "platform/text/Paths.h"
 
 #include <cstdint>
 #include <functional>
@@ -39,9 +40,6 @@ class EpromMismatch : public EpromError {
     std::shared_ptr<const std::vector<Word>> m_Words;
 };
 
-/// Folder of the saved EPROM contents, ended by a backslash.
-inline constexpr const char* BackupFolder = R"(C:\Backups\)";
-
 /// Guards the writing that one procedure does to the EPROM of one board: nothing is written
 /// before the content has been saved, only the board that was detected is written, and what was
 /// written is read back and noted in the log.
@@ -52,33 +50,46 @@ class EpromGuard {
 
     /// @param purpose what is about to happen ("velocity system calibration"); a part of the
     ///        name of the saved content
-    EpromGuard(Platform& world, BoardClaims& claims, clsAIB& board, std::string purpose,
+    EpromGuard(Platform& world, BoardClaims& claims, AIB& board, std::string purpose,
                Identity identity = Identity::Required);
     EpromGuard(Station& station, std::string purpose, Identity identity = Identity::Required)
-        : EpromGuard(station.World, station.Claims, *station.g_CurrentAIB, std::move(purpose),
+        : EpromGuard(station.World, station.Claims, *station.CurrentAIB, std::move(purpose),
                      identity) {}
     EpromGuard(const EpromGuard&) = delete;
     EpromGuard& operator=(const EpromGuard&) = delete;
 
     /// Takes the board for this program, makes sure of its identity, reads the EPROM twice and
-    /// saves it under BackupFolder. To be called before anything is driven or written; does
+    /// saves it under Paths::Backups. To be called before anything is driven or written; does
     /// nothing when it has been done.
     /// @throws EpromError when the EPROM may not be written, BoardError when it cannot be read
     void MakeReady();
     bool IsReady() const { return !m_Backup.empty(); }
 
-    /// Runs what writes to the board's EPROM, makes ready for it where that has not been done,
-    /// and reads every written word back. What the work throws is passed on after that, or
-    /// becomes an EpromError when it has left the EPROM written in part.
+    /// Told each address before it is written; false breaks the writing off.
+    using Progress = std::function<bool(std::int32_t address)>;
+
+    /// Writes words to the board's EPROM, makes ready for it where that has not been done, and
+    /// reads every written word back. What the writing throws is passed on after that, or becomes
+    /// an EpromError when it has left the EPROM written in part.
+    /// @return false when it was broken off
     /// @throws EpromError, EpromMismatch, BoardError
-    void Write(const std::function<void()>& work);
+    bool Write(const EpromWords& words, const Progress& progress = {});
 
   private:
+    /// What has been sent to the board.
+    struct Written {
+        /// The last word that each address was to hold.
+        std::map<std::int32_t, std::int32_t> Words;
+        /// Status of the first word that the board did not take.
+        AIBStatus Failure = Status::NoError;
+    };
+
     void ClaimBoard();
     void RequireSameBoard() const;
     void ReadSteadily();
     void Save();
-    void ReadBack(const clsAIB::EpromWriting& writing);
+    bool WriteWords(const EpromWords& words, const Progress& progress, Written& written);
+    void ReadBack(const Written& written);
     [[noreturn]] void ReportUnreadable(AIBStatus status) const;
     [[noreturn]] void Report(const EpromImage& wanted, std::vector<EpromMismatch::Word> wrong,
                              AIBStatus failure) const;
@@ -87,7 +98,7 @@ class EpromGuard {
 
     Platform& m_World;
     BoardClaims& m_Claims;
-    clsAIB& m_Board;
+    AIB& m_Board;
     std::string m_Purpose;
     Identity m_Identity;
     /// The ACU as files and messages name it.

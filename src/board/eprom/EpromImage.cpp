@@ -9,14 +9,14 @@
 
 namespace ombrix {
 
-EpromImage EpromImage::Read(clsAIB& board) {
+EpromImage EpromImage::Read(EpromSource& board) {
     EpromImage image;
-    for (std::int32_t address = 0; address < clsAIB::EPROMBytes; address += WordBytes) {
+    for (std::int32_t address = 0; address < EpromBytes; address += EpromWordBytes) {
         std::int32_t word = 0;
         const AIBStatus status = board.ReadEPROM(address, word);
         if (status != Status::NoError)
             throw BoardError(fmt::format("The EPROM cannot be read at {}: {}", address,
-                                         clsAIB::AIBErrorStr(status)));
+                                         AIB::AIBErrorStr(status)));
         image.SetWord(address, word);
     }
     return image;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "board/AIB.h"
+#include "board/eprom/EpromStorage.h"
 
 #include <array>
 #include <cstdint>
@@ -13,11 +13,10 @@ namespace ombrix {
 /// 2048 bytes, the word at address a little-endian at offset a.
 class EpromImage {
   public:
-    static constexpr std::int32_t WordBytes = 4;
-    static constexpr std::int32_t WordCount = clsAIB::EPROMBytes / WordBytes;
+    static constexpr std::int32_t WordCount = EpromBytes / EpromWordBytes;
 
     /// Reads every word once. @throws BoardError that names the first word that cannot be read
-    static EpromImage Read(clsAIB& board);
+    static EpromImage Read(EpromSource& board);
     /// @throws std::invalid_argument unless there are 2048 bytes
     static EpromImage FromBytes(std::string_view bytes);
     std::string Bytes() const;
@@ -30,7 +29,7 @@ class EpromImage {
 
   private:
     static std::size_t Index(std::int32_t address) {
-        return static_cast<std::size_t>(address / WordBytes);
+        return static_cast<std::size_t>(address / EpromWordBytes);
     }
 
     std::array<std::int32_t, static_cast<std::size_t>(WordCount)> m_Words{};

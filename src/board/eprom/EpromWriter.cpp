@@ -14,53 +14,48 @@ namespace ombrix {
 AIBStatus WriteIdentity(Station& station, std::int32_t serial, MFCSetup setup) {
     EpromGuard guard(station, "Board Identity", EpromGuard::Identity::MayBeMissing);
     guard.MakeReady();
-    clsAIB& board = *station.g_CurrentAIB;
+    AIB& board = *station.CurrentAIB;
     const auto code = static_cast<std::int32_t>(setup);
     const AIBStatus status = board.WriteAIBInfo(0, code, serial);
     WriteLog(station.World,
              fmt::format("ACU{:05}, Board Identity: serial number {} → {}, MFC setup {}: {}",
                          board.SerialNumber(), board.SerialNumber(), serial, code,
-                         clsAIB::AIBErrorStr(status)));
+                         AIB::AIBErrorStr(status)));
     return status;
 }
 
 namespace {
 
-EpromOutcome WriteImage(Station& station, const char* purpose, const EpromImage& image,
-                        const EpromProgress& progress) {
-    const RunningProcedure running(station.Procedures, [] {});
-    EpromOutcome ended = EpromOutcome::Done;
-    EpromGuard(station, purpose).Write([&] {
-        for (std::int32_t address = 0; address < clsAIB::EPROMBytes;
-             address += EpromImage::WordBytes) {
-            const bool goesOn = progress(address);
-            station.World.Events.ProcessPendingEvents();
-            if (!goesOn || station.World.Events.ProgramEnding()) {
-                ended = EpromOutcome::BrokenOff;
-                return;
-            }
-            station.g_CurrentAIB->WriteEPROM(address, image.Word(address));
-        }
+EpromEnd WriteImage(Station& station, const char* purpose, const EpromImage& image,
+                    const EpromProgress& progress) {
+    const RunningProcedure running(station.Procedures);
+    EpromWords words;
+    for (std::int32_t address = 0; address < EpromBytes; address += EpromWordBytes)
+        words.WriteEPROM(address, image.Word(address));
+    const bool whole = EpromGuard(station, purpose).Write(words, [&](std::int32_t address) {
+        const bool goesOn = progress(address);
+        station.World.Events.ProcessPendingEvents();
+        return goesOn && !station.World.Events.ProgramEnding();
     });
-    return ended;
+    return whole ? EpromEnd::Done : EpromEnd::BrokenOff;
 }
 
 } // namespace
 
 void WriteEPROMWord(Station& station, std::int32_t address, std::int32_t value) {
-    EpromGuard(station, "EPROM Word " + std::to_string(address)).Write([&] {
-        station.g_CurrentAIB->WriteEPROM(address, value);
-    });
+    EpromWords words;
+    words.WriteEPROM(address, value);
+    EpromGuard(station, "EPROM Word " + std::to_string(address)).Write(words);
 }
 
-EpromOutcome WriteWholeEPROM(Station& station, std::int32_t value, const EpromProgress& progress) {
+EpromEnd WriteWholeEPROM(Station& station, std::int32_t value, const EpromProgress& progress) {
     const std::string question =
         "Are you sure you want to overwrite all memory locations with: " + std::to_string(value);
     if (station.World.Messages.Ask({question, MessageIcon::Question, MessageButtons::YesNo}) !=
         Answer::Yes)
-        return EpromOutcome::Declined;
+        return EpromEnd::Declined;
     EpromImage image;
-    for (std::int32_t address = 0; address < clsAIB::EPROMBytes; address += EpromImage::WordBytes)
+    for (std::int32_t address = 0; address < EpromBytes; address += EpromWordBytes)
         image.SetWord(address, value);
     return WriteImage(station, "EPROM To All", image, progress);
 }
@@ -74,7 +69,7 @@ EpromImage ReadEpromFile(const std::filesystem::path& file) {
     }
 }
 
-std::string OriginWarning(const std::filesystem::path& file, const clsAIB& board) {
+std::string OriginWarning(const std::filesystem::path& file, const AIB& board) {
     int serial = 0;
     if (std::sscanf(file.filename().c_str(), "ACU%5d_", &serial) != 1 ||
         serial == board.SerialNumber())
@@ -84,11 +79,11 @@ std::string OriginWarning(const std::filesystem::path& file, const clsAIB& board
                        serial, board.SerialNumber());
 }
 
-EpromOutcome RestoreEPROM(Station& station, const EpromImage& image,
+EpromEnd RestoreEPROM(Station& station, const EpromImage& image,
                           const std::function<bool(const std::vector<EpromDifference>&)>& agreed,
                           const EpromProgress& progress) {
-    if (!agreed(EpromDifferences(EpromImage::Read(*station.g_CurrentAIB), image)))
-        return EpromOutcome::Declined;
+    if (!agreed(EpromDifferences(EpromImage::Read(*station.CurrentAIB), image)))
+        return EpromEnd::Declined;
     return WriteImage(station, "EPROM Restore", image, progress);
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "board/Station.h"
-#include "board/eprom/EpromFields.h"
+#include "board/eprom/EpromGuard.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -26,7 +25,7 @@ constexpr MFCSetup MFCSetupOf(bool digital, bool analog) {
 AIBStatus WriteIdentity(Station& station, std::int32_t serial, MFCSetup setup);
 
 /// How the writing of a whole EPROM ended.
-enum class EpromOutcome {
+enum class EpromEnd {
     Done,
     /// The operator declined: nothing has been written.
     Declined,
@@ -35,7 +34,7 @@ enum class EpromOutcome {
 };
 
 /// Told each address that is written; false breaks the writing off.
-using EpromProgress = std::function<bool(std::int32_t address)>;
+using EpromProgress = EpromGuard::Progress;
 
 /// What the editor of the current board's EPROM does. Each saves the content first and reads
 /// back what it wrote. @throws EpromError, EpromMismatch, BoardError
@@ -43,18 +42,18 @@ using EpromProgress = std::function<bool(std::int32_t address)>;
 void WriteEPROMWord(Station& station, std::int32_t address, std::int32_t value);
 
 /// Writes a value to every word, after the question, as a procedure.
-EpromOutcome WriteWholeEPROM(Station& station, std::int32_t value, const EpromProgress& progress);
+EpromEnd WriteWholeEPROM(Station& station, std::int32_t value, const EpromProgress& progress);
 
 /// The image in a file. @throws DriveError for a file that cannot be read or is none
 EpromImage ReadEpromFile(const std::filesystem::path& file);
 
 /// What to tell before a file goes into a board whose name says that it was saved from another
 /// unit; empty where it does not.
-std::string OriginWarning(const std::filesystem::path& file, const clsAIB& board);
+std::string OriginWarning(const std::filesystem::path& file, const AIB& board);
 
 /// Writes every word of an image, as a procedure.
 /// @param agreed shown what will change, and asked whether it shall
-EpromOutcome RestoreEPROM(Station& station, const EpromImage& image,
+EpromEnd RestoreEPROM(Station& station, const EpromImage& image,
                           const std::function<bool(const std::vector<EpromDifference>&)>& agreed,
                           const EpromProgress& progress);
 

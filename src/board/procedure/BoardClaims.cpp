@@ -1,6 +1,7 @@
 #include "board/procedure/BoardClaims.h"
 
 #include "platform/os/ProgramLog.h"
+#include "platform/text/Paths.h"
 #include "platform/text/OleDate.h"
 
 #include <fmt/format.h>
@@ -13,8 +14,8 @@
 namespace ombrix {
 
 std::string ClaimPath(Drive& files, std::int32_t serial, const char* kind) {
-    files.CreateFolder(ClaimFolder);
-    return fmt::format(R"({}\AIB_{:05}.{})", ClaimFolder, serial, kind);
+    files.CreateFolder(Paths::Claims);
+    return fmt::format("{}AIB_{:05}.{}", Paths::Claims, serial, kind);
 }
 
 std::string NameOf(const ProgramIdentity& program) {
@@ -90,7 +91,7 @@ std::optional<RunningMark> FindMark(Platform& world, std::int32_t serial) {
 
 std::vector<std::int32_t> MarkedBoards(const Drive& files) {
     std::vector<std::int32_t> serials;
-    for (const std::string& name : files.FilesIn(ClaimFolder)) {
+    for (const std::string& name : files.FilesIn(Paths::Claims)) {
         std::int32_t serial = 0;
         constexpr std::string_view begin = "AIB_";
         const std::size_t dot = name.find('.');

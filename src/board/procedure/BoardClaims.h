@@ -48,7 +48,6 @@ std::string NameOf(const ProgramIdentity& program);
 
 /// Path of a file about a board in the folder of claims, which it makes: the lock, or the mark
 /// of a procedure that drives the board. @param kind ending of the name ("lock")
-inline constexpr const char* ClaimFolder = R"(C:\Claims)";
 std::string ClaimPath(Drive& files, std::int32_t serial, const char* kind);
 
 /// What a program notes before a procedure drives a board and takes back when the outputs are

@@ -14,20 +14,10 @@
 
 namespace ombrix {
 
-std::string EndOf(const ProcedureOutcome& outcome) {
-    switch (outcome.Ended) {
-    case ProcedureOutcome::End::Cancelled: return "cancelled";
-    case ProcedureOutcome::End::Failed: return "failed: " + outcome.Error;
-    case ProcedureOutcome::End::NotStored: return "not stored: " + outcome.Error;
-    case ProcedureOutcome::End::Completed: break;
-    }
-    return "completed";
-}
-
 namespace {
 
 /// What is known of a board, its claim and its mark, is known by its serial number.
-void RequireSameIdentity(const clsAIB& board) {
+void RequireSameIdentity(const AIB& board) {
     const std::int32_t reported = board.ReportedSerial();
     if (reported != 0 && reported != board.DevSerialNum())
         throw BoardError(fmt::format("The board that was detected with serial number {} reports {} "
@@ -37,17 +27,17 @@ void RequireSameIdentity(const clsAIB& board) {
 
 } // namespace
 
-DrivingProcedure::DrivingProcedure(Station& station, std::string name, DrivenBoards driven)
+DrivingProcedure::DrivingProcedure(Station& station, std::string name, Boards driven)
     : m_Station(station), m_Name(std::move(name)), m_Driven(std::move(driven)),
       m_Running(station.Procedures, [this] { SwitchOffNow(); }) {}
 
 void DrivingProcedure::Begin() {
-    for (const auto& board : m_Driven.All) {
+    for (const auto& board : m_Driven) {
         m_Station.Claims.Require(board->DevSerialNum());
         RequireSameIdentity(*board);
     }
     m_Begun = true;
-    for (const auto& board : m_Driven.All) {
+    for (const auto& board : m_Driven) {
         const std::int32_t serial = board->DevSerialNum();
         // A mark that is there stands for outputs that nobody has switched off yet.
         if (FindMark(m_Station.World, serial))
@@ -64,11 +54,9 @@ void DrivingProcedure::SwitchOffNow() noexcept {
         RemoveMarks(m_Marked);
         return;
     }
-    const Boards stillOn = SwitchOff(m_Driven.All);
-    if (m_Driven.AfterOff)
-        m_Driven.AfterOff();
+    const Boards stillOn = SwitchOff(m_Station, m_Driven);
     Boards off;
-    std::copy_if(m_Driven.All.begin(), m_Driven.All.end(), std::back_inserter(off),
+    std::copy_if(m_Driven.begin(), m_Driven.end(), std::back_inserter(off),
                  [&stillOn](const auto& board) {
                      return std::find(stillOn.begin(), stillOn.end(), board) == stillOn.end();
                  });
@@ -82,11 +70,11 @@ void DrivingProcedure::RemoveMarks(const Boards& boards) noexcept {
         RemoveMark(m_Station.World, board->DevSerialNum());
 }
 
-void RunBenchProcedure(Station& station, const std::string& name, DrivenBoards driven,
-                       ProcedureOutcome& outcome, const std::function<bool()>& body) {
+void RunBenchProcedure(Station& station, const std::string& name, Boards driven,
+                       Outcome& outcome, const std::function<bool()>& body) {
     ProcedureLog log(station.World, "The " + name);
     DrivingProcedure running(station, name, std::move(driven));
-    const auto fail = [&](ProcedureOutcome::End ended, const char* reason) {
+    const auto fail = [&](End ended, const char* reason) {
         outcome.Ended = ended;
         outcome.Error = reason;
         running.SwitchOffNow(); // not only when somebody has read the message
@@ -96,13 +84,13 @@ void RunBenchProcedure(Station& station, const std::string& name, DrivenBoards d
     try {
         running.Begin();
         if (!body())
-            outcome.Ended = ProcedureOutcome::End::Cancelled;
+            outcome.Ended = End::Cancelled;
     } catch (const DriveError& error) {
-        fail(ProcedureOutcome::End::NotStored, error.what());
+        fail(End::NotStored, error.what());
     } catch (const std::exception& error) {
-        fail(ProcedureOutcome::End::Failed, error.what());
+        fail(End::Stopped, error.what());
     }
-    log.Ended(EndOf(outcome));
+    log.Ended(EndText(outcome));
 }
 
 } // namespace ombrix

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "board/OutputsOff.h"
+#include "board/procedure/Outcome.h"
+#include "board/procedure/OutputsOff.h"
 
 #include <filesystem>
 #include <functional>
@@ -9,29 +10,6 @@
 
 namespace ombrix {
 
-/// What became of a procedure that drives outputs and writes files.
-struct ProcedureOutcome {
-    /// Failed: stopped by an error. NotStored: a file could not be written, or not where it
-    /// belongs.
-    enum class End { Completed, Cancelled, Failed, NotStored };
-
-    End Ended = End::Completed;
-    /// Real paths of what was written, in the order of writing.
-    std::vector<std::filesystem::path> Files = {};
-    /// Why it failed or was not stored; the operator has been told.
-    std::string Error = {};
-};
-
-/// How it ended, as logs and journals tell it: "failed: The board does not answer".
-std::string EndOf(const ProcedureOutcome& outcome);
-
-/// What a procedure drives.
-struct DrivenBoards {
-    Boards All;
-    /// What follows when their outputs are off: showing it, going back to a mode. Must not throw.
-    std::function<void()> AfterOff = {};
-};
-
 /// The guard of a procedure that drives outputs. It holds the gate, has the boards to itself and
 /// leaves a mark of the procedure at each; whatever way the procedure is left, it switches the
 /// outputs off. A board that takes that loses its mark; one that does not keeps it, so that the
@@ -39,8 +17,9 @@ struct DrivenBoards {
 class DrivingProcedure {
   public:
     /// Takes the gate. @param name as the mark tells it ("air flow test")
+    /// @param driven the boards that it drives
     /// @throws std::logic_error while another procedure runs
-    DrivingProcedure(Station& station, std::string name, DrivenBoards driven);
+    DrivingProcedure(Station& station, std::string name, Boards driven);
 
     /// Claims and marks the boards; nothing may be driven before.
     /// @throws BoardInUse, DriveError; BoardError for a board that has another identity now
@@ -55,7 +34,7 @@ class DrivingProcedure {
 
     Station& m_Station;
     std::string m_Name;
-    DrivenBoards m_Driven;
+    Boards m_Driven;
     /// Those whose mark is this procedure's.
     Boards m_Marked;
     bool m_Begun = false;
@@ -71,7 +50,7 @@ class DrivingProcedure {
 /// @param name stands for it in messages ("air flow test")
 /// @param driven what the body drives; no boards for a procedure that only reads
 /// @param body returns false when the operator has cancelled
-void RunBenchProcedure(Station& station, const std::string& name, DrivenBoards driven,
-                       ProcedureOutcome& outcome, const std::function<bool()>& body);
+void RunBenchProcedure(Station& station, const std::string& name, Boards driven,
+                       Outcome& outcome, const std::function<bool()>& body);
 
 } // namespace ombrix

@@ -1,23 +1,23 @@
 #include "board/procedure/HiResTimer.h"
 
-#include "board/AIBTools.h"
 #include "platform/text/Rounding.h"
+#include "platform/text/Text.h"
 
 #include <fmt/format.h>
 
 namespace ombrix {
 
-clsHiResTimer::clsHiResTimer(const Clock& clock) : m_Clock(clock), m_Frequency(clock.Frequency()) {
+HiResTimer::HiResTimer(const Clock& clock) : m_Clock(clock), m_Frequency(clock.Frequency()) {
     if (m_Frequency <= 0)
         throw HiResTimingError();
     StartTimer(false);
 }
 
-double clsHiResTimer::Seconds(std::int64_t counts) const {
+double HiResTimer::Seconds(std::int64_t counts) const {
     return static_cast<double>(counts) / static_cast<double>(m_Frequency);
 }
 
-void clsHiResTimer::StartTimer(bool reset) {
+void HiResTimer::StartTimer(bool reset) {
     m_Start = m_Clock.Counter();
     m_Now = m_Start;
     m_Running = true;
@@ -25,7 +25,7 @@ void clsHiResTimer::StartTimer(bool reset) {
         m_Total = 0;
 }
 
-double clsHiResTimer::StopTimer() {
+double HiResTimer::StopTimer() {
     const double elapsed = ElapsedTime();
     if (m_Running)
         m_Total += m_Now - m_Start;
@@ -33,18 +33,18 @@ double clsHiResTimer::StopTimer() {
     return elapsed;
 }
 
-double clsHiResTimer::ElapsedTime() {
+double HiResTimer::ElapsedTime() {
     if (!m_Running)
         return 0.0;
     m_Now = m_Clock.Counter();
     return Seconds(m_Now - m_Start);
 }
 
-double clsHiResTimer::TotalTime() const {
+double HiResTimer::TotalTime() const {
     return Seconds(m_Running ? m_Total + (m_Now - m_Start) : m_Total);
 }
 
-std::string clsHiResTimer::FormatTime(std::string_view text, double& seconds, int decimals) {
+std::string HiResTimer::FormatTime(std::string_view text, double& seconds, int decimals) {
     if (seconds < 0.0)
         seconds = ElapsedTime();
     std::string number = fmt::format("{:.{}f}", RoundHalfEven(seconds, decimals), decimals);
@@ -56,7 +56,7 @@ std::string clsHiResTimer::FormatTime(std::string_view text, double& seconds, in
     return ReplaceAll(text, "###", number);
 }
 
-double clsHiResTimer::Precision() const {
+double HiResTimer::Precision() const {
     return 1.0 / static_cast<double>(m_Frequency);
 }
 

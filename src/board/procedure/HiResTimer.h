@@ -17,10 +17,10 @@ class HiResTimingError : public std::runtime_error {
 };
 
 /// A stopwatch on the platform's performance counter; times in seconds.
-class clsHiResTimer {
+class HiResTimer {
   public:
     /// Starts at once. @throws HiResTimingError
-    explicit clsHiResTimer(const Clock& clock);
+    explicit HiResTimer(const Clock& clock);
 
     void StartTimer(bool reset);
     /// Stops and returns the elapsed time; 0 when the timer was not running.

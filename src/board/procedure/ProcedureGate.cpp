@@ -1,23 +1,14 @@
 #include "board/procedure/ProcedureGate.h"
 
 #include <stdexcept>
+#include <utility>
 
 namespace ombrix {
 
-ProcedureGate::Subscription ProcedureGate::Listen(Listener listener) {
-    auto shared = std::make_shared<Listener>(std::move(listener));
-    m_Listeners.push_back(shared);
-    return Subscription(std::move(shared));
-}
-
 void ProcedureGate::SetRunning(bool running) {
     m_Running = running;
-    std::erase_if(m_Listeners, [](const auto& listener) { return listener.expired(); });
-    // A listener may subscribe others while it is told, so the list is walked as a copy.
-    for (const auto& entry : std::vector(m_Listeners)) {
-        if (const auto listener = entry.lock())
-            (*listener)(running);
-    }
+    m_CancelRequested = false;
+    m_Listeners.Tell(running);
 }
 
 RunningProcedure::RunningProcedure(ProcedureGate& gate, std::function<void()> makeSafe)

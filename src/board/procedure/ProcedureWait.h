@@ -31,7 +31,7 @@ class AnswerWatch {
         if (!m_FailingSince_s)
             m_FailingSince_s = now_s;
         if (now_s - *m_FailingSince_s >= Patience_s)
-            throw BoardError("The board does not answer: " + clsAIB::AIBErrorStr(status) +
+            throw BoardError("The board does not answer: " + AIB::AIBErrorStr(status) +
                              ".\r\n\r\nPlease check its cable and its power, then detect the "
                              "boards again.");
     }
@@ -44,12 +44,12 @@ class AnswerWatch {
 /// and a cancel or the end of the program is seen within a pass.
 class ProcedureWait {
   public:
-    ProcedureWait(Clock& clock, EventPump& pump, const Cancellation& cancel)
-        : m_Clock(clock), m_Pump(pump), m_Cancel(cancel) {}
+    ProcedureWait(Platform& world, const ProcedureGate& gate)
+        : m_Clock(world.Time), m_Pump(world.Events), m_Gate(gate) {}
 
     /// One pass of a loop whose next work is due at a time of the timer. Rests at most a
     /// millisecond. False once the procedure is to end.
-    bool Pass(clsHiResTimer& timer, double due_s) {
+    bool Pass(HiResTimer& timer, double due_s) {
         m_Pump.ProcessPendingEvents();
         if (Ended())
             return false;
@@ -60,12 +60,12 @@ class ProcedureWait {
     }
 
     /// True once the operator has cancelled or is closing the program.
-    bool Ended() const { return m_Cancel.Requested() || m_Pump.ProgramEnding(); }
+    bool Ended() const { return m_Gate.CancelRequested() || m_Pump.ProgramEnding(); }
 
   private:
     Clock& m_Clock;
     EventPump& m_Pump;
-    const Cancellation& m_Cancel;
+    const ProcedureGate& m_Gate;
 };
 
 } // namespace ombrix

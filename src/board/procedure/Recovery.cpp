@@ -1,6 +1,6 @@
 #include "board/procedure/Recovery.h"
 
-#include "board/OutputsOff.h"
+#include "board/procedure/OutputsOff.h"
 #include "platform/os/ProgramLog.h"
 
 #include <fmt/format.h>
@@ -11,12 +11,12 @@ namespace ombrix {
 
 std::vector<UnfinishedBoard> SwitchOffUnfinished(Station& station) {
     std::vector<UnfinishedBoard> unfinished;
-    for (const auto& board : station.g_AIBList.Boards()) {
+    for (const auto& board : station.AIBList.Boards()) {
         const std::int32_t serial = board->DevSerialNum();
         if (!station.Claims.IsOurs(serial))
             continue; // a program that runs sees to its boards itself
         if (const auto mark = FindMark(station.World, serial)) {
-            board->SwitchOutputsOff();
+            station.Outputs.SwitchOff(*board);
             unfinished.push_back({board, *mark});
         }
     }
@@ -24,7 +24,7 @@ std::vector<UnfinishedBoard> SwitchOffUnfinished(Station& station) {
 }
 
 void TellOfMissingBoards(Station& station) {
-    const auto detected = station.g_AIBList.Boards();
+    const auto detected = station.AIBList.Boards();
     std::string missing;
     for (const std::int32_t serial : MarkedBoards(station.World.Files)) {
         const bool found =
@@ -53,7 +53,7 @@ void FinishRecovery(Station& station, const std::vector<UnfinishedBoard>& unfini
     std::string found;
     Boards stillOn;
     for (const auto& [board, mark] : unfinished) {
-        if (!board->SwitchOutputsOff()) {
+        if (!station.Outputs.SwitchOff(*board)) {
             stillOn.push_back(board);
             continue;
         }

@@ -10,7 +10,7 @@ namespace ombrix {
 
 /// A board with the mark of a procedure whose program was gone before its outputs were off.
 struct UnfinishedBoard {
-    std::shared_ptr<clsAIB> Board;
+    std::shared_ptr<AIB> Board;
     RunningMark Mark;
 };
 

@@ -38,16 +38,24 @@ namespace {
 
 /// 1 % of full scale.
 constexpr double CutOff_bits = 655.34;
-constexpr std::int32_t LargestDAC = 65535;
-template <class Array>
-auto& At(Array& values, std::int32_t channel) {
-    return values.at(static_cast<std::size_t>(channel));
+
+std::int32_t PressureFlowOffset(const ACURecord& record, float flow_ml_m) {
+    const double flow = flow_ml_m;
+    const auto sum =
+        static_cast<float>(static_cast<double>(record.PressureCoeff[2]) * (flow * flow) +
+                           static_cast<double>(record.PressureCoeff[1]) * flow +
+                           static_cast<double>(record.PressureCoeff[0]));
+    return RoundHalfEven(static_cast<double>(sum));
 }
 
 } // namespace
 
+AirChannelControl::AirChannelControl(Station& station)
+    : m_AIB(station.CurrentAIB), m_Unit(station.Calibration()), m_Outputs(station.Outputs),
+      m_Clock(station.World.Time) {}
+
 float AirChannelControl::Capacity(std::int32_t channel) const {
-    return At(m_Record.m_ChannelCapacity, channel);
+    return Record().ChannelCapacity.at(static_cast<std::size_t>(channel));
 }
 
 float AirChannelControl::Flow_ml_m(std::int32_t channel, std::int32_t bits, bool zeroCutOff) const {
@@ -60,28 +68,33 @@ float AirChannelControl::FlowOfReading(std::int32_t channel, std::int32_t bits) 
 
 float AirChannelControl::CurrentChannelAir_ml_m(std::int32_t channel) {
     std::int32_t bits = 0;
-    return m_AIB.GetADC(channel, bits) == Status::NoError ? FlowOfReading(channel, bits) : 0.0F;
+    return m_AIB->GetADC(channel, bits) == Status::NoError ? FlowOfReading(channel, bits) : 0.0F;
+}
+
+float AirChannelControl::FlowOfBothChannels_ml_m() {
+    return CurrentChannelAir_ml_m(0) + CurrentChannelAir_ml_m(1);
 }
 
 float AirChannelControl::CurrentAir_mms(bool zeroCutOff) {
     std::array<float, 2> flow_ml_m{};
     for (const std::int32_t channel : {0, 1}) {
         std::int32_t bits = 0;
-        if (m_AIB.GetADC(channel, bits) == Status::NoError)
-            At(flow_ml_m, channel) = Flow_ml_m(channel, bits, zeroCutOff);
+        if (m_AIB->GetADC(channel, bits) == Status::NoError)
+            flow_ml_m.at(static_cast<std::size_t>(channel)) = Flow_ml_m(channel, bits, zeroCutOff);
     }
-    if (m_Record.m_VelocitySystemDate != OleDate() && m_State.m_ChangeOverBusy)
+    if (Record().VelocitySystemDate != OleDate() && m_ChangeOverBusy)
         UpdateChannelChangeOver();
-    if (m_Record.m_HasSolenoidValves == 0)
+    if (Record().HasSolenoidValves == 0)
         return FlowToVelocity(flow_ml_m[0] + flow_ml_m[1]);
-    return FlowToVelocity(At(flow_ml_m, OtherChannel(m_State.m_ValveState)));
+    return FlowToVelocity(flow_ml_m.at(static_cast<std::size_t>(OtherChannel(m_ValveState))));
 }
 
 float AirChannelControl::DemandFromCalibration(float flow_ml_m, std::int32_t channel) const {
-    if (!m_Record.m_ACUInitialised)
+    if (!Record().ACUInitialised)
         return 0.0F;
-    return DemandFromTable(flow_ml_m, Capacity(channel), At(m_Record.m_VelocityCal, channel),
-                           m_Record.m_CalibrationPoints);
+    return DemandFromTable(flow_ml_m, Capacity(channel),
+                           Record().VelocityCal.at(static_cast<std::size_t>(channel)),
+                           Record().CalibrationPoints);
 }
 
 AirChannelControl::ChannelDemand
@@ -105,9 +118,8 @@ AirSetting AirChannelControl::SetAirVelocityInternal_ml_m(float flow_ml_m, std::
 
 AirSetting AirChannelControl::SetAirVelocityInternal_mm_s(float velocity_mms,
                                                           std::int32_t channel) {
-    m_State.m_Velocity_mms = velocity_mms;
     if (velocity_mms == 0.0F) {
-        if (m_State.m_DACOut[0] == 0 || m_State.m_DACOut[1] != 0)
+        if (OutputOf(0) == 0 || OutputOf(1) != 0)
             StartState(ChangeOverState::Off);
         AllChannelsOff();
         return {0, 0.0F, velocity_mms};
@@ -119,108 +131,124 @@ AirSetting AirChannelControl::SetAirVelocityInternal_mm_s(float velocity_mms,
 }
 
 void AirChannelControl::SetAirVelocityInternal_bits(std::int32_t channel, std::int32_t demandBits) {
-    m_State.m_ActiveChannel = channel;
-    if (m_Record.m_HasSolenoidValves != -1) {
+    m_ActiveChannel = channel;
+    if (Record().HasSolenoidValves != -1) {
         if (demandBits != 0)
-            m_State.m_ValveState = channel;
+            m_ValveState = channel;
         SetChannelDAC(OtherChannel(channel), 0);
     }
-    At(m_State.m_DemandBits, channel) = demandBits;
-    At(m_State.m_DemandVelocity, channel) = FlowToVelocity(static_cast<float>(
-        static_cast<double>(demandBits) / FullScale_bits * static_cast<double>(Capacity(channel))));
+    Of(channel).Demand_bits = demandBits;
     StartState(ChangeOverState::NewDemand);
-    m_State.m_ChangeOverBusy = true;
+    m_ChangeOverBusy = true;
     UpdateChannelChangeOver();
-    if (m_State.m_DemandBits[0] + m_State.m_DemandBits[1] == 0)
+    if (NothingIsDemanded())
         AllChannelsOff();
 }
 
+// What a board refuses shows where its outputs are shown; the readings tell whether it is there.
+
 void AirChannelControl::SetChannelOutput(std::int32_t channel) {
-    m_State.m_ValveState = (channel + 1) % 2;
-    const bool set = m_State.m_ValveState == 1;
-    if (m_AIB.IsUsb())
-        set ? m_AIB.SetExtGPO(ACUWiring::UsbValveOutput)
-            : m_AIB.ClearExtGPO(ACUWiring::UsbValveOutput);
-    else if (m_AIB.IsFireWire())
-        set ? m_AIB.SetGPO(ACUWiring::FireWireValvePin)
-            : m_AIB.ClearGPO(ACUWiring::FireWireValvePin);
+    m_ValveState = (channel + 1) % 2;
+    m_Outputs.SetValve(*m_AIB, m_ValveState == 1);
 }
 
 void AirChannelControl::SetChannelDAC(std::int32_t channel, std::int32_t bits) {
-    const std::int32_t held = std::clamp(bits, 0, LargestDAC);
-    At(m_State.m_DACOut, channel) = held;
-    m_AIB.SetDAC(channel, held);
-    m_Display.Show(channel, DACSliders::PositionOf(held));
+    const std::int32_t held = std::clamp(bits, 0, AIB::DACFullScale);
+    Of(channel).Output_bits = held;
+    m_Outputs.Set(*m_AIB, channel, held);
 }
 
 void AirChannelControl::AllChannelsOff() {
-    for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel)
+    for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel)
         SetChannelDAC(channel, 0);
     SetChannelOutput(0);
-    m_State.m_ChangeOverBusy = false;
+    m_ChangeOverBusy = false;
+}
+
+std::int32_t AirChannelControl::DemandOf(std::int32_t channel) const {
+    return Of(channel).Demand_bits;
+}
+
+std::int32_t AirChannelControl::OutputOf(std::int32_t channel) const {
+    return Of(channel).Output_bits;
+}
+
+bool AirChannelControl::NothingIsDemanded() const {
+    return DemandOf(0) + DemandOf(1) == 0;
 }
 
 void AirChannelControl::StartState(ChangeOverState state) {
-    m_State.m_ChangeOverState = state;
-    m_State.m_StateStartTime = MonotonicSeconds(m_Clock);
-}
-
-void AirChannelControl::ForgetDemand(std::int32_t channel) {
-    At(m_State.m_DemandBits, channel) = 0;
-    At(m_State.m_DemandVelocity, channel) = 0.0F;
+    m_ChangeOverState = state;
+    m_StateStartTime = MonotonicSeconds(m_Clock);
 }
 
 ChangeOverInputs AirChannelControl::InputsOf(std::int32_t channel) {
     ChangeOverInputs inputs;
-    inputs.Demand_bits = At(m_State.m_DemandBits, channel);
-    inputs.Output_bits = At(m_State.m_DACOut, channel);
+    inputs.Demand_bits = DemandOf(channel);
+    inputs.Output_bits = OutputOf(channel);
     // Only the pre-charge waits for air; a reading costs a call to the board. One that fails
     // leaves 0: the air has not come yet.
     std::int32_t reading = 0;
-    if (m_State.m_ChangeOverState == ChangeOverState::PreCharge &&
-        m_AIB.GetADC(channel, reading) == Status::NoError)
+    if (m_ChangeOverState == ChangeOverState::PreCharge &&
+        m_AIB->GetADC(channel, reading) == Status::NoError)
         inputs.Reading_bits = reading;
-    inputs.InState_s = MonotonicSeconds(m_Clock) - m_State.m_StateStartTime;
+    inputs.InState_s = MonotonicSeconds(m_Clock) - m_StateStartTime;
     return inputs;
 }
 
 void AirChannelControl::UpdateChannelChangeOver() {
-    if (!m_Record.m_ACUInitialised)
+    if (!Record().ACUInitialised)
         return;
-    if (m_State.m_DemandBits[0] + m_State.m_DemandBits[1] == 0) {
+    if (NothingIsDemanded()) {
         AllChannelsOff();
         return;
     }
-    const std::int32_t active = m_State.m_ActiveChannel;
-    if (m_Record.m_HasSolenoidValves == 0) {
+    const std::int32_t active = m_ActiveChannel;
+    if (Record().HasSolenoidValves == 0) {
         // Both channels lead to the same outlet: there is nothing to hand over.
-        SetChannelDAC(active, At(m_State.m_DemandBits, active));
-        m_State.m_ChangeOverState = ChangeOverState::Settled;
-        m_State.m_ChangeOverBusy = false;
+        SetChannelDAC(active, DemandOf(active));
+        m_ChangeOverState = ChangeOverState::Settled;
+        m_ChangeOverBusy = false;
         return;
     }
-    const ChangeOverState next = NextChangeOverState(m_State.m_ChangeOverState, InputsOf(active));
-    if (next != m_State.m_ChangeOverState)
+    const ChangeOverState next = NextChangeOverState(m_ChangeOverState, InputsOf(active));
+    if (next != m_ChangeOverState)
         Enter(next, active, OtherChannel(active));
 }
 
 void AirChannelControl::Enter(ChangeOverState state, std::int32_t active, std::int32_t other) {
-    m_State.m_ChangeOverBusy =
-        state == ChangeOverState::PreCharge || state == ChangeOverState::Settle;
+    m_ChangeOverBusy = state == ChangeOverState::PreCharge || state == ChangeOverState::Settle;
     if (state == ChangeOverState::PreCharge) {
-        At(m_State.m_DACOut, active) = PreChargeOutput_bits;
+        Of(active).Output_bits = PreChargeOutput_bits;
     } else {
-        At(m_State.m_DACOut, active) =
-            state == ChangeOverState::Off ? 0 : At(m_State.m_DemandBits, active);
-        ForgetDemand(other);
+        Of(active).Output_bits = state == ChangeOverState::Off ? 0 : DemandOf(active);
+        Of(other).Demand_bits = 0;
         // While it settles, the other channel goes on flowing beside it.
         if (state != ChangeOverState::Settle)
-            At(m_State.m_DACOut, other) = 0;
+            Of(other).Output_bits = 0;
     }
     SetChannelOutput(active);
-    SetChannelDAC(active, At(m_State.m_DACOut, active));
-    SetChannelDAC(other, At(m_State.m_DACOut, other));
+    SetChannelDAC(active, OutputOf(active));
+    SetChannelDAC(other, OutputOf(other));
     StartState(state);
+}
+
+float AirChannelControl::PressureGet_mBar() {
+    // A reading that fails is 0.
+    const std::int32_t raw = m_AIB->MyGetADC(ACUWiring::PressureInput);
+    const float flow_ml_m = Record().HasSolenoidValves != 0 ? CurrentChannelAir_ml_m(m_ValveState)
+                                                            : FlowOfBothChannels_ml_m();
+    // In Double: damaged coefficients must not overflow the 32 bits.
+    const double bits = static_cast<double>(raw) - PressureFlowOffset(Record(), flow_ml_m) -
+                        Record().PressureZero;
+    return static_cast<float>(static_cast<double>(Record().PressureScale) * bits);
+}
+
+void AirChannelControl::PressureZero() {
+    const std::int32_t raw = m_AIB->MyGetADC(ACUWiring::PressureInput);
+    // Of both channels, whether the unit has valves or not.
+    m_Unit.PressureZero(RoundHalfEven(static_cast<double>(raw) -
+                                      PressureFlowOffset(Record(), FlowOfBothChannels_ml_m())));
 }
 
 } // namespace ombrix

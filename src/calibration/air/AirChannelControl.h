@@ -1,11 +1,11 @@
 #pragma once
 
-#include "board/DACSliders.h"
-#include "calibration/unit/ACURecord.h"
+#include "board/Station.h"
 #include "platform/ports/Clock.h"
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 namespace ombrix {
@@ -47,26 +47,6 @@ inline constexpr double SettleTime_s = 5.0;
 /// The state that follows the present one; the present one when nothing is to happen yet.
 ChangeOverState NextChangeOverState(ChangeOverState present, const ChangeOverInputs& inputs);
 
-/// What an ACU's air channels were told last. It belongs to the unit and outlives the procedure
-/// that drives them.
-struct AirChannelState {
-    /// (channel + 1) mod 2 of the channel last selected: 1 for channel 0, 0 for channel 1.
-    std::int32_t m_ValveState = 0;
-    /// A change-over is going on; it advances with each poll.
-    bool m_ChangeOverBusy = false;
-    std::array<std::int32_t, ACUChannels> m_DACOut{};
-    std::array<std::int32_t, ACUChannels> m_DemandBits{};
-    /// mm/s through the standard base.
-    std::array<float, ACUChannels> m_DemandVelocity{};
-    /// mm/s, as last requested.
-    float m_Velocity_mms = 0.0F;
-    /// The channel that is to carry the air.
-    std::int32_t m_ActiveChannel = 0;
-    ChangeOverState m_ChangeOverState = ChangeOverState::Off;
-    /// Seconds of the monotonic clock when the state was entered.
-    double m_StateStartTime = 0.0;
-};
-
 /// What came of a request for air.
 struct AirSetting {
     std::int32_t DemandBits = 0;
@@ -74,18 +54,15 @@ struct AirSetting {
     float Velocity_mms = 0.0F;
 };
 
-/// Drives and reads the air channels of an ACU: picks the channel that suits a flow, finds its
-/// demand in the channel's stored calibration, and hands the air over from one channel to the
-/// other without stopping it.
+/// Drives and reads the air channels of the ACU behind the current board: picks the channel that
+/// suits a flow, finds its demand in the channel's stored calibration, and hands the air over from
+/// one channel to the other without stopping it. One object serves one procedure.
 class AirChannelControl {
   public:
     /// Has the channel chosen by the flow: the small one up to its capacity.
     static constexpr std::int32_t ChooseChannel = -1;
 
-    /// @param display shows what the channels are told
-    AirChannelControl(clsAIB& board, const ACURecord& record, AirChannelState& state,
-                      const Clock& clock, DACSliders& display)
-        : m_AIB(board), m_Record(record), m_State(state), m_Clock(clock), m_Display(display) {}
+    explicit AirChannelControl(Station& station);
 
     /// Reads both channels and advances a change-over that is going on; a unit that has never
     /// been calibrated is not advanced.
@@ -106,18 +83,27 @@ class AirChannelControl {
                                            std::int32_t channel = ChooseChannel);
     /// Sets a channel's demand in bits and starts the change-over to it.
     void SetAirVelocityInternal_bits(std::int32_t channel, std::int32_t demandBits);
-
     /// Sets the solenoid valves for a channel.
     void SetChannelOutput(std::int32_t channel);
     /// Writes a channel's DAC, held to 0 to 65535, whatever the change-over does.
     void SetChannelDAC(std::int32_t channel, std::int32_t bits);
     void AllChannelsOff();
 
-    bool ChangeOverBusy() const { return m_State.m_ChangeOverBusy; }
+    bool ChangeOverBusy() const { return m_ChangeOverBusy; }
     /// One step of the change-over.
     void UpdateChannelChangeOver();
     /// Names the channel whose air the valves are about to let through.
-    void SetValveState(std::int32_t valveState) { m_State.m_ValveState = valveState; }
+    void SetValveState(std::int32_t valveState) { m_ValveState = valveState; }
+    /// (channel + 1) mod 2 of the channel last selected: 1 for channel 0, 0 for channel 1.
+    std::int32_t ValveState() const { return m_ValveState; }
+    /// What a channel has been demanded, and what its output has been told; in bits.
+    std::int32_t DemandOf(std::int32_t channel) const;
+    std::int32_t OutputOf(std::int32_t channel) const;
+
+    /// The present pressure in mBar, without the back-pressure of the flow and the zero.
+    float PressureGet_mBar();
+    /// Takes the present pressure reading as zero.
+    void PressureZero();
 
   private:
     struct ChannelDemand {
@@ -126,21 +112,42 @@ class AirChannelControl {
         std::int32_t DemandBits = 0;
         bool Found = false;
     };
+    /// What a channel was told last.
+    struct Channel {
+        std::int32_t Demand_bits = 0;
+        std::int32_t Output_bits = 0;
+    };
+
+    const ACURecord& Record() const { return m_Unit.Record(); }
+    Channel& Of(std::int32_t channel) { return m_Channels.at(static_cast<std::size_t>(channel)); }
+    const Channel& Of(std::int32_t channel) const {
+        return m_Channels.at(static_cast<std::size_t>(channel));
+    }
+    bool NothingIsDemanded() const;
     ChannelDemand GetAirChannelAndDemand(float velocity_mms, std::int32_t channel) const;
     float DemandFromCalibration(float flow_ml_m, std::int32_t channel) const;
     float Flow_ml_m(std::int32_t channel, std::int32_t bits, bool zeroCutOff) const;
     float Capacity(std::int32_t channel) const;
+    float FlowOfBothChannels_ml_m();
     static std::int32_t OtherChannel(std::int32_t channel) { return channel == 0 ? 1 : 0; }
     ChangeOverInputs InputsOf(std::int32_t channel);
     void Enter(ChangeOverState state, std::int32_t active, std::int32_t other);
     void StartState(ChangeOverState state);
-    void ForgetDemand(std::int32_t channel);
 
-    clsAIB& m_AIB;
-    const ACURecord& m_Record;
-    AirChannelState& m_State;
+    std::shared_ptr<AIB> m_AIB;
+    ACUCalibration& m_Unit;
+    Outputs& m_Outputs;
     const Clock& m_Clock;
-    DACSliders& m_Display;
+    /// Four, as a board has outputs; the air goes through the first two.
+    std::array<Channel, ACUChannels> m_Channels{};
+    std::int32_t m_ValveState = 0;
+    /// The channel that is to carry the air.
+    std::int32_t m_ActiveChannel = 0;
+    /// A change-over is going on; it advances with each poll.
+    bool m_ChangeOverBusy = false;
+    ChangeOverState m_ChangeOverState = ChangeOverState::Off;
+    /// Seconds of the monotonic clock when the state was entered.
+    double m_StateStartTime = 0.0;
 };
 
 } // namespace ombrix

@@ -10,13 +10,6 @@ namespace ombrix {
 
 namespace {
 
-// Percent of full scale. A table is measured densely where the channels bend most; the audit
-// tests between those points.
-constexpr std::array<std::uint8_t, MaxCalibrationPoints> SystemPercent = {1,  4,  8,  12, 16,
-                                                                          20, 40, 60, 80, 95};
-constexpr std::array<std::uint8_t, MaxCalibrationPoints> AuditPercent = {3,  6,  9,  12, 15,
-                                                                         30, 45, 60, 75, 90};
-
 double RadiusSquared_mm2(float diameter_mm) {
     const double diameter = diameter_mm == 0.0F ? StandardBase_mm : diameter_mm;
     return diameter / 2.0 * (diameter / 2.0);
@@ -38,21 +31,6 @@ float VelocityToFlow(float velocity_mms, float diameter_mm) {
 
 float FlowOfBits(std::int32_t bits, float capacity_ml_m) {
     return static_cast<float>(static_cast<double>(capacity_ml_m) / FullScale_bits * bits);
-}
-
-std::uint8_t CalPointPrecentage(std::int32_t point, CalibrationKind kind) {
-    if (point < 0 || point >= static_cast<std::int32_t>(MaxCalibrationPoints))
-        return 0;
-    const auto& percent = kind == CalibrationKind::Audit ? AuditPercent : SystemPercent;
-    return percent.at(static_cast<std::size_t>(point));
-}
-
-PointDemand DemandOfPoint(std::int32_t point, CalibrationKind kind, float capacity_ml_m) {
-    const double percent = CalPointPrecentage(point, kind);
-    if (kind == CalibrationKind::Audit)
-        return {0, static_cast<float>(percent * static_cast<double>(capacity_ml_m) / 100.0)};
-    const std::int32_t bits = RoundHalfEven(percent * FullScale_bits / 100.0);
-    return {bits, FlowOfBits(bits, capacity_ml_m)};
 }
 
 float DemandFromTable(float flow_ml_m, float capacity_ml_m, const ACUChannelCal& table,

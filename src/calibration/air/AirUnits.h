@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration/judge/VelocityMeasurement.h"
+#include "board/unit/ACURecord.h"
 
 #include <cstdint>
 
@@ -22,13 +22,6 @@ float VelocityToFlow(float velocity_mms, float diameter_mm = StandardBase_mm);
 
 /// The flow in ml/min that a reading in bits stands for.
 float FlowOfBits(std::int32_t bits, float capacity_ml_m);
-
-/// Percentage of full scale at which a calibration point is taken; 0 for any point but 0 to 9.
-std::uint8_t CalPointPrecentage(std::int32_t point, CalibrationKind kind);
-
-/// What a channel of that capacity is told at a point of a calibration: a system run demands
-/// bits, an audit a flow, whose bits are found through the stored table when it is set.
-PointDemand DemandOfPoint(std::int32_t point, CalibrationKind kind, float capacity_ml_m);
 
 /// The demand in bits, 0 to 65534, at which a calibrated channel delivers a flow: the segment
 /// of its table that reaches the flow first, solved for the demand. Flows below and above the

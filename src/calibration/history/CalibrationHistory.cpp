@@ -1,7 +1,8 @@
 #include "calibration/history/CalibrationHistory.h"
 
-#include "calibration/judge/AcceptanceChecks.h"
+#include "calibration/judge/Judgement.h"
 #include "platform/os/ProgramLog.h"
+#include "platform/text/Paths.h"
 
 #include <fmt/format.h>
 
@@ -14,7 +15,7 @@ namespace ombrix {
 namespace {
 
 std::string PathOf(std::int32_t serial) {
-    return fmt::format("{}ACU{:05}.jsonl", HistoryFolder, serial);
+    return fmt::format("{}ACU{:05}.jsonl", Paths::History, serial);
 }
 
 /// What a crash has cut off must not spoil the line that comes next.
@@ -24,10 +25,21 @@ bool EndsWithinALine(const Drive& files, const std::string& path) {
 
 } // namespace
 
+const char* VerdictOf(End ended) {
+    switch (ended) {
+    case End::Failed: return "failed";
+    case End::Cancelled: return "cancelled";
+    case End::Stopped:
+    case End::NotStored: return "stopped";
+    case End::Passed: break;
+    }
+    return "passed";
+}
+
 bool AppendToHistory(Platform& world, HistoryEntry entry) {
     entry.Limits = LimitsOf(entry.Kind);
     try {
-        world.Files.CreateFolder(HistoryFolder);
+        world.Files.CreateFolder(Paths::History);
         const std::string path = PathOf(entry.Serial);
         const char* const begin = EndsWithinALine(world.Files, path) ? "\n" : "";
         const auto file = world.Files.OpenForAppending(path);
@@ -54,7 +66,7 @@ bool IsInHistory(const Drive& files, const HistoryEntry& run) {
 
 std::vector<std::int32_t> UnitsWithHistory(const Drive& files) {
     std::vector<std::int32_t> serials;
-    for (const std::string& name : files.FilesIn(HistoryFolder)) {
+    for (const std::string& name : files.FilesIn(Paths::History)) {
         std::int32_t serial = 0;
         if (std::sscanf(name.c_str(), "ACU%d", &serial) == 1 && PathOf(serial).ends_with(name))
             serials.push_back(serial);
@@ -151,6 +163,21 @@ const char* NameOfMeasured(RunKind kind) {
 
 } // namespace
 
+RunKind KindOf(const SingleJson& json) {
+    const auto kind = RunKindNamed(json.get<std::string>());
+    if (!kind)
+        throw std::runtime_error("it is of no kind that is known");
+    return *kind;
+}
+
+SingleJson DemandJson(const PointDemand& demand) {
+    return {demand.Bits, ToJson(demand.Flow_ml_m)};
+}
+
+PointDemand DemandOf(const SingleJson& json) {
+    return {json.at(0).get<std::int32_t>(), SingleOf(json.at(1))};
+}
+
 std::vector<std::pair<std::string, float>> LimitsOf(RunKind kind) {
     using namespace AcceptanceLimits;
     switch (kind) {
@@ -198,9 +225,9 @@ HistoryEntry EntryOf(const SingleJson& json) {
     entry.Serial = json.at("serial").get<std::int32_t>();
     entry.Verdict = json.at("verdict").get<std::string>();
     entry.Reasons = json.at("reasons").get<std::vector<std::string>>();
-    entry.Found = UnitOf(json.at("asFound"));
+    entry.Found = RecordOf(json.at("asFound"));
     if (!json.at("asLeft").is_null())
-        entry.Left = UnitOf(json.at("asLeft"));
+        entry.Left = RecordOf(json.at("asLeft"));
     TakeMeasured(entry, json.at(NameOfMeasured(entry.Kind)));
     for (const auto& [name, value] : json.at("limits").items())
         entry.Limits.emplace_back(name, SingleOf(value));

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "calibration/history/RunJson.h"
+#include "journal/RunJournal.h"
 #include "calibration/judge/RunKind.h"
-#include "calibration/unit/ACURecord.h"
+#include "board/procedure/Outcome.h"
+#include "board/unit/ACURecord.h"
 #include "platform/ports/Platform.h"
 
 #include <optional>
@@ -12,26 +13,9 @@
 
 namespace ombrix {
 
-/// Folder of the histories, ended by a backslash; one file a unit.
-inline constexpr const char* HistoryFolder = R"(C:\History\)";
-
-/// What a run of a history came to.
-namespace Verdicts {
-inline constexpr const char* Passed = "passed";
-inline constexpr const char* Failed = "failed";
-inline constexpr const char* Cancelled = "cancelled";
-/// Stopped by an error.
-inline constexpr const char* Stopped = "stopped";
-/// The program was gone before the run ended.
-inline constexpr const char* Interrupted = "interrupted";
-} // namespace Verdicts
-
-/// One point of a pressure calibration.
-struct PressureReading {
-    float Flow_ml_m = 0.0F;
-    /// Bits in a system run, mBar in an audit.
-    float Reading = 0.0F;
-};
+/// What a run of a history came to: "passed", "failed", "cancelled", or "stopped" by an error; a
+/// run whose program was gone before it ended is InterruptedVerdict.
+const char* VerdictOf(End ended);
 
 /// One calibration run in the history of its unit.
 struct HistoryEntry {
@@ -79,6 +63,13 @@ CalibrationHistory ReadHistory(const Drive& files, std::int32_t serial);
 /// A run as it stands on its line of a history, and back.
 SingleJson EntryJson(const HistoryEntry& entry);
 HistoryEntry EntryOf(const SingleJson& json);
+
+/// [bits, ml/min]
+SingleJson DemandJson(const PointDemand& demand);
+PointDemand DemandOf(const SingleJson& json);
+
+/// The kind by its name. @throws std::runtime_error for another one
+RunKind KindOf(const SingleJson& json);
 
 /// The limits that runs of a kind are judged by now.
 std::vector<std::pair<std::string, float>> LimitsOf(RunKind kind);

@@ -44,7 +44,7 @@ Shares PressureShares(const HistoryEntry& run) {
     for (const PressureReading& point : run.Pressure)
         shares.emplace_back(
             Ratio(static_cast<double>(point.Reading),
-                  run.Kind == RunKind::PressureAudit ? run.Found.m_MaxPressure : span_bits));
+                  run.Kind == RunKind::PressureAudit ? run.Found.MaxPressure : span_bits));
     return shares;
 }
 
@@ -56,7 +56,7 @@ Shares SharesOf(const HistoryEntry& run, std::size_t channel) {
 
 float FullScaleOf(const HistoryEntry& run, std::size_t channel) {
     return IsVelocity(run.Kind) ? run.Velocity.Channels.at(channel).Capacity_ml_m
-                                : run.Found.m_MaxPressure;
+                                : run.Found.MaxPressure;
 }
 
 std::string PointName(const HistoryEntry& run, std::size_t point) {
@@ -183,10 +183,9 @@ std::string PressureText(const HistoryEntry& run) {
 }
 
 std::string FoundText(const ACURecord& found) {
-    return fmt::format(
-        "As found: velocity {}, audit {};\n          pressure {}, audit {}\n",
-        DateOrNever(found.m_VelocitySystemDate), DateOrNever(found.m_VelocityAuditDate),
-        DateOrNever(found.m_PressureSystemDate), DateOrNever(found.m_PressureAuditDate));
+    return fmt::format("As found: velocity {}, audit {};\n          pressure {}, audit {}\n",
+                       DateOrNever(found.VelocitySystemDate), DateOrNever(found.VelocityAuditDate),
+                       DateOrNever(found.PressureSystemDate), DateOrNever(found.PressureAuditDate));
 }
 
 } // namespace

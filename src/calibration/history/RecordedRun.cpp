@@ -1,13 +1,11 @@
 #include "calibration/history/RecordedRun.h"
 
-#include "calibration/history/RunJson.h"
-#include "calibration/judge/ChannelJudgement.h"
+#include "calibration/history/RunRecorder.h"
 #include "calibration/report/AuditSheets.h"
 #include "calibration/report/CalibrationReport.h"
-#include "calibration/run/RunRecorder.h"
-#include "calibration/unit/ACUCalibration.h"
-#include "journal/JournalLines.h"
+#include "calibration/report/SaveFolder.h"
 #include "platform/text/OleDate.h"
+
 
 #include <fmt/format.h>
 
@@ -21,9 +19,6 @@ namespace {
 /// Puts a run together, line by line.
 class JournalReader {
   public:
-    /// @param world for the judgement's log, which is not opened: the run has told it already
-    explicit JournalReader(Platform& world) : m_Log(world) {}
-
     void Take(const SingleJson& line);
     RecordedRun Finish();
 
@@ -42,9 +37,8 @@ class JournalReader {
     void TakeResult(const SingleJson& line);
     void TakeMeasured(const SingleJson& line);
     void Store();
-    ChannelMeasurement& Channel() { return m_Run.Velocity.Channels.at(m_Channel); }
+    ChannelMeasurement& Channel() { return m_Run.Velocity.Measured.Channels.at(m_Channel); }
 
-    CalibrationLog m_Log;
     RecordedRun m_Run;
     bool m_HasHeader = false;
     std::size_t m_Channel = 0;
@@ -63,13 +57,14 @@ void JournalReader::Take(const SingleJson& line) {
     else if (line.contains("result"))
         TakeResult(line);
     else if (line.contains("judged"))
-        JudgeChannel(Channel(), m_Run.Velocity.Kind, m_Channel, m_Log);
+        m_Run.Velocity.Verdicts.at(m_Channel) =
+            JudgeChannel(Channel(), m_Run.Velocity.Measured.Kind, m_Channel);
     else if (line.contains("measured"))
         TakeMeasured(line);
     else if (line.contains("auditSheet"))
         m_Run.AuditSheet = line.at("auditSheet").get<bool>();
     else if (line.contains("stored"))
-        m_Run.Left = UnitOf(line.at("stored"));
+        m_Run.Left = RecordOf(line.at("stored"));
     else if (line.contains("end"))
         m_Run.Ended = true;
     else
@@ -79,11 +74,10 @@ void JournalReader::Take(const SingleJson& line) {
 void JournalReader::TakeHeader(const SingleJson& line) {
     const JournalHeader header = HeaderOf(line);
     m_Run.Kind = KindOf(line.at("kind"));
-    m_Run.Velocity.Kind = CalibrationKindOf(m_Run.Kind);
+    m_Run.Velocity.Measured.Kind = CalibrationKindOf(m_Run.Kind);
     m_Run.Unattended = line.at("unattended").get<bool>();
     m_Run.Start = m_Run.MeasuredAt = header.Start;
     m_Run.Program = header.Program;
-    m_Run.Serial = header.Serial;
     m_Run.Unit = header.Unit;
     m_HasHeader = true;
 }
@@ -152,8 +146,8 @@ RecordedRun JournalReader::Finish() {
 
 } // namespace
 
-RecordedRun ReadJournal(Platform& world, std::string_view text) {
-    JournalReader reader(world);
+RecordedRun ReadJournal(std::string_view text) {
+    JournalReader reader;
     ReadJournalLines(text, [&reader](const SingleJson& line) { reader.Take(line); });
     return reader.Finish();
 }
@@ -171,22 +165,68 @@ std::size_t ReadingsOf(const VelocityMeasurement& measured) {
     return count;
 }
 
-} // namespace
+/// Nobody has declined the sheet of an audit that was cut off when all had been measured.
+bool WantsAuditSheet(const RecordedRun& run) {
+    return CalibrationKindOf(run.Kind) == CalibrationKind::Audit &&
+           run.AuditSheet.value_or(!run.Ended && run.Complete);
+}
+
+void MakeVelocityReport(const ReportTools& tools, const RecordedRun& run, RemadeReport& remade) {
+    const CalibrationKind kind = run.Velocity.Measured.Kind;
+    CalibrationReport report(tools);
+    if (!report.Open(kind, run.Unit, run.Start)) {
+        remade.AllStored = false;
+        return;
+    }
+    report.Fill(run.Velocity, run.Passed);
+    if (WantsAuditSheet(run))
+        AddReport(remade, CreateAuditSheet_PV16(tools, run.Unit, run.MeasuredAt,
+                                                run.Velocity.Measured, true));
+    AddReport(remade, report.Save(kind));
+}
+
+void MakePressureSheet(const ReportTools& tools, const RecordedRun& run, RemadeReport& remade) {
+    std::array<float, 5> flows_ml_m{};
+    for (std::size_t i = 0; i < std::min(run.Pressure.size(), flows_ml_m.size()); ++i)
+        flows_ml_m.at(i) = run.Pressure.at(i).Flow_ml_m;
+    AddReport(remade, CreateAuditSheet_PV17(tools, run.Unit, run.MeasuredAt, flows_ml_m, true));
+}
+
+/// A calibration as its journal tells it.
+class RecordedCalibration final : public JournalledRun {
+  public:
+    RecordedCalibration(const ReportTools& tools, RecordedRun run)
+        : m_Tools(tools), m_Run(std::move(run)) {}
+
+    bool Ended() const override { return m_Run.Ended; }
+    std::string Describe() const override;
+    /// A pressure system calibration has its log alone.
+    bool HasReport() const override { return m_Run.Kind != RunKind::PressureSystem; }
+    RemadeReport MakeReport() const override;
+    /// Adds it to the history of its unit.
+    bool NoteInterruption(Platform& world, const std::vector<std::string>& files) const override;
+
+  private:
+    ReportTools m_Tools;
+    RecordedRun m_Run;
+};
 
 std::string RecordedCalibration::Describe() const {
-    const std::string points = IsVelocity(m_Run.Kind)
-                                   ? fmt::format("{} readings", ReadingsOf(m_Run.Velocity))
-                                   : fmt::format("{} points", m_Run.Pressure.size());
-    return fmt::format("{} of ACU{:05}, {}: {}", TitleOf(m_Run.Kind), m_Run.Serial,
+    const std::string points =
+        IsVelocity(m_Run.Kind) ? fmt::format("{} readings", ReadingsOf(m_Run.Velocity.Measured))
+                               : fmt::format("{} points", m_Run.Pressure.size());
+    return fmt::format("{} of {}, {}: {}", TitleOf(m_Run.Kind), m_Run.Unit.SerialNumberStr(),
                        DateText(m_Run.Start, "dd/mm/yyyy hh:nn:ss"), points);
 }
 
-bool RecordedCalibration::HasReport() const {
-    return MakesWorkbooks(m_Run.Kind);
-}
-
-RemadeReport RecordedCalibration::MakeReport(const CalibrationServices& services) const {
-    return ombrix::MakeReport(services, m_Run);
+RemadeReport RecordedCalibration::MakeReport() const {
+    const OwnSaveFolder folder(m_Tools.TheStation, m_Run.Unit);
+    RemadeReport remade;
+    if (IsVelocity(m_Run.Kind))
+        MakeVelocityReport(m_Tools, m_Run, remade);
+    else if (WantsAuditSheet(m_Run) || (!m_Run.Ended && m_Run.Kind == RunKind::PressureAudit))
+        MakePressureSheet(m_Tools, m_Run, remade);
+    return remade;
 }
 
 bool RecordedCalibration::NoteInterruption(Platform& world,
@@ -195,86 +235,24 @@ bool RecordedCalibration::NoteInterruption(Platform& world,
     entry.Kind = m_Run.Kind;
     entry.When = m_Run.Start;
     entry.Program = m_Run.Program;
-    entry.Serial = m_Run.Serial;
-    entry.Verdict = Verdicts::Interrupted;
-    entry.Found = m_Run.Unit;
+    entry.Serial = m_Run.Unit.Serial;
+    entry.Verdict = InterruptedVerdict;
+    entry.Found = m_Run.Unit.Record;
     entry.Left = m_Run.Left;
-    entry.Velocity = m_Run.Velocity;
+    entry.Velocity = m_Run.Velocity.Measured;
     entry.Pressure = m_Run.Pressure;
     entry.Files = files;
     // The program may have ended between a run's entry and the end of its journal.
     return IsInHistory(world.Files, entry) || AppendToHistory(world, entry);
 }
 
-namespace {
-
-/// While it lives, workbooks are saved into a folder that is not there yet.
-class OwnSaveFolder {
-  public:
-    OwnSaveFolder(Station& station, const clsACUCalibration& record)
-        : m_Station(station),
-          m_Usual(std::exchange(station.g_AutoSaveFolder, AutoSaveFolderName(station, record))) {
-        const std::string name = station.g_AutoSaveFolder;
-        for (int number = 2; station.World.Files.FolderExists(station.g_AutoSaveFolder); ++number)
-            station.g_AutoSaveFolder = fmt::format("{} ({})", name, number);
-    }
-    OwnSaveFolder(const OwnSaveFolder&) = delete;
-    OwnSaveFolder& operator=(const OwnSaveFolder&) = delete;
-    ~OwnSaveFolder() { m_Station.g_AutoSaveFolder = std::move(m_Usual); }
-
-  private:
-    Station& m_Station;
-    std::string m_Usual;
-};
-
-CalibrationServices At(const CalibrationServices& services, OleDate date) {
-    CalibrationServices dated = services;
-    dated.DateOfReports = date;
-    return dated;
-}
-
-/// Nobody has declined the sheet of an audit that was cut off when all had been measured.
-bool WantsAuditSheet(const RecordedRun& run) {
-    return CalibrationKindOf(run.Kind) == CalibrationKind::Audit &&
-           run.AuditSheet.value_or(!run.Ended && run.Complete);
-}
-
-void MakeVelocityReport(const CalibrationServices& services, const clsACUCalibration& record,
-                        const RecordedRun& run, RemadeReport& remade) {
-    const CalibrationServices atStart = At(services, run.Start);
-    CalibrationReport report(atStart, record);
-    if (!report.Open(run.Velocity.Kind)) {
-        remade.AllStored = false;
-        return;
-    }
-    report.Fill(run.Velocity, run.Passed);
-    if (WantsAuditSheet(run))
-        AddWorkbook(remade, CreateAuditSheet_PV16(At(services, run.MeasuredAt), record,
-                                                  run.Velocity, true));
-    AddWorkbook(remade, report.Save(run.Velocity.Kind));
-}
-
-void MakePressureSheet(const CalibrationServices& services, const clsACUCalibration& record,
-                       const RecordedRun& run, RemadeReport& remade) {
-    std::array<float, 5> flows_ml_m{};
-    for (std::size_t i = 0; i < std::min(run.Pressure.size(), flows_ml_m.size()); ++i)
-        flows_ml_m.at(i) = run.Pressure.at(i).Flow_ml_m;
-    AddWorkbook(remade,
-                CreateAuditSheet_PV17(At(services, run.MeasuredAt), record, flows_ml_m, true));
-}
-
 } // namespace
 
-RemadeReport MakeReport(const CalibrationServices& services, const RecordedRun& run) {
-    Station& station = services.TheStation;
-    const clsACUCalibration record(station.World, station.Claims, run.Unit, run.Serial);
-    const OwnSaveFolder folder(station, record);
-    RemadeReport remade;
-    if (IsVelocity(run.Kind))
-        MakeVelocityReport(services, record, run, remade);
-    else if (WantsAuditSheet(run) || (!run.Ended && run.Kind == RunKind::PressureAudit))
-        MakePressureSheet(services, record, run, remade);
-    return remade;
+void AddCalibrationReaders(JournalReaders& readers, const ReportTools& tools) {
+    for (const RunKind kind : RunKinds)
+        readers.Add(NameOf(kind), [tools](std::string_view text) {
+            return std::make_unique<RecordedCalibration>(tools, ReadJournal(text));
+        });
 }
 
 } // namespace ombrix

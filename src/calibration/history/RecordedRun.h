@@ -1,11 +1,13 @@
 #pragma once
 
 #include "calibration/history/CalibrationHistory.h"
-#include "calibration/judge/VelocityMeasurement.h"
+#include "calibration/judge/Judgement.h"
 #include "journal/UnfinishedRuns.h"
+#include "reports/ReportFile.h"
 
+#include <optional>
 #include <string_view>
-#include <utility>
+#include <vector>
 
 namespace ombrix {
 
@@ -17,12 +19,12 @@ struct RecordedRun {
     /// When everything had been measured; the start of a run that did not come to that.
     OleDate MeasuredAt{};
     ProgramIdentity Program{};
-    std::int32_t Serial = 0;
-    /// The unit as the run found it.
-    ACURecord Unit{};
+    /// As the run found it.
+    ACU Unit{};
     /// As it stored the unit; nothing when it did not.
     std::optional<ACURecord> Left{};
-    VelocityMeasurement Velocity{};
+    /// Measured, and judged again with the code of the run.
+    VelocityResult Velocity{};
     std::vector<PressureReading> Pressure{};
     /// Everything that was to be measured has been.
     bool Complete = false;
@@ -35,32 +37,10 @@ struct RecordedRun {
 
 /// Reads the text of a calibration's journal. What a crash has cut off at its end is passed over.
 /// @throws JournalError when another part is damaged, or nothing was written
-RecordedRun ReadJournal(Platform& world, std::string_view text);
+RecordedRun ReadJournal(std::string_view text);
 
-/// A calibration as its journal tells it.
-class RecordedCalibration final : public JournalledRun {
-  public:
-    explicit RecordedCalibration(RecordedRun run) : m_Run(std::move(run)) {}
-
-    bool Ended() const override { return m_Run.Ended; }
-    std::string Describe() const override;
-    bool HasReport() const override;
-    RemadeReport MakeReport(const CalibrationServices& services) const override;
-    /// Adds it to the history of its unit.
-    bool NoteInterruption(Platform& world, const std::vector<std::string>& files) const override;
-
-  private:
-    RecordedRun m_Run;
-};
-
-/// A kind of run that makes a workbook; a pressure system calibration has its log alone.
-constexpr bool MakesWorkbooks(RunKind kind) {
-    return kind != RunKind::PressureSystem;
-}
-
-/// Makes the workbooks of a run again from its journal, or those of a run that was cut off for the
-/// first time, with the dates of the run. They go into a folder of their own beside those of the
-/// unit, so that they replace nothing; no board is needed.
-RemadeReport MakeReport(const CalibrationServices& services, const RecordedRun& run);
+/// Has the journals of calibrations read. Their workbooks are made with the dates of the run, into
+/// a folder of their own beside those of the unit.
+void AddCalibrationReaders(JournalReaders& readers, const ReportTools& tools);
 
 } // namespace ombrix

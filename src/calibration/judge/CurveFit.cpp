@@ -6,6 +6,33 @@
 
 namespace ombrix {
 
+bool LinearFit(std::span<const std::array<std::int32_t, 2>> table, int first, int last,
+               Line& line) {
+    if (first > last) {
+        line = {};
+        return false;
+    }
+    const auto count = static_cast<float>(last - first + 1);
+    float sumX = 0.0F;
+    float sumY = 0.0F;
+    float sumXX = 0.0F;
+    float sumXY = 0.0F;
+    for (int row = first; row <= last; ++row) {
+        const auto x = static_cast<float>(table[static_cast<std::size_t>(row)][0]);
+        const auto y = static_cast<float>(table[static_cast<std::size_t>(row)][1]);
+        sumX += x;
+        sumY += y;
+        sumXX += x * x;
+        sumXY += x * y;
+    }
+    const float divisor = count * sumXX - sumX * sumX;
+    if (divisor == 0.0F)
+        return false;
+    line.Slope = (count * sumXY - sumX * sumY) / divisor;
+    line.Intercept = sumY / count - line.Slope * sumX / count;
+    return true;
+}
+
 bool CalculateMCPoly(std::span<const std::array<float, 2>> data, std::vector<float>& coefficients,
                      std::int32_t order) {
     coefficients.clear();

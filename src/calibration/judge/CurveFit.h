@@ -1,12 +1,24 @@
 #pragma once
 
-#include "calibration/judge/VelocityMeasurement.h"
+#include "calibration/judge/Measurement.h"
 
+#include <array>
 #include <cstdint>
 #include <span>
 #include <vector>
 
 namespace ombrix {
+
+/// A straight line y = Slope · x + Intercept.
+struct Line {
+    float Slope = 0.0F;
+    float Intercept = 0.0F;
+};
+
+/// Least-squares line y = Slope · x + Intercept through rows first to last of a table of
+/// (x, y), in Single arithmetic. False without rows; false, with the line unchanged, when all
+/// x are equal.
+bool LinearFit(std::span<const std::array<std::int32_t, 2>> table, int first, int last, Line& line);
 
 /// Least-squares polynomial y ≈ Σ coefficients(k) · x^k through the points, by the normal
 /// equations B = (XᵀX)⁻¹ · Xᵀ · Y.

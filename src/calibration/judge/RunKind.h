@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration/judge/VelocityMeasurement.h"
+#include "calibration/judge/Measurement.h"
 
 #include <optional>
 #include <string_view>

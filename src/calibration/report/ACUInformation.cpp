@@ -1,11 +1,10 @@
 #include "calibration/report/ACUInformation.h"
 
 #include "board/eprom/EpromImage.h"
-#include "calibration/unit/ACUCalibration.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/text/OleDate.h"
 #include "platform/text/Text.h"
-#include "reports/CellRuns.h"
+#include "spreadsheet/Cells.h"
 
 #include <fmt/format.h>
 
@@ -48,7 +47,7 @@ class InformationSheet {
     Worksheet& m_Sheet;
 };
 
-void WriteIdentity(InformationSheet& sheet, const clsAIB& board, OleDate now) {
+void WriteIdentity(InformationSheet& sheet, const AIB& board, OleDate now) {
     sheet.Set("I4", std::string("Ombrix"));
     sheet.Set("I5", now);
     sheet.Set("I6", now);
@@ -69,20 +68,19 @@ void WriteLastCalibration(InformationSheet& sheet, char column, int row,
     sheet.Set(Cell(column, row + 2), Trimmed(last.User));
 }
 
-void WriteVelocity(InformationSheet& sheet, const clsACUCalibration& unit) {
+void WriteVelocity(InformationSheet& sheet, const ACURecord& record) {
     constexpr int systemRow = 14;
     constexpr int auditRow = 17;
     constexpr std::array<int, 2> capacityRows = {22, 35};
-    const ACURecord& record = unit.Record();
-    sheet.Set("I10", record.m_DataVersion);
-    sheet.SetYesNo("I11", record.m_HasSolenoidValves != 0);
-    WriteLastCalibration(sheet, 'C', systemRow, unit.LastCalDone_Velocity_System());
-    WriteLastCalibration(sheet, 'C', auditRow, unit.LastCalDone_Velocity_Audit());
-    sheet.Set("C20", record.m_CalibrationPoints);
+    sheet.Set("I10", record.DataVersion);
+    sheet.SetYesNo("I11", record.HasSolenoidValves != 0);
+    WriteLastCalibration(sheet, 'C', systemRow, record.LastCalDone_Velocity_System());
+    WriteLastCalibration(sheet, 'C', auditRow, record.LastCalDone_Velocity_Audit());
+    sheet.Set("C20", record.CalibrationPoints);
     for (std::size_t channel = 0; channel < capacityRows.size(); ++channel) {
         const int capacityRow = capacityRows.at(channel);
-        const ACUChannelCal& table = record.m_VelocityCal.at(channel);
-        sheet.Set(Cell('D', capacityRow), record.m_ChannelCapacity.at(channel));
+        const ACUChannelCal& table = record.VelocityCal.at(channel);
+        sheet.Set(Cell('D', capacityRow), record.ChannelCapacity.at(channel));
         int row = capacityRow + 2;
         for (std::size_t segment = 0; segment < MaxCalibrationSegments; ++segment) {
             sheet.Set(Cell('C', row), table.M.at(segment));
@@ -94,32 +92,32 @@ void WriteVelocity(InformationSheet& sheet, const clsACUCalibration& unit) {
 }
 
 void WriteSensor(InformationSheet& sheet, const ACURecord& record) {
-    sheet.Set("L15", record.m_MaxPressure);
-    sheet.Set("L16", record.m_PressureScale);
-    sheet.Set("L17", record.m_PressureOffset);
-    sheet.Set("L18", record.m_PressureSpan);
-    sheet.Set("L19", record.m_PressureZero);
+    sheet.Set("L15", record.MaxPressure);
+    sheet.Set("L16", record.PressureScale);
+    sheet.Set("L17", record.PressureOffset);
+    sheet.Set("L18", record.PressureSpan);
+    sheet.Set("L19", record.PressureZero);
     for (const char column : {'J', 'K', 'L'}) {
-        sheet.SetYesNo(Cell(column, 24), record.m_BaseDiameter != 0.0F);
-        for (int k = 0; k < 3 && record.m_BaseDiameter > 0.0F; ++k)
-            sheet.Set(Cell(column, 27 + k), record.m_PressureCoeff.at(static_cast<std::size_t>(k)));
+        sheet.SetYesNo(Cell(column, 24), record.BaseDiameter != 0.0F);
+        for (int k = 0; k < 3 && record.BaseDiameter > 0.0F; ++k)
+            sheet.Set(Cell(column, 27 + k), record.PressureCoeff.at(static_cast<std::size_t>(k)));
     }
 }
 
-void WritePressure(InformationSheet& sheet, const clsACUCalibration& unit) {
+void WritePressure(InformationSheet& sheet, const ACURecord& record) {
     constexpr int systemRow = 14;
     constexpr int auditRow = 17;
     constexpr std::int32_t pressurePoints = 4;
-    WriteLastCalibration(sheet, 'I', systemRow, unit.LastCalDone_Pressure_System());
-    WriteLastCalibration(sheet, 'I', auditRow, unit.LastCalDone_Pressure_Audit());
+    WriteLastCalibration(sheet, 'I', systemRow, record.LastCalDone_Pressure_System());
+    WriteLastCalibration(sheet, 'I', auditRow, record.LastCalDone_Pressure_Audit());
     sheet.Set("I20", pressurePoints);
-    sheet.SetYesNo("L14", unit.Record().m_PressurePresent);
-    if (unit.Record().m_PressurePresent)
-        WriteSensor(sheet, unit.Record());
+    sheet.SetYesNo("L14", record.PressurePresent);
+    if (record.PressurePresent)
+        WriteSensor(sheet, record);
 }
 
 /// The first words differ between boards.
-void NameFirstWords(Worksheet& sheet, const clsAIB& board) {
+void NameFirstWords(Worksheet& sheet, const AIB& board) {
     const auto name = [&sheet](const char* first, const char* second, const char* third) {
         sheet.SetValue("C5", std::string(first));
         sheet.SetValue("C6", std::string(second));
@@ -132,7 +130,7 @@ void NameFirstWords(Worksheet& sheet, const clsAIB& board) {
 }
 
 /// @return how many words could not be read; their cells stay empty
-int DumpEPROM(Worksheet& sheet, clsAIB& board) {
+int DumpEPROM(Worksheet& sheet, AIB& board) {
     constexpr std::int32_t bytesPerColumn = 512;
     constexpr int firstRow = 5;
     int unread = 0;
@@ -141,9 +139,8 @@ int DumpEPROM(Worksheet& sheet, clsAIB& board) {
         std::vector<std::optional<std::int32_t>> words;
         const std::int32_t end = address + bytesPerColumn;
         while (address < end) {
-            const std::string label = fmt::format("EPROM Read: {}", address);
             std::int32_t word = 0;
-            const bool read = board.ReadEPROMLng(address, word, label) == Status::NoError;
+            const bool read = board.ReadEPROMLng(address, word) == Status::NoError;
             words.push_back(read ? std::optional(word) : std::nullopt);
             unread += read ? 0 : 1;
         }
@@ -154,17 +151,18 @@ int DumpEPROM(Worksheet& sheet, clsAIB& board) {
 
 } // namespace
 
-WorkbookOutcome OutputACUData(const CalibrationServices& services, clsAIB& board) {
-    Platform& world = services.TheStation.World;
-    const clsACUCalibration& unit = board.Calibration();
+InformationReport OutputACUData(const ReportTools& tools) {
+    Station& station = tools.TheStation;
+    AIB& board = *station.CurrentAIB;
+    const ACU unit = station.Calibration().Unit();
     int unread = 0;
     OpenedWorkbook opened =
-        OpenFilled(services, "Starting Excel and creating ACU Audit Spreadsheet",
+        OpenFilled(tools, "Starting Excel and creating ACU Audit Spreadsheet",
                    "QX_ACU_Calibraiton_Info.xlt", [&](Workbook& book) {
                        InformationSheet sheet(book.Sheet(1));
-                       WriteIdentity(sheet, board, world.Time.Now());
-                       WriteVelocity(sheet, unit);
-                       WritePressure(sheet, unit);
+                       WriteIdentity(sheet, board, station.World.Time.Now());
+                       WriteVelocity(sheet, unit.Record);
+                       WritePressure(sheet, unit.Record);
                        NameFirstWords(book.Sheet(2), board);
                        unread = DumpEPROM(book.Sheet(2), board);
                    });
@@ -175,12 +173,11 @@ WorkbookOutcome OutputACUData(const CalibrationServices& services, clsAIB& board
         lack = fmt::format("{} of the {} words of the EPROM could not be read. Their cells are "
                            "empty.",
                            unread, EpromImage::WordCount);
-        TellOperator(world, lack, MessageIcon::Warning);
+        TellOperator(station.World, lack, MessageIcon::Warning);
     }
-    WorkbookOutcome outcome = SaveCalibrationExcelWorkbook(
-        services, opened, "ACU_Information_" + unit.SerialNumberStr() + ".xls", false);
-    outcome.Lack = lack;
-    return outcome;
+    return {SaveCalibrationExcelWorkbook(
+                tools, opened, "ACU_Information_" + unit.SerialNumberStr() + ".xls", false),
+            lack};
 }
 
 } // namespace ombrix

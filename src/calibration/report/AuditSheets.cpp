@@ -1,11 +1,11 @@
 #include "calibration/report/AuditSheets.h"
 
 #include "calibration/air/AirUnits.h"
-#include "calibration/unit/ACUCalibration.h"
+#include "calibration/report/SaveFolder.h"
 #include "platform/text/OleDate.h"
 #include "platform/text/Rounding.h"
 #include "platform/text/Text.h"
-#include "reports/CellRuns.h"
+#include "spreadsheet/Cells.h"
 
 #include <fmt/format.h>
 
@@ -21,22 +21,22 @@ constexpr std::int32_t FirstStepRow_PV16 = 34;
 constexpr std::int32_t FirstPointRow_PV17 = 19;
 
 /// What the audit sheets begin with.
-void WriteHeader(Worksheet& sheet, OleDate date, const clsACUCalibration& record,
+void WriteHeader(Worksheet& sheet, OleDate date, const ACU& unit,
                  std::int32_t points) {
     sheet.SetValue("D5", date);
     sheet.SetValue("D6", std::string(CalibrationUser));
-    sheet.SetValue("D7", record.SerialNumberStr());
-    sheet.SetValue("D8", record.ChannelCapacity(0));
-    sheet.SetValue("D9", record.ChannelCapacity(1));
+    sheet.SetValue("D7", unit.SerialNumberStr());
+    sheet.SetValue("D8", unit.Record.ChannelCapacity[0]);
+    sheet.SetValue("D9", unit.Record.ChannelCapacity[1]);
     sheet.SetValue("D10", points);
 }
 
 /// Name under which an operator finds a sheet that he saves himself.
-std::string BareName(Station& station, const clsACUCalibration& record, const char* prefix,
+std::string BareName(Station& station, const ACU& unit, const char* prefix,
                      const char* kind) {
     constexpr std::size_t fiveOfSix = 1;
     const std::string date = DateText(station.World.Time.Now(), "yymmdd").substr(fiveOfSix);
-    return fmt::format("{}_{}_{}_{}_XX.xls", prefix, record.SerialNumberStr(), kind, date);
+    return fmt::format("{}_{}_{}_{}_XX.xls", prefix, unit.SerialNumberStr(), kind, date);
 }
 
 constexpr std::pair<const char*, const char*> Texts_PV16[] = {
@@ -160,14 +160,13 @@ void WriteSteps(Worksheet& sheet, const ChannelColumns& columns,
 
 } // namespace
 
-WorkbookOutcome CreateAuditSheet_PV16(const CalibrationServices& services,
-                                      const clsACUCalibration& record,
-                                      const VelocityMeasurement& measured, bool autoSave) {
-    Station& station = services.TheStation;
+StoredReport CreateAuditSheet_PV16(const ReportTools& tools, const ACU& unit, OleDate date,
+                                   const VelocityMeasurement& measured, bool autoSave) {
+    Station& station = tools.TheStation;
     OpenedWorkbook opened =
-        OpenFilled(services, Opening, "PV16_ACUAudit_Velocity.xlt", [&](Workbook& book) {
+        OpenFilled(tools, Opening, "PV16_ACUAudit_Velocity.xlt", [&](Workbook& book) {
             Worksheet& sheet = book.Sheet(1);
-            WriteHeader(sheet, services.ReportDate(), record, record.CalibrationPoints());
+            WriteHeader(sheet, date, unit, unit.Record.CalibrationPoints);
             for (std::size_t channel = 0; channel < AirChannels; ++channel) {
                 WritePoints(sheet, Columns_PV16.at(channel), measured.Channels.at(channel));
                 WriteSteps(sheet, Columns_PV16.at(channel), measured.Channels.at(channel));
@@ -176,22 +175,21 @@ WorkbookOutcome CreateAuditSheet_PV16(const CalibrationServices& services,
         });
     if (!opened)
         return {};
-    const std::string name = autoSave ? AutoSaveName(station, record, "ACU_", "_Audit_PV16.xls")
-                                      : BareName(station, record, "PV16", "VelocityAudit");
-    return SaveCalibrationExcelWorkbook(services, opened, name, autoSave);
+    const std::string name = autoSave ? AutoSaveName(station, unit, "ACU_", "_Audit_PV16.xls")
+                                      : BareName(station, unit, "PV16", "VelocityAudit");
+    return SaveCalibrationExcelWorkbook(tools, opened, name, autoSave);
 }
 
-WorkbookOutcome CreateAuditSheet_PV17(const CalibrationServices& services,
-                                      const clsACUCalibration& record,
-                                      const std::array<float, 5>& flows_ml_m, bool autoSave) {
-    Station& station = services.TheStation;
+StoredReport CreateAuditSheet_PV17(const ReportTools& tools, const ACU& unit, OleDate date,
+                                   const std::array<float, 5>& flows_ml_m, bool autoSave) {
+    Station& station = tools.TheStation;
     OpenedWorkbook opened =
-        OpenFilled(services, Opening, "PV17_ACUAudit_Pressure.xlt", [&](Workbook& book) {
+        OpenFilled(tools, Opening, "PV17_ACUAudit_Pressure.xlt", [&](Workbook& book) {
             constexpr double passLimit_mBar = 0.3;
             constexpr auto points =
                 static_cast<std::int32_t>(std::tuple_size_v<std::array<float, 5>>);
             Worksheet& sheet = book.Sheet(1);
-            WriteHeader(sheet, services.ReportDate(), record, points);
+            WriteHeader(sheet, date, unit, points);
             sheet.SetValue("D11", passLimit_mBar);
             for (const char column : {'E', 'H', 'K'})
                 sheet.SetValues(fmt::format("{0}{1}:{0}{2}", column, FirstPointRow_PV17,
@@ -200,9 +198,9 @@ WorkbookOutcome CreateAuditSheet_PV17(const CalibrationServices& services,
         });
     if (!opened)
         return {};
-    const std::string name = autoSave ? AutoSaveName(station, record, "ACU_SU_", "_Audit_PV17.xls")
-                                      : BareName(station, record, "PV17", "PressureAudit");
-    return SaveCalibrationExcelWorkbook(services, opened, name, autoSave);
+    const std::string name = autoSave ? AutoSaveName(station, unit, "ACU_SU_", "_Audit_PV17.xls")
+                                      : BareName(station, unit, "PV17", "PressureAudit");
+    return SaveCalibrationExcelWorkbook(tools, opened, name, autoSave);
 }
 
 } // namespace ombrix

@@ -1,10 +1,8 @@
 #include "calibration/report/CalibrationReport.h"
 
-#include "board/AIBTools.h"
-#include "calibration/judge/AcceptanceChecks.h"
 #include "calibration/report/ReportCharts.h"
-#include "calibration/unit/ACUCalibration.h"
-#include "reports/CellRuns.h"
+#include "calibration/report/SaveFolder.h"
+#include "spreadsheet/Cells.h"
 
 #include <fmt/format.h>
 
@@ -36,20 +34,20 @@ const char* StateText(ChannelState state, CalibrationKind kind) {
     return kind == CalibrationKind::Audit ? "Audit passed" : "Data acceptable";
 }
 
-void WriteHeads(Worksheet& report, int title, const ChannelMeasurement& measured,
-                CalibrationKind kind) {
+void WriteHeads(Worksheet& report, int title, const VelocityResult& result, std::size_t channel) {
+    const CalibrationKind kind = result.Measured.Kind;
     const bool isAudit = kind == CalibrationKind::Audit;
-    const ChannelState state = StateOf(measured, kind);
+    const ChannelState state = StateOf(result, channel);
     std::string text = StateText(state, kind);
     const bool isComplete = state == ChannelState::Failed || state == ChannelState::Passed;
-    if (isComplete && !ReadingsRiseWithDemand(measured))
+    if (isComplete && !ReadingsRiseWithDemand(result.Measured.Channels.at(channel)))
         text += "; the readings do not rise with the demand";
     report.SetValue(Cell("D", title), text);
     report.SetValue(Cell("J", title + HeadRow),
                     std::string(isAudit ? "Deviation from demand" : "Deviation from best fit"));
     report.SetValue(Cell("M", title + HeadRow),
                     std::string(isAudit ? "Stored segments" : "New segments"));
-    const std::string unit = UnitOf(kind);
+    const std::string unit = ReadingUnit(kind);
     report.SetValue(Cell("I", title + UnitRow), unit);
     report.SetValue(Cell("J", title + UnitRow), "rising, " + unit);
     report.SetValue(Cell("K", title + UnitRow), "falling, " + unit);
@@ -75,9 +73,10 @@ void WriteDemand(Worksheet& report, int row, const PointDemand& demand) {
     report.SetValue(Cell("D", row), demand.Flow_ml_m);
 }
 
-void WritePoints(Worksheet& report, int title, const ChannelMeasurement& measured,
-                 CalibrationKind kind) {
-    const VelocitySeries series = SeriesOf(measured, kind);
+void WritePoints(Worksheet& report, int title, const VelocityResult& result, std::size_t channel) {
+    const ChannelMeasurement& measured = result.Measured.Channels.at(channel);
+    const auto& verdict = result.Verdicts.at(channel);
+    const VelocitySeries series = SeriesOf(result, channel);
     const int first = title + PointRow;
     for (std::size_t point = 0; point < series.Demand.size(); ++point)
         WriteDemand(report, first + static_cast<int>(point), measured.Demand[point]);
@@ -86,9 +85,9 @@ void WritePoints(Worksheet& report, int title, const ChannelMeasurement& measure
     SetColumn(report, "I", first, series.Difference);
     SetColumn(report, "J", first, series.RisingDeviation);
     SetColumn(report, "K", first, series.FallingDeviation);
-    if (kind == CalibrationKind::System && measured.BestFit.Slope != 0.0F) {
-        report.SetValue(Cell("D", title + FitRow), measured.BestFit.Slope);
-        report.SetValue(Cell("F", title + FitRow), measured.BestFit.Intercept);
+    if (verdict && verdict->BestFit.Slope != 0.0F) {
+        report.SetValue(Cell("D", title + FitRow), verdict->BestFit.Slope);
+        report.SetValue(Cell("F", title + FitRow), verdict->BestFit.Intercept);
     }
 }
 
@@ -131,22 +130,25 @@ void WriteTrace(Worksheet& traces, int& column, const PointReading& reading) {
     column += columnsPerTrace;
 }
 
-} // namespace
-
-void FillReportTables(Worksheet& report, std::size_t channel, const ChannelMeasurement& measured,
-                      CalibrationKind kind, const ACUChannelCal& stored) {
+/// Fills a channel's part of the report sheet: points, best fit, steps and segments.
+/// @param stored the channel's table in the EPROM; an audit shows it in place of a new one
+void FillReportTables(Worksheet& report, std::size_t channel, const VelocityResult& result,
+                      const ACUChannelCal& stored) {
     const int title = FirstTitleRow + static_cast<int>(channel) * RowsPerChannel;
-    WriteHeads(report, title, measured, kind);
+    const ChannelMeasurement& measured = result.Measured.Channels.at(channel);
+    const auto& verdict = result.Verdicts.at(channel);
+    WriteHeads(report, title, result, channel);
     if (measured.Rising.empty())
         return;
-    WritePoints(report, title, measured, kind);
+    WritePoints(report, title, result, channel);
     WriteSteps(report, title, measured);
-    if (kind == CalibrationKind::Audit)
+    if (result.Measured.Kind == CalibrationKind::Audit)
         WriteSegments(report, title, stored, measured.Demand.size());
-    else if (measured.DataAcceptable)
-        WriteSegments(report, title, measured.NewVelocityCal, measured.Demand.size());
+    else if (verdict && verdict->DataAcceptable)
+        WriteSegments(report, title, verdict->NewVelocityCal, measured.Demand.size());
 }
 
+/// Fills a channel's sheet of traces: times and readings of every sweep and step.
 void FillTraces(Worksheet& traces, const ChannelMeasurement& measured) {
     int column = 0;
     const auto writeSweep = [&](const std::vector<PointReading>& readings) {
@@ -159,59 +161,58 @@ void FillTraces(Worksheet& traces, const ChannelMeasurement& measured) {
         WriteTrace(traces, column, step.Reading);
 }
 
-namespace {
-
-const char* Verdict(const VelocityMeasurement& measured, bool passed) {
+const char* Verdict(const VelocityResult& result, bool passed) {
     if (passed)
         return "PASSED";
-    const bool failed =
-        std::any_of(measured.Channels.begin(), measured.Channels.end(), [&](const auto& channel) {
-            return StateOf(channel, measured.Kind) == ChannelState::Failed;
-        });
-    return failed ? "FAILED" : "NOT COMPLETE";
+    for (std::size_t channel = 0; channel < AirChannels; ++channel) {
+        if (StateOf(result, channel) == ChannelState::Failed)
+            return "FAILED";
+    }
+    return "NOT COMPLETE";
+}
+
+void FillHeader(Worksheet& report, CalibrationKind kind, const ACU& unit, OleDate date) {
+    report.SetValue("D3", std::string(kind == CalibrationKind::Audit ? "Audit" : "System"));
+    report.SetValue("D4", date);
+    report.SetValue("D5", std::string(CalibrationUser));
+    report.SetValue("D6", unit.Record.CalibrationPoints);
+    report.SetValue("D7", std::string(unit.Record.HasSolenoidValves != 0 ? "Yes" : "No"));
+    report.SetValue("J3", unit.SerialNumberStr());
+    report.SetValue("J4", unit.Record.ACUMFCNumber());
+    report.SetValue("J5", unit.Record.ChannelCapacity[0]);
+    report.SetValue("J6", unit.Record.ChannelCapacity[1]);
 }
 
 } // namespace
 
-bool CalibrationReport::Open(CalibrationKind kind) {
-    m_Workbook = OpenFilled(m_Services, "Initialising Excel Report", "QX_ACU_Calibration.xlt",
-                            [&](Workbook& book) { FillHeader(book.Sheet("Report"), kind); });
+bool CalibrationReport::Open(CalibrationKind kind, const ACU& unit, OleDate date) {
+    m_Unit = unit;
+    m_Workbook =
+        OpenFilled(m_Tools, "Initialising Excel Report", "QX_ACU_Calibration.xlt",
+                   [&](Workbook& book) { FillHeader(book.Sheet("Report"), kind, unit, date); });
     return IsOpen();
 }
 
-void CalibrationReport::FillHeader(Worksheet& report, CalibrationKind kind) const {
-    report.SetValue("D3", std::string(kind == CalibrationKind::Audit ? "Audit" : "System"));
-    report.SetValue("D4", m_Services.ReportDate());
-    report.SetValue("D5", std::string(CalibrationUser));
-    report.SetValue("D6", m_Record.CalibrationPoints());
-    report.SetValue("D7", std::string(m_Record.Record().m_HasSolenoidValves != 0 ? "Yes" : "No"));
-    report.SetValue("J3", m_Record.SerialNumberStr());
-    report.SetValue("J4", m_Record.ACUMFCNumber());
-    report.SetValue("J5", m_Record.ChannelCapacity(0));
-    report.SetValue("J6", m_Record.ChannelCapacity(1));
-}
-
-void CalibrationReport::Fill(const VelocityMeasurement& measured, bool passed) {
+void CalibrationReport::Fill(const VelocityResult& result, bool passed) {
     Workbook& book = *m_Workbook.Book;
     Worksheet& report = book.Sheet("Report");
-    report.SetValue("M3", std::string(Verdict(measured, passed)));
+    report.SetValue("M3", std::string(Verdict(result, passed)));
     for (std::size_t channel = 0; channel < AirChannels; ++channel) {
-        const ChannelMeasurement& own = measured.Channels.at(channel);
-        FillReportTables(report, channel, own, measured.Kind,
-                         m_Record.Record().m_VelocityCal.at(channel));
+        const ChannelMeasurement& measured = result.Measured.Channels.at(channel);
+        FillReportTables(report, channel, result, m_Unit.Record.VelocityCal.at(channel));
         Worksheet& traces = book.Sheet(fmt::format("Traces Ch{}", channel + 1));
-        FillTraces(traces, own);
+        FillTraces(traces, measured);
         Worksheet& charts = book.Sheet("Charts");
-        DrawReportCharts(charts, book.Sheet("Chart Data"), channel, own, measured.Kind);
-        DrawStepCharts(charts, traces, channel, own);
+        DrawReportCharts(charts, book.Sheet("Chart Data"), channel, result);
+        DrawStepCharts(charts, traces, channel, measured);
     }
 }
 
-WorkbookOutcome CalibrationReport::Save(CalibrationKind kind) {
+StoredReport CalibrationReport::Save(CalibrationKind kind) {
     const std::string name =
-        AutoSaveName(m_Services.TheStation, m_Record, "ACU_",
+        AutoSaveName(m_Tools.TheStation, m_Unit, "ACU_",
                      kind == CalibrationKind::Audit ? "_Audit.xls" : "_System.xls");
-    return SaveCalibrationExcelWorkbook(m_Services, m_Workbook, name, true);
+    return SaveCalibrationExcelWorkbook(m_Tools, m_Workbook, name, true);
 }
 
 } // namespace ombrix

@@ -1,8 +1,7 @@
 #include "calibration/report/ReportCharts.h"
 
-#include "board/AIBTools.h"
 #include "calibration/air/AirUnits.h"
-#include "reports/CellRuns.h"
+#include "spreadsheet/Cells.h"
 
 #include <fmt/format.h>
 
@@ -26,14 +25,14 @@ std::optional<float> Value(const std::vector<PointReading>& readings, std::size_
                                           : static_cast<float>(reading.Reading_bits);
 }
 
-std::optional<float> ExpectedAt(const ChannelMeasurement& measured, float demand,
+std::optional<float> ExpectedAt(const std::optional<ChannelVerdict>& verdict, float demand,
                                 CalibrationKind kind) {
     if (kind == CalibrationKind::Audit)
         return demand;
     // Air that does not rise with the demand has no line worth comparing with.
-    if (measured.BestFit.Slope == 0.0F)
+    if (!verdict || verdict->BestFit.Slope == 0.0F)
         return std::nullopt;
-    return measured.BestFit.Slope * demand + measured.BestFit.Intercept;
+    return verdict->BestFit.Slope * demand + verdict->BestFit.Intercept;
 }
 
 float Limit(const ChannelMeasurement& measured, std::size_t point, float demand,
@@ -50,12 +49,6 @@ std::optional<float> Difference(std::optional<float> value, std::optional<float>
     return value && from ? std::optional(*value - *from) : std::nullopt;
 }
 
-/// A run that is cancelled after its last reading has all of them but no judgement.
-bool IsJudged(const ChannelMeasurement& measured) {
-    return measured.DataAcceptable || measured.BestFit.Slope != 0.0F ||
-           measured.BestFit.Intercept != 0.0F;
-}
-
 bool AllValid(const std::vector<PointReading>& readings) {
     return std::all_of(readings.begin(), readings.end(),
                        [](const PointReading& reading) { return reading.Valid; });
@@ -63,7 +56,9 @@ bool AllValid(const std::vector<PointReading>& readings) {
 
 } // namespace
 
-VelocitySeries SeriesOf(const ChannelMeasurement& measured, CalibrationKind kind) {
+VelocitySeries SeriesOf(const VelocityResult& result, std::size_t channel) {
+    const ChannelMeasurement& measured = result.Measured.Channels.at(channel);
+    const CalibrationKind kind = result.Measured.Kind;
     VelocitySeries series;
     if (measured.Rising.empty())
         return series;
@@ -73,7 +68,7 @@ VelocitySeries SeriesOf(const ChannelMeasurement& measured, CalibrationKind kind
         const float demand =
             kind == CalibrationKind::Audit ? told.Flow_ml_m : static_cast<float>(told.Bits);
         series.Demand.emplace_back(demand);
-        series.Expected.push_back(ExpectedAt(measured, demand, kind));
+        series.Expected.push_back(ExpectedAt(result.Verdicts.at(channel), demand, kind));
         series.Rising.push_back(Value(measured.Rising, point, kind));
         series.Falling.push_back(Value(measured.Falling, point, kind));
         series.Limit.emplace_back(Limit(measured, point, demand, kind));
@@ -85,17 +80,20 @@ VelocitySeries SeriesOf(const ChannelMeasurement& measured, CalibrationKind kind
     return series;
 }
 
-const char* UnitOf(CalibrationKind kind) {
+const char* ReadingUnit(CalibrationKind kind) {
     return kind == CalibrationKind::Audit ? "ml/min" : "bits";
 }
 
-ChannelState StateOf(const ChannelMeasurement& measured, CalibrationKind kind) {
+ChannelState StateOf(const VelocityResult& result, std::size_t channel) {
+    const ChannelMeasurement& measured = result.Measured.Channels.at(channel);
+    const auto& verdict = result.Verdicts.at(channel);
     if (measured.Rising.empty())
         return measured.Capacity_ml_m > 0.0F ? ChannelState::NotMeasured : ChannelState::NotPresent;
-    if (!AllValid(measured.Rising) || !AllValid(measured.Falling) || !IsJudged(measured))
+    // A run that is cancelled after its last reading has all of them but no judgement.
+    if (!AllValid(measured.Rising) || !AllValid(measured.Falling) || !verdict)
         return ChannelState::Incomplete;
-    const bool passed =
-        measured.DataAcceptable && (kind == CalibrationKind::System || measured.AuditPassed);
+    const bool passed = verdict->DataAcceptable &&
+                        (result.Measured.Kind == CalibrationKind::System || verdict->AuditPassed);
     return passed ? ChannelState::Passed : ChannelState::Failed;
 }
 
@@ -133,7 +131,7 @@ PointValues Negative(PointValues values) {
 /// Lines that are compared come in pairs: first what the readings should be, then the readings.
 void WriteData(Worksheet& data, int firstColumn, const VelocitySeries& series,
                CalibrationKind kind) {
-    const std::string unit = UnitOf(kind);
+    const std::string unit = ReadingUnit(kind);
     const bool isAudit = kind == CalibrationKind::Audit;
     const auto write = [&](int column, const std::string& name, const PointValues& values) {
         const std::string letters = ColumnLetters(firstColumn + column);
@@ -173,11 +171,12 @@ constexpr double ReadingLine_pt = 1.75;
 } // namespace
 
 void DrawReportCharts(Worksheet& charts, Worksheet& data, std::size_t channel,
-                      const ChannelMeasurement& measured, CalibrationKind kind) {
-    if (measured.Rising.empty())
+                      const VelocityResult& result) {
+    const CalibrationKind kind = result.Measured.Kind;
+    if (result.Measured.Channels.at(channel).Rising.empty())
         return;
-    const int firstColumn = static_cast<int>(channel) * ColumnsPerChannel;
-    const VelocitySeries series = SeriesOf(measured, kind);
+    const int firstColumn = 1 + static_cast<int>(channel) * ColumnsPerChannel;
+    const VelocitySeries series = SeriesOf(result, channel);
     WriteData(data, firstColumn, series, kind);
     const auto columns = [firstColumn](DataColumn first, DataColumn last) {
         return fmt::format("{0}:{0},{1}:{2}", ColumnLetters(firstColumn + Demand),
@@ -199,7 +198,8 @@ void DrawReportCharts(Worksheet& charts, Worksheet& data, std::size_t channel,
 void DrawStepCharts(Worksheet& charts, const Worksheet& traces, std::size_t channel,
                     const ChannelMeasurement& measured) {
     constexpr int columnsPerTrace = 2;
-    constexpr int firstStepColumn = 2 * static_cast<int>(MaxCalibrationPoints) * columnsPerTrace;
+    constexpr int firstStepColumn =
+        1 + 2 * static_cast<int>(MaxCalibrationPoints) * columnsPerTrace;
     const auto& places = Places.at(channel).Steps;
     for (std::size_t step = 0; step < std::min(measured.Steps.size(), places.size()); ++step) {
         if (measured.Steps[step].Reading.Trace.empty())

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration/judge/VelocityMeasurement.h"
+#include "calibration/judge/Judgement.h"
 #include "spreadsheet/Spreadsheet.h"
 
 #include <optional>
@@ -28,20 +28,20 @@ struct VelocitySeries {
     PointValues Limit;
 };
 
-VelocitySeries SeriesOf(const ChannelMeasurement& measured, CalibrationKind kind);
+VelocitySeries SeriesOf(const VelocityResult& result, std::size_t channel);
 
-/// "bits" or "ml/min".
-const char* UnitOf(CalibrationKind kind);
+/// What the values of a run of that kind count: "bits" or "ml/min".
+const char* ReadingUnit(CalibrationKind kind);
 
 /// What became of a channel.
 enum class ChannelState { NotPresent, NotMeasured, Incomplete, Failed, Passed };
-ChannelState StateOf(const ChannelMeasurement& measured, CalibrationKind kind);
+ChannelState StateOf(const VelocityResult& result, std::size_t channel);
 
 /// Draws a channel's charts: its readings, and how far they are from what was expected. A
 /// channel that was not measured has none.
 /// @param data takes what the charts are drawn from
 void DrawReportCharts(Worksheet& charts, Worksheet& data, std::size_t channel,
-                      const ChannelMeasurement& measured, CalibrationKind kind);
+                      const VelocityResult& result);
 
 /// Draws how the air rose in a channel's steps from zero. @param traces the channel's traces
 void DrawStepCharts(Worksheet& charts, const Worksheet& traces, std::size_t channel,

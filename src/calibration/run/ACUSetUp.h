@@ -2,10 +2,8 @@
 
 #include "board/eprom/EpromGuard.h"
 #include "board/procedure/DrivingProcedure.h"
-#include "calibration/judge/VelocityMeasurement.h"
-#include "calibration/run/CalibrationOutcome.h"
-#include "calibration/run/CalibrationServices.h"
-#include "reports/CalibrationWorkbooks.h"
+#include "calibration/report/ACUInformation.h"
+#include "calibration/run/CalibrationRun.h"
 
 #include <cstdint>
 #include <functional>
@@ -25,14 +23,15 @@ class ACUSetUp {
     static constexpr std::int32_t FirstPressureAddress = 600;
     static constexpr std::int32_t LastPressureAddress = 1020;
 
-    explicit ACUSetUp(CalibrationServices services) : m_Services(std::move(services)) {}
+    ACUSetUp(ReportTools reports, CalibrationView& stages)
+        : m_Reports(std::move(reports)), m_Stages(stages), m_Station(m_Reports.TheStation) {}
 
     /// Asks for the serial number and writes the board's identity. False when the operator
     /// declines; the identity is read again by the next detection only.
     bool SetAIBSerialNumber(std::int32_t& serial, bool digital, bool analog);
 
-    /// What became of an initialisation: Passed when every run of the sequence was made and
-    /// passed, Error when it was stopped.
+    /// What became of an initialisation: passed when every run of the sequence was made and
+    /// passed.
     struct Initialisation : CalibrationOutcome {
         /// A line for each stage that has not passed.
         std::string FailedStages;
@@ -51,21 +50,27 @@ class ACUSetUp {
     /// @param progress told each address @return false when the operator declines
     bool ClearPressure(const std::function<void(std::int32_t address)>& progress);
 
-    WorkbookOutcome CreateACUInfoDoc();
+    InformationReport CreateACUInfoDoc();
 
   private:
-    void AskMFCNumber(std::string& mfcNumber);
-    void ListAndRunStages(EpromGuard& guard, bool velocity, bool pressure, Initialisation& result);
-    void RunStages(EpromGuard& guard, bool velocity, bool pressure, Initialisation& result);
-    void RunVelocityStages(EpromGuard& guard, Initialisation& result);
-    bool Stores(Initialisation& result, const std::function<void()>& save);
-    clsACUCalibration& Record() const;
-    RunningProcedure Begin() const;
-    DrivenBoards CurrentBoard() const;
-    CalibrationOutcome RunAlone(const char* stage,
-                                const std::function<CalibrationOutcome(EpromGuard&)>& run);
+    /// What the stages of a sequence belong to.
+    struct Sequence {
+        EpromGuard Guard;
+        DrivingProcedure Running;
+    };
 
-    CalibrationServices m_Services;
+    void AskMFCNumber(std::string& mfcNumber);
+    void ListAndRunStages(Sequence& sequence, bool velocity, bool pressure,
+                          Initialisation& result);
+    void RunStages(Sequence& sequence, bool velocity, bool pressure, Initialisation& result);
+    void RunVelocityStages(Sequence& sequence, Initialisation& result);
+    bool StoresOrTells(Initialisation& result, const std::function<void()>& save);
+    CalibrationOutcome RunAlone(const char* stage,
+                                const std::function<CalibrationOutcome(const RunContext&)>& run);
+
+    ReportTools m_Reports;
+    CalibrationView& m_Stages;
+    Station& m_Station;
 };
 
 } // namespace ombrix

@@ -1,18 +1,15 @@
 #include "calibration/run/CalibrationLog.h"
 
-#include "board/AIBTools.h"
 #include "platform/os/ProgramLog.h"
+#include "platform/ports/Folders.h"
 #include "platform/text/OleDate.h"
+#include "platform/text/Paths.h"
 
 #include <utility>
 
 namespace ombrix {
 
-namespace {
-
-constexpr const char* KeptFolder = R"(T:\)";
-
-} // namespace
+namespace {} // namespace
 
 void CalibrationLog::OpenCalibrationLog(const std::string& prefix,
                                         const std::string& serialNumber) {
@@ -67,7 +64,7 @@ void CalibrationLog::GoOnElsewhere(const std::string& reason) {
     m_AllStored = false;
     std::string outcome;
     try {
-        Open(KeptFolder + m_Name);
+        Open(Paths::Temporary + m_Name);
         for (const std::string& line : m_Lines)
             Store(line);
         outcome = "It goes on in the folder for temporary files:\r\n\r\n   " +

@@ -1,8 +1,6 @@
 #include "calibration/run/ChannelVelocityRun.h"
 
 #include "calibration/air/AirUnits.h"
-#include "calibration/judge/AcceptanceChecks.h"
-#include "calibration/judge/ChannelJudgement.h"
 #include "platform/text/Text.h"
 
 #include <fmt/format.h>
@@ -35,23 +33,23 @@ constexpr std::int32_t FewestPoints = 2;
 ChannelVelocityRun::ChannelVelocityRun(const ChannelRunServices& services, CalibrationKind kind,
                                        std::int32_t channel)
     : m_Services(services), m_Kind(kind), m_Channel(channel),
-      m_Capacity_ml_m(services.Record.m_ChannelCapacity.at(static_cast<std::size_t>(channel))),
-      m_Timer(services.Time) {}
+      m_Capacity_ml_m(services.Record.ChannelCapacity.at(static_cast<std::size_t>(channel))),
+      m_Timer(services.Loop.Time()) {}
 
 std::string ChannelVelocityRun::Heading() const {
     return m_Kind == CalibrationKind::Audit ? "Air Velocity Audit Calibration"
                                             : "Air Velocity System Calibration";
 }
 
-void ChannelVelocityRun::CalibrateChannelVelocity(ChannelMeasurement& result) {
+bool ChannelVelocityRun::CalibrateChannelVelocity(ChannelMeasurement& result) {
     result.Capacity_ml_m = m_Capacity_ml_m;
     m_Services.Log.LogCalibration(fmt::format("> > Calibrating Channel: {} < <", m_Channel));
     // A damaged EPROM may claim any number of points.
-    const std::int32_t points = std::min(m_Services.Record.m_CalibrationPoints,
+    const std::int32_t points = std::min(m_Services.Record.CalibrationPoints,
                                          static_cast<std::int32_t>(MaxCalibrationPoints));
     if (!CanBeMeasured(points)) {
         m_Services.Recorder.ChannelBegins(static_cast<std::size_t>(m_Channel), result);
-        return;
+        return false;
     }
     m_Services.Air.AllChannelsOff();
     BuildDemands(points, result);
@@ -62,8 +60,7 @@ void ChannelVelocityRun::CalibrateChannelVelocity(ChannelMeasurement& result) {
                                {std::to_string(m_Channel + 1), std::to_string(AirChannels)}));
     m_Services.Stages.BeginProgress(HasValves() ? BarWithValves_s : BarWithoutValves_s);
     MeasureAll(result);
-    if (!m_Services.Wait.Ended())
-        Judge(result);
+    return !m_Services.Wait.Ended();
 }
 
 bool ChannelVelocityRun::CanBeMeasured(std::int32_t points) const {
@@ -216,14 +213,6 @@ void ChannelVelocityRun::ShowWait(const LiveReading& live, double duration_s) co
     m_Services.Stages.ShowLine(
         StageLine::Remaining,
         fmt::format("Elapsed:  {:.0f} s of {:.0f} s", std::floor(live.Elapsed_s), duration_s));
-}
-
-void ChannelVelocityRun::Judge(ChannelMeasurement& result) const {
-    if (m_Kind == CalibrationKind::System && !ReadingsRiseWithDemand(result))
-        m_Services.Stages.ShowWarning(fmt::format(
-            "Channel {} does not follow the demand. Check the air supply.", m_Channel + 1));
-    JudgeChannel(result, m_Kind, static_cast<std::size_t>(m_Channel), m_Services.Log);
-    m_Services.Recorder.ChannelJudged();
 }
 
 } // namespace ombrix

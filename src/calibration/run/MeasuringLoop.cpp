@@ -30,12 +30,16 @@ class RunningMeans {
 
 } // namespace
 
+MeasuringLoop::MeasuringLoop(Station& station, AirChannelControl& air, ProcedureWait& wait)
+    : m_AIB(station.CurrentAIB), m_Air(air), m_Wait(wait), m_Clock(station.World.Time),
+      m_NeverCalibrated(station.Calibration().Record().VelocitySystemDate == OleDate()) {}
+
 PointReading MeasuringLoop::Measure(std::int32_t channel, double duration_s, const Display& display,
                                     const SampleSink& samples) {
     PointReading result;
     result.Trace.reserve(static_cast<std::size_t>(duration_s / SampleSpacing_s) + 1);
     RunningMeans means;
-    clsHiResTimer timer(m_Clock);
+    HiResTimer timer(m_Clock);
     double sampled_s = 0.0;
     double displayDue_s = 0.0;
     LiveReading live;
@@ -77,18 +81,18 @@ void MeasuringLoop::PollChangeOver() {
 
 AIBStatus MeasuringLoop::AskForAnswer() {
     std::int32_t value = 0;
-    return m_AIB.ReadReg(clsAIB::PressureRegister, value);
+    return m_AIB->ReadReg(AIB::PressureRegister, value);
 }
 
 AIBStatus MeasuringLoop::Read(std::int32_t channel, std::int32_t& bits) {
-    const AIBStatus status = m_AIB.GetADC(channel, bits);
+    const AIBStatus status = m_AIB->GetADC(channel, bits);
     // A digital channel that is not ready reads as 0 without asking the board.
-    const bool wasAsked = !m_AIB.IsDigitalSetup() || m_AIB.MFCReady();
+    const bool wasAsked = !m_AIB->IsDigitalSetup() || m_AIB->MFCReady();
     return wasAsked ? status : AskForAnswer();
 }
 
 void MeasuringLoop::AwaitAnswer() {
-    clsHiResTimer timer(m_Clock);
+    HiResTimer timer(m_Clock);
     for (AIBStatus status = AskForAnswer(); status != Status::NoError && !m_Wait.Ended();
          status = AskForAnswer()) {
         m_Watch.Note(status, MonotonicSeconds(m_Clock));

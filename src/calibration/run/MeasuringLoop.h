@@ -2,9 +2,10 @@
 
 #include "board/procedure/ProcedureWait.h"
 #include "calibration/air/AirChannelControl.h"
-#include "calibration/judge/VelocityMeasurement.h"
+#include "calibration/judge/Measurement.h"
 
 #include <functional>
+#include <memory>
 
 namespace ombrix {
 
@@ -31,11 +32,9 @@ class MeasuringLoop {
 
     using Display = std::function<void(const LiveReading&)>;
 
-    /// @param neverCalibrated the unit has no table yet
-    MeasuringLoop(clsAIB& board, AirChannelControl& air, ProcedureWait& wait, const Clock& clock,
-                  bool neverCalibrated)
-        : m_AIB(board), m_Air(air), m_Wait(wait), m_Clock(clock),
-          m_NeverCalibrated(neverCalibrated) {}
+    MeasuringLoop(Station& station, AirChannelControl& air, ProcedureWait& wait);
+
+    const Clock& Time() const { return m_Clock; }
 
     /// Reads a channel for a time. The reading is not valid when the operator has cancelled.
     /// @param samples is told each sample of the trace; may be none
@@ -54,11 +53,12 @@ class MeasuringLoop {
     AIBStatus AskForAnswer();
     void PollChangeOver();
 
-    clsAIB& m_AIB;
+    std::shared_ptr<AIB> m_AIB;
     AirChannelControl& m_Air;
     ProcedureWait& m_Wait;
     const Clock& m_Clock;
     AnswerWatch m_Watch;
+    /// The unit has no table yet.
     bool m_NeverCalibrated;
 };
 

@@ -7,9 +7,6 @@
 
 namespace ombrix {
 
-/// Name of the folder for diagnostics, below the data folder.
-inline constexpr const char* DiagnosticsFolder = "Diagnostics";
-
 /// While it lives, a program that dies of an error of its own (a fatal signal, an exception that
 /// nobody catches) leaves a file with the time, the reason and the calls that led there; then it
 /// dies as it would have. One object a program, made before other threads are.

@@ -1,6 +1,7 @@
 #include "platform/os/ProgramLog.h"
 
 #include "platform/text/OleDate.h"
+#include "platform/text/Paths.h"
 
 #include <fmt/format.h>
 
@@ -46,12 +47,12 @@ std::size_t StartOfLastLines(std::string_view text, std::size_t lines) {
 } // namespace
 
 std::string LogPath(const Clock& clock) {
-    return LogFolder + LogName(clock.Now());
+    return Paths::Logs + LogName(clock.Now());
 }
 
 void WriteLog(Platform& world, std::string_view line) {
     try {
-        world.Files.CreateFolder(LogFolder);
+        world.Files.CreateFolder(Paths::Logs);
         world.Files.OpenForAppending(LogPath(world.Time))
             ->Write(fmt::format("{} {}[{}] {}\n", DateText(world.Time.Now(), "yyyy-mm-dd hh:nn:ss"),
                                 world.Program.Name, world.Program.ProcessId, OneLine(line)));
@@ -62,11 +63,11 @@ void WriteLog(Platform& world, std::string_view line) {
 
 void RemoveOldLogs(Platform& world) {
     const std::string oldest = LogName(OleDate(world.Time.Now().Days() - LogDaysKept));
-    for (const std::string& name : world.Files.FilesIn(LogFolder)) {
+    for (const std::string& name : world.Files.FilesIn(Paths::Logs)) {
         if (!IsLogName(name) || name >= oldest)
             continue;
         try {
-            world.Files.RemoveFile(LogFolder + name);
+            world.Files.RemoveFile(Paths::Logs + name);
         } catch (const DriveError& error) {
             WriteLog(world, error.what());
         }
@@ -75,12 +76,12 @@ void RemoveOldLogs(Platform& world) {
 
 std::string LastLogLines(const Drive& files, std::size_t most) {
     constexpr std::size_t newest = 2;
-    std::vector<std::string> names = files.FilesIn(LogFolder);
+    std::vector<std::string> names = files.FilesIn(Paths::Logs);
     std::erase_if(names, [](const std::string& name) { return !IsLogName(name); });
     std::string text;
     for (std::size_t i = names.size() - std::min(newest, names.size()); i < names.size(); ++i) {
         try {
-            text += files.ReadFile(LogFolder + names[i]);
+            text += files.ReadFile(Paths::Logs + names[i]);
         } catch (const DriveError& error) {
             text += std::string(error.what()) + "\n";
         }

@@ -9,9 +9,6 @@
 
 namespace ombrix {
 
-/// Folder of the program's logs, ended by a backslash: one file a day, shared by the programs.
-inline constexpr const char* LogFolder = R"(C:\Logs\)";
-
 /// Path of the log of the present day.
 std::string LogPath(const Clock& clock);
 

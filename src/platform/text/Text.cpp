@@ -59,6 +59,24 @@ std::string HexText(std::int32_t value) {
     return fmt::format("{:X}", static_cast<std::uint32_t>(value));
 }
 
+std::string ReplaceAll(std::string_view text, std::string_view what, std::string_view by) {
+    std::string result;
+    for (std::size_t found = text.find(what); found != std::string_view::npos;
+         found = text.find(what)) {
+        result.append(text.substr(0, found)).append(by);
+        text.remove_prefix(found + what.size());
+    }
+    return result.append(text);
+}
+
+std::string FormatArgs(std::string_view text, std::initializer_list<std::string_view> values) {
+    std::string result(text);
+    int position = 0;
+    for (const std::string_view value : values)
+        result = ReplaceAll(result, fmt::format("[{}]", ++position), value);
+    return result;
+}
+
 std::optional<double> ParseNumber(std::string_view text) {
     std::string_view number = text;
     while (!number.empty() && IsBlank(number.front()))

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,6 +21,12 @@ std::string FixedText(double value, int decimals);
 
 /// Upper-case hexadecimal of the 32 bits, without prefix or leading zeros.
 std::string HexText(std::int32_t value);
+
+/// Every occurrence of a text replaced by another.
+std::string ReplaceAll(std::string_view text, std::string_view what, std::string_view by);
+
+/// The template with "[1]", "[2]", … replaced by the first, second, … value.
+std::string FormatArgs(std::string_view text, std::initializer_list<std::string_view> values);
 
 /// Text of a number that an operator typed; nothing when it is no number.
 std::optional<double> ParseNumber(std::string_view text);

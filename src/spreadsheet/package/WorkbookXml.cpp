@@ -1,6 +1,6 @@
 #include "spreadsheet/package/WorkbookXml.h"
 
-#include "platform/ports/FreePath.h"
+#include "platform/ports/Folders.h"
 #include "platform/text/Text.h"
 #include "spreadsheet/package/XmlPart.h"
 #include "spreadsheet/sheet/FormulaText.h"

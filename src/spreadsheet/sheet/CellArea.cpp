@@ -1,6 +1,6 @@
 #include "spreadsheet/sheet/CellArea.h"
 
-#include "board/AIBTools.h"
+#include "spreadsheet/Cells.h"
 #include "spreadsheet/Spreadsheet.h"
 
 #include <fmt/format.h>
@@ -49,10 +49,6 @@ int ColumnNumber(std::string_view letters) {
         column = column * 26 + (c >= 'a' ? c - 'a' : c - 'A') + 1;
     }
     return column <= MaxColumn ? column : 0;
-}
-
-std::string ColumnLetters(int column) {
-    return ombrix::ColumnLetters(column - 1);
 }
 
 std::optional<CellPosition> FindCell(std::string_view text) {

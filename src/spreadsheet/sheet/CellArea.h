@@ -57,8 +57,7 @@ std::vector<CellArea> ParseAreas(std::string_view text);
 /// Whole columns: "A:A,F:J". @throws SpreadsheetError
 std::vector<ColumnRange> ParseColumns(std::string_view text);
 
-/// 1 gives "A"; 0 when the letters are no column.
-std::string ColumnLetters(int column);
+/// The number of a column, from 1; 0 when the letters are no column.
 int ColumnNumber(std::string_view letters);
 
 std::string ToText(CellPosition cell);

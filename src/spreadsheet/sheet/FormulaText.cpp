@@ -1,5 +1,6 @@
 #include "spreadsheet/sheet/FormulaText.h"
 
+#include "spreadsheet/Cells.h"
 #include "spreadsheet/sheet/CellArea.h"
 
 #include <algorithm>

@@ -1,5 +1,6 @@
 #include "spreadsheet/sheet/SheetWriter.h"
 
+#include "spreadsheet/Cells.h"
 #include "spreadsheet/package/XmlPart.h"
 
 #include <fmt/format.h>

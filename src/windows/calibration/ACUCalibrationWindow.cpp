@@ -1,6 +1,6 @@
 #include "windows/calibration/ACUCalibrationWindow.h"
 
-#include "calibration/unit/ACUCalibration.h"
+#include "board/unit/ACUCalibration.h"
 #include "windows/calibration/StageListWidget.h"
 #include "windows/desktop/QtOperator.h"
 #include "windows/widgets/Controls.h"
@@ -33,7 +33,7 @@ ValueLabel* MakeLine(const char* objectName, const QString& meaning, QWidget* pa
 
 } // namespace
 
-frmACUCalibration::frmACUCalibration(Station& station)
+ACUCalibrationWindow::ACUCalibrationWindow(Station& station)
     : m_Station(station), m_Unit(MakeLine("lblUnit", tr("Unit"), this)),
       m_Stages(new StageListWidget(this)),
       m_Phase(MakeLine("lblAccessoryCal1", tr("Calibration"), this)),
@@ -41,7 +41,7 @@ frmACUCalibration::frmACUCalibration(Station& station)
       m_Reading(MakeLine("lblAccessoryCal4", tr("Reading"), this)),
       m_Remaining(MakeLine("lblAccessoryCal5", tr("State"), this)),
       m_Warning(MakeLine("lblWarning", tr("Warning"), this)),
-      m_Progress(Named(new ctrlProgressBar(this), QStringLiteral("ctrlProgressBar"),
+      m_Progress(Named(new ProgressBar(this), QStringLiteral("ctrlProgressBar"),
                        tr("Progress of the measurement"))),
       m_Cancel(MakeButton(QStringLiteral("cmdCancel"), tr("Cancel"), this)) {
     Named(this, QStringLiteral("frmACUCalibration"), tr("Calibration"));
@@ -52,12 +52,12 @@ frmACUCalibration::frmACUCalibration(Station& station)
     m_Progress->DisplayType(percentage);
     LayOut();
     SetToDesign();
-    connect(m_Cancel, &QPushButton::clicked, this, &frmACUCalibration::Cancel);
+    connect(m_Cancel, &QPushButton::clicked, this, &ACUCalibrationWindow::Cancel);
     connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, m_Cancel,
             &QPushButton::click);
 }
 
-void frmACUCalibration::LayOut() {
+void ACUCalibrationWindow::LayOut() {
     constexpr int headingPoints = 14;
     auto* heading = MakeCaption(tr("Calibrating Aeration Control Unit"), this);
     heading->setObjectName(QStringLiteral("lblCalMsg"));
@@ -78,7 +78,7 @@ void frmACUCalibration::LayOut() {
     resize(ScaledToFonts(*this, comfortable));
 }
 
-QLayout* frmACUCalibration::MakeStatusLines() {
+QLayout* ACUCalibrationWindow::MakeStatusLines() {
     constexpr int progressPoints = 10;
     constexpr int progressHeight = 28;
     m_Progress->setFont(LabelFont(progressPoints));
@@ -95,7 +95,7 @@ QLayout* frmACUCalibration::MakeStatusLines() {
     return lines;
 }
 
-void frmACUCalibration::SetToDesign() {
+void ACUCalibrationWindow::SetToDesign() {
     m_Stages->clear();
     m_Unit->ShowValue({});
     m_Warning->ShowValue({});
@@ -104,38 +104,39 @@ void frmACUCalibration::SetToDesign() {
     setEnabled(true);
 }
 
-void frmACUCalibration::ClearLines() {
+void ACUCalibrationWindow::ClearLines() {
     m_Phase->ShowValue(tr("Calibration Initialising"));
     for (ValueLabel* line : {m_Demand, m_Reading, m_Remaining})
         line->ShowValue(QStringLiteral("-"));
     m_Progress->Clear();
 }
 
-void frmACUCalibration::Appear() {
-    const clsACUCalibration& record = m_Station.g_CurrentAIB->Calibration();
+void ACUCalibrationWindow::Appear() {
+    const ACU unit = m_Station.Calibration().Unit();
     m_Unit->ShowValue(
-        tr("%1   MFC number %2").arg(ToQt(record.SerialNumberStr()), ToQt(record.ACUMFCNumber())));
+        tr("%1   MFC number %2")
+            .arg(ToQt(unit.SerialNumberStr()), ToQt(unit.Record.ACUMFCNumber())));
     show();
     raise();
     activateWindow();
 }
 
-void frmACUCalibration::Stage_Add(const std::string& name) {
+void ACUCalibrationWindow::Stage_Add(const std::string& name) {
     if (m_Stages->topLevelItemCount() == 0)
         Appear();
     m_Stages->Add(ToQt(name));
 }
 
-void frmACUCalibration::Stage_RunNext() {
+void ACUCalibrationWindow::Stage_RunNext() {
     ClearLines(); // what the stage before showed last
     m_Stages->RunNext();
 }
 
-void frmACUCalibration::Stage_Complete(bool aborted, bool passed) {
+void ACUCalibrationWindow::Stage_Complete(bool aborted, bool passed) {
     m_Stages->Complete(aborted, passed);
 }
 
-ValueLabel& frmACUCalibration::LineOf(StageLine line) const {
+ValueLabel& ACUCalibrationWindow::LineOf(StageLine line) const {
     switch (line) {
     case StageLine::Demand: return *m_Demand;
     case StageLine::Reading: return *m_Reading;
@@ -145,45 +146,45 @@ ValueLabel& frmACUCalibration::LineOf(StageLine line) const {
     return *m_Phase;
 }
 
-void frmACUCalibration::ShowLine(StageLine line, const std::string& text) {
+void ACUCalibrationWindow::ShowLine(StageLine line, const std::string& text) {
     LineOf(line).ShowValue(ToQt(text));
 }
 
-void frmACUCalibration::ShowWarning(const std::string& text) {
+void ACUCalibrationWindow::ShowWarning(const std::string& text) {
     m_Warning->ShowValue(ToQt(text));
 }
 
-void frmACUCalibration::BeginProgress(float span_s) {
+void ACUCalibrationWindow::BeginProgress(float span_s) {
     m_Progress->MinVal(0.0F);
     m_Progress->MaxVal(span_s);
     m_Progress->Value(0.0F);
     m_Progress->Refresh();
 }
 
-void frmACUCalibration::ShowProgress(float elapsed_s) {
+void ACUCalibrationWindow::ShowProgress(float elapsed_s) {
     m_Progress->Value(elapsed_s);
 }
 
-void frmACUCalibration::EndProgress() {
+void ACUCalibrationWindow::EndProgress() {
     m_Progress->Clear();
 }
 
-void frmACUCalibration::TakeInput(bool take) {
+void ACUCalibrationWindow::TakeInput(bool take) {
     setEnabled(take);
 }
 
-void frmACUCalibration::Close() {
+void ACUCalibrationWindow::Close() {
     WithdrawQuestion(*this);
     hide();
     SetToDesign();
 }
 
-void frmACUCalibration::Cancel() {
-    m_Station.g_CurrentAIB->Calibration().CancelCalibration();
+void ACUCalibrationWindow::Cancel() {
+    m_Station.Procedures.Cancel();
     m_Cancel->setEnabled(false);
 }
 
-void frmACUCalibration::closeEvent(QCloseEvent* event) {
+void ACUCalibrationWindow::closeEvent(QCloseEvent* event) {
     if (!m_Station.Procedures.Running())
         return;
     event->ignore();

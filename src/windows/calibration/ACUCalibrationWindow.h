@@ -12,15 +12,15 @@ namespace ombrix {
 
 class StageListWidget;
 class ValueLabel;
-class ctrlProgressBar;
+class ProgressBar;
 
 /// The window of a running calibration: the stages of its sequence, what it is doing, and
 /// Cancel. It comes with the first stage and goes with the end of the sequence.
-class frmACUCalibration final : public QWidget, public CalibrationView {
+class ACUCalibrationWindow final : public QWidget, public CalibrationView {
     Q_OBJECT
 
   public:
-    explicit frmACUCalibration(Station& station);
+    explicit ACUCalibrationWindow(Station& station);
 
     void Stage_Add(const std::string& name) override;
     void Stage_RunNext() override;
@@ -53,7 +53,7 @@ class frmACUCalibration final : public QWidget, public CalibrationView {
     ValueLabel* m_Reading;
     ValueLabel* m_Remaining;
     ValueLabel* m_Warning;
-    ctrlProgressBar* m_Progress;
+    ProgressBar* m_Progress;
     QPushButton* m_Cancel;
 };
 

@@ -41,7 +41,7 @@ QComboBox* MakeChooser(const char* objectName, const QString& caption, QHBoxLayo
 
 } // namespace
 
-frmCalibrationHistory::frmCalibrationHistory(Station& station)
+CalibrationHistoryWindow::CalibrationHistoryWindow(Station& station)
     : ChooseFile([this](const QString& proposed) {
           return QFileDialog::getSaveFileName(this, tr("Export"), proposed);
       }),
@@ -78,11 +78,11 @@ frmCalibrationHistory::frmCalibrationHistory(Station& station)
     layout->addLayout(MakeButtons());
     constexpr QSize comfortable(1200, 680);
     resize(ScaledToFonts(*this, comfortable));
-    connect(m_Runs, &QTreeWidget::currentItemChanged, this, &frmCalibrationHistory::ShowRun);
+    connect(m_Runs, &QTreeWidget::currentItemChanged, this, &CalibrationHistoryWindow::ShowRun);
     m_Procedures = station.Procedures.Listen([this](bool running) { ProcedureRunning(running); });
 }
 
-QLayout* frmCalibrationHistory::MakeChoosers() {
+QLayout* CalibrationHistoryWindow::MakeChoosers() {
     auto* row = new QHBoxLayout;
     m_Units = MakeChooser("cboUnit", tr("&Unit"), *row, this);
     constexpr int space = 24;
@@ -95,13 +95,14 @@ QLayout* frmCalibrationHistory::MakeChoosers() {
     m_Scales = MakeChooser("cboScale", tr("&Scale"), *row, this);
     m_Scales->addItems({tr("% of full scale"), tr("ml/min or mBar")});
     row->addStretch(1);
-    connect(m_Units, &QComboBox::currentIndexChanged, this, &frmCalibrationHistory::ShowUnit);
+    connect(m_Units, &QComboBox::currentIndexChanged, this, &CalibrationHistoryWindow::ShowUnit);
     for (QComboBox* chooser : {m_Kinds, m_Channels, m_Scales})
-        connect(chooser, &QComboBox::currentIndexChanged, this, &frmCalibrationHistory::ShowDrift);
+        connect(chooser, &QComboBox::currentIndexChanged, this,
+                &CalibrationHistoryWindow::ShowDrift);
     return row;
 }
 
-QLayout* frmCalibrationHistory::MakeButtons() {
+QLayout* CalibrationHistoryWindow::MakeButtons() {
     m_ExportPicture = MakeButton(QStringLiteral("cmdExportPNG"), tr("Export &PNG…"), this);
     m_ExportTable = MakeButton(QStringLiteral("cmdExportCSV"), tr("&Export CSV…"), this);
     auto* close = MakeButton(QStringLiteral("cmdClose"), tr("Close"), this);
@@ -118,19 +119,19 @@ QLayout* frmCalibrationHistory::MakeButtons() {
     return row;
 }
 
-void frmCalibrationHistory::Open() {
-    FillUnits(isVisible() ? Serial() : m_Station.g_CurrentAIB->SerialNumber());
+void CalibrationHistoryWindow::Open() {
+    FillUnits(isVisible() ? Serial() : m_Station.CurrentAIB->SerialNumber());
     show();
     raise();
     activateWindow();
 }
 
-void frmCalibrationHistory::ProcedureRunning(bool running) {
+void CalibrationHistoryWindow::ProcedureRunning(bool running) {
     if (!running && isVisible())
         FillUnits(Serial()); // a calibration may have ended
 }
 
-void frmCalibrationHistory::FillUnits(std::int32_t wanted) {
+void CalibrationHistoryWindow::FillUnits(std::int32_t wanted) {
     {
         const QSignalBlocker quiet(m_Units);
         m_Units->clear();
@@ -144,15 +145,15 @@ void frmCalibrationHistory::FillUnits(std::int32_t wanted) {
     ShowUnit();
 }
 
-std::int32_t frmCalibrationHistory::Serial() const {
+std::int32_t CalibrationHistoryWindow::Serial() const {
     return m_Units->currentData().toInt();
 }
 
-QString frmCalibrationHistory::UnitName() const {
+QString CalibrationHistoryWindow::UnitName() const {
     return m_Units->currentText();
 }
 
-void frmCalibrationHistory::ShowUnit() {
+void CalibrationHistoryWindow::ShowUnit() {
     m_History = {};
     Guarded(m_Station.World.Messages,
             [this] { m_History = ReadHistory(m_Station.World.Files, Serial()); });
@@ -177,13 +178,13 @@ void frmCalibrationHistory::ShowUnit() {
     ShowDrift();
 }
 
-void frmCalibrationHistory::ShowRun() {
+void CalibrationHistoryWindow::ShowRun() {
     const int row = m_Runs->indexOfTopLevelItem(m_Runs->currentItem());
     m_Details->setPlainText(
         row < 0 ? QString() : ToQt(DetailsOf(m_History.Runs.at(static_cast<std::size_t>(row)))));
 }
 
-void frmCalibrationHistory::ShowDrift() {
+void CalibrationHistoryWindow::ShowDrift() {
     const RunKind kind = RunKinds.at(static_cast<std::size_t>(m_Kinds->currentIndex()));
     m_Channels->setEnabled(IsVelocity(kind));
     const auto scale =
@@ -196,7 +197,7 @@ void frmCalibrationHistory::ShowDrift() {
         title);
 }
 
-std::string frmCalibrationHistory::PictureFile() const {
+std::string CalibrationHistoryWindow::PictureFile() const {
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
@@ -205,8 +206,8 @@ std::string frmCalibrationHistory::PictureFile() const {
     return bytes.toStdString();
 }
 
-void frmCalibrationHistory::Export(const QString& ending,
-                                   const std::function<std::string()>& content) {
+void CalibrationHistoryWindow::Export(const QString& ending,
+                                      const std::function<std::string()>& content) {
     const QString file = ChooseFile(QStringLiteral("%1_history.%2").arg(UnitName(), ending));
     if (file.isEmpty())
         return;

@@ -20,11 +20,11 @@ class DriftPlotWidget;
 
 /// The calibrations that units have had: the runs of a unit, what each came to, and how its
 /// points have drifted. Needs no board.
-class frmCalibrationHistory final : public QWidget {
+class CalibrationHistoryWindow final : public QWidget {
     Q_OBJECT
 
   public:
-    explicit frmCalibrationHistory(Station& station);
+    explicit CalibrationHistoryWindow(Station& station);
 
     /// Reads the histories anew and shows the window, with the current board's unit if it has one.
     void Open();
@@ -57,7 +57,7 @@ class frmCalibrationHistory final : public QWidget {
     QPushButton* m_ExportPicture;
     QPushButton* m_ExportTable;
     CalibrationHistory m_History;
-    ProcedureGate::Subscription m_Procedures;
+    Subscription m_Procedures;
 };
 
 } // namespace ombrix

@@ -7,7 +7,7 @@
 
 namespace ombrix {
 
-frmOpenExcel::frmOpenExcel(QWidget* parent)
+OpenExcelWindow::OpenExcelWindow(QWidget* parent)
     : QWidget(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint),
       m_Message(new ValueLabel(QStringLiteral("lblMessage"), tr("What is being done"), this)) {
     Named(this, QStringLiteral("frmOpenExcel"), tr("Excel interface"));
@@ -21,7 +21,7 @@ frmOpenExcel::frmOpenExcel(QWidget* parent)
     setMinimumWidth(leastWidth);
 }
 
-void frmOpenExcel::Show(const std::string& message) {
+void OpenExcelWindow::Show(const std::string& message) {
     m_Message->ShowValue(ToQt(message));
     show();
     raise();

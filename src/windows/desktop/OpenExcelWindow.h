@@ -8,11 +8,11 @@
 namespace ombrix {
 
 /// The small window that asks for patience while a report is opened.
-class frmOpenExcel final : public QWidget, public OpenExcelView {
+class OpenExcelWindow final : public QWidget, public OpenExcelView {
     Q_OBJECT
 
   public:
-    explicit frmOpenExcel(QWidget* parent);
+    explicit OpenExcelWindow(QWidget* parent);
 
     void Show(const std::string& message) override;
     void Close() override { close(); }

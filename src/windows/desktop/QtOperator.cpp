@@ -1,6 +1,6 @@
 #include "windows/desktop/QtOperator.h"
 
-#include "board/AIBTools.h"
+#include "platform/text/Text.h"
 #include "windows/widgets/QtText.h"
 
 #include <QApplication>

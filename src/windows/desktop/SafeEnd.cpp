@@ -1,6 +1,6 @@
 #include "windows/desktop/SafeEnd.h"
 
-#include "board/OutputsOff.h"
+#include "board/procedure/OutputsOff.h"
 #include "platform/os/ProgramLog.h"
 #include "windows/desktop/QtOperator.h"
 #include "windows/main/AIBAccessoriesWindow.h"
@@ -23,7 +23,7 @@ constexpr const char* OutputsOnText =
 
 } // namespace
 
-SafeEnd::SafeEnd(Station& station, frmAIBAccessories& window, QtOperator& messages,
+SafeEnd::SafeEnd(Station& station, AIBAccessoriesWindow& window, QtOperator& messages,
                  StopSignals& stopSignals, std::function<void()> endProgram)
     : m_Station(station), m_Window(window), m_Messages(messages),
       m_EndProgram(std::move(endProgram)),

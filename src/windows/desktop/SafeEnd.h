@@ -34,7 +34,7 @@ class SafeApplication final : public QApplication {
 };
 
 class QtOperator;
-class frmAIBAccessories;
+class AIBAccessoriesWindow;
 struct Station;
 
 /// Ends the desktop program when nobody is there to be asked: at a signal, at the end of the
@@ -45,7 +45,7 @@ class SafeEnd final : public QObject {
 
   public:
     /// @param endProgram tells running procedures that the program ends
-    SafeEnd(Station& station, frmAIBAccessories& window, QtOperator& messages,
+    SafeEnd(Station& station, AIBAccessoriesWindow& window, QtOperator& messages,
             StopSignals& stopSignals, std::function<void()> endProgram);
 
     /// Open dialogs are closed as refused.
@@ -56,7 +56,7 @@ class SafeEnd final : public QObject {
 
   private:
     Station& m_Station;
-    frmAIBAccessories& m_Window;
+    AIBAccessoriesWindow& m_Window;
     QtOperator& m_Messages;
     std::function<void()> m_EndProgram;
     QSocketNotifier m_Arrived;

@@ -96,12 +96,11 @@ constexpr int ProgressSteps = 1000;
 
 } // namespace
 
-frmACUHealthCheck::frmACUHealthCheck(Station& station, DACSliders& sliders,
-                                     SpreadsheetLauncher launcher, std::string templates)
-    : m_Station(station), m_Sliders(sliders), m_Launcher(std::move(launcher)),
-      m_Templates(std::move(templates)), m_Options(new HealthCheckOptionsPanel(this)),
+ACUHealthCheckWindow::ACUHealthCheckWindow(
+    Station& station, const std::function<ReportTools(OpenExcelView&)>& tools)
+    : m_Station(station), m_Options(new HealthCheckOptionsPanel(this)),
       m_Steps(new StepListWidget(this)), m_Progress(new QProgressBar(this)),
-      m_Graphs(new GraphColumn(this)), m_Wait(nullptr) {
+      m_Graphs(new GraphColumn(this)), m_Wait(nullptr), m_Reports(tools(m_Wait)) {
     Named(this, QStringLiteral("frmACUHealthCheck"), tr("Health Checking"));
     setWindowTitle(tr("Health Checking"));
     Named(m_Progress, QStringLiteral("prgRun"), tr("Progress of the run"));
@@ -111,15 +110,16 @@ frmACUHealthCheck::frmACUHealthCheck(Station& station, DACSliders& sliders,
     layout->addWidget(m_Graphs, 1);
     constexpr QSize size(1200, 680);
     resize(ScaledToFonts(*this, size));
-    connect(m_Options, &HealthCheckOptionsPanel::StartWanted, this, &frmACUHealthCheck::Start);
-    connect(m_Options, &HealthCheckOptionsPanel::CancelWanted, this, [this] { m_Run->Cancel(); });
+    connect(m_Options, &HealthCheckOptionsPanel::StartWanted, this, &ACUHealthCheckWindow::Start);
+    connect(m_Options, &HealthCheckOptionsPanel::CancelWanted, this,
+            [this] { m_Station.Procedures.Cancel(); });
     connect(m_Options, &HealthCheckOptionsPanel::FolderWanted, this,
             [this] { Guarded(m_Station.World.Messages, [this] { OpenSaveFolder(m_Station); }); });
     m_Procedures = station.Procedures.Listen([this](bool running) { ProcedureRunning(running); });
     ProcedureRunning(station.Procedures.Running());
 }
 
-QLayout* frmACUHealthCheck::MakeSideColumn() {
+QLayout* ACUHealthCheckWindow::MakeSideColumn() {
     auto* column = new QVBoxLayout;
     column->addWidget(m_Options);
     column->addWidget(m_Steps, 1);
@@ -133,23 +133,23 @@ QLayout* frmACUHealthCheck::MakeSideColumn() {
     return column;
 }
 
-void frmACUHealthCheck::ProcedureRunning(bool running) {
+void ACUHealthCheckWindow::ProcedureRunning(bool running) {
     m_Options->UpdateOptionControls(!running);
-    m_Options->TakeCancel(running && m_Run != nullptr);
+    m_Options->TakeCancel(running && m_Running);
 }
 
-void frmACUHealthCheck::Start() {
+void ACUHealthCheckWindow::Start() {
     if (m_Station.Procedures.Running())
         return;
+    m_Running = true;
     Guarded(m_Station.World.Messages, [this] { OfferWorkbook(RunHealthCheck()); });
-    m_Run.reset();
+    m_Running = false;
     if (m_CloseAfterRun)
         close();
 }
 
-HealthCheckResult frmACUHealthCheck::RunHealthCheck() {
+HealthCheckResult ACUHealthCheckWindow::RunHealthCheck() {
     m_CloseAfterRun = false;
-    m_Run = std::make_unique<HealthCheckRun>(m_Station, m_Sliders, m_Launcher, m_Wait, m_Templates);
     const GraphSurfaces surfaces = m_Graphs->Surfaces();
     HealthCheckView view{&surfaces, m_Graphs, m_Steps};
     view.Progress = [this](double share) {
@@ -157,13 +157,13 @@ HealthCheckResult frmACUHealthCheck::RunHealthCheck() {
     };
     m_Progress->setValue(0);
     const std::vector<HealthCheckOption> chosen = m_Options->Chosen();
-    HealthCheckResult result = m_Run->Run(chosen, view);
-    if (result.Ended == ProcedureOutcome::End::Completed)
+    HealthCheckResult result = HealthCheckRun(m_Reports).Run(chosen, view);
+    if (result.Ended == End::Passed)
         m_Progress->setValue(ProgressSteps);
     return result;
 }
 
-void frmACUHealthCheck::OfferWorkbook(const HealthCheckResult& result) {
+void ACUHealthCheckWindow::OfferWorkbook(const HealthCheckResult& result) {
     Platform& world = m_Station.World;
     if (result.Files.empty() || world.Events.ProgramEnding())
         return;
@@ -177,8 +177,8 @@ void frmACUHealthCheck::OfferWorkbook(const HealthCheckResult& result) {
              MessageIcon::Warning, MessageButtons::Ok});
 }
 
-void frmACUHealthCheck::closeEvent(QCloseEvent* event) {
-    if (m_Run == nullptr) {
+void ACUHealthCheckWindow::closeEvent(QCloseEvent* event) {
+    if (!m_Running) {
         event->accept();
         return;
     }
@@ -186,8 +186,8 @@ void frmACUHealthCheck::closeEvent(QCloseEvent* event) {
     AskWhileRunning(*this, tr("The health check is running.\n\nCancel it and close the window?"),
                     [this] {
                         m_CloseAfterRun = true;
-                        if (m_Run != nullptr)
-                            m_Run->Cancel();
+                        if (m_Running)
+                            m_Station.Procedures.Cancel();
                         else
                             close();
                     });

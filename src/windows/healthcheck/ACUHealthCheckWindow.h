@@ -67,13 +67,13 @@ class HealthCheckOptionsPanel final : public QWidget {
 class GraphColumn;
 
 /// The health check window: options, live traces and the steps of the running sequence.
-class frmACUHealthCheck final : public QWidget {
+class ACUHealthCheckWindow final : public QWidget {
     Q_OBJECT
 
   public:
-    /// @param sliders the main window's, which the run moves
-    frmACUHealthCheck(Station& station, DACSliders& sliders, SpreadsheetLauncher launcher,
-                      std::string templates);
+    /// @param tools has report files made, with the wait window of this one
+    ACUHealthCheckWindow(Station& station,
+                         const std::function<ReportTools(OpenExcelView&)>& tools);
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -86,17 +86,15 @@ class frmACUHealthCheck final : public QWidget {
     void ProcedureRunning(bool running);
 
     Station& m_Station;
-    DACSliders& m_Sliders;
-    SpreadsheetLauncher m_Launcher;
-    std::string m_Templates;
     HealthCheckOptionsPanel* m_Options;
     StepListWidget* m_Steps;
     QProgressBar* m_Progress;
     GraphColumn* m_Graphs;
-    frmOpenExcel m_Wait;
-    /// The run in progress; none while idle.
-    std::unique_ptr<HealthCheckRun> m_Run;
-    ProcedureGate::Subscription m_Procedures;
+    OpenExcelWindow m_Wait;
+    ReportTools m_Reports;
+    /// The procedure that runs is this window's.
+    bool m_Running = false;
+    Subscription m_Procedures;
     bool m_CloseAfterRun = false;
 };
 

@@ -1,6 +1,5 @@
 #include "windows/main/ACUCommands.h"
 
-#include "healthcheck/OpenJournal.h"
 #include "journal/UnfinishedRuns.h"
 #include "windows/main/BoardPanel.h"
 #include "windows/main/CalibrationPanel.h"
@@ -12,10 +11,9 @@
 
 namespace ombrix {
 
-ACUCommands::ACUCommands(Station& station, BoardPanel& board, SpreadsheetLauncher launcher,
-                         std::string templates)
-    : m_Station(station), m_Board(board), m_Launcher(std::move(launcher)),
-      m_Templates(std::move(templates)), m_Wait(nullptr) {
+ACUCommands::ACUCommands(Station& station, BoardPanel& board,
+                         const std::function<ReportTools(OpenExcelView&)>& tools)
+    : m_Station(station), m_Board(board), m_Wait(nullptr), m_Reports(tools(m_Wait)) {
     CalibrationPanel& panel = board.Calibration();
     connect(&panel, &CalibrationPanel::InitialisationWanted, this, &ACUCommands::Initialise);
     connect(&panel, &CalibrationPanel::ClearPressureWanted, this, &ACUCommands::ClearPressure);
@@ -23,17 +21,17 @@ ACUCommands::ACUCommands(Station& station, BoardPanel& board, SpreadsheetLaunche
     connect(&board.Identity(), &IdentityPanel::IdentityWanted, this, &ACUCommands::SetIdentity);
 }
 
-CalibrationServices ACUCommands::Services() {
+CalibrationView& ACUCommands::Stages() {
     if (!m_Stages)
-        m_Stages = std::make_unique<frmACUCalibration>(m_Station);
-    return {m_Station, m_Board.Sliders(), *m_Stages, m_Wait, m_Launcher, m_Templates};
+        m_Stages = std::make_unique<ACUCalibrationWindow>(m_Station);
+    return *m_Stages;
 }
 
 void ACUCommands::Run(const std::function<void(ACUSetUp&)>& command) {
     if (m_Station.Procedures.Running())
         return;
     Platform& world = m_Station.World;
-    ACUSetUp setUp(Services());
+    ACUSetUp setUp(m_Reports, Stages());
     Guarded(world.Messages, [&] { command(setUp); });
     // A command that was ended by an error may have left its windows.
     m_Stages->Close();
@@ -53,12 +51,13 @@ void ACUCommands::CalibratePressure(CalibrationKind kind) {
     Run([kind](ACUSetUp& setUp) { setUp.RunPressure(kind); });
 }
 
-void ACUCommands::OfferUnfinished() {
+void ACUCommands::OfferUnfinished(
+    const std::function<JournalReaders(const ReportTools&)>& readers) {
     if (m_Station.Procedures.Running())
         return;
-    Guarded(m_Station.World.Messages, [this] {
-        const RunningProcedure offering(m_Station.Procedures, [] {});
-        OfferUnfinishedRuns(Services(), OpenJournal);
+    Guarded(m_Station.World.Messages, [&] {
+        const RunningProcedure offering(m_Station.Procedures);
+        OfferUnfinishedRuns(m_Station.World, readers(m_Reports));
     });
     m_Wait.Close();
 }

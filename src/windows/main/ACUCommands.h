@@ -1,6 +1,7 @@
 #pragma once
 
 #include "calibration/run/ACUSetUp.h"
+#include "journal/UnfinishedRuns.h"
 #include "windows/calibration/ACUCalibrationWindow.h"
 #include "windows/desktop/OpenExcelWindow.h"
 
@@ -21,12 +22,13 @@ class ACUCommands final : public QObject {
 
   public:
     /// @param board the panel whose buttons are served
-    ACUCommands(Station& station, BoardPanel& board, SpreadsheetLauncher launcher,
-                std::string templates);
+    /// @param tools has report files made, with the wait window of these commands
+    ACUCommands(Station& station, BoardPanel& board,
+                const std::function<ReportTools(OpenExcelView&)>& tools);
 
     void CalibratePressure(CalibrationKind kind);
-    /// Asks what to do with calibrations that an earlier program did not finish.
-    void OfferUnfinished();
+    /// Asks what to do with runs that an earlier program did not finish.
+    void OfferUnfinished(const std::function<JournalReaders(const ReportTools&)>& readers);
 
   private:
     void Initialise(const QString& mfcNumber, bool velocity, bool pressure);
@@ -34,15 +36,14 @@ class ACUCommands final : public QObject {
     void CreateInfoWorkbook();
     void SetIdentity(bool digital, bool analog);
     void Run(const std::function<void(ACUSetUp&)>& command);
-    CalibrationServices Services();
+    CalibrationView& Stages();
 
     Station& m_Station;
     BoardPanel& m_Board;
-    SpreadsheetLauncher m_Launcher;
-    std::string m_Templates;
     /// Made on first use.
-    std::unique_ptr<frmACUCalibration> m_Stages;
-    frmOpenExcel m_Wait;
+    std::unique_ptr<ACUCalibrationWindow> m_Stages;
+    OpenExcelWindow m_Wait;
+    ReportTools m_Reports;
 };
 
 } // namespace ombrix

@@ -1,7 +1,8 @@
 #include "windows/main/AIBAccessoriesWindow.h"
 
-#include "board/AIBTools.h"
-#include "board/OutputsOff.h"
+#include "board/procedure/OutputsOff.h"
+#include "platform/ports/Folders.h"
+#include "platform/text/Paths.h"
 #include "windows/calibration/CalibrationHistoryWindow.h"
 #include "windows/desktop/QtOperator.h"
 #include "windows/healthcheck/ACUHealthCheckWindow.h"
@@ -51,7 +52,7 @@ QTimer* MakeTimer(const char* objectName, int interval_ms, QObject* parent) {
 
 } // namespace
 
-frmAIBAccessories::frmAIBAccessories(Station& station, MainWindowServices services)
+AIBAccessoriesWindow::AIBAccessoriesWindow(Station& station, MainWindowServices services)
     : m_Station(station), m_Services(std::move(services)), m_Tabs(new QTabBar(this)),
       m_NoBoards(new NoBoardPanel(this)), m_Info(new InfoPanel(this)),
       m_Board(new BoardPanel(station, this)), m_UpdateInput(MakeTimer("timUpdateInput", 50, this)),
@@ -64,28 +65,28 @@ frmAIBAccessories::frmAIBAccessories(Station& station, MainWindowServices servic
     LayOut();
     ShowPanels(false);
     connect(m_NoBoards, &NoBoardPanel::DetectionWanted, this,
-            &frmAIBAccessories::DetectAndProgramAIBs);
+            &AIBAccessoriesWindow::DetectAndProgramAIBs);
     connect(m_Tabs, &QTabBar::currentChanged, this, [this](int tab) {
         Guarded(m_Station.World.Messages, [this, tab] { SelectBoard(tab); });
     });
-    connect(m_Board, &BoardPanel::HealthCheckWanted, this, &frmAIBAccessories::ShowHealthCheck);
-    connect(m_Board, &BoardPanel::UpdateWanted, this, &frmAIBAccessories::Tick);
-    connect(m_UpdateInput, &QTimer::timeout, this, &frmAIBAccessories::Tick);
+    connect(m_Board, &BoardPanel::HealthCheckWanted, this, &AIBAccessoriesWindow::ShowHealthCheck);
+    connect(m_Board, &BoardPanel::UpdateWanted, this, &AIBAccessoriesWindow::Tick);
+    connect(m_UpdateInput, &QTimer::timeout, this, &AIBAccessoriesWindow::Tick);
     m_ACUCommands =
-        std::make_unique<ACUCommands>(station, *m_Board, m_Services.Launcher, m_Services.Templates);
+        std::make_unique<ACUCommands>(station, *m_Board, m_Services.Reports);
     m_BenchTests = std::make_unique<BenchTestCommands>(station, *m_Board, *m_Info);
     connect(m_Info, &InfoPanel::TestRigWanted, m_Tools.get(), &ToolWindows::ShowTestRigOptions);
-    connect(m_Tools.get(), &ToolWindows::RigShown, this, &frmAIBAccessories::RigShown);
+    connect(m_Tools.get(), &ToolWindows::RigShown, this, &AIBAccessoriesWindow::RigShown);
     m_Procedures = station.Procedures.Listen([this](bool running) { ProcedureRunning(running); });
 }
 
-frmAIBAccessories::~frmAIBAccessories() = default;
+AIBAccessoriesWindow::~AIBAccessoriesWindow() = default;
 
-void frmAIBAccessories::MakeMenus() {
+void AIBAccessoriesWindow::MakeMenus() {
     QMenu* file = menuBar()->addMenu(tr("&File"));
     m_DetectAction = file->addAction(tr("&Detect AIBs"), QKeySequence(Qt::Key_F5), this,
-                                     &frmAIBAccessories::DetectAndProgramAIBs);
-    file->addAction(tr("Open Data &Folder"), this, &frmAIBAccessories::OpenDataFolder);
+                                     &AIBAccessoriesWindow::DetectAndProgramAIBs);
+    file->addAction(tr("Open Data &Folder"), this, &AIBAccessoriesWindow::OpenDataFolder);
     file->addSeparator();
     file->addAction(tr("&Quit"), QKeySequence(QKeySequence::Quit), this, &QWidget::close);
     QMenu* tools = menuBar()->addMenu(tr("&Tools"));
@@ -97,14 +98,14 @@ void frmAIBAccessories::MakeMenus() {
     tools->addSeparator();
     m_UARTsAction = tools->addAction(tr("&UART Console"), m_Tools.get(), &ToolWindows::ShowUARTs);
     QAction* history =
-        tools->addAction(tr("Calibration &History…"), this, &frmAIBAccessories::ShowHistory);
+        tools->addAction(tr("Calibration &History…"), this, &AIBAccessoriesWindow::ShowHistory);
     QMenu* help = menuBar()->addMenu(tr("&Help"));
     m_DiagnosticsAction = help->addAction(tr("Save &Diagnostics…"), this, [this] {
         Guarded(m_Station.World.Messages,
                 [this] { SaveDiagnostics(m_Station, m_Services.Options); });
     });
     m_DiagnosticsAction->setObjectName(QStringLiteral("mnuSaveDiagnostics"));
-    help->addAction(tr("&About"), this, &frmAIBAccessories::ShowAbout);
+    help->addAction(tr("&About"), this, &AIBAccessoriesWindow::ShowAbout);
     const auto name = [](QObject* object, const char* objectName) {
         object->setObjectName(QLatin1String(objectName));
     };
@@ -118,7 +119,7 @@ void frmAIBAccessories::MakeMenus() {
     name(help->actions().back(), "mnuAbout");
 }
 
-void frmAIBAccessories::LayOut() {
+void AIBAccessoriesWindow::LayOut() {
     Named(m_Tabs, QStringLiteral("tabAIBs"), tr("Boards"));
     m_Tabs->setExpanding(false);
     m_Tabs->setDrawBase(false);
@@ -136,7 +137,7 @@ void frmAIBAccessories::LayOut() {
     resize(ScaledToFonts(*this, comfortable));
 }
 
-bool frmAIBAccessories::DetectAndProgramAIBs() {
+bool AIBAccessoriesWindow::DetectAndProgramAIBs() {
     if (m_Station.Procedures.Running())
         return false;
     m_NoBoards->ShowDetecting(true);
@@ -153,27 +154,27 @@ bool frmAIBAccessories::DetectAndProgramAIBs() {
     return m_BoardsFound;
 }
 
-void frmAIBAccessories::ShowTab(int board) {
+void AIBAccessoriesWindow::ShowTab(int board) {
     m_Tabs->setCurrentIndex(board);
 }
 
-bool frmAIBAccessories::Detect() {
+bool AIBAccessoriesWindow::Detect() {
     // The new board objects know nothing of what the old ones were told.
     SwitchAllOff(m_Station);
     const bool found = DetectAndProgramBoards(m_Station, *this);
-    RemoveTabsFrom(found ? m_Station.g_AIBList.AIBCount() : 0);
+    RemoveTabsFrom(found ? m_Station.AIBList.AIBCount() : 0);
     if (found)
         ResetPanels();
     return found;
 }
 
-void frmAIBAccessories::RemoveTabsFrom(int count) {
+void AIBAccessoriesWindow::RemoveTabsFrom(int count) {
     const QSignalBlocker quiet(m_Tabs);
     while (m_Tabs->count() > count)
         m_Tabs->removeTab(m_Tabs->count() - 1);
 }
 
-void frmAIBAccessories::ResetPanels() {
+void AIBAccessoriesWindow::ResetPanels() {
     {
         const QSignalBlocker quiet(m_Tabs);
         m_Tabs->setCurrentIndex(0);
@@ -182,12 +183,12 @@ void frmAIBAccessories::ResetPanels() {
     m_Board->Reset();
 }
 
-void frmAIBAccessories::SelectBoard(int tab) {
-    m_Station.g_CurrentAIB = m_Station.g_AIBList.AIB(tab);
+void AIBAccessoriesWindow::SelectBoard(int tab) {
+    m_Station.CurrentAIB = m_Station.AIBList.AIB(tab);
     m_Board->ShowBoard();
 }
 
-void frmAIBAccessories::ShowPanels(bool boardsFound) {
+void AIBAccessoriesWindow::ShowPanels(bool boardsFound) {
     // Hidden first: the window would grow by what shows for a moment beside the rest.
     if (boardsFound)
         m_NoBoards->hide();
@@ -196,7 +197,7 @@ void frmAIBAccessories::ShowPanels(bool boardsFound) {
     m_NoBoards->setVisible(!boardsFound);
 }
 
-void frmAIBAccessories::Tick() {
+void AIBAccessoriesWindow::Tick() {
     Guarded(m_Station.World.Messages, [this] {
         try {
             m_Board->Refresh();
@@ -207,7 +208,7 @@ void frmAIBAccessories::Tick() {
     });
 }
 
-void frmAIBAccessories::ProcedureRunning(bool running) {
+void AIBAccessoriesWindow::ProcedureRunning(bool running) {
     UpdateCommands();
     if (running || !m_Closing)
         return;
@@ -215,7 +216,7 @@ void frmAIBAccessories::ProcedureRunning(bool running) {
     QTimer::singleShot(0, this, &QWidget::close);
 }
 
-void frmAIBAccessories::UpdateCommands() {
+void AIBAccessoriesWindow::UpdateCommands() {
     const bool free = !m_Station.Procedures.Running();
     m_DetectAction->setEnabled(free);
     m_UARTsAction->setEnabled(free);
@@ -231,56 +232,55 @@ void frmAIBAccessories::UpdateCommands() {
         m_UpdateInput->stop();
 }
 
-void frmAIBAccessories::ShowHealthCheck() {
+void AIBAccessoriesWindow::ShowHealthCheck() {
     if (!m_HealthCheck)
-        m_HealthCheck = std::make_unique<frmACUHealthCheck>(
-            m_Station, m_Board->Sliders(), m_Services.Launcher, m_Services.Templates);
+        m_HealthCheck = std::make_unique<ACUHealthCheckWindow>(m_Station, m_Services.Reports);
     m_HealthCheck->show();
     m_HealthCheck->raise();
     m_HealthCheck->activateWindow();
 }
 
-void frmAIBAccessories::ShowHistory() {
+void AIBAccessoriesWindow::ShowHistory() {
     if (!m_History)
-        m_History = std::make_unique<frmCalibrationHistory>(m_Station);
+        m_History = std::make_unique<CalibrationHistoryWindow>(m_Station);
     m_History->Open();
 }
 
-void frmAIBAccessories::OfferUnfinishedRuns() {
-    m_ACUCommands->OfferUnfinished();
+void AIBAccessoriesWindow::OfferUnfinishedRuns() {
+    m_ACUCommands->OfferUnfinished(m_Services.Journals);
 }
 
-void frmAIBAccessories::RigShown(bool open) {
+void AIBAccessoriesWindow::RigShown(bool open) {
     UpdateCommands();
     // The rig drives the outputs past the sliders.
     if (!open && m_BoardsFound)
         m_Board->Sliders().ShowBoard();
 }
 
-void frmAIBAccessories::OpenDataFolder() {
+void AIBAccessoriesWindow::OpenDataFolder() {
     Guarded(m_Station.World.Messages, [this] {
         Platform& world = m_Station.World;
-        if (!ShellOpenFile(world.Files, world.Documents, R"(C:\)"))
+        if (!ShellOpenFile(world.Files, world.Documents, Paths::DriveC))
             world.Messages.Ask({"The data folder could not be opened:\r\n\r\n   " +
-                                    world.Files.RealPath(R"(C:\)").string(),
+                                    world.Files.RealPath(Paths::DriveC).string(),
                                 MessageIcon::Warning, MessageButtons::Ok});
     });
 }
 
-void frmAIBAccessories::ShowAbout() {
+void AIBAccessoriesWindow::ShowAbout() {
     m_Station.World.Messages.Ask({"Ombrix " + m_Services.Version +
                                       "\r\n\r\nProduction and service tool for the accessories of "
                                       "a powder-testing instrument.",
                                   MessageIcon::Information, MessageButtons::Ok, "About Ombrix"});
 }
 
-void frmAIBAccessories::EndUnasked() {
+void AIBAccessoriesWindow::EndUnasked() {
     m_Closing = true;
     m_Services.EndProgram();
     close();
 }
 
-void frmAIBAccessories::closeEvent(QCloseEvent* event) {
+void AIBAccessoriesWindow::closeEvent(QCloseEvent* event) {
     if (m_Station.Procedures.Running()) {
         event->ignore();
         if (!m_Closing)
@@ -303,19 +303,19 @@ void frmAIBAccessories::closeEvent(QCloseEvent* event) {
     event->accept();
 }
 
-void frmAIBAccessories::ShowOutcome(const std::string& text) {
+void AIBAccessoriesWindow::ShowOutcome(const std::string& text) {
     m_NoBoards->ShowOutcome(ToQt(text));
 }
 
-void frmAIBAccessories::ShowInitState(const std::string& text) {
+void AIBAccessoriesWindow::ShowInitState(const std::string& text) {
     m_NoBoards->ShowInitState(ToQt(text));
 }
 
-void frmAIBAccessories::ShowProgramming(const std::string& first, const std::string& second) {
+void AIBAccessoriesWindow::ShowProgramming(const std::string& first, const std::string& second) {
     m_Info->ShowProgramming(ToQt(first), ToQt(second));
 }
 
-void frmAIBAccessories::SetTabCaption(std::int32_t board, const std::string& caption) {
+void AIBAccessoriesWindow::SetTabCaption(std::int32_t board, const std::string& caption) {
     const QSignalBlocker quiet(m_Tabs);
     if (board < m_Tabs->count())
         m_Tabs->setTabText(board, ToQt(caption));

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "board/Detection.h"
-#include "spreadsheet/Spreadsheet.h"
+#include "journal/UnfinishedRuns.h"
+#include "reports/ReportFile.h"
 
 #include <QMainWindow>
 #include <QTimer>
@@ -26,16 +27,17 @@ class BoardPanel;
 class InfoPanel;
 class NoBoardPanel;
 class ToolWindows;
-class frmACUHealthCheck;
-class frmCalibrationHistory;
+class ACUHealthCheckWindow;
+class CalibrationHistoryWindow;
 
 /// What main hands to the main window beside the station.
 struct MainWindowServices {
     /// Tells running procedures that the window is closing and the program ends.
     std::function<void()> EndProgram;
-    SpreadsheetLauncher Launcher;
-    /// Folder of the report templates, ended by a backslash.
-    std::string Templates;
+    /// What report files are made with. @param wait shows that one is being opened
+    std::function<ReportTools(OpenExcelView& wait)> Reports;
+    /// The readers of the journals of every kind of run.
+    std::function<JournalReaders(const ReportTools& tools)> Journals;
     /// "major.minor.revision"
     std::string Version;
     /// The program's options in use, a line each.
@@ -44,12 +46,12 @@ struct MainWindowServices {
 
 /// The main window: one tab for each board, and the panels that show and drive the board of the
 /// selected tab.
-class frmAIBAccessories final : public QMainWindow, private DetectionView {
+class AIBAccessoriesWindow final : public QMainWindow, private DetectionView {
     Q_OBJECT
 
   public:
-    frmAIBAccessories(Station& station, MainWindowServices services);
-    ~frmAIBAccessories() override;
+    AIBAccessoriesWindow(Station& station, MainWindowServices services);
+    ~AIBAccessoriesWindow() override;
 
     /// Finds the boards and programs them. True when there is at least one.
     bool DetectAndProgramAIBs();
@@ -96,12 +98,12 @@ class frmAIBAccessories final : public QMainWindow, private DetectionView {
     QAction* m_UARTsAction = nullptr;
     QAction* m_DiagnosticsAction = nullptr;
     QTimer* m_UpdateInput;
-    std::unique_ptr<frmACUHealthCheck> m_HealthCheck;
-    std::unique_ptr<frmCalibrationHistory> m_History;
+    std::unique_ptr<ACUHealthCheckWindow> m_HealthCheck;
+    std::unique_ptr<CalibrationHistoryWindow> m_History;
     std::unique_ptr<ACUCommands> m_ACUCommands;
     std::unique_ptr<BenchTestCommands> m_BenchTests;
     std::unique_ptr<ToolWindows> m_Tools;
-    ProcedureGate::Subscription m_Procedures;
+    Subscription m_Procedures;
     bool m_BoardsFound = false;
     bool m_Closing = false;
 };

@@ -26,39 +26,39 @@ BenchTestCommands::BenchTestCommands(Station& station, BoardPanel& board, InfoPa
     connect(&info, &InfoPanel::CancelWanted, this, &BenchTestCommands::Cancel);
 }
 
-void BenchTestCommands::Run(const std::function<void()>& test, std::function<void()> cancel,
+void BenchTestCommands::Run(const std::function<void()>& test,
                             const std::function<void(bool running)>& showRunning) {
     if (m_Station.Procedures.Running())
         return;
-    m_Cancel = std::move(cancel);
+    m_Running = true;
     showRunning(true);
     Guarded(m_Station.World.Messages, test);
-    m_Cancel = nullptr;
+    m_Running = false;
     showRunning(false);
 }
 
 void BenchTestCommands::Cancel() {
-    if (m_Cancel)
-        m_Cancel();
+    if (m_Running)
+        m_Station.Procedures.Cancel();
 }
 
 void BenchTestCommands::TestDigitalMFCs() {
     TestsPanel& panel = m_Board.Tests();
-    DigitalMFCTest test(m_Station, m_Board.Sliders());
+    DigitalMFCTest test(m_Station);
     const BenchTestView view{
         .Caption = [&panel](const std::string& text) { panel.ShowCaption(ToQt(text)); },
         .Stage = [&panel](const std::string& text) { panel.ShowStage(ToQt(text)); }};
-    Run([&] { test.Run(view); }, [&test] { test.Cancel(); },
+    Run([&] { test.Run(view); },
         [&panel](bool running) { panel.ShowRunning(running); });
 }
 
 void BenchTestCommands::TestSpeed() {
     TestsPanel& panel = m_Board.Tests();
     DACPanel& sliders = m_Board.Sliders();
-    SpeedTest test(m_Station, sliders, [&sliders] { sliders.ShowDigitalSetup(); });
+    SpeedTest test(m_Station, [&sliders] { sliders.ShowDigitalSetup(); });
     const BenchTestView view{
         .Stage = [&panel](const std::string& text) { panel.ShowStage(ToQt(text)); }};
-    Run([&] { test.Run(view); }, [&test] { test.Cancel(); },
+    Run([&] { test.Run(view); },
         [&panel](bool running) { panel.ShowRunning(running); });
 }
 
@@ -66,19 +66,19 @@ void BenchTestCommands::SweepOutputs(AirTestPanel::Command command) {
     AirTestPanel& panel = m_Board.AirTests();
     const bool all = command == AirTestPanel::Command::All;
     const SweepPlan plan = all ? panel.SteppedSweep() : SweepPlan::UpperHalf();
-    OutputSweep test(m_Station, m_Board.Sliders());
+    OutputSweep test(m_Station);
     const BenchTestView view{.Caption = [&panel, command](const std::string& text) {
         panel.ShowCaption(command, ToQt(text));
     }};
-    Run([&] { test.Run(plan, view); }, [&test] { test.Cancel(); },
+    Run([&] { test.Run(plan, view); },
         [&panel, command](bool running) { panel.ShowRunning(command, running); });
 }
 
 void BenchTestCommands::TestAirFlow() {
-    AirFlowTest test(m_Station, m_Board.Sliders());
+    AirFlowTest test(m_Station);
     const BenchTestView view{
         .Caption = [this](const std::string& text) { m_Info.ShowAirFlowCaption(ToQt(text)); }};
-    Run([&] { test.TestAirFlow(view); }, [&test] { test.Cancel(); },
+    Run([&] { test.TestAirFlow(view); },
         [this](bool running) { m_Info.ShowAirFlowTest(running); });
 }
 

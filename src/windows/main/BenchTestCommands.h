@@ -27,15 +27,14 @@ class BenchTestCommands final : public QObject {
     void TestAirFlow();
     void Cancel();
     /// @param showRunning told when the test begins and when it is over
-    /// @param cancel ends the test at its next pass
-    void Run(const std::function<void()>& test, std::function<void()> cancel,
+    void Run(const std::function<void()>& test,
              const std::function<void(bool running)>& showRunning);
 
     Station& m_Station;
     BoardPanel& m_Board;
     InfoPanel& m_Info;
-    /// Of the test that runs.
-    std::function<void()> m_Cancel;
+    /// The procedure that runs is one of these tests.
+    bool m_Running = false;
 };
 
 } // namespace ombrix

@@ -54,7 +54,7 @@ QLayout* BoardPanel::MakeCommandColumn() {
 }
 
 void BoardPanel::ShowBoard() {
-    clsAIB& board = *m_Station.g_CurrentAIB;
+    AIB& board = *m_Station.CurrentAIB;
     m_DeviceInfo->ShowBoard(board);
     ShowSummary();
     m_Identity->ShowBoard(board.IsUsb());
@@ -64,7 +64,7 @@ void BoardPanel::ShowBoard() {
 }
 
 void BoardPanel::ShowSummary() {
-    m_Calibration->ShowSummary(ReadCalibrationSummary(*m_Station.g_CurrentAIB));
+    m_Calibration->ShowSummary(ReadCalibrationSummary(m_Station.Calibration()));
 }
 
 void BoardPanel::Reset() {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration/unit/CalibrationSummary.h"
+#include "board/unit/CalibrationSummary.h"
 
 #include <QGroupBox>
 

@@ -1,12 +1,13 @@
 #include "windows/main/DACPanel.h"
 
-#include "board/DACSliders.h"
+#include "platform/text/Rounding.h"
 #include "platform/text/Text.h"
 #include "windows/main/PressurePanel.h"
 #include "windows/main/RecordingBox.h"
 #include "windows/widgets/ADCBar.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/Guarded.h"
+#include "board/Outputs.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -33,7 +34,7 @@ QString ChannelHeading(int channel) {
 DACChannel::DACChannel(int channel, QWidget* parent)
     : QWidget(parent), m_Channel(channel),
       m_Slider(MakeDemandSlider(ElementName("sldDACValue", channel), tr("DAC %1").arg(channel),
-                                DACSliders::Max, this)),
+                                SliderScale::Top, this)),
       m_Bar(new ADCBar(channel, tr("Bars of ADC %1 and DAC %1").arg(channel), this)),
       m_Output(new ValueLabel(ElementName("lblDACValue", channel),
                               tr("Value of DAC %1").arg(channel), this)),
@@ -41,7 +42,7 @@ DACChannel::DACChannel(int channel, QWidget* parent)
                              this)),
       m_Text(Named(new QLineEdit(this), ElementName("txtDACVal", channel),
                    tr("New value of DAC %1").arg(channel))) {
-    m_Text->setToolTip(tr("A value from 0 to %1, taken with Enter").arg(DACSliders::LargestDAC));
+    m_Text->setToolTip(tr("A value from 0 to %1, taken with Enter").arg(SliderScale::LargestDemand));
     LayOut();
     connect(m_Slider, &QSlider::valueChanged, this,
             [this](int position) { emit SliderChanged(m_Channel, position); });
@@ -68,19 +69,19 @@ void DACChannel::LayOut() {
 }
 
 void DACChannel::ShowOutput(std::int32_t value, AIBStatus status, NumberBase base) {
-    m_Slider->setValue(DACSliders::PositionOf(value));
+    m_Slider->setValue(SliderScale::PositionOf(value));
     m_Text->setText(QString::number(value));
     if (status == Status::NoError)
         m_Output->ShowValue(NumberText(value, base));
     else
-        m_Output->ShowFailure(ToQt(clsAIB::AIBErrorStr(status)));
+        m_Output->ShowFailure(ToQt(AIB::AIBErrorStr(status)));
 }
 
-void DACChannel::ShowInput(clsAIB& board, NumberBase base) {
+void DACChannel::ShowInput(AIB& board, NumberBase base) {
     std::int32_t reading = 0;
     const AIBStatus status = board.GetADC(m_Channel, reading);
     if (status != Status::NoError) {
-        m_Input->ShowFailure(ToQt(clsAIB::AIBErrorStr(status)));
+        m_Input->ShowFailure(ToQt(AIB::AIBErrorStr(status)));
         m_Bar->Draw(std::nullopt, board.DAC(m_Channel));
         return;
     }
@@ -103,7 +104,7 @@ DACPanel::DACPanel(Station& station, QWidget* parent)
       m_MFCsReady(nullptr), m_Pressure(nullptr) {
     auto* layout = new QHBoxLayout(this);
     layout->addWidget(MakeCaptionColumn());
-    for (int channel = 0; channel < clsAIB::DACChannels; ++channel) {
+    for (int channel = 0; channel < AIB::DACChannels; ++channel) {
         auto* controls = new DACChannel(channel, this);
         m_Channels.at(static_cast<std::size_t>(channel)) = controls;
         connect(controls, &DACChannel::SliderChanged, this, [this](int moved, int position) {
@@ -114,6 +115,8 @@ DACPanel::DACPanel(Station& station, QWidget* parent)
         layout->addWidget(controls, 1);
     }
     layout->addWidget(MakeSideColumn());
+    m_Changes =
+        station.Outputs.Listen([this](const OutputChange& change) { ShowChange(change); });
 }
 
 QWidget* DACPanel::MakeCaptionColumn() {
@@ -162,7 +165,7 @@ QWidget* DACPanel::MakeBaseChoice() {
                           tr("Numbers in decimal"));
     m_Hexadecimal->setChecked(true);
     connect(m_Hexadecimal, &QRadioButton::toggled, this, [this] {
-        for (int channel = 0; channel < clsAIB::DACChannels; ++channel)
+        for (int channel = 0; channel < AIB::DACChannels; ++channel)
             SetDAC(channel, Board().DAC(channel));
     });
     auto* layout = new QHBoxLayout(choice);
@@ -180,24 +183,18 @@ NumberBase DACPanel::Base() const {
 void DACPanel::SetDAC(std::int32_t channel, std::int32_t value) {
     const bool outer = std::exchange(m_SettingDAC, true);
     Guarded(m_Station.World.Messages, [&] {
-        const std::int32_t held = HeldToRange(value);
-        // A board that another program has is looked at, not driven.
-        const AIBStatus status = m_Station.Claims.Claim(Board().DevSerialNum())
-                                     ? Board().SetDAC(channel, held)
-                                     : Status::AccessDenied;
-        m_Channels.at(static_cast<std::size_t>(channel))->ShowOutput(held, status, Base());
+        // ShowChange shows the answer.
+        m_Station.Outputs.Set(Board(), channel, SliderScale::HeldToRange(value));
     });
     m_SettingDAC = outer;
 }
 
-void DACPanel::SetValue(std::int32_t channel, std::int32_t position) {
-    SetDAC(channel, position * 2);
-}
-
-void DACPanel::Show(std::int32_t channel, std::int32_t position) {
+void DACPanel::ShowChange(const OutputChange& change) {
+    if (&change.Board != &Board())
+        return;
     const bool outer = std::exchange(m_SettingDAC, true);
-    m_Channels.at(static_cast<std::size_t>(channel))
-        ->ShowOutput(position * 2, Status::NoError, Base());
+    m_Channels.at(static_cast<std::size_t>(change.Channel))
+        ->ShowOutput(change.Bits, change.Answer, Base());
     m_SettingDAC = outer;
 }
 
@@ -206,13 +203,13 @@ void DACPanel::StopRecording() {
 }
 
 void DACPanel::Zero() {
-    for (int channel = 0; channel < clsAIB::DACChannels; ++channel)
+    for (int channel = 0; channel < AIB::DACChannels; ++channel)
         SetDAC(channel, 0);
 }
 
 void DACPanel::ShowBoard() {
     ShowDigitalSetup();
-    for (int channel = 0; channel < clsAIB::DACChannels; ++channel)
+    for (int channel = 0; channel < AIB::DACChannels; ++channel)
         SetDAC(channel, Board().DAC(channel));
 }
 

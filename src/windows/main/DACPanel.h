@@ -1,7 +1,6 @@
 #pragma once
 
-#include "board/AIB.h"
-#include "board/DACSliders.h"
+#include "board/Station.h"
 #include "windows/widgets/QtText.h"
 #include "windows/widgets/ValueLabel.h"
 
@@ -31,7 +30,7 @@ class DACChannel final : public QWidget {
     /// What the board was told, or the status with which it refused.
     void ShowOutput(std::int32_t value, AIBStatus status, NumberBase base);
     /// Reads the input and shows it.
-    void ShowInput(clsAIB& board, NumberBase base);
+    void ShowInput(AIB& board, NumberBase base);
     /// Air channels take values only while the MFCs are ready.
     void TakeValues(bool ready);
 
@@ -57,8 +56,8 @@ class PressurePanel;
 class RecordingBox;
 
 /// Frame "DAC Sliders": the analog outputs and inputs of the current board and the readiness of
-/// its MFCs. Procedures set their demands through it, so that the operator sees them.
-class DACPanel final : public QGroupBox, public DACSliders {
+/// its MFCs. It shows what the outputs are told, whoever tells them.
+class DACPanel final : public QGroupBox {
     Q_OBJECT
 
   public:
@@ -66,8 +65,6 @@ class DACPanel final : public QGroupBox, public DACSliders {
 
     /// Sends a value to the board, held to what the panel may send, and shows it.
     void SetDAC(std::int32_t channel, std::int32_t value);
-    void SetValue(std::int32_t channel, std::int32_t position) override;
-    void Show(std::int32_t channel, std::int32_t position) override;
     /// Puts every slider to 0.
     void Zero();
     /// Shows what the current board was last told.
@@ -82,15 +79,16 @@ class DACPanel final : public QGroupBox, public DACSliders {
     void SpeedTestWanted();
 
   private:
+    void ShowChange(const OutputChange& change);
     QWidget* MakeCaptionColumn();
     QWidget* MakeSideColumn();
     QWidget* MakeBaseChoice();
     void ShowReadiness(bool ready);
     NumberBase Base() const;
-    clsAIB& Board() const { return *m_Station.g_CurrentAIB; }
+    AIB& Board() const { return *m_Station.CurrentAIB; }
 
     Station& m_Station;
-    std::array<DACChannel*, clsAIB::DACChannels> m_Channels{};
+    std::array<DACChannel*, AIB::DACChannels> m_Channels{};
     RecordingBox* m_Record = nullptr;
     QCheckBox* m_IsDigitalSetup;
     QRadioButton* m_Hexadecimal = nullptr;
@@ -98,6 +96,7 @@ class DACPanel final : public QGroupBox, public DACSliders {
     PressurePanel* m_Pressure;
     /// A slider that moves because its value was set does not send it again.
     bool m_SettingDAC = false;
+    Subscription m_Changes;
 };
 
 } // namespace ombrix

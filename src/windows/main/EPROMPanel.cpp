@@ -2,6 +2,7 @@
 
 #include "board/eprom/EpromGuard.h"
 #include "board/eprom/EpromImage.h"
+#include "platform/text/Paths.h"
 #include "platform/text/Rounding.h"
 #include "platform/text/Text.h"
 #include "windows/main/RestoreEPROMWindow.h"
@@ -22,8 +23,8 @@ namespace ombrix {
 
 namespace {
 
-constexpr int WordBytes = EpromImage::WordBytes;
-constexpr int LastWord = clsAIB::EPROMBytes / WordBytes - 1;
+constexpr int WordBytes = EpromWordBytes;
+constexpr int LastWord = EpromBytes / WordBytes - 1;
 constexpr int PollInterval_ms = 100;
 
 ValueLabel* MakeValue(const char* objectName, const QString& meaning, const QString& text,
@@ -116,9 +117,9 @@ void EPROMPanel::ShowEPROMAddress(std::int32_t address) {
     m_ShownAddress = address;
     m_CurrentAddress->ShowValue(QString::number(address));
     std::int32_t word = 0;
-    const AIBStatus status = m_Station.g_CurrentAIB->ReadEPROM(address, word);
+    const AIBStatus status = m_Station.CurrentAIB->ReadEPROM(address, word);
     if (status != Status::NoError) {
-        const QString reason = ToQt(clsAIB::AIBErrorStr(status));
+        const QString reason = ToQt(AIB::AIBErrorStr(status));
         m_CurrentValue->ShowFailure(reason);
         m_CurrentValueDec->ShowFailure(reason);
         return;
@@ -151,7 +152,7 @@ void EPROMPanel::WriteValue() {
 
 void EPROMPanel::WriteAll() {
     WriteShown([this](const EpromProgress& progress) {
-        if (WriteWholeEPROM(m_Station, m_NewValue, progress) == EpromOutcome::Done)
+        if (WriteWholeEPROM(m_Station, m_NewValue, progress) == EpromEnd::Done)
             m_Station.World.Messages.Ask({"All locations written"});
     });
 }
@@ -159,17 +160,17 @@ void EPROMPanel::WriteAll() {
 void EPROMPanel::Restore() {
     const Drive& files = m_Station.World.Files;
     const auto file = ChooseEpromImage(
-        files.RealPath(files.FolderExists(BackupFolder) ? BackupFolder : R"(C:\)"), this);
+        files.RealPath(files.FolderExists(Paths::Backups) ? Paths::Backups : Paths::DriveC), this);
     if (!file)
         return;
     WriteShown([this, &file](const EpromProgress& progress) {
         const auto agreed = [this, &file](const std::vector<EpromDifference>& differences) {
-            frmRestoreEPROM form(ToQt(file->filename().string()),
-                                 ToQt(OriginWarning(*file, *m_Station.g_CurrentAIB)), differences,
-                                 this);
+            RestoreEPROMWindow form(ToQt(file->filename().string()),
+                                    ToQt(OriginWarning(*file, *m_Station.CurrentAIB)), differences,
+                                    this);
             return form.exec() == QDialog::Accepted;
         };
-        if (RestoreEPROM(m_Station, ReadEpromFile(*file), agreed, progress) != EpromOutcome::Done)
+        if (RestoreEPROM(m_Station, ReadEpromFile(*file), agreed, progress) != EpromEnd::Done)
             return;
         emit Restored();
         m_Station.World.Messages.Ask({"The EPROM holds what the file holds."});
@@ -207,7 +208,7 @@ void EPROMPanel::Poll() {
         return;
     Guarded(m_Station.World.Messages, [this] {
         std::int32_t value = 0;
-        m_Station.g_CurrentAIB->ReadReg(clsAIB::PressureRegister, value);
+        m_Station.CurrentAIB->ReadReg(AIB::PressureRegister, value);
     });
 }
 

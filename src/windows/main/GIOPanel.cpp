@@ -28,7 +28,7 @@ GIOPanel::GIOPanel(Station& station, QWidget* parent)
     int row = 0;
     for (const QString& caption : {tr("Pin"), tr("Output"), tr("Level")})
         grid->addWidget(MakeCaption(caption, this), row++, 0);
-    for (int pin = 0; pin < clsAIB::GPIOPins; ++pin)
+    for (int pin = 0; pin < AIB::GPIOPins; ++pin)
         AddPin(*grid, pin);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(grid);
@@ -160,7 +160,7 @@ void GIOPanel::Refresh() {
         if (status == Status::NoError)
             m_Input.at(pin)->ShowValue(QString::number(level));
         else
-            m_Input.at(pin)->ShowFailure(ToQt(clsAIB::AIBErrorStr(status)));
+            m_Input.at(pin)->ShowFailure(ToQt(AIB::AIBErrorStr(status)));
     }
 }
 

@@ -32,7 +32,7 @@ class GIOPanel final : public QGroupBox {
     void UpdateWanted();
 
   private:
-    static constexpr std::size_t Pins = clsAIB::GPIOPins;
+    static constexpr std::size_t Pins = AIB::GPIOPins;
 
     void AddPin(QGridLayout& grid, int pin);
     QWidget* MakeFooter();
@@ -41,7 +41,7 @@ class GIOPanel final : public QGroupBox {
     void SendDirections();
     void ShowGIOColumns();
     void SetOutput(int pin, bool high);
-    clsAIB& Board() const { return *m_Station.g_CurrentAIB; }
+    AIB& Board() const { return *m_Station.CurrentAIB; }
 
     Station& m_Station;
     std::array<QCheckBox*, Pins> m_IsOutput{};

@@ -37,7 +37,7 @@ DeviceInfoPanel::DeviceInfoPanel(QWidget* parent) : QGroupBox(tr("Device Informa
     grid->setColumnStretch(2, 1);
 }
 
-void DeviceInfoPanel::ShowBoard(const clsAIB& board) {
+void DeviceInfoPanel::ShowBoard(const AIB& board) {
     const std::array<QString, 7> info = {
         QString::number(board.BusType()), QString::number(board.HWVersion()),
         QString::number(board.DevType()), QString::number(board.DevSerialNum()),

@@ -19,7 +19,7 @@ class DeviceInfoPanel final : public QGroupBox {
   public:
     explicit DeviceInfoPanel(QWidget* parent);
 
-    void ShowBoard(const clsAIB& board);
+    void ShowBoard(const AIB& board);
 
   private:
     std::array<ValueLabel*, 7> m_Info{};

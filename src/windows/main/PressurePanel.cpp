@@ -43,11 +43,11 @@ void PressurePanel::ShowBackground(Colour colour) {
         m_Decimal->setPalette(own);
 }
 
-void PressurePanel::Refresh(clsAIB& board) {
+void PressurePanel::Refresh(AIB& board) {
     std::int32_t pressure = 0;
-    const AIBStatus status = board.ReadReg(clsAIB::PressureRegister, pressure);
+    const AIBStatus status = board.ReadReg(AIB::PressureRegister, pressure);
     if (status != Status::NoError) {
-        const QString reason = ToQt(clsAIB::AIBErrorStr(status));
+        const QString reason = ToQt(AIB::AIBErrorStr(status));
         m_Decimal->ShowFailure(reason);
         m_Hexadecimal->ShowFailure(reason);
         ShowBackground(White);

@@ -13,14 +13,14 @@ class PressurePanel final : public QWidget {
   public:
     PressurePanel(Station& station, QWidget* parent);
 
-    void Refresh(clsAIB& board);
+    void Refresh(AIB& board);
 
   private:
     void ShowBackground(Colour colour);
 
     ValueLabel* m_Decimal;
     ValueLabel* m_Hexadecimal;
-    clsHiResTimer m_SinceChange;
+    HiResTimer m_SinceChange;
 };
 
 } // namespace ombrix

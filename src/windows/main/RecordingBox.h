@@ -27,7 +27,7 @@ class RecordingBox final : public QCheckBox {
     Station& m_Station;
     DataRecorder m_Recorder;
     QTimer* m_Timer;
-    ProcedureGate::Subscription m_Procedures;
+    Subscription m_Procedures;
 };
 
 } // namespace ombrix

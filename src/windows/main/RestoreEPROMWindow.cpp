@@ -16,9 +16,9 @@ namespace {
 
 QTreeWidget* MakeList(const std::vector<EpromDifference>& differences, QWidget* parent) {
     auto* list = Named(new QTreeWidget(parent), QStringLiteral("lvwDifferences"),
-                       frmRestoreEPROM::tr("Fields that will change"));
-    list->setHeaderLabels({frmRestoreEPROM::tr("Address"), frmRestoreEPROM::tr("Field"),
-                           frmRestoreEPROM::tr("Now"), frmRestoreEPROM::tr("Restored")});
+                       RestoreEPROMWindow::tr("Fields that will change"));
+    list->setHeaderLabels({RestoreEPROMWindow::tr("Address"), RestoreEPROMWindow::tr("Field"),
+                           RestoreEPROMWindow::tr("Now"), RestoreEPROMWindow::tr("Restored")});
     list->setRootIsDecorated(false);
     list->setAlternatingRowColors(true);
     for (const EpromDifference& difference : differences)
@@ -29,15 +29,16 @@ QTreeWidget* MakeList(const std::vector<EpromDifference>& differences, QWidget* 
 }
 
 QString ChangeHeading(const QString& fileName, bool changes) {
-    return (changes ? frmRestoreEPROM::tr("Restoring %1 changes:")
-                    : frmRestoreEPROM::tr("%1 holds what the EPROM holds."))
+    return (changes ? RestoreEPROMWindow::tr("Restoring %1 changes:")
+                    : RestoreEPROMWindow::tr("%1 holds what the EPROM holds."))
         .arg(fileName);
 }
 
 } // namespace
 
-frmRestoreEPROM::frmRestoreEPROM(const QString& fileName, const QString& warning,
-                                 const std::vector<EpromDifference>& differences, QWidget* parent)
+RestoreEPROMWindow::RestoreEPROMWindow(const QString& fileName, const QString& warning,
+                                       const std::vector<EpromDifference>& differences,
+                                       QWidget* parent)
     : QDialog(parent) {
     setWindowTitle(tr("Restore EPROM"));
     Named(this, QStringLiteral("frmRestoreEPROM"), windowTitle());
@@ -69,8 +70,8 @@ frmRestoreEPROM::frmRestoreEPROM(const QString& fileName, const QString& warning
 
 std::optional<std::filesystem::path> ChooseEpromImage(const std::filesystem::path& folder,
                                                       QWidget* parent) {
-    QFileDialog dialog(parent, frmRestoreEPROM::tr("Restore EPROM"), ToQt(folder.string()),
-                       frmRestoreEPROM::tr("EPROM images (*.bin);;All files (*)"));
+    QFileDialog dialog(parent, RestoreEPROMWindow::tr("Restore EPROM"), ToQt(folder.string()),
+                       RestoreEPROMWindow::tr("EPROM images (*.bin);;All files (*)"));
     dialog.setObjectName(QStringLiteral("dlgChooseImage"));
     dialog.setFileMode(QFileDialog::ExistingFile);
     if (dialog.exec() != QDialog::Accepted)

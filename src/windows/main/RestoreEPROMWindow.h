@@ -11,13 +11,13 @@
 namespace ombrix {
 
 /// Shows, field by field, what restoring an EPROM will change, and asks whether it shall.
-class frmRestoreEPROM final : public QDialog {
+class RestoreEPROMWindow final : public QDialog {
     Q_OBJECT
 
   public:
     /// @param warning stands above all; empty for none
-    frmRestoreEPROM(const QString& fileName, const QString& warning,
-                    const std::vector<EpromDifference>& differences, QWidget* parent);
+    RestoreEPROMWindow(const QString& fileName, const QString& warning,
+                       const std::vector<EpromDifference>& differences, QWidget* parent);
 };
 
 /// Lets the operator choose an EPROM image; nothing when none is chosen.

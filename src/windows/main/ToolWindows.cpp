@@ -1,6 +1,6 @@
 #include "windows/main/ToolWindows.h"
 
-#include "board/AIBTools.h"
+#include "platform/ports/Folders.h"
 #include "reports/Diagnostics.h"
 
 #include <QtGlobal>
@@ -8,8 +8,8 @@
 namespace ombrix {
 
 ToolWindows::ToolWindows(Station& station) : m_Rig(station), m_RigOptions(m_Rig), m_UARTs(station) {
-    connect(&m_RigOptions, &frmAIBTestRigOptions::Closed, this, &ToolWindows::RigWindowClosed);
-    connect(&m_Rig, &frmAIBTestRig::Closed, this, &ToolWindows::RigWindowClosed);
+    connect(&m_RigOptions, &AIBTestRigOptionsWindow::Closed, this, &ToolWindows::RigWindowClosed);
+    connect(&m_Rig, &AIBTestRigWindow::Closed, this, &ToolWindows::RigWindowClosed);
 }
 
 void ToolWindows::ShowTestRigOptions() {

@@ -31,9 +31,9 @@ class ToolWindows final : public QObject {
   private:
     void RigWindowClosed();
 
-    frmAIBTestRig m_Rig;
-    frmAIBTestRigOptions m_RigOptions;
-    frmUARTs m_UARTs;
+    AIBTestRigWindow m_Rig;
+    AIBTestRigOptionsWindow m_RigOptions;
+    UARTsWindow m_UARTs;
 };
 
 /// Stores the archive of diagnostics in the data folder, tells where it lies and offers to open

@@ -11,7 +11,7 @@
 
 namespace ombrix {
 
-frmAIBTestRigOptions::frmAIBTestRigOptions(frmAIBTestRig& rig) : m_Rig(rig) {
+AIBTestRigOptionsWindow::AIBTestRigOptionsWindow(AIBTestRigWindow& rig) : m_Rig(rig) {
     Named(this, QStringLiteral("frmAIBTestRigOptions"), tr("ACU Test Rig Options"));
     setWindowTitle(tr("ACU Test Rig Options"));
     setWindowModality(Qt::ApplicationModal);
@@ -31,12 +31,12 @@ frmAIBTestRigOptions::frmAIBTestRigOptions(frmAIBTestRig& rig) : m_Rig(rig) {
     connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
 }
 
-void frmAIBTestRigOptions::Choose(int job) {
+void AIBTestRigOptionsWindow::Choose(int job) {
     m_Rig.RunTest(job);
     close();
 }
 
-void frmAIBTestRigOptions::hideEvent(QHideEvent* event) {
+void AIBTestRigOptionsWindow::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
     if (!isVisible()) // a minimised window is still open
         emit Closed();

@@ -4,16 +4,16 @@
 
 namespace ombrix {
 
-class frmAIBTestRig;
+class AIBTestRigWindow;
 
 /// Where the operator chooses the job of the test rig. While it is open no other window takes
 /// input.
-class frmAIBTestRigOptions final : public QWidget {
+class AIBTestRigOptionsWindow final : public QWidget {
     Q_OBJECT
 
   public:
     /// @param rig runs the chosen job
-    explicit frmAIBTestRigOptions(frmAIBTestRig& rig);
+    explicit AIBTestRigOptionsWindow(AIBTestRigWindow& rig);
 
   signals:
     void Closed();
@@ -24,7 +24,7 @@ class frmAIBTestRigOptions final : public QWidget {
   private:
     void Choose(int job);
 
-    frmAIBTestRig& m_Rig;
+    AIBTestRigWindow& m_Rig;
 };
 
 } // namespace ombrix

@@ -29,7 +29,7 @@ constexpr int UpdateInterval_ms = 100;
 
 } // namespace
 
-frmAIBTestRig::frmAIBTestRig(Station& station)
+AIBTestRigWindow::AIBTestRigWindow(Station& station)
     : m_Station(station), m_JobName(new ValueLabel(QStringLiteral("lblJob"), tr("Job"), this)),
       m_Status(Named(new QTreeWidget(this), QStringLiteral("lvwStatus"), tr("Steps of the job"))),
       m_CurrentJob(new RampProgress(this)),
@@ -44,16 +44,16 @@ frmAIBTestRig::frmAIBTestRig(Station& station)
     m_UpdateScreen->setInterval(UpdateInterval_ms);
     LayOut();
     TakeCancel(false);
-    connect(m_UpdateScreen, &QTimer::timeout, this, &frmAIBTestRig::UpdateScreen);
-    connect(m_Cancel, &QPushButton::clicked, this, &frmAIBTestRig::Cancel);
+    connect(m_UpdateScreen, &QTimer::timeout, this, &AIBTestRigWindow::UpdateScreen);
+    connect(m_Cancel, &QPushButton::clicked, this, &AIBTestRigWindow::Cancel);
     connect(m_Close, &QPushButton::clicked, this, &QWidget::close);
     connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this,
-            [this] { (m_Run ? m_Cancel : m_Close)->click(); });
+            [this] { (m_Running ? m_Cancel : m_Close)->click(); });
 }
 
-frmAIBTestRig::~frmAIBTestRig() = default;
+AIBTestRigWindow::~AIBTestRigWindow() = default;
 
-void frmAIBTestRig::LayOut() {
+void AIBTestRigWindow::LayOut() {
     QFont strong = m_JobName->font();
     strong.setBold(true);
     m_JobName->setFont(strong);
@@ -72,7 +72,7 @@ void frmAIBTestRig::LayOut() {
     resize(ScaledToFonts(*this, comfortable));
 }
 
-QLayout* frmAIBTestRig::MakeButtons() {
+QLayout* AIBTestRigWindow::MakeButtons() {
     auto* buttons = new QHBoxLayout;
     buttons->addStretch(1);
     buttons->addWidget(m_Cancel);
@@ -80,7 +80,7 @@ QLayout* frmAIBTestRig::MakeButtons() {
     return buttons;
 }
 
-QGroupBox* frmAIBTestRig::MakeCurrentValues() {
+QGroupBox* AIBTestRigWindow::MakeCurrentValues() {
     auto* frame = Named(new QGroupBox(tr("Current Values"), this), QStringLiteral("fraBoardOnTest"),
                         tr("Current Values"));
     auto* scroll = new QScrollArea(frame);
@@ -98,7 +98,7 @@ QGroupBox* frmAIBTestRig::MakeCurrentValues() {
     return frame;
 }
 
-bool frmAIBTestRig::RunTest(std::int32_t kind) {
+bool AIBTestRigWindow::RunTest(std::int32_t kind) {
     if (m_Station.Procedures.Running())
         return false;
     m_Kind = kind;
@@ -113,38 +113,38 @@ bool frmAIBTestRig::RunTest(std::int32_t kind) {
     raise();
     activateWindow();
     // The window shows first; the job is its own turn of the event loop.
-    QTimer::singleShot(0, this, &frmAIBTestRig::RunPendingJob);
+    QTimer::singleShot(0, this, &AIBTestRigWindow::RunPendingJob);
     return true;
 }
 
-void frmAIBTestRig::PrepareList() {
+void AIBTestRigWindow::PrepareList() {
     m_Status->clear();
     m_Status->setColumnCount(StatusColumn + 1);
     m_Status->setHeaderLabels({tr("No."), tr("Job"), tr("Status")});
     AutoSizeColumns(*m_Status);
 }
 
-void frmAIBTestRig::PrepareBoards() {
+void AIBTestRigWindow::PrepareBoards() {
     for (RigBoardPanel* panel : std::exchange(m_Boards, {}))
         delete panel;
-    const int count = m_Station.g_AIBList.AIBCount();
+    const int count = m_Station.AIBList.AIBCount();
     for (int index = 0; index < count; ++index) {
-        m_Boards.push_back(new RigBoardPanel(index, m_Station.g_AIBList.AIB(index), m_BoardArea));
+        m_Boards.push_back(new RigBoardPanel(index, m_Station.AIBList.AIB(index), m_BoardArea));
         m_BoardArea->layout()->addWidget(m_Boards.back());
     }
 }
 
-void frmAIBTestRig::RunPendingJob() {
+void AIBTestRigWindow::RunPendingJob() {
     if (!std::exchange(m_Pending, false))
         return;
     Guarded(m_Station.World.Messages, [this] { RunJob(); });
-    m_Run.reset();
+    m_Running = false;
     TakeCancel(false);
     if (m_CloseAfterRun)
         close();
 }
 
-void frmAIBTestRig::RunJob() {
+void AIBTestRigWindow::RunJob() {
     m_JobName->ShowValue(ToQt(TestRigJobName(m_Kind)));
     UpdateScreen();
     m_UpdateScreen->start();
@@ -153,37 +153,37 @@ void frmAIBTestRig::RunJob() {
         m_Station.World.Messages.Ask({*missing, MessageIcon::Warning, MessageButtons::Ok});
         return;
     }
-    m_Run = std::make_unique<TestRigRun>(m_Station, *this);
+    m_Running = true;
     TakeCancel(true);
-    ShowOutcome(m_Run->Run(m_Kind));
+    ShowOutcome(TestRigRun(m_Station, *this).Run(m_Kind));
     UpdateScreen();
 }
 
-void frmAIBTestRig::ShowOutcome(const TestRigResult& result) {
+void AIBTestRigWindow::ShowOutcome(const TestRigResult& result) {
     if (JobStepCount(m_Kind) == 0)
         m_Outcome->ShowValue(tr("This job has no steps."));
     else if (const TestRigStep* failed = result.FirstFailed())
         m_Outcome->ShowValue(ToQt(failed->Remark));
-    else if (result.Procedure.Ended == ProcedureOutcome::End::Cancelled)
+    else if (result.Ended == End::Cancelled)
         m_Outcome->ShowValue(tr("Cancelled."));
-    else if (result.Procedure.Ended != ProcedureOutcome::End::Completed)
+    else if (result.Ended != End::Passed)
         m_Outcome->ShowValue( // the whole of it has been told in a box
-            ToQt(result.Procedure.Error).section(QStringLiteral("\r\n"), 0, 0));
+            ToQt(result.Error).section(QStringLiteral("\r\n"), 0, 0));
     else
-        m_Outcome->ShowValue(tr("Samples: %1").arg(ToQt(result.Procedure.Files.front().string())));
+        m_Outcome->ShowValue(tr("Samples: %1").arg(ToQt(result.Files.front().string())));
 }
 
-void frmAIBTestRig::TakeCancel(bool take) {
+void AIBTestRigWindow::TakeCancel(bool take) {
     m_Cancel->setEnabled(take);
     m_Close->setEnabled(!take);
 }
 
-void frmAIBTestRig::Cancel() {
-    m_Run->Cancel();
+void AIBTestRigWindow::Cancel() {
+    m_Station.Procedures.Cancel();
     m_Cancel->setEnabled(false);
 }
 
-void frmAIBTestRig::UpdateScreen() {
+void AIBTestRigWindow::UpdateScreen() {
     const bool updated = Guarded(m_Station.World.Messages, [this] {
         for (RigBoardPanel* board : m_Boards)
             board->Refresh();
@@ -192,7 +192,7 @@ void frmAIBTestRig::UpdateScreen() {
         m_UpdateScreen->stop(); // told once, not ten times a second
 }
 
-void frmAIBTestRig::ShowSteps(const std::vector<TestRigStep>& steps) {
+void AIBTestRigWindow::ShowSteps(const std::vector<TestRigStep>& steps) {
     m_Status->clear();
     for (const TestRigStep& step : steps) {
         auto* line =
@@ -203,16 +203,16 @@ void frmAIBTestRig::ShowSteps(const std::vector<TestRigStep>& steps) {
     AutoSizeColumns(*m_Status);
 }
 
-void frmAIBTestRig::BeginProgress(const RampStep& ramp) {
+void AIBTestRigWindow::BeginProgress(const RampStep& ramp) {
     m_CurrentJob->Begin(ramp);
 }
 
-void frmAIBTestRig::ShowProgress(double elapsed_s) {
+void AIBTestRigWindow::ShowProgress(double elapsed_s) {
     m_CurrentJob->Show(elapsed_s);
 }
 
-void frmAIBTestRig::closeEvent(QCloseEvent* event) {
-    if (m_Run == nullptr) {
+void AIBTestRigWindow::closeEvent(QCloseEvent* event) {
+    if (!m_Running) {
         m_Pending = false;
         m_UpdateScreen->stop();
         event->accept();
@@ -223,7 +223,7 @@ void frmAIBTestRig::closeEvent(QCloseEvent* event) {
     event->ignore();
 }
 
-void frmAIBTestRig::hideEvent(QHideEvent* event) {
+void AIBTestRigWindow::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
     if (!isVisible()) // a minimised window is still open
         emit Closed();

@@ -22,12 +22,12 @@ class ValueLabel;
 
 /// The test rig window: the steps of the job, how far the present one is, and the inputs and
 /// outputs of every board. While it is open no other window takes input.
-class frmAIBTestRig final : public QWidget, public TestRigView {
+class AIBTestRigWindow final : public QWidget, public TestRigView {
     Q_OBJECT
 
   public:
-    explicit frmAIBTestRig(Station& station);
-    ~frmAIBTestRig() override;
+    explicit AIBTestRigWindow(Station& station);
+    ~AIBTestRigWindow() override;
 
     /// Opens the window, which then runs the job. False while another procedure runs.
     bool RunTest(std::int32_t kind);
@@ -69,7 +69,7 @@ class frmAIBTestRig final : public QWidget, public TestRigView {
     std::int32_t m_Kind = 0;
     bool m_Pending = false;
     /// The run in progress; none while idle.
-    std::unique_ptr<TestRigRun> m_Run;
+    bool m_Running = false;
     bool m_CloseAfterRun = false;
 };
 

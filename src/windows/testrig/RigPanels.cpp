@@ -92,7 +92,7 @@ enum Row { Serial, Heading, Bars, Inputs, Outputs };
 
 } // namespace
 
-RigBoardPanel::RigBoardPanel(int index, std::shared_ptr<clsAIB> board, QWidget* parent)
+RigBoardPanel::RigBoardPanel(int index, std::shared_ptr<AIB> board, QWidget* parent)
     : QWidget(parent), m_Board(std::move(board)) {
     auto* serial =
         new ValueLabel(ElementName("lblAIBSerial", index), tr("Board %1").arg(index + 1), this);
@@ -104,17 +104,17 @@ RigBoardPanel::RigBoardPanel(int index, std::shared_ptr<clsAIB> board, QWidget* 
     strong.setBold(true);
     serial->setFont(strong);
     auto* grid = new QGridLayout(this);
-    grid->addWidget(serial, Serial, 0, 1, clsAIB::DACChannels + 1);
+    grid->addWidget(serial, Serial, 0, 1, AIB::DACChannels + 1);
     grid->addWidget(MakeCaption(tr("A In"), this), Inputs, 0, Qt::AlignRight);
     grid->addWidget(MakeCaption(tr("D Out"), this), Outputs, 0, Qt::AlignRight);
-    for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel)
+    for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel)
         AddChannel(*grid, index, channel);
     grid->setRowStretch(Bars, 1);
-    grid->setColumnStretch(clsAIB::DACChannels + 1, 1);
+    grid->setColumnStretch(AIB::DACChannels + 1, 1);
 }
 
 void RigBoardPanel::AddChannel(QGridLayout& grid, int index, std::int32_t channel) {
-    const int element = index * clsAIB::DACChannels + channel;
+    const int element = index * AIB::DACChannels + channel;
     const QString place = tr("%1 of board %2").arg(channel).arg(index + 1);
     Channel& controls = m_Channels.at(static_cast<std::size_t>(channel));
     controls.Bar = new ADCBar(element, tr("Bars of input and output %1").arg(place), this);
@@ -133,7 +133,7 @@ void RigBoardPanel::AddChannel(QGridLayout& grid, int index, std::int32_t channe
 }
 
 void RigBoardPanel::Refresh() {
-    for (std::int32_t channel = 0; channel < clsAIB::DACChannels; ++channel)
+    for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel)
         RefreshChannel(channel);
 }
 
@@ -144,7 +144,7 @@ void RigBoardPanel::RefreshChannel(std::int32_t channel) {
     std::int32_t input = 0;
     const AIBStatus status = m_Board->GetADC(channel, input);
     if (status != Status::NoError) {
-        controls.Input->ShowFailure(ToQt(clsAIB::AIBErrorStr(status)));
+        controls.Input->ShowFailure(ToQt(AIB::AIBErrorStr(status)));
         controls.Bar->Draw(std::nullopt, output);
         return;
     }

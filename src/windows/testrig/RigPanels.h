@@ -49,7 +49,7 @@ class RigBoardPanel final : public QWidget {
 
   public:
     /// @param index of the board, from 0
-    RigBoardPanel(int index, std::shared_ptr<clsAIB> board, QWidget* parent);
+    RigBoardPanel(int index, std::shared_ptr<AIB> board, QWidget* parent);
 
     /// Reads the inputs and shows them beside what the outputs were told.
     void Refresh();
@@ -64,8 +64,8 @@ class RigBoardPanel final : public QWidget {
     void AddChannel(QGridLayout& grid, int index, std::int32_t channel);
     void RefreshChannel(std::int32_t channel);
 
-    std::shared_ptr<clsAIB> m_Board;
-    std::array<Channel, clsAIB::DACChannels> m_Channels;
+    std::shared_ptr<AIB> m_Board;
+    std::array<Channel, AIB::DACChannels> m_Channels;
 };
 
 } // namespace ombrix

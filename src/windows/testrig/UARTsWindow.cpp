@@ -27,7 +27,7 @@ namespace {
 QSlider* MakeSlider(int channel, QWidget* parent) {
     auto* slider = MakeDemandSlider(ElementName("sldDACValue", channel),
                                     UARTChannel::tr("Demand of channel %1").arg(channel),
-                                    clsAIB::DACFullScale, parent);
+                                    AIB::DACFullScale, parent);
     constexpr int leastLines = 8; // a handle needs a way to go
     slider->setMinimumHeight(leastLines * parent->fontMetrics().height());
     return slider;
@@ -121,7 +121,7 @@ constexpr int ReadInterval_ms = 100;
 
 } // namespace
 
-frmUARTs::frmUARTs(Station& station)
+UARTsWindow::UARTsWindow(Station& station)
     : m_Station(station),
       m_BoardName(new ValueLabel(QStringLiteral("lblAIBSerial"), tr("Board"), this)),
       m_Errors(Named(new QListWidget(this), QStringLiteral("lstErrors"), tr("Failed exchanges"))),
@@ -130,13 +130,13 @@ frmUARTs::frmUARTs(Station& station)
     setWindowTitle(tr("UART Testing"));
     m_Update->setObjectName(QStringLiteral("timUpdate"));
     m_Update->setInterval(ReadInterval_ms);
-    connect(m_Update, &QTimer::timeout, this, &frmUARTs::ReadTickedChannels);
+    connect(m_Update, &QTimer::timeout, this, &UARTsWindow::ReadTickedChannels);
     auto* layout = new QHBoxLayout(this);
     for (int channel = 0; channel < Channels; ++channel) {
         auto* controls = new UARTChannel(channel, this);
         m_Channels.at(static_cast<std::size_t>(channel)) = controls;
-        connect(controls, &UARTChannel::SetWanted, this, &frmUARTs::Set);
-        connect(controls, &UARTChannel::GetWanted, this, &frmUARTs::Get);
+        connect(controls, &UARTChannel::SetWanted, this, &UARTsWindow::Set);
+        connect(controls, &UARTChannel::GetWanted, this, &UARTsWindow::Get);
         layout->addWidget(controls);
     }
     layout->addLayout(MakeErrorColumn(), 1);
@@ -145,7 +145,7 @@ frmUARTs::frmUARTs(Station& station)
     m_Procedures = station.Procedures.Listen([this](bool running) { ProcedureRunning(running); });
 }
 
-QLayout* frmUARTs::MakeErrorColumn() {
+QLayout* UARTsWindow::MakeErrorColumn() {
     auto* clear = MakeButton(QStringLiteral("cmdClear"), tr("Clear"), this);
     connect(clear, &QPushButton::clicked, m_Errors, &QListWidget::clear);
     auto* column = new QVBoxLayout;
@@ -155,7 +155,7 @@ QLayout* frmUARTs::MakeErrorColumn() {
     return column;
 }
 
-bool frmUARTs::Open() {
+bool UARTsWindow::Open() {
     if (!isVisible()) {
         for (UARTChannel* channel : m_Channels)
             channel->Reset();
@@ -172,10 +172,10 @@ bool frmUARTs::Open() {
     return true;
 }
 
-bool frmUARTs::FindBoard() {
+bool UARTsWindow::FindBoard() {
     // Counting opens the library only while no board is known: the boards that the main window
     // shows stay the ones it shows.
-    while (m_Station.g_AIBList.AIBCount() == 0) {
+    while (m_Station.AIBList.AIBCount() == 0) {
         const Message question{.Text = "No AIBs Detected",
                                .Icon = MessageIcon::Warning,
                                .Buttons = MessageButtons::RetryCancel,
@@ -183,27 +183,27 @@ bool frmUARTs::FindBoard() {
         if (m_Station.World.Messages.Ask(question) != Answer::Retry)
             return false;
     }
-    m_Board = m_Station.g_AIBList.AIB(0);
+    m_Board = m_Station.AIBList.AIB(0);
     return true;
 }
 
 template <class Work>
-void frmUARTs::Guard(Work work) {
+void UARTsWindow::Guard(Work work) {
     if (!Guarded(m_Station.World.Messages, work))
         m_Update->stop(); // told once, not ten times a second
 }
 
-void frmUARTs::Set(int channel, std::int32_t value) {
+void UARTsWindow::Set(int channel, std::int32_t value) {
     Guard([&] {
         m_Station.Claims.Require(m_Board->DevSerialNum());
         m_Taken.at(static_cast<std::size_t>(channel)) = true;
-        const AIBStatus status = m_Board->SetDAC_UART(channel, value);
+        const AIBStatus status = m_Station.Outputs.SetDigital(*m_Board, channel, value);
         ReportUARTResult(status, fmt::format("Set({})", channel));
         m_Channels.at(static_cast<std::size_t>(channel))->ShowSent(value);
     });
 }
 
-void frmUARTs::Get(int channel) {
+void UARTsWindow::Get(int channel) {
     Guard([&] {
         std::int32_t value = 0;
         const AIBStatus status = m_Board->GetADC_UART(channel, value);
@@ -212,7 +212,7 @@ void frmUARTs::Get(int channel) {
     });
 }
 
-void frmUARTs::ReadTickedChannels() {
+void UARTsWindow::ReadTickedChannels() {
     // A report lets events be handled; a tick among them waits for the next one.
     if (std::exchange(m_Reading, true))
         return;
@@ -223,17 +223,17 @@ void frmUARTs::ReadTickedChannels() {
     m_Reading = false;
 }
 
-void frmUARTs::ReportUARTResult(AIBStatus status, const std::string& text) {
+void UARTsWindow::ReportUARTResult(AIBStatus status, const std::string& text) {
     if (status == Status::NoError)
         return;
     m_Errors->addItem(
         ToQt(fmt::format("{} - {} failed  [{}]", DateText(m_Station.World.Time.Now(), "hh:nn:ss"),
-                         text, clsAIB::AIBErrorStr(status))));
+                         text, AIB::AIBErrorStr(status))));
     m_Errors->setCurrentRow(m_Errors->count() - 1);
     m_Station.World.Events.ProcessPendingEvents();
 }
 
-void frmUARTs::GiveChannelsBack() {
+void UARTsWindow::GiveChannelsBack() {
     // No window would show any more what this one has demanded: the channels go back to what
     // the sliders of the main window stand for.
     for (int channel = 0; channel < Channels; ++channel) {
@@ -241,13 +241,13 @@ void frmUARTs::GiveChannelsBack() {
             continue;
         // In analog mode the sliders do not reach the link.
         if (!m_Board->IsDigitalSetup())
-            m_Board->SetDAC_UART(channel, 0);
-        m_Board->SetDAC(channel, m_Board->DAC(channel));
+            m_Station.Outputs.SetDigital(*m_Board, channel, 0);
+        m_Station.Outputs.Set(*m_Board, channel, m_Board->DAC(channel));
     }
     m_Board.reset();
 }
 
-void frmUARTs::ProcedureRunning(bool running) {
+void UARTsWindow::ProcedureRunning(bool running) {
     setEnabled(!running);
     if (!running && std::exchange(m_ClosedMeanwhile, false))
         Guarded(m_Station.World.Messages, [this] { GiveChannelsBack(); });
@@ -257,7 +257,7 @@ void frmUARTs::ProcedureRunning(bool running) {
         m_Update->start();
 }
 
-void frmUARTs::closeEvent(QCloseEvent* event) {
+void UARTsWindow::closeEvent(QCloseEvent* event) {
     m_Update->stop();
     for (UARTChannel* channel : m_Channels)
         channel->Reset();

@@ -57,11 +57,11 @@ class ValueLabel;
 
 /// The UART console: the two digital MFCs of the first board are set and read by hand, and every
 /// exchange that failed is listed. It keeps still while a procedure runs.
-class frmUARTs final : public QWidget {
+class UARTsWindow final : public QWidget {
     Q_OBJECT
 
   public:
-    explicit frmUARTs(Station& station);
+    explicit UARTsWindow(Station& station);
 
     /// Finds the board and opens the window. False when there is none and the operator does not
     /// try again.
@@ -93,8 +93,8 @@ class frmUARTs final : public QWidget {
     bool m_ClosedMeanwhile = false;
     QListWidget* m_Errors;
     QTimer* m_Update;
-    std::shared_ptr<clsAIB> m_Board;
-    ProcedureGate::Subscription m_Procedures;
+    std::shared_ptr<AIB> m_Board;
+    Subscription m_Procedures;
     bool m_Reading = false;
 };
 

@@ -23,96 +23,96 @@ QColor TextColourOn(const QColor& background) {
 
 } // namespace
 
-ctrlProgressBar::ctrlProgressBar(QWidget* parent) : QFrame(parent) {
+ProgressBar::ProgressBar(QWidget* parent) : QFrame(parent) {
     constexpr int smallPrint = 7;
     setFont(QFont(QStringLiteral("Arial"), smallPrint));
     Appearance(0);
     Rescale();
 }
 
-void ctrlProgressBar::Orientation(std::int32_t orientation) {
+void ProgressBar::Orientation(std::int32_t orientation) {
     m_Orientation = orientation;
     Rescale();
 }
 
-void ctrlProgressBar::MaxVal(float highest) {
+void ProgressBar::MaxVal(float highest) {
     if (highest == m_MaxVal)
         return;
     m_MaxVal = highest;
     Rescale();
 }
 
-void ctrlProgressBar::Value(float value) {
+void ProgressBar::Value(float value) {
     if (value == m_Value)
         return;
     m_Value = HeldToLimits(value);
     Redraw();
 }
 
-void ctrlProgressBar::BackColour(Colour colour) {
+void ProgressBar::BackColour(Colour colour) {
     m_BackColour = colour;
     Clear();
 }
 
-std::int32_t ctrlProgressBar::Appearance() const {
+std::int32_t ProgressBar::Appearance() const {
     return frameShadow() == Sunken ? 1 : 0;
 }
 
-void ctrlProgressBar::Appearance(std::int32_t appearance) {
+void ProgressBar::Appearance(std::int32_t appearance) {
     setFrameStyle(appearance == 0 ? static_cast<int>(Box) | static_cast<int>(Plain)
                                   : static_cast<int>(Panel) | static_cast<int>(Sunken));
 }
 
-void ctrlProgressBar::Refresh() {
+void ProgressBar::Refresh() {
     Rescale();
     Redraw();
 }
 
-void ctrlProgressBar::Clear() {
+void ProgressBar::Clear() {
     Show({});
 }
 
-QSize ctrlProgressBar::sizeHint() const {
+QSize ProgressBar::sizeHint() const {
     constexpr int charactersWide = 30;
     constexpr int roomAroundText = 8;
     return {fontMetrics().averageCharWidth() * charactersWide,
             fontMetrics().height() + roomAroundText};
 }
 
-void ctrlProgressBar::resizeEvent(QResizeEvent* event) {
+void ProgressBar::resizeEvent(QResizeEvent* event) {
     QFrame::resizeEvent(event);
     Rescale();
 }
 
-void ctrlProgressBar::Rescale() {
+void ProgressBar::Rescale() {
     m_Range = m_MaxVal - m_MinVal;
 }
 
-void ctrlProgressBar::Redraw() {
+void ProgressBar::Redraw() {
     Show({DisplayText(), FilledPart(), m_ForeColour});
 }
 
-void ctrlProgressBar::Show(Picture picture) {
+void ProgressBar::Show(Picture picture) {
     m_Picture = std::move(picture);
     if (m_Picture.Text != accessibleDescription())
         setAccessibleDescription(m_Picture.Text);
     update();
 }
 
-float ctrlProgressBar::HeldToLimits(float value) const {
+float ProgressBar::HeldToLimits(float value) const {
     if (value > m_MaxVal)
         return m_MaxVal;
     return value < m_MinVal ? m_MinVal : value;
 }
 
-std::optional<float> ctrlProgressBar::Percent() const {
+std::optional<float> ProgressBar::Percent() const {
     if (m_Range == 0.0F)
         return std::nullopt;
     // Multiplied first: whole percentages come out whole.
     return (HeldToLimits(m_Value) - m_MinVal) * static_cast<float>(Whole_percent) / m_Range;
 }
 
-QString ctrlProgressBar::DisplayText() const {
+QString ProgressBar::DisplayText() const {
     const auto percent = Percent();
     QString share = percent ? ToQt(FixedText(std::floor(*percent), 0) + "%") : QString();
     const QString shareBehind = percent ? QStringLiteral(" (") + share + QLatin1Char(')') : share;
@@ -132,7 +132,7 @@ QString ctrlProgressBar::DisplayText() const {
     }
 }
 
-QRectF ctrlProgressBar::FilledPart() const {
+QRectF ProgressBar::FilledPart() const {
     const auto percent = Percent();
     if (!percent)
         return {};
@@ -148,7 +148,7 @@ QRectF ctrlProgressBar::FilledPart() const {
     }
 }
 
-QRect ctrlProgressBar::BoxOnScreen() const {
+QRect ProgressBar::BoxOnScreen() const {
     const QRect surface = contentsRect();
     const QRectF& box = m_Picture.Box;
     const auto across = [&surface](double x) {
@@ -161,13 +161,13 @@ QRect ctrlProgressBar::BoxOnScreen() const {
             QPoint(across(box.right()) - 1, down(box.bottom()) - 1)};
 }
 
-QRect ctrlProgressBar::TextOnScreen() const {
+QRect ProgressBar::TextOnScreen() const {
     QRect place(QPoint(), fontMetrics().size(Qt::TextSingleLine, m_Picture.Text));
     place.moveCenter(contentsRect().center());
     return place;
 }
 
-void ctrlProgressBar::paintEvent(QPaintEvent* event) {
+void ProgressBar::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     const QColor background = ToQt(m_BackColour);
     const QColor filled = ToQt(m_Picture.BoxColour);

@@ -11,11 +11,11 @@ namespace ombrix {
 
 /// A value between two limits as a filled box, with a text over it. What is on the screen is the
 /// picture of the last redraw: settings that are only stored show with the next one.
-class ctrlProgressBar final : public QFrame {
+class ProgressBar final : public QFrame {
     Q_OBJECT
 
   public:
-    explicit ctrlProgressBar(QWidget* parent);
+    explicit ProgressBar(QWidget* parent);
 
     /// 0: from the left edge, 1: to the right edge, 2: from the top edge (what is left to the
     /// maximum), 3: from the bottom edge; any other draws no box.

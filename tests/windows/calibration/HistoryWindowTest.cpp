@@ -1,6 +1,7 @@
 #include "calibration/MeasuredChannels.h"
 #include "calibration/history/CalibrationHistory.h"
 #include "journal/RunJournal.h"
+#include "platform/text/Paths.h"
 #include "windows/WindowBench.h"
 #include "windows/calibration/CalibrationHistoryWindow.h"
 #include "windows/calibration/DriftPlotWidget.h"
@@ -21,15 +22,15 @@ class HistoryWindowTest : public ::testing::Test {
             HistoryEntry run;
             run.Kind = RunKind::VelocitySystem;
             run.Serial = serial;
-            run.Verdict = Verdicts::Failed;
+            run.Verdict = VerdictOf(End::Failed);
             run.Reasons = {"Channel 2"};
-            run.Velocity = GoodRun(CalibrationKind::System);
+            run.Velocity = GoodRun(CalibrationKind::System).Measured;
             AppendToHistory(m_Bench.Bench.World, run);
         }
         m_Bench.Bench.Files.OpenForAppending(R"(C:\History\ACU00301.jsonl)")->Write("damaged\n");
         m_Bench.Find<QAction>("mnuCalibrationHistory").trigger();
         m_Window =
-            dynamic_cast<frmCalibrationHistory*>(WindowBench::TopLevel("frmCalibrationHistory"));
+            dynamic_cast<CalibrationHistoryWindow*>(WindowBench::TopLevel("frmCalibrationHistory"));
         ASSERT_NE(m_Window, nullptr);
     }
     template <class Control>
@@ -47,7 +48,7 @@ class HistoryWindowTest : public ::testing::Test {
     }
 
     WindowBench m_Bench{"none"};
-    frmCalibrationHistory* m_Window = nullptr;
+    CalibrationHistoryWindow* m_Window = nullptr;
 };
 
 TEST_F(HistoryWindowTest, ShowsTheRunsOfTheChosenUnitAndTheirDrift) {
@@ -73,11 +74,12 @@ TEST_F(HistoryWindowTest, ExportsThePlotAsAPictureAndTheRunsAsATable) {
 
 TEST_F(HistoryWindowTest, AnUnfinishedRunIsOfferedAtTheStart) {
     Drive& files = m_Bench.Bench.Files;
-    files.CreateFolder(JournalFolder);
+    files.CreateFolder(Paths::Journals);
     for (const char* file : {R"(C:\Journals\dead.jsonl)", R"(C:\Journals\dead.running)"})
         files.ReplaceFile(file, "");
     m_Bench.Window.OfferUnfinishedRuns();
-    EXPECT_TRUE(files.FilesIn(JournalFolder).empty()) << "nothing to report: discarded, as agreed";
+    EXPECT_TRUE(files.FilesIn(Paths::Journals).empty())
+        << "nothing to report: discarded, as agreed";
 }
 
 } // namespace

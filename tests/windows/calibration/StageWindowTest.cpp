@@ -1,4 +1,4 @@
-#include "calibration/unit/CalibrationSummary.h"
+#include "board/unit/CalibrationSummary.h"
 #include "support/TestBench.h"
 #include "windows/calibration/ACUCalibrationWindow.h"
 #include "windows/widgets/Controls.h"
@@ -18,7 +18,10 @@ namespace {
 
 class StageWindowTest : public ::testing::Test {
   protected:
-    StageWindowTest() { ReadCalibrationSummary(m_Bench.Detect()); }
+    StageWindowTest() {
+        m_Bench.Detect();
+        ReadCalibrationSummary(m_Bench.TheStation.Calibration());
+    }
 
     template <class Control>
     Control& Find(const char* name) {
@@ -28,17 +31,17 @@ class StageWindowTest : public ::testing::Test {
     QString Cell(int line, int column) { return List().topLevelItem(line)->text(column); }
     QString Result(int line) { return Cell(line, 2); }
     QString Text(const char* label) { return Find<QLabel>(label).text(); }
-    QString Progress() { return Find<ctrlProgressBar>("ctrlProgressBar").accessibleDescription(); }
+    QString Progress() { return Find<ProgressBar>("ctrlProgressBar").accessibleDescription(); }
     void Add(int stages) {
         for (int stage = 1; stage <= stages; ++stage)
             m_Window.Stage_Add("Velocity System Calibration (" + std::to_string(stage) + " of 8)");
         QCoreApplication::processEvents();
     }
     QMessageBox* Question() { return m_Window.findChild<QMessageBox*>("boxWhileRunning"); }
-    clsACUCalibration& Record() { return m_Bench.TheStation.g_CurrentAIB->Calibration(); }
+    ProcedureGate& Procedures() { return m_Bench.TheStation.Procedures; }
 
     TestBench m_Bench;
-    frmACUCalibration m_Window{m_Bench.TheStation};
+    ACUCalibrationWindow m_Window{m_Bench.TheStation};
 };
 
 TEST_F(StageWindowTest, ComesAsDesignedWithTheFirstStageOfEverySequence) {
@@ -146,15 +149,14 @@ TEST_F(StageWindowTest, LinesHaveTheirLabelsAndLongOnesDoNotMoveTheWindow) {
 TEST_F(StageWindowTest, CancelButtonAndEscapeReachTheRunningCalibrationOnce) {
     for (const bool byKey : {false, true}) {
         Add(1);
-        Cancellation cancel;
-        const clsACUCalibration::RunningCalibration running(Record(), cancel);
+        const RunningProcedure procedure(Procedures());
         auto& button = Find<QPushButton>("cmdCancel");
         EXPECT_EQ(button.text(), "Cancel");
         if (byKey)
             QTest::keyClick(&m_Window, Qt::Key_Escape);
         else
             QTest::mouseClick(&button, Qt::LeftButton);
-        EXPECT_TRUE(cancel.Requested());
+        EXPECT_TRUE(Procedures().CancelRequested());
         EXPECT_FALSE(button.isEnabled());
         m_Window.Close();
         EXPECT_TRUE(button.isEnabled());
@@ -164,17 +166,15 @@ TEST_F(StageWindowTest, CancelButtonAndEscapeReachTheRunningCalibrationOnce) {
 TEST_F(StageWindowTest, ClosingInMidRunAsksAndCancelsOnYes) {
     for (const bool answered : {false, true}) {
         Add(1);
-        Cancellation cancel;
-        const clsACUCalibration::RunningCalibration running(Record(), cancel);
         {
-            const RunningProcedure procedure(m_Bench.TheStation.Procedures, [] {});
+            const RunningProcedure procedure(Procedures());
             EXPECT_FALSE(m_Window.close());
             ASSERT_TRUE(Question() != nullptr && Question()->isVisible());
             EXPECT_EQ(Question()->text(),
                       "The calibration is running.\n\nCancel it and close the window?");
             if (answered)
                 QTest::mouseClick(Question()->button(QMessageBox::Yes), Qt::LeftButton);
-            EXPECT_EQ(cancel.Requested(), answered);
+            EXPECT_EQ(Procedures().CancelRequested(), answered);
             EXPECT_TRUE(m_Window.isVisible()); // until the sequence has ended
         }
         m_Window.Close();

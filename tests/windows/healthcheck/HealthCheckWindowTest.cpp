@@ -30,7 +30,7 @@ class HealthCheckWindowTest : public ::testing::Test {
     void At(double at_s, std::function<void()> action) {
         m_Bench->Bench.Events.At(at_s, std::move(action));
     }
-    clsAIB& Board() { return *m_Bench->Bench.TheStation.g_CurrentAIB; }
+    AIB& Board() { return *m_Bench->Bench.TheStation.CurrentAIB; }
     std::ptrdiff_t Reports() const {
         const auto folder = m_Bench->Bench.Folder.Path() / "ACUs" / "ACU00301_M9200301A";
         return std::distance(std::filesystem::directory_iterator(folder), {});

@@ -69,12 +69,12 @@ TEST(Closing, HealthCheckInMidRunEndsSafely) {
     WindowBench::TickIn(window, "chkShort");
     bench.Bench.Events.At(3.0, [&bench] { bench.Window.close(); });
     bench.Bench.Events.At(3.5, [&bench] {
-        EXPECT_EQ(bench.Bench.TheStation.g_CurrentAIB->DAC(0), 13106); // the run goes on meanwhile
+        EXPECT_EQ(bench.Bench.TheStation.CurrentAIB->DAC(0), 13106); // the run goes on meanwhile
         AnswerQuestion(bench.Window, QMessageBox::Yes);
     });
     QTest::mouseClick(&WindowBench::FindIn<QWidget>(window, "cmdStart"), Qt::LeftButton);
     EXPECT_LT(bench.Bench.Time.Counter(), 4 * bench.Bench.Time.Frequency());
-    EXPECT_EQ(bench.Bench.TheStation.g_CurrentAIB->DAC(0), 0);
+    EXPECT_EQ(bench.Bench.TheStation.CurrentAIB->DAC(0), 0);
     EXPECT_TRUE(bench.Bench.Messages.Shown.empty());
     QCoreApplication::processEvents();
     EXPECT_FALSE(bench.Window.isVisible());

@@ -27,13 +27,13 @@ TEST(Detection, OneTabForEachBoardAndTheFirstIsCurrent) {
 TEST(Detection, BoardOfTheChosenTabIsCurrent) {
     WindowBench bench("pair");
     auto& tabs = bench.Find<QTabBar>("tabAIBs");
-    bench.Bench.TheStation.g_AIBList.AIB(1)->SetDAC(2, 4660);
+    bench.Bench.TheStation.AIBList.AIB(1)->SetDAC(2, 4660);
     QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(1).center());
     EXPECT_EQ(bench.LabelText("lblDeviceInfo_3"), "7");
     EXPECT_EQ(bench.LabelText("lblDACValue_2"), "1234");
     for (const int chosenAtTheStart : {0, 7}) { // there is no eighth
         bench.Window.ShowTab(chosenAtTheStart);
-        EXPECT_EQ(bench.Bench.TheStation.g_CurrentAIB->BoardIndex(), 0);
+        EXPECT_EQ(bench.Bench.TheStation.CurrentAIB->BoardIndex(), 0);
     }
 }
 
@@ -94,12 +94,12 @@ TEST(Detection, TabsOfBoardsThatAreGoneAreRemoved) {
 
 TEST(Detection, SecondDetectionSwitchesTheOutputsOfEveryBoardOff) {
     WindowBench bench("pair");
-    bench.Bench.TheStation.g_AIBList.AIB(1)->SetDAC(0, 30000);
+    bench.Bench.TheStation.AIBList.AIB(1)->SetDAC(0, 30000);
     bench.Bench.Time.Advance(5.0);
-    ASSERT_GT(bench.Bench.TheStation.g_AIBList.AIB(1)->MyGetADC(0), 25000);
+    ASSERT_GT(bench.Bench.TheStation.AIBList.AIB(1)->MyGetADC(0), 25000);
     bench.Find<QAction>("mnuDetectAIBs").trigger();
     bench.Bench.Time.Advance(5.0);
-    EXPECT_LT(bench.Bench.TheStation.g_AIBList.AIB(1)->MyGetADC(0), 100);
+    EXPECT_LT(bench.Bench.TheStation.AIBList.AIB(1)->MyGetADC(0), 100);
 }
 
 TEST(Detection, CalibrationSummaryShowsInItsColours) {

@@ -34,7 +34,7 @@ class EPROMPanelTest : public ::testing::Test {
     bool CanWrite() { return m_Bench.Find<QPushButton>("cmdWriteValue").isEnabled(); }
     std::int32_t Word(std::int32_t address) {
         std::int32_t word = 0;
-        m_Bench.Bench.TheStation.g_CurrentAIB->ReadEPROM(address, word);
+        m_Bench.Bench.TheStation.CurrentAIB->ReadEPROM(address, word);
         return word;
     }
 
@@ -90,7 +90,7 @@ TEST_F(EPROMPanelTest, ToAllAsksAndThenWritesEveryWord) {
               "Are you sure you want to overwrite all memory locations with: 0");
     EXPECT_EQ(Word(8), 2);
     m_Bench.Click("cmdWriteValueAll");
-    for (std::int32_t address = 0; address < clsAIB::EPROMBytes; address += 4)
+    for (std::int32_t address = 0; address < EpromBytes; address += 4)
         ASSERT_EQ(Word(address), 0) << address;
     EXPECT_EQ(m_Bench.Bench.Messages.Shown.back().Text, "All locations written");
     EXPECT_EQ(m_Bench.LabelText("lblValueError"), "");

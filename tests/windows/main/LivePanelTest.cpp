@@ -17,8 +17,8 @@ void Type(WindowBench& bench, const QString& field, const QString& text) {
     QTest::keyClick(&edit, Qt::Key_Return);
 }
 
-clsAIB& Board(WindowBench& bench) {
-    return *bench.Bench.TheStation.g_CurrentAIB;
+AIB& Board(WindowBench& bench) {
+    return *bench.Bench.TheStation.CurrentAIB;
 }
 
 TEST(LivePanel, TypedNumberIsSentWithinTheRangeAndShownInTheChosenBase) {
@@ -38,16 +38,16 @@ TEST(LivePanel, TypedNumberIsSentWithinTheRangeAndShownInTheChosenBase) {
     EXPECT_EQ(bench.LabelText("lblDACValue_2"), "201");
 }
 
-TEST(LivePanel, SliderSendsTwiceItsPositionUnlessItOnlyShowsIt) {
+TEST(LivePanel, SliderSendsTwiceItsPositionAndShowsWhatOthersSend) {
     WindowBench bench;
     auto& slider = bench.Find<QSlider>("sldDACValue_3");
     slider.setValue(100);
     EXPECT_EQ(Board(bench).DAC(3), 200);
     EXPECT_EQ(bench.LabelText("lblDACValue_3"), "C8");
-    bench.Window.findChild<DACPanel*>()->Show(3, 50);
+    bench.Bench.TheStation.Outputs.Set(Board(bench), 3, 101);
     EXPECT_EQ(slider.value(), 50);
-    EXPECT_EQ(bench.LabelText("lblDACValue_3"), "64");
-    EXPECT_EQ(Board(bench).DAC(3), 200);
+    EXPECT_EQ(bench.LabelText("lblDACValue_3"), "65");
+    EXPECT_EQ(Board(bench).DAC(3), 101) << "the slider that follows sends nothing";
 }
 
 TEST(LivePanel, ReadingsFollowTheOutputs) {

@@ -1,4 +1,5 @@
 #include "benchtests/TestRigRun.h"
+#include "platform/text/Paths.h"
 #include "windows/WindowBench.h"
 
 #include <QMessageBox>
@@ -93,7 +94,7 @@ TEST_F(TestRigWindowTest, OtherJobsOpenTheWindowAndRunNothing) {
         Open("rig");
         Choose(job);
         EXPECT_EQ(Label("lblOutcome"), "This job has no steps.");
-        EXPECT_FALSE(m_Bench->Bench.Files.FileExists(RampLog::Path));
+        EXPECT_FALSE(m_Bench->Bench.Files.FileExists(Paths::TestRig));
     }
 }
 
@@ -141,7 +142,7 @@ TEST_F(TestRigWindowTest, SingleBoardIsToldAndNothingRuns) {
     Choose(0);
     ASSERT_EQ(m_Bench->Bench.Messages.Shown.size(), 1U);
     EXPECT_NE(m_Bench->Bench.Messages.Shown[0].Text.find("Board 2 is missing."), std::string::npos);
-    EXPECT_FALSE(m_Bench->Bench.Files.FileExists(RampLog::Path));
+    EXPECT_FALSE(m_Bench->Bench.Files.FileExists(Paths::TestRig));
     EXPECT_EQ(m_Rig->findChild<QLabel*>("lblAIBSerial_1"), nullptr);
 }
 

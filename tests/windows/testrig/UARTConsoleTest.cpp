@@ -129,7 +129,7 @@ TEST_F(UARTConsoleTest, ClosedDuringAProcedureItGivesTheChannelsBackAfterwards) 
 
 TEST_F(UARTConsoleTest, BoardsOfTheMainWindowStayTheOnesItShows) {
     Open("pair");
-    EXPECT_EQ(m_Bench->Bench.TheStation.g_AIBList.AIB(0), m_Bench->Bench.TheStation.g_CurrentAIB);
+    EXPECT_EQ(m_Bench->Bench.TheStation.AIBList.AIB(0), m_Bench->Bench.TheStation.CurrentAIB);
     EXPECT_EQ(Label("lblAIBSerial"), "AIB_123: USB");
     m_Bench->Find<QAction>("mnuDetectAIBs").trigger();
     EXPECT_FALSE(m_Window->isVisible()) << "its board is no longer the one shown";

@@ -41,7 +41,7 @@ class ProgressBarTest : public ::testing::Test {
     }
 
     static constexpr QImage::Format Format = QImage::Format_RGB32;
-    ctrlProgressBar m_Bar{nullptr};
+    ProgressBar m_Bar{nullptr};
 };
 
 TEST_F(ProgressBarTest, StartsBlankWithItsDefaults) {

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace ombrix {
+
+/// How a procedure ended, from good to bad. Stage window, terminal, history, journal, log and exit
+/// status all read this.
+enum class End {
+    /// What has no verdict of its own has run to its end.
+    Passed,
+    /// Ran to its end, and what was measured is not good.
+    Failed,
+    /// The operator has cancelled.
+    Cancelled,
+    /// An error has stopped it.
+    Stopped,
+    /// What it was to leave behind could not be stored.
+    NotStored,
+};
+
+/// What became of a procedure.
+struct Outcome {
+    End Ended = End::Passed;
+    /// Why it did not pass; the operator has been told.
+    std::string Error = {};
+    /// Real paths of what was written, in the order of writing.
+    std::vector<std::filesystem::path> Files = {};
+};
+
+/// How a procedure without a verdict ended, as logs and journals tell it: "completed",
+/// "failed: The board does not answer".
+std::string EndText(const Outcome& outcome);
+
+} // namespace ombrix

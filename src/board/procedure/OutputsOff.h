@@ -1,0 +1,26 @@
+#pragma once
+
+#include "board/Station.h"
+
+#include <memory>
+#include <vector>
+
+namespace ombrix {
+
+using Boards = std::vector<std::shared_ptr<AIB>>;
+
+/// Switches all outputs of the boards off. @return the boards that have not taken it
+Boards SwitchOff(Station& station, const Boards& boards) noexcept;
+
+/// Tells and logs which boards did not let their outputs be switched off, and what the operator
+/// is to do: air may be flowing. Told also when the program is ending; never throws.
+void TellAirMayFlow(Station& station, const Boards& boards) noexcept;
+
+/// Switches off the outputs of every board that was detected last, except those that another
+/// program has. Tells of those that may drive air and do not take it, and marks them for the
+/// next start. A mark that was left before this program drove the board stays for the next
+/// detection: an FPGA without its program may take zeros that do nothing.
+/// @return whether every board has taken it
+bool SwitchAllOff(Station& station) noexcept;
+
+} // namespace ombrix

@@ -1,0 +1,158 @@
+#include "board/unit/ACUCalibration.h"
+
+#include "board/eprom/EpromGuard.h"
+#include "board/unit/RecordCoding.h"
+#include "platform/text/Text.h"
+
+namespace ombrix {
+
+namespace {
+
+// What stands for "passed": units in the field have been written so.
+constexpr std::int32_t VelocityPassed = -1;
+constexpr std::int32_t PressurePassed = 1;
+
+std::string FixedUser() {
+    return FixedWidth(CalibrationUser, ACUMemoryMap::UserLength);
+}
+
+void TakePressureCal(ACURecord& record, const PressureCal& measured) {
+    record.BaseDiameter = measured.BaseDiameter_mm;
+    record.PressureCoeff = measured.Coefficients;
+}
+
+} // namespace
+
+bool ACUCalibration::ReadEPROMValues() {
+    m_Record.ACUInitialised = false;
+    if (m_Board.IsUsb())
+        m_Record.DataVersion = ReadDataVersion_Usb(m_Board);
+    else if (m_Board.IsFireWire())
+        m_Record.DataVersion = ReadDataVersion_FireWire(m_Board);
+    const std::int32_t version = m_Record.DataVersion;
+    if (version == -1 || version == 0 || version == 3)
+        return false;
+    // One that cannot be read any further has been told to the operator, and counts as a record.
+    if ((version == 1 || version == 2) && !ReadEPROMValues_v02())
+        Tell("There was an error reading the EPROM in the AIB", MessageIcon::Information);
+    m_Record.ACUInitialised = true;
+    return true;
+}
+
+bool ACUCalibration::ReadEPROMValues_v02() {
+    if (!ReadCapacities(m_Board, m_Record))
+        return false; // what cannot be read is not known to be missing
+    if (!HasCapacities(m_Record)) {
+        const Message question{"This ACU has not been initialised.\r\n\r\n"
+                               "Would you like to Initialise the EPROM now?",
+                               MessageIcon::Question, MessageButtons::YesNo};
+        if (m_World.Messages.Ask(question) != Answer::Yes || !InitialiseBlank())
+            return false;
+    }
+    ReadHeader(m_Board, m_Record);
+    if (m_Record.CalibrationPoints == 0) {
+        Tell("Zero Calibration Points", MessageIcon::Information);
+        return false;
+    }
+    ReadEPROMValues_Velocity(m_Board, m_Record);
+    if (const auto unknown = ReadEPROMValues_Pressure(m_Board, m_Record))
+        Tell("Un-recognised Pressure Value: " + GeneralText(*unknown) +
+                 "\r\n\r\nUsing Default of 1000mBar",
+             MessageIcon::Information);
+    // The valves of a unit that another program has are that program's to set up. A refusal shows
+    // in the status of the board.
+    if (m_Board.IsFireWire() && m_Claims.IsOurs(m_Board.DevSerialNum()))
+        m_Board.ConfigureGPIO(m_Record.HasSolenoidValves != 0 ? 1 : 0);
+    return true;
+}
+
+bool ACUCalibration::InitialiseBlank() {
+    try {
+        EpromGuard guard(m_World, m_Claims, m_Board, "EPROM Initialisation");
+        guard.MakeReady();
+        // The question stood on a single reading, and what would be lost is a whole calibration.
+        if (ReadCapacities(m_Board, m_Record) && HasCapacities(m_Record))
+            throw EpromError("The EPROM holds the capacities of its channels, although they have "
+                             "been read as missing: the link to the board is unsteady.\r\n\r\n"
+                             "Nothing has been written. Please check the cable of the board, then "
+                             "detect the boards again.");
+        SaveFreshHeader(guard);
+        return true;
+    } catch (const std::runtime_error& error) {
+        Tell(error.what(), MessageIcon::Critical);
+        return false;
+    }
+}
+
+void ACUCalibration::Store(
+    EpromGuard& guard, const std::function<void(ACURecord& record, EpromSink& words)>& change) {
+    ACURecord changed = m_Record;
+    EpromWords words;
+    change(changed, words);
+    guard.Write(words);
+    m_Record = std::move(changed);
+}
+
+void ACUCalibration::SaveFreshHeader(EpromGuard& guard) {
+    Store(guard, [this](ACURecord& record, EpromSink& words) {
+        Init_VelocityHeader(words, record, m_Board.IsFireWire());
+    });
+}
+
+void ACUCalibration::SaveMFCNumber(EpromGuard& guard, const std::string& mfcNumber) {
+    Store(guard, [&](ACURecord& record, EpromSink& words) {
+        WriteEPROM_MFCNumber(words, record, mfcNumber);
+    });
+}
+
+void ACUCalibration::SaveVelocitySystemCalibration(
+    EpromGuard& guard, const std::array<ACUChannelCal, ACUChannels>& measured) {
+    Store(guard, [&](ACURecord& record, EpromSink& words) {
+        record.VelocityCal = measured;
+        record.VelocitySystemPassed = VelocityPassed;
+        record.VelocitySystemDate = m_World.Time.Now();
+        record.VelocitySystemUser = FixedUser();
+        WriteEPROM_VelocitySystem(words, record, 0);
+        WriteEPROM_VelocitySystem(words, record, 1);
+        WriteEPROM_VelocityDateUserSystem(words, record);
+    });
+}
+
+void ACUCalibration::SaveVelocityAudit(EpromGuard& guard, bool passed) {
+    Store(guard, [&](ACURecord& record, EpromSink& words) {
+        record.VelocityAuditPassed = passed ? VelocityPassed : 0;
+        record.VelocityAuditDate = m_World.Time.Now();
+        record.VelocityAuditUser = FixedUser();
+        WriteEPROM_VelocityDateUserAudit(words, record);
+    });
+}
+
+void ACUCalibration::SavePressureSystemCalibration(EpromGuard& guard, const PressureCal& measured) {
+    Store(guard, [&](ACURecord& record, EpromSink& words) {
+        record.PressureSystemDate = m_World.Time.Now();
+        record.PressureSystemUser = FixedUser();
+        record.PressureSystemPassed = PressurePassed;
+        TakePressureCal(record, measured);
+        // Four times over, as the units in the field have been written.
+        for (int time = 0; time < 4; ++time)
+            WriteEPROM_PressureSystem(words, record, false);
+        WriteEPROM_PressureDateUserSystem(words, record);
+    });
+}
+
+void ACUCalibration::SavePressureAudit(EpromGuard& guard, const PressureCal& measured,
+                                       bool passed) {
+    Store(guard, [&](ACURecord& record, EpromSink& words) {
+        record.PressureAuditDate = m_World.Time.Now();
+        record.PressureAuditUser = FixedUser();
+        record.PressureAuditPassed = passed ? PressurePassed : 0;
+        TakePressureCal(record, measured);
+        WriteEPROM_PressureDateUserAudit(words, record);
+    });
+}
+
+void ACUCalibration::Tell(const std::string& text, MessageIcon icon) const {
+    m_World.Messages.Ask({text, icon, MessageButtons::Ok});
+}
+
+} // namespace ombrix

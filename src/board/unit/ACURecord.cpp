@@ -1,0 +1,51 @@
+#include "board/unit/ACURecord.h"
+
+#include "platform/text/Text.h"
+
+#include <fmt/format.h>
+
+namespace ombrix {
+
+std::string ACURecord::ACUMFCNumber() const {
+    return Trimmed(MFCNumber);
+}
+
+std::string ACURecord::MFCSerialNumber_Clean() const {
+    std::string clean;
+    for (const char character : ACUMFCNumber()) {
+        const bool isLetter = character >= 'A' && character <= 'Z';
+        const bool isDigit = character >= '0' && character <= '9';
+        if (isLetter || isDigit)
+            clean += character;
+    }
+    return clean;
+}
+
+LastCalibration ACURecord::LastCalDone_Velocity_System() const {
+    return {VelocitySystemDate, VelocitySystemUser, VelocitySystemPassed != 0};
+}
+
+LastCalibration ACURecord::LastCalDone_Velocity_Audit() const {
+    return {VelocityAuditDate, VelocityAuditUser, VelocityAuditPassed != 0};
+}
+
+LastCalibration ACURecord::LastCalDone_Pressure_System() const {
+    return {PressureSystemDate, PressureSystemUser, PressureSystemPassed != 0};
+}
+
+LastCalibration ACURecord::LastCalDone_Pressure_Audit() const {
+    return {PressureAuditDate, PressureAuditUser, PressureAuditPassed != 0};
+}
+
+void ACURecord::CalculatePressureScaling() {
+    // The sensor gives 0.5 V at zero and 4.5 V at full scale; 5 V read as 65534 bits.
+    PressureScale = static_cast<float>(MaxPressure / (4.0 * 65534.0 / 5.0));
+    PressureOffset = static_cast<float>(PressureScale * -6553.4);
+    PressureSpan = static_cast<float>(PressureScale * 52427.2);
+}
+
+std::string ACU::SerialNumberStr() const {
+    return fmt::format("ACU{:05}", Serial);
+}
+
+} // namespace ombrix

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "board/Station.h"
+#include "calibration/history/CalibrationHistory.h"
+#include "journal/RunJournal.h"
+
+#include <string>
+
+namespace ombrix {
+
+/// Where a reading of a journal belongs.
+namespace Sweeps {
+inline constexpr const char* Rising = "rising";
+inline constexpr const char* Falling = "falling";
+inline constexpr const char* Step = "step";
+inline constexpr const char* Pressure = "pressure";
+} // namespace Sweeps
+
+/// Writes down a calibration run for later: while it goes on in its journal, and when it has ended
+/// in the history of its unit. One object serves one run.
+class RunRecorder {
+  public:
+    RunRecorder(Station& station, RunKind kind);
+
+    /// The run begins: takes down the unit as it is found.
+    void Begin(bool unattended);
+    bool Begun() const { return m_Begun; }
+
+    // What is measured, as it is measured. A reading that is begun again replaces the one that
+    // has not ended; samples outside a reading are of no use.
+    void ChannelBegins(std::size_t channel, const ChannelMeasurement& measured);
+    void ReadingBegins(const char* sweep, std::size_t point, const PointDemand& demand);
+    void Sample(const TraceSample& sample);
+    void ReadingEnds(const PointReading& reading);
+    /// The data of the channel are complete and have been judged.
+    void ChannelJudged();
+    /// All has been measured that will be. @param complete neither cancelled nor stopped
+    void Measured(bool passed, bool complete);
+    /// The unit's EPROM holds what was measured.
+    void Stored();
+    /// Whether the audit's sheet is wanted as well.
+    void AuditSheet(bool wanted);
+
+    /// The run has ended. @param entry what was measured, and the reasons of a failure; the rest
+    /// is filled in. False when the history could not be written; the operator has been told.
+    bool Ends(const Outcome& outcome, HistoryEntry entry);
+
+  private:
+    Station& m_Station;
+    RunKind m_Kind;
+    RunJournal m_Journal;
+    ACURecord m_Found;
+    OleDate m_Start;
+    bool m_Begun = false;
+    bool m_Reading = false;
+    bool m_Stored = false;
+};
+
+} // namespace ombrix

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "calibration/judge/CurveFit.h"
+#include "calibration/judge/Measurement.h"
+
+#include <array>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace ombrix {
+
+/// What calibrations are judged by.
+namespace AcceptanceLimits {
+
+/// 0.2 % and 0.1 % of full scale.
+inline constexpr double Hysteresis_bits = 131.068;
+inline constexpr double Deviation_bits = 65.534;
+/// Of reading; at low points of full scale.
+inline constexpr float Error_percent = 1.0F;
+inline constexpr float LowError_percent = 0.1F;
+/// Up to this share of full scale an audit point is judged by full scale, not by its reading.
+inline constexpr int LowPoint_percent = 10;
+inline constexpr float Pressure_mBar = 0.5F;
+
+} // namespace AcceptanceLimits
+
+/// Lines for the text log of a calibration.
+using LogLines = std::vector<std::string>;
+
+/// What was made of a channel's measurement.
+struct ChannelVerdict {
+    /// Every reading is there and, of a system run, rising and falling ones agree.
+    bool DataAcceptable = false;
+    bool AuditPassed = false;
+    /// Best-fit line through all readings in bits against demand in bits; system runs only.
+    Line BestFit;
+    /// The segments between the points; made of acceptable data only.
+    ACUChannelCal NewVelocityCal;
+    /// Every step of the judgement.
+    LogLines Log;
+};
+
+/// What a velocity run has measured, and what was made of it.
+struct VelocityResult {
+    VelocityMeasurement Measured;
+    /// By channel; nothing of one that was not measured to its end.
+    std::array<std::optional<ChannelVerdict>, AirChannels> Verdicts;
+};
+
+/// Judges what a run has measured on a channel (from 0) and, for a system run, fits it.
+ChannelVerdict JudgeChannel(const ChannelMeasurement& measured, CalibrationKind kind,
+                            std::size_t channel);
+
+/// Why a velocity run has not passed, for the operator; empty when it has.
+std::string ReasonOfFailure(const VelocityResult& result);
+
+/// Judges what a system run has measured on a channel: at every point the rising and the falling
+/// reading must agree within 0.2 % of full scale. Points that deviate from the best-fit straight
+/// line by more than 0.1 % of full scale are warned of.
+/// @param bestFit takes the line through all readings
+bool CheckSystemCalibrationData(const ChannelMeasurement& measured, Line& bestFit, LogLines& log);
+
+/// Judges what an audit has measured on a channel: the mean flow of every point must be within
+/// 1 % of reading of its demand, at 10 % of full scale and below within 0.1 % of full scale.
+bool CheckAuditCalibrationData(const ChannelMeasurement& measured, LogLines& log);
+
+/// Whether every reading is higher than that at the point below it, on both sweeps.
+bool ReadingsRiseWithDemand(const ChannelMeasurement& measured);
+
+/// What was made of a pressure measurement.
+struct PressureVerdict {
+    bool Passed = false;
+    /// The back-pressure's polynomial, of a system run that has passed; slot 3 is not used.
+    std::array<float, 4> Coefficients{};
+    /// Every step of the judgement.
+    LogLines Log;
+};
+
+/// Fits the polynomial of the back-pressure to the points of a system run.
+PressureVerdict FitPressure(std::span<const PressureReading> points);
+/// Judges the points of an audit: the pressure must read as 0 within 0.5 mBar.
+PressureVerdict CheckPressure(std::span<const PressureReading> points, float base_mm);
+
+} // namespace ombrix

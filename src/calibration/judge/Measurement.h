@@ -1,0 +1,75 @@
+#pragma once
+
+#include "board/unit/ACURecord.h"
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+namespace ombrix {
+
+inline constexpr std::size_t AirChannels = 2;
+
+enum class CalibrationKind { System, Audit };
+
+/// One reading of a trace; the time counts from the moment when the demand was set.
+struct TraceSample {
+    float Time_s = 0.0F;
+    std::int32_t Reading_bits = 0;
+};
+
+/// What was read at one demand: the mean of the last seconds, and the trace up to then.
+struct PointReading {
+    std::int32_t Reading_bits = 0;
+    float Flow_ml_m = 0.0F;
+    /// At least one reading went into the means.
+    bool Valid = false;
+    std::vector<TraceSample> Trace{};
+};
+
+/// What an air channel is told at a calibration point.
+struct PointDemand {
+    std::int32_t Bits = 0;
+    float Flow_ml_m = 0.0F;
+};
+
+/// Percentage of full scale at which a calibration point is taken; 0 for any point but 0 to 9.
+std::uint8_t CalPointPrecentage(std::int32_t point, CalibrationKind kind);
+
+/// What a channel of that capacity is told at a point of a calibration: a system run demands
+/// bits, an audit a flow, whose bits are found through the stored table when it is set.
+PointDemand DemandOfPoint(std::int32_t point, CalibrationKind kind, float capacity_ml_m);
+
+/// A demand set from zero air, measured beside the sweeps.
+struct StepMeasurement {
+    std::int32_t Point = 0;
+    PointDemand Demand;
+    PointReading Reading;
+};
+
+/// Everything that was measured on one air channel.
+struct ChannelMeasurement {
+    /// Full-scale flow in ml/min; a channel without capacity is not there and is not measured.
+    float Capacity_ml_m = 0.0F;
+    /// One element a point; readings of a run that ended early stay invalid.
+    std::vector<PointDemand> Demand;
+    std::vector<PointReading> Rising;
+    std::vector<PointReading> Falling;
+    std::vector<StepMeasurement> Steps;
+};
+
+/// What a velocity calibration has measured: made by the run; read by judgement, log, journal and
+/// workbooks.
+struct VelocityMeasurement {
+    CalibrationKind Kind = CalibrationKind::System;
+    std::array<ChannelMeasurement, AirChannels> Channels;
+};
+
+/// One point of a pressure calibration.
+struct PressureReading {
+    float Flow_ml_m = 0.0F;
+    /// Bits in a system run, mBar in an audit.
+    float Reading = 0.0F;
+};
+
+} // namespace ombrix

@@ -1,0 +1,87 @@
+#include "platform/ports/Folders.h"
+
+#include "platform/text/Paths.h"
+#include "platform/text/Text.h"
+
+#include <fmt/format.h>
+
+namespace ombrix {
+
+std::string AddBackslash(std::string_view path) {
+    return std::string(path) + (path.ends_with('\\') ? "" : "\\");
+}
+
+std::string LeftOfLast(std::string_view text, std::string_view separator) {
+    const std::size_t found = text.rfind(separator);
+    return std::string(found == std::string_view::npos ? text
+                                                       : text.substr(0, found + separator.size()));
+}
+
+std::string GetFolderOfPath(std::string_view path) {
+    const bool isFile = path.find('.') != std::string_view::npos;
+    return AddBackslash(isFile ? LeftOfLast(path, "\\") : std::string(path));
+}
+
+bool CheckFolderExists(Drive& drive, Operator& messages, std::string_view path, FolderMode mode) {
+    const std::string folder = GetFolderOfPath(path);
+    if (drive.FolderExists(folder))
+        return true;
+    if (mode == FolderMode::Query)
+        return false;
+    if (mode == FolderMode::Ask) {
+        const Message question{"The folder does not exist:\r\n\r\n    " + folder +
+                                   "\r\n\r\nWould you like to create it?",
+                               MessageIcon::Question, MessageButtons::YesNo};
+        if (messages.Ask(question) != Answer::Yes)
+            return false;
+    }
+    return CreateFolderPath(drive, folder);
+}
+
+bool CreateFolderPath(Drive& drive, std::string_view path) {
+    std::string folder(path);
+    if (folder.ends_with('\\'))
+        folder.pop_back();
+    folder = ReplaceAll(ReplaceAll(folder, "\\C:", "\\C"), "\\c:", "\\C");
+    if (drive.FolderExists(GetFolderOfPath(folder)))
+        return true;
+    const std::string parent = LeftOfLast(folder, "\\");
+    // A drive itself has no parent to create.
+    if (parent == folder || !CreateFolderPath(drive, parent))
+        return false;
+    return drive.CreateFolder(folder);
+}
+
+std::string GetSystemFolder(Drive& drive, std::string_view subFolder, std::string_view fileName) {
+    std::string candidate = Paths::DriveC;
+    for (const std::string_view programFiles : {R"(C:\Program Files\)", R"(C:\Programme\)"}) {
+        if (!drive.FolderExists(programFiles))
+            continue;
+        candidate = std::string(programFiles) + R"(Pulvatron\System\)" + std::string(subFolder);
+        if (!drive.FolderExists(candidate))
+            drive.CreateFolder(candidate);
+        break;
+    }
+    if (!drive.FolderExists(candidate))
+        candidate = R"(C:\Pulvatron\System\)";
+    if (!drive.FolderExists(candidate))
+        candidate = Paths::DriveC;
+    return AddBackslash(candidate) + std::string(fileName);
+}
+
+std::string FreePath(const Drive& files, std::string_view stem, std::string_view ending) {
+    std::string path = fmt::format("{}{}", stem, ending);
+    for (int number = 2; files.FileExists(path); ++number)
+        path = fmt::format("{} ({}){}", stem, number, ending);
+    return path;
+}
+
+bool ShellOpenFile(const Drive& drive, DocumentOpener& opener, std::string_view path) {
+    try {
+        return opener.OpenDocument(drive.RealPath(path));
+    } catch (const DriveError&) {
+        return false;
+    }
+}
+
+} // namespace ombrix

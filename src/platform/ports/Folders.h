@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/ports/Platform.h"
+
+#include <string>
+#include <string_view>
+
+namespace ombrix {
+
+/// The path, ended by a backslash.
+std::string AddBackslash(std::string_view path);
+
+/// The text up to and including the last separator; the whole text if there is none.
+std::string LeftOfLast(std::string_view text, std::string_view separator);
+
+/// The folder of a path, ended by a backslash. A path that contains "." is taken as a file's.
+std::string GetFolderOfPath(std::string_view path);
+
+enum class FolderMode { Query = 0, Create = 1, Ask = 2 };
+
+/// Whether the folder of a path exists, after creating it where the mode says so.
+bool CheckFolderExists(Drive& drive, Operator& messages, std::string_view path, FolderMode mode);
+
+/// Creates a folder and those above it; true when it exists afterwards.
+bool CreateFolderPath(Drive& drive, std::string_view path);
+
+/// Path of a file in a sub-folder of the instrument's system folder; makes the sub-folder.
+std::string GetSystemFolder(Drive& drive, std::string_view subFolder, std::string_view fileName);
+
+/// Path of a file that is not there yet: stem and ending, with " (2)", … between them when need be.
+std::string FreePath(const Drive& files, std::string_view stem, std::string_view ending);
+
+/// Opens a file or folder with its program; true when the desktop could.
+bool ShellOpenFile(const Drive& drive, DocumentOpener& opener, std::string_view path);
+
+} // namespace ombrix

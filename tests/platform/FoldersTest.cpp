@@ -1,0 +1,55 @@
+#include "platform/ports/Folders.h"
+
+#include "support/TestBench.h"
+
+#include <gtest/gtest.h>
+
+namespace ombrix {
+namespace {
+
+TEST(Folders, PathsAreTakenApart) {
+    EXPECT_EQ(AddBackslash(R"(C:\Data)"), R"(C:\Data\)");
+    EXPECT_EQ(AddBackslash(R"(C:\Data\)"), R"(C:\Data\)");
+    EXPECT_EQ(LeftOfLast(R"(C:\a\b)", "\\"), R"(C:\a\)");
+    EXPECT_EQ(LeftOfLast("none", "\\"), "none");
+    EXPECT_EQ(GetFolderOfPath(R"(C:\Logs\run.csv)"), R"(C:\Logs\)");
+    EXPECT_EQ(GetFolderOfPath(R"(C:\Logs)"), R"(C:\Logs\)");
+}
+
+TEST(Folders, FoldersAreMadeWithTheirParents) {
+    TestBench bench;
+    Drive& drive = bench.Files;
+    const std::string folder = R"(C:\ACUs\ACU00301_M1\)";
+    EXPECT_FALSE(CheckFolderExists(drive, bench.Messages, folder, FolderMode::Query));
+    EXPECT_TRUE(CheckFolderExists(drive, bench.Messages, folder, FolderMode::Create));
+    EXPECT_TRUE(drive.FolderExists(folder));
+    EXPECT_FALSE(CreateFolderPath(drive, R"(Z:\nowhere\at all)"));
+    EXPECT_FALSE(CreateFolderPath(drive, R"(C:\..\outside)"));
+    EXPECT_TRUE(bench.Messages.Shown.empty());
+}
+
+TEST(Folders, AFolderIsMadeOnlyWhenTheOperatorAgrees) {
+    TestBench bench;
+    bench.Messages.Answers = {Answer::No, Answer::Yes};
+    EXPECT_FALSE(CheckFolderExists(bench.Files, bench.Messages, R"(C:\New)", FolderMode::Ask));
+    EXPECT_TRUE(CheckFolderExists(bench.Files, bench.Messages, R"(C:\New)", FolderMode::Ask));
+    EXPECT_EQ(bench.Messages.Shown[0].Text,
+              "The folder does not exist:\r\n\r\n    C:\\New\\\r\n\r\n"
+              "Would you like to create it?");
+}
+
+TEST(Folders, SystemFolderIsSearchedInItsOrder) {
+    TestBench bench;
+    const std::string own = R"(C:\Program Files\Pulvatron\System\Calibration\log.txt)";
+    EXPECT_EQ(GetSystemFolder(bench.Files, "Calibration", "log.txt"), own);
+    EXPECT_TRUE(bench.Files.FolderExists(R"(C:\Program Files\Pulvatron\System\Calibration)"));
+    std::filesystem::remove_all(bench.Folder.Path() / "Program Files");
+    EXPECT_EQ(GetSystemFolder(bench.Files, "Calibration", "log.txt"), R"(C:\log.txt)");
+    std::filesystem::create_directories(bench.Folder.Path() / "Pulvatron" / "System");
+    std::filesystem::create_directories(bench.Folder.Path() / "Programme");
+    EXPECT_EQ(GetSystemFolder(bench.Files, "Calibration", "log.txt"),
+              R"(C:\Pulvatron\System\log.txt)");
+}
+
+} // namespace
+} // namespace ombrix

@@ -3,8 +3,8 @@
 #include "board/eprom/EpromGuard.h"
 #include "board/eprom/EpromWriter.h"
 #include "board/unit/ACUCalibration.h"
+#include "journal/UnitJson.h"
 #include "platform/os/FolderDrive.h"
-#include "platform/text/OleDate.h"
 #include "platform/text/Text.h"
 
 #include <fmt/format.h>
@@ -14,11 +14,6 @@ namespace ombrix {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-Json DateJson(OleDate date) {
-    const bool isSet = date.Days() != 0.0 && date.ToCivil();
-    return isSet ? Json(DateText(date, "yyyy-mm-ddThh:nn:ss")) : Json();
-}
 
 /// The shortest text that gives the Single again, not the digits of its widening to Double.
 Json NumberJson(float value) {

@@ -175,10 +175,6 @@ void JudgeSystem(const ChannelMeasurement& measured, std::size_t channel, Channe
                                   GeneralText(verdict.NewVelocityCal.C.at(segment))));
 }
 
-std::string Rule(std::size_t length) {
-    return std::string(length, '-');
-}
-
 std::string Fixed2(float value) {
     return FixedText(static_cast<double>(value), 2);
 }
@@ -197,6 +193,10 @@ LogLines FitLines(std::span<const PressureReading> points,
 }
 
 } // namespace
+
+std::string Rule(std::size_t length) {
+    return std::string(length, '-');
+}
 
 ChannelVerdict JudgeChannel(const ChannelMeasurement& measured, CalibrationKind kind,
                             std::size_t channel) {

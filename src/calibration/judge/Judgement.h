@@ -29,6 +29,9 @@ inline constexpr float Pressure_mBar = 0.5F;
 /// Lines for the text log of a calibration.
 using LogLines = std::vector<std::string>;
 
+/// A line that divides a log.
+std::string Rule(std::size_t length);
+
 /// What was made of a channel's measurement.
 struct ChannelVerdict {
     /// Every reading is there and, of a system run, rising and falling ones agree.

@@ -22,10 +22,6 @@ constexpr double DisplaySpacing_s = 0.05;
 /// Of the readings that the journal keeps.
 constexpr double SampleSpacing_s = 0.1;
 
-std::string Rule(std::size_t length) {
-    return std::string(length, '-');
-}
-
 std::string Fixed(float value, int decimals) {
     return FixedText(static_cast<double>(value), decimals);
 }

@@ -88,7 +88,7 @@ void RampProgress::paintEvent(QPaintEvent* /*event*/) {
 
 namespace {
 
-enum Row { Serial, Heading, Bars, Inputs, Outputs };
+enum Row { SerialRow, HeadingRow, BarsRow, InputsRow, OutputsRow };
 
 } // namespace
 
@@ -104,12 +104,12 @@ RigBoardPanel::RigBoardPanel(int index, std::shared_ptr<AIB> board, QWidget* par
     strong.setBold(true);
     serial->setFont(strong);
     auto* grid = new QGridLayout(this);
-    grid->addWidget(serial, Serial, 0, 1, AIB::DACChannels + 1);
-    grid->addWidget(MakeCaption(tr("A In"), this), Inputs, 0, Qt::AlignRight);
-    grid->addWidget(MakeCaption(tr("D Out"), this), Outputs, 0, Qt::AlignRight);
+    grid->addWidget(serial, SerialRow, 0, 1, AIB::DACChannels + 1);
+    grid->addWidget(MakeCaption(tr("A In"), this), InputsRow, 0, Qt::AlignRight);
+    grid->addWidget(MakeCaption(tr("D Out"), this), OutputsRow, 0, Qt::AlignRight);
     for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel)
         AddChannel(*grid, index, channel);
-    grid->setRowStretch(Bars, 1);
+    grid->setRowStretch(BarsRow, 1);
     grid->setColumnStretch(AIB::DACChannels + 1, 1);
 }
 
@@ -126,10 +126,11 @@ void RigBoardPanel::AddChannel(QGridLayout& grid, int index, std::int32_t channe
         value->ReserveFor(QStringLiteral("000000"));
     }
     const int column = channel + 1;
-    grid.addWidget(MakeCaption(QString::number(channel), this), Heading, column, Qt::AlignHCenter);
-    grid.addWidget(controls.Bar, Bars, column, Qt::AlignHCenter);
-    grid.addWidget(controls.Input, Inputs, column, Qt::AlignHCenter);
-    grid.addWidget(controls.Output, Outputs, column, Qt::AlignHCenter);
+    grid.addWidget(MakeCaption(QString::number(channel), this), HeadingRow, column,
+                   Qt::AlignHCenter);
+    grid.addWidget(controls.Bar, BarsRow, column, Qt::AlignHCenter);
+    grid.addWidget(controls.Input, InputsRow, column, Qt::AlignHCenter);
+    grid.addWidget(controls.Output, OutputsRow, column, Qt::AlignHCenter);
 }
 
 void RigBoardPanel::Refresh() {

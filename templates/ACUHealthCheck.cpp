@@ -4,6 +4,8 @@
 
 #include "ReportLook.h"
 #include "TemplateBuilder.h"
+#include "reports/layout/HealthCheckLayout.h"
+#include "spreadsheet/Cells.h"
 
 #include <fmt/format.h>
 
@@ -11,10 +13,14 @@ namespace ombrix::templates {
 
 namespace {
 
+namespace Layout = HealthCheckLayout;
+namespace Overview = Layout::Overview;
+namespace Data = Layout::Data;
+
 constexpr double FullScale_bits = 65535;
 constexpr double Tolerance = 0.01;
-/// Blocks begin in row 7. All ten sequences together reach to row 607.
-constexpr int FirstStepRow = 10;
+/// All ten sequences together reach to row 607.
+constexpr int FirstStepRow = Overview::HeadRow + Overview::HeadRows;
 constexpr int LastStepRow = 700;
 
 const PageTexts Pages{"ACU Health Check", "Ombrix"};
@@ -36,12 +42,12 @@ void LayOutUnit(SheetBuilder& sheet) {
 }
 
 void LayOutSummary(SheetBuilder& sheet) {
-    const auto column = [](const char* letters) {
-        return fmt::format("${0}${1}:${0}${2}", letters, FirstStepRow, LastStepRow);
+    const auto column = [](char letter) {
+        return fmt::format("${0}${1}:${0}${2}", letter, FirstStepRow, LastStepRow);
     };
-    const std::string steps = column("B");
-    const std::string first = column("N");
-    const std::string second = column("O");
+    const std::string steps = column(Overview::Step);
+    const std::string first = column(Overview::Ch1Evaluation);
+    const std::string second = column(Overview::Ch2Evaluation);
     const Look count = FieldValue("0");
     const auto line = [&](int row, const char* text, const std::string& formula) {
         sheet.Merge(fmt::format("G{0}:H{0}", row), Label)
@@ -110,18 +116,20 @@ void LayOutBlockHeader(SheetBuilder& sheet) {
 void LayOutEvaluation(SheetBuilder& sheet) {
     const Look result{.Horizontal = Align::Centre};
     for (int row = FirstStepRow; row <= LastStepRow; ++row) {
-        const auto judge = [&](char cell, char demand, char value) {
-            sheet.Formula(fmt::format("{}{}", cell, row),
-                          fmt::format("IF(LEFT($B{0},5)<>\"Step \",\"\",IF(AND({2}{0}=0,$E{0}<=2),"
-                                      "\"-\",IF(ABS({2}{0}-{1}{0}*$O$3)<=$O$2*$O$3,\"Pass\","
-                                      "\"Fail\")))",
-                                      row, demand, value),
-                          result);
+        const auto judge = [&](char column, char demand, char value) {
+            sheet.Formula(
+                Cell(column, row),
+                fmt::format("IF(LEFT(${3}{0},5)<>\"Step \",\"\",IF(AND({2}{0}=0,${4}{0}<=2),"
+                            "\"-\",IF(ABS({2}{0}-{1}{0}*$O$3)<=$O$2*$O$3,\"Pass\","
+                            "\"Fail\")))",
+                            row, demand, value, Overview::Step, Overview::Duration),
+                result);
         };
-        judge('N', 'C', 'J');
-        judge('O', 'D', 'K');
+        judge(Overview::Ch1Evaluation, Overview::Ch1Demand, Overview::Ch1End);
+        judge(Overview::Ch2Evaluation, Overview::Ch2Demand, Overview::Ch2End);
     }
-    const std::string area = fmt::format("N{}:O{}", FirstStepRow, LastStepRow);
+    const std::string area = fmt::format("{}{}:{}{}", Overview::Ch1Evaluation, FirstStepRow,
+                                         Overview::Ch2Evaluation, LastStepRow);
     sheet.HighlightText(area, "Pass", Good).HighlightText(area, "Fail", Bad);
 }
 
@@ -175,7 +183,7 @@ void LayOutGraphs(SheetBuilder& sheet) {
     }
 }
 
-/// Copied for every sequence and filled with its samples; the graph lies over M2:AD36.
+/// Copied for every sequence and filled with its samples; its graph lies beside them.
 void LayOutData(SheetBuilder& sheet) {
     // The graph is what is worth paper; the samples would fill hundreds of pages.
     sheet.Pages(Pages).FreezeRows(1).PrintArea("$M$1:$AD$37");
@@ -186,18 +194,18 @@ void LayOutData(SheetBuilder& sheet) {
     constexpr const char* Names[] = {"Time (s)",    "Ch1 DAC",    "Ch1 ADC",     "Ch2 DAC",
                                      "Ch2 ADC",     "Ch1 Demand", "Ch1 Reading", "Ch2 Demand",
                                      "Ch2 Reading", "Pressure"};
-    char column = 'A';
+    char column = Data::Time;
     for (const char* name : Names)
-        sheet.Text(fmt::format("{}1", column++), name, head);
+        sheet.Text(Cell(column++, Data::HeadRow), name, head);
 }
 
 } // namespace
 
 std::string MakeACUHealthCheck() {
     TemplateBuilder builder("ACU Health Check");
-    LayOutOverview(builder.AddSheet("Overview"));
-    LayOutGraphs(builder.AddSheet("All Graphs"));
-    LayOutData(builder.AddSheet("DataTemplate"));
+    LayOutOverview(builder.AddSheet(Layout::OverviewSheet));
+    LayOutGraphs(builder.AddSheet(Layout::GraphSheet));
+    LayOutData(builder.AddSheet(Layout::DataSheet));
     return builder.Build();
 }
 

@@ -4,9 +4,7 @@
 
 namespace ombrix::templates {
 
-/// What the audit sheets have in common: rows 5 on hold a label, a value and what it means.
-
-inline constexpr int FirstFieldRow = 5;
+/// What the audit sheets have in common.
 
 /// Cells of the fields above the tables: label in C, value in D and E, explanation from F on.
 /// The first field is the date.

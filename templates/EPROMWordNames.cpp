@@ -38,8 +38,8 @@ std::vector<EPROMWord> EPROMWords() {
         if (field.Address == ACUMemoryMap::DataVersion_USB)
             field.Name.clear(); // the report names it by the kind of the board
         for (std::int32_t word = 0; word < field.Words; ++word)
-            words.push_back({field.Address + word * EpromWordBytes, WordName(field, word),
-                             KindText(field)});
+            words.push_back(
+                {field.Address + word * EpromWordBytes, WordName(field, word), KindText(field)});
     }
     return words;
 }

@@ -4,6 +4,7 @@
 #include "AuditSheetParts.h"
 #include "CalibrationTemplates.h"
 #include "TemplateBuilder.h"
+#include "reports/layout/AuditSheetLayout.h"
 #include "spreadsheet/Cells.h"
 
 #include <fmt/format.h>
@@ -12,31 +13,7 @@ namespace ombrix::templates {
 
 namespace {
 
-constexpr int FirstPointRow = 17;
-constexpr int LastPointRow = 26;
-constexpr int CountHeadRow = 28;
-constexpr int StepTitleRow = 32;
-constexpr int StepHeadRow = 33;
-constexpr int FirstStepRow = 34;
-constexpr int LastStepRow = 35;
-
-struct ChannelColumns {
-    const char* Title;
-    char Expected;
-    char Recorded;
-    char Difference;
-    char Percent;
-    char Criterion;
-    char Result;
-    /// Where the program puts the channel's full scale.
-    const char* Capacity;
-};
-constexpr ChannelColumns Channels[] = {{"Channel 1", 'D', 'E', 'F', 'G', 'H', 'I', "$D$8"},
-                                       {"Channel 2", 'J', 'K', 'L', 'M', 'N', 'O', "$D$9"}};
-
-std::string Cell(char column, int row) {
-    return fmt::format("{}{}", column, row);
-}
+using namespace AuditSheetLayout::PV16;
 
 void LayOutHeader(SheetBuilder& sheet) {
     sheet.WithoutGrid().Pages({"PV16 Air Velocity Audit", "Ombrix"});
@@ -65,15 +42,18 @@ void LayOutDifference(SheetBuilder& sheet, const ChannelColumns& channel, int ro
                  WithNumber(With({.Bold = true, .Horizontal = Align::Centre}, BoxLines), "0.000"));
 }
 
-void LayOutPoints(SheetBuilder& sheet, const ChannelColumns& channel) {
+void LayOutPoints(SheetBuilder& sheet, const std::string& title, const ChannelColumns& channel) {
     const Look head = With(HeadCell, BoxLines);
-    const std::string title = fmt::format("{}15:{}15", channel.Expected, channel.Result);
-    sheet.Merge(title, head).Text(Cell(channel.Expected, 15), channel.Title, head);
-    sheet.Format(fmt::format("{}16:{}16", channel.Expected, channel.Result), head);
+    const auto across = [&channel](int row) {
+        return fmt::format("{0}{2}:{1}{2}", channel.Expected, channel.Result, row);
+    };
+    sheet.Merge(across(TitleRow), head).Text(Cell(channel.Expected, TitleRow), title, head);
+    sheet.Format(across(HeadRow), head);
     for (int row = FirstPointRow; row <= LastPointRow; ++row) {
-        sheet.Formula(Cell(channel.Expected, row),
-                      fmt::format("IF(C{0}=\"\",\"\",C{0}*{1}/100)", row, channel.Capacity),
-                      Boxed("0.000"));
+        sheet.Formula(
+            Cell(channel.Expected, row),
+            fmt::format("IF({0}=\"\",\"\",{0}*{1}/100)", Cell(PointColumn, row), channel.FullScale),
+            Boxed("0.000"));
         LayOutDifference(sheet, channel, row);
         sheet.Format(Cell(channel.Criterion, row), Boxed())
             .Format(Cell(channel.Result, row), Boxed());
@@ -110,8 +90,8 @@ void LayOutSteps(SheetBuilder& sheet) {
         .Text(Cell('B', StepHeadRow), "Step", head)
         .Text(Cell('C', StepHeadRow), "Point", head);
     for (int row = FirstStepRow; row <= LastStepRow; ++row)
-        sheet.Number(Cell('B', row), row - FirstStepRow + 1, Boxed("0"))
-            .Format(Cell('C', row), Boxed("0"));
+        sheet.Number(Cell(NumberColumn, row), row - FirstStepRow + 1, Boxed("0"))
+            .Format(Cell(PointColumn, row), Boxed("0"));
     for (const ChannelColumns& channel : Channels) {
         sheet.Text(Cell(channel.Expected, StepHeadRow), "Demand, ml/min", head)
             .Text(Cell(channel.Recorded, StepHeadRow), "Reading, ml/min", head)
@@ -130,12 +110,14 @@ std::string MakePV16_ACUAudit_Velocity() {
     TemplateBuilder builder("PV16 Air Velocity Audit");
     SheetBuilder& sheet = builder.AddSheet("Audit");
     LayOutHeader(sheet);
-    sheet.RowHeight(16, 34).Format("B16:C16", With(HeadCell, BoxLines));
+    sheet.RowHeight(HeadRow, 34)
+        .Format(fmt::format("B{0}:C{0}", HeadRow), With(HeadCell, BoxLines));
     for (int row = FirstPointRow; row <= LastPointRow; ++row)
-        sheet.Number(Cell('B', row), row - FirstPointRow + 1, Boxed("0"))
-            .Format(Cell('C', row), Boxed("0"));
+        sheet.Number(Cell(NumberColumn, row), row - FirstPointRow + 1, Boxed("0"))
+            .Format(Cell(PointColumn, row), Boxed("0"));
+    int number = 0;
     for (const ChannelColumns& channel : Channels)
-        LayOutPoints(sheet, channel);
+        LayOutPoints(sheet, fmt::format("Channel {}", ++number), channel);
     LayOutCounts(sheet);
     LayOutSteps(sheet);
     return builder.Build();

@@ -3,6 +3,7 @@
 #include "AuditSheetParts.h"
 #include "CalibrationTemplates.h"
 #include "TemplateBuilder.h"
+#include "reports/layout/AuditSheetLayout.h"
 #include "spreadsheet/Cells.h"
 
 #include <fmt/format.h>
@@ -11,24 +12,9 @@ namespace ombrix::templates {
 
 namespace {
 
-constexpr int FirstPointRow = 19;
-constexpr int LastPointRow = 23;
+using namespace AuditSheetLayout::PV17;
+
 constexpr int PercentPerPoint = 20;
-/// The limit of a reading in mBar, as the program writes it.
-constexpr const char* Limit = "$D$11";
-
-struct ReadingColumns {
-    const char* Title;
-    char Flow;
-    char Recorded;
-    char Result;
-};
-constexpr ReadingColumns Readings[] = {
-    {"Reading 1", 'E', 'F', 'G'}, {"Reading 2", 'H', 'I', 'J'}, {"Reading 3", 'K', 'L', 'M'}};
-
-std::string Cell(char column, int row) {
-    return fmt::format("{}{}", column, row);
-}
 
 void LayOutHeader(SheetBuilder& sheet) {
     sheet.WithoutGrid().Pages({"PV17 Air Pressure Audit", "Ombrix"});
@@ -47,7 +33,7 @@ void LayOutHeader(SheetBuilder& sheet) {
         {"Channel 2 Capacity:", "Capacity of Channel 2 (ml/min)"},
         {"Calibration Points:", "Number of audit calibration points"},
         {"Pass Limit:", "Largest difference from the expected value (mBar)"}};
-    int row = FirstFieldRow;
+    int row = AuditSheetLayout::Head::FirstRow;
     const Look explanation{.Italic = true, .Colour = Grey, .Horizontal = Align::Left};
     for (const auto& [label, meaning] : Fields) {
         sheet.Text(Cell('C', row), label, Label).Text(Cell('F', row), meaning, explanation);
@@ -62,13 +48,14 @@ void LayOutHeader(SheetBuilder& sheet) {
 
 void LayOutPoints(SheetBuilder& sheet) {
     const Look head = With(HeadCell, BoxLines);
-    sheet.RowHeight(18, 34)
-        .Merge("B17:B18", head)
-        .Text("B17", "Point", head)
-        .Merge("C17:C18", head)
-        .Text("C17", "Flow, % of Full Scale", head)
-        .Merge("D17:D18", head)
-        .Text("D17", "Expected Value, mBar", head);
+    sheet.RowHeight(HeadRow + 1, 34);
+    const auto column = [&](char letter, const char* text) {
+        sheet.Merge(fmt::format("{0}{1}:{0}{2}", letter, HeadRow, HeadRow + 1), head)
+            .Text(Cell(letter, HeadRow), text, head);
+    };
+    column('B', "Point");
+    column('C', "Flow, % of Full Scale");
+    column('D', "Expected Value, mBar");
     for (int row = FirstPointRow; row <= LastPointRow; ++row) {
         const int point = row - FirstPointRow;
         sheet.Number(Cell('B', row), point + 1, Boxed("0"))
@@ -77,22 +64,25 @@ void LayOutPoints(SheetBuilder& sheet) {
     }
 }
 
-void LayOutReading(SheetBuilder& sheet, const ReadingColumns& reading) {
+void LayOutReading(SheetBuilder& sheet, const std::string& title, const ReadingColumns& reading) {
     const Look head = With(HeadCell, BoxLines);
     Look given = Boxed("0.0");
     given.Fill = SubHeadFill;
-    sheet.Merge(fmt::format("{}17:{}17", reading.Flow, reading.Result), head)
-        .Text(Cell(reading.Flow, 17), reading.Title, head)
-        .Text(Cell(reading.Flow, 18), "Flow Set, ml/min", head)
-        .Text(Cell(reading.Recorded, 18), "Recorded Value, mBar", head)
-        .Text(Cell(reading.Result, 18), "Result, Pass/Fail", head);
+    constexpr int unitRow = HeadRow + 1;
+    sheet.Merge(fmt::format("{0}{2}:{1}{2}", reading.Flow, reading.Result, HeadRow), head)
+        .Text(Cell(reading.Flow, HeadRow), title, head)
+        .Text(Cell(reading.Flow, unitRow), "Flow Set, ml/min", head)
+        .Text(Cell(reading.Recorded, unitRow), "Recorded Value, mBar", head)
+        .Text(Cell(reading.Result, unitRow), "Result, Pass/Fail", head);
+    constexpr const char* cell = AuditSheetLayout::Head::PressureLimit;
+    const std::string limit = fmt::format("${}${}", cell[0], cell + 1);
     for (int row = FirstPointRow; row <= LastPointRow; ++row) {
         sheet.Format(Cell(reading.Flow, row), given)
             .Format(Cell(reading.Recorded, row), Boxed("0.00"));
         sheet.Formula(Cell(reading.Result, row),
                       fmt::format("IF({0}{1}=\"\",\"-\",IF(ABS({0}{1}-$D{1})<={2},\"Pass\","
                                   "\"Fail\"))",
-                                  reading.Recorded, row, Limit),
+                                  reading.Recorded, row, limit),
                       Boxed());
     }
     HighlightResults(
@@ -101,7 +91,8 @@ void LayOutReading(SheetBuilder& sheet, const ReadingColumns& reading) {
 
 void LayOutCounts(SheetBuilder& sheet) {
     const Look head = With(HeadCell, BoxLines);
-    const std::string results = fmt::format("$E${}:$M${}", FirstPointRow, LastPointRow);
+    const std::string results = fmt::format("${}${}:${}${}", Readings.front().Flow, FirstPointRow,
+                                            Readings.back().Result, LastPointRow);
     sheet.Text("B25", "Pass", head).Text("C25", "Fail", head).Text("D25", "Result", head);
     sheet.Formula("B26", fmt::format("COUNTIF({},\"Pass\")", results), Boxed("0"));
     sheet.Formula("C26", fmt::format("COUNTIF({},\"Fail\")", results), Boxed("0"));
@@ -120,8 +111,9 @@ std::string MakePV17_ACUAudit_Pressure() {
     SheetBuilder& sheet = builder.AddSheet("Audit");
     LayOutHeader(sheet);
     LayOutPoints(sheet);
+    int number = 0;
     for (const ReadingColumns& reading : Readings)
-        LayOutReading(sheet, reading);
+        LayOutReading(sheet, fmt::format("Reading {}", ++number), reading);
     LayOutCounts(sheet);
     return builder.Build();
 }

@@ -3,8 +3,8 @@
 #include "EPROMWordNames.h"
 #include "ReportLook.h"
 #include "TemplateBuilder.h"
+#include "reports/layout/InformationLayout.h"
 #include "spreadsheet/Cells.h"
-#include "spreadsheet/sheet/CellArea.h"
 
 #include <fmt/format.h>
 
@@ -12,12 +12,10 @@ namespace ombrix::templates {
 
 namespace {
 
-constexpr int Segments = 9;
-const PageTexts Pages{"ACU Information", "Ombrix"};
+namespace EpromLayout = InformationLayout::Eprom;
+using namespace InformationLayout::Unit;
 
-std::string Cell(char column, int row) {
-    return fmt::format("{}{}", column, row);
-}
+const PageTexts Pages{"ACU Information", "Ombrix"};
 
 /// A run of labels down a column, with the looks of the values beside them.
 void LayOutFields(SheetBuilder& sheet, char labels, char values, int row,
@@ -31,55 +29,57 @@ void LayOutFields(SheetBuilder& sheet, char labels, char values, int row,
 void LayOutIdentity(SheetBuilder& sheet) {
     sheet.RowHeight(1, 34).Text("B1", "ACU Information", Heading);
     sheet.Text("B3", "Accessory interface board", Section);
-    LayOutFields(sheet, 'B', 'C', 4,
+    LayOutFields(sheet, LeftLabels, LeftValues, BoardRow,
                  {"Bus type", "Bus", "Hardware version", "Device type", "Serial number", "Vendor",
                   "Module", "Configuration bits"});
     sheet.Text("H3", "This report", Section);
-    LayOutFields(sheet, 'H', 'I', 4, {"Made by", "Date", "Time"});
-    sheet.Format("I5", FieldValue("yyyy-mm-dd")).Format("I6", FieldValue("hh:mm:ss"));
+    LayOutFields(sheet, MiddleLabels, MiddleValues, ReportRow, {"Made by", "Date", "Time"});
+    sheet.Format(Cell(MiddleValues, ReportRow + 1), FieldValue("yyyy-mm-dd"))
+        .Format(Cell(MiddleValues, ReportRow + 2), FieldValue("hh:mm:ss"));
     sheet.Text("H9", "ACU", Section);
-    LayOutFields(sheet, 'H', 'I', 10, {"EPROM data version", "Solenoid valves"});
+    LayOutFields(sheet, MiddleLabels, MiddleValues, HeaderRow,
+                 {"EPROM data version", "Solenoid valves"});
 }
 
 void LayOutLastCalibrations(SheetBuilder& sheet) {
     const auto lastOf = [&sheet](char labels, char values, const char* title) {
-        sheet.Text(Cell(labels, 13), title, Section);
-        LayOutFields(sheet, labels, values, 14,
+        sheet.Text(Cell(labels, SystemRow - 1), title, Section);
+        LayOutFields(sheet, labels, values, SystemRow,
                      {"System passed", "System date", "System user", "Audit passed", "Audit date",
                       "Audit user", "Calibration points"});
-        for (const int date : {15, 18})
-            sheet.Format(Cell(values, date), FieldValue(DateAndTime));
+        for (const int first : {SystemRow, AuditRow})
+            sheet.Format(Cell(values, first + 1), FieldValue(DateAndTime));
     };
-    lastOf('B', 'C', "Air velocity calibration");
-    lastOf('H', 'I', "Air pressure calibration");
+    lastOf(LeftLabels, LeftValues, "Air velocity calibration");
+    lastOf(MiddleLabels, MiddleValues, "Air pressure calibration");
 }
 
 void LayOutSensor(SheetBuilder& sheet) {
-    sheet.Text("K13", "Pressure sensor", Section);
-    LayOutFields(sheet, 'K', 'L', 14,
+    sheet.Text(Cell(RightLabels, SensorRow - 1), "Pressure sensor", Section);
+    LayOutFields(sheet, RightLabels, RightValues, SensorRow,
                  {"Present", "Full scale (mBar)", "Scale (mBar/bit)", "Offset (mBar)",
                   "Span (mBar)", "Zero (bits)"});
-    sheet.Format("L16", FieldValue("0.000000"))
-        .Format("L17", FieldValue("0.00"))
-        .Format("L18", FieldValue("0.00"));
+    sheet.Format(Cell(RightValues, SensorRow + 2), FieldValue("0.000000"))
+        .Format(Cell(RightValues, SensorRow + 3), FieldValue("0.00"))
+        .Format(Cell(RightValues, SensorRow + 4), FieldValue("0.00"));
 }
 
 void LayOutVelocityTable(SheetBuilder& sheet, int channel, int capacityRow) {
     const Look head = With(HeadCell, BoxLines);
     sheet.Text(Cell('B', capacityRow), fmt::format("Channel {}", channel), Section)
         .Text(Cell('C', capacityRow), "Full scale (ml/min)", Label)
-        .Format(Cell('D', capacityRow), FieldValue("0.0"));
+        .Format(Cell(FullScale, capacityRow), FieldValue("0.0"));
     const int headRow = capacityRow + 1;
-    sheet.Text(Cell('B', headRow), "Segment", head)
-        .Text(Cell('C', headRow), "Slope M", head)
-        .Text(Cell('D', headRow), "Intercept C (bits)", head)
-        .Text(Cell('E', headRow), "Demand (bits)", head);
+    sheet.Text(Cell(Segment, headRow), "Segment", head)
+        .Text(Cell(Slope, headRow), "Slope M", head)
+        .Text(Cell(Intercept, headRow), "Intercept C (bits)", head)
+        .Text(Cell(Demand, headRow), "Demand (bits)", head);
     for (int segment = 1; segment <= Segments; ++segment) {
         const int row = headRow + segment;
-        sheet.Number(Cell('B', row), segment, Boxed("0"))
-            .Format(Cell('C', row), Boxed("0.000000"))
-            .Format(Cell('D', row), Boxed("0.00"))
-            .Format(Cell('E', row), Boxed("0"));
+        sheet.Number(Cell(Segment, row), segment, Boxed("0"))
+            .Format(Cell(Slope, row), Boxed("0.000000"))
+            .Format(Cell(Intercept, row), Boxed("0.00"))
+            .Format(Cell(Demand, row), Boxed("0"));
     }
 }
 
@@ -90,19 +90,23 @@ void LayOutPressureTable(SheetBuilder& sheet) {
     const auto line = [&](int row, const char* text) {
         sheet.Merge(fmt::format("H{0}:I{0}", row), label).Text(Cell('H', row), text, label);
     };
-    sheet.Merge("H23:I23", head).Text("H23", "Base", head);
-    line(24, "Calibrated");
-    line(27, "c0 (bits)");
-    line(28, "c1 (bits per ml/min)");
-    line(29, "c2 (bits per (ml/min)²)");
-    sheet.Merge("H26:I26", head).Text("H26", "Coefficients", head);
+    const auto headLine = [&](int row, const char* text) {
+        sheet.Merge(fmt::format("H{0}:I{0}", row), head).Text(Cell('H', row), text, head);
+    };
+    headLine(BaseHeadRow, "Base");
+    line(CalibratedRow, "Calibrated");
+    line(CoefficientRow, "c0 (bits)");
+    line(CoefficientRow + 1, "c1 (bits per ml/min)");
+    line(CoefficientRow + 2, "c2 (bits per (ml/min)²)");
+    headLine(CoefficientHeadRow, "Coefficients");
     int base = 0;
-    for (const char column : {'J', 'K', 'L'}) {
+    for (const char column : Bases) {
         ++base;
-        sheet.Number(Cell(column, 23), base, head).Number(Cell(column, 26), base, head);
-        sheet.Format(Cell(column, 24), Boxed());
-        for (const int row : {27, 28, 29})
-            sheet.Format(Cell(column, row), Boxed("0.0000E+00"));
+        sheet.Number(Cell(column, BaseHeadRow), base, head)
+            .Number(Cell(column, CoefficientHeadRow), base, head);
+        sheet.Format(Cell(column, CalibratedRow), Boxed());
+        for (int k = 0; k < Coefficients; ++k)
+            sheet.Format(Cell(column, CoefficientRow + k), Boxed("0.0000E+00"));
     }
 }
 
@@ -113,54 +117,51 @@ void LayOutACU(SheetBuilder& sheet) {
     LayOutIdentity(sheet);
     LayOutLastCalibrations(sheet);
     LayOutSensor(sheet);
-    constexpr int firstTable = 22;
-    constexpr int secondTable = 35;
-    LayOutVelocityTable(sheet, 1, firstTable);
-    LayOutVelocityTable(sheet, 2, secondTable);
+    LayOutVelocityTable(sheet, 1, VelocityRows[0]);
+    LayOutVelocityTable(sheet, 2, VelocityRows[1]);
     LayOutPressureTable(sheet);
 }
 
-constexpr int FirstWordRow = 5;
-constexpr int WordsPerGroup = 128;
-constexpr int ColumnsPerGroup = 6;
-
-/// A group's columns: address, name, kind, value in hexadecimal, value.
+/// A group of the EPROM's words: address, name, kind, value in hexadecimal, value.
 class WordGroup {
   public:
-    WordGroup(SheetBuilder& sheet, int group)
-        : m_Sheet(sheet), m_FirstColumn(2 + group * ColumnsPerGroup) {}
+    WordGroup(SheetBuilder& sheet, int group) : m_Sheet(sheet), m_Group(group) {}
 
     void LayOutHead() {
-        constexpr std::pair<const char*, double> Columns[] = {
-            {"Address", 9}, {"Name", 25}, {"Kind", 8}, {"Hex", 11}, {"Value", 13}};
-        const Look head = With(HeadCell, BoxLines);
-        int column = 0;
-        for (const auto& [title, width] : Columns) {
-            m_Sheet.Column(Letters(column), width).Text(Address(column, 4), title, head);
-            ++column;
-        }
-        m_Sheet.Column(Letters(column), 1.5);
+        using enum EpromLayout::Part;
+        Head(Address, "Address", 9);
+        Head(Name, "Name", 25);
+        Head(Kind, "Kind", 8);
+        Head(Hex, "Hex", 11);
+        Head(Value, "Value", 13);
+        m_Sheet.Column(ColumnLetters(EpromLayout::Column(m_Group, Value) + 1), 1.5);
     }
 
     void LayOutWord(int row, const EPROMWord& word) {
+        using enum EpromLayout::Part;
         const Look text = With({.Horizontal = Align::Left, .Indent = 1}, BoxLines);
-        m_Sheet.Number(Address(0, row), word.Address, Boxed("0"))
-            .Text(Address(1, row), word.Name, text)
-            .Text(Address(2, row), word.Kind, Boxed());
-        const std::string value = Address(4, row);
+        m_Sheet.Number(At(Address, row), word.Address, Boxed("0"))
+            .Text(At(Name, row), word.Name, text)
+            .Text(At(Kind, row), word.Kind, Boxed());
+        const std::string value = At(Value, row);
         m_Sheet.Formula(
-            Address(3, row),
+            At(Hex, row),
             fmt::format("IF({0}=\"\",\"\",DEC2HEX(IF({0}<0,{0}+4294967296,{0}),8))", value),
             Boxed());
         m_Sheet.Format(value, Boxed("0"));
     }
 
   private:
-    std::string Letters(int column) const { return ColumnLetters(m_FirstColumn + column); }
-    std::string Address(int column, int row) const { return Letters(column) + std::to_string(row); }
+    void Head(EpromLayout::Part part, const char* title, double width) {
+        m_Sheet.Column(ColumnLetters(EpromLayout::Column(m_Group, part)), width)
+            .Text(At(part, EpromLayout::HeadRow), title, With(HeadCell, BoxLines));
+    }
+    std::string At(EpromLayout::Part part, int row) const {
+        return CellAddress(EpromLayout::Column(m_Group, part), row);
+    }
 
     SheetBuilder& m_Sheet;
-    int m_FirstColumn;
+    int m_Group;
 };
 
 void LayOutEPROM(SheetBuilder& sheet) {
@@ -169,11 +170,12 @@ void LayOutEPROM(SheetBuilder& sheet) {
     sheet.Text("B2", "All 2048 bytes in words of four, as numbers with sign and as stored.", Note);
     sheet.Column("A", 2);
     const std::vector<EPROMWord> words = EPROMWords();
-    for (std::size_t first = 0; first < words.size(); first += WordsPerGroup) {
-        WordGroup group(sheet, static_cast<int>(first / WordsPerGroup));
+    constexpr int wordsPerGroup = EpromLayout::WordsPerGroup;
+    for (std::size_t first = 0; first < words.size(); first += wordsPerGroup) {
+        WordGroup group(sheet, static_cast<int>(first / wordsPerGroup));
         group.LayOutHead();
-        for (int i = 0; i < WordsPerGroup; ++i)
-            group.LayOutWord(FirstWordRow + i, words[first + static_cast<std::size_t>(i)]);
+        for (int i = 0; i < wordsPerGroup; ++i)
+            group.LayOutWord(EpromLayout::FirstRow + i, words[first + static_cast<std::size_t>(i)]);
     }
 }
 

@@ -3,8 +3,8 @@
 #include "CalibrationTemplates.h"
 #include "ReportLook.h"
 #include "TemplateBuilder.h"
+#include "reports/layout/VelocityReportLayout.h"
 #include "spreadsheet/Cells.h"
-#include "spreadsheet/sheet/CellArea.h"
 
 #include <fmt/format.h>
 
@@ -12,10 +12,9 @@ namespace ombrix::templates {
 
 namespace {
 
-constexpr int Points = 10;
-constexpr int Steps = 2;
-constexpr int FirstBlockRow = 10;
-constexpr int RowsPerBlock = 19;
+namespace Layout = VelocityReportLayout;
+namespace Columns = Layout::Columns;
+
 const PageTexts Pages{"ACU Velocity Calibration", "Ombrix"};
 
 void LayOutColumns(SheetBuilder& sheet) {
@@ -25,112 +24,112 @@ void LayOutColumns(SheetBuilder& sheet) {
 
 void LayOutHeader(SheetBuilder& sheet) {
     sheet.RowHeight(1, 34).Text("B1", "ACU Velocity Calibration", Heading);
-    struct Field {
-        const char* Label;
-        const char* Value;
-        const char* Number;
+    namespace Head = Layout::Head;
+    /// A value reaches over some columns; its label stands at the beginning of them.
+    const auto field = [&sheet](const char* value, const char* text, const std::string& number) {
+        const bool isLeft = value[0] == Head::Kind[0];
+        const std::string row = value + 1;
+        sheet.Text((isLeft ? "B" : "H") + row, text, Label)
+            .Merge(value + (":" + std::string(isLeft ? "F" : "K")) + row, FieldValue(number));
     };
-    constexpr Field Fields[] = {{"B3", "D3:F3", ""},    {"B4", "D4:F4", "yyyy-mm-dd hh:mm:ss"},
-                                {"B5", "D5:F5", ""},    {"B6", "D6:F6", "0"},
-                                {"H3", "J3:K3", ""},    {"H4", "J4:K4", ""},
-                                {"H5", "J5:K5", "0.0"}, {"H6", "J6:K6", "0.0"},
-                                {"B7", "D7:F7", ""}};
-    constexpr const char* Labels[] = {
-        "Calibration",        "Date and time",      "User",
-        "Calibration points", "Serial number",      "MFC number",
-        "Channel 1 (ml/min)", "Channel 2 (ml/min)", "Solenoid valves"};
-    std::size_t index = 0;
-    for (const Field& field : Fields)
-        sheet.Text(field.Label, Labels[index++], Label)
-            .Merge(field.Value, FieldValue(field.Number));
+    field(Head::Kind, "Calibration", "");
+    field(Head::Date, "Date and time", DateAndTime);
+    field(Head::User, "User", "");
+    field(Head::CalibrationPoints, "Calibration points", "0");
+    field(Head::SerialNumber, "Serial number", "");
+    field(Head::MFCNumber, "MFC number", "");
+    field(Head::FullScales[0], "Channel 1 (ml/min)", "0.0");
+    field(Head::FullScales[1], "Channel 2 (ml/min)", "0.0");
+    field(Head::SolenoidValves, "Solenoid valves", "");
     sheet.Merge("M3:O5", VerdictCell)
         .HighlightText("M3:O5", "PASSED", Good)
         .HighlightText("M3:O5", "FAILED", Bad);
 }
 
-struct Head {
+struct HeadText {
     const char* Columns;
     const char* Text;
 };
 
 /// The heads of a channel's tables. Units that depend on the kind of run are the program's.
-void LayOutHeads(SheetBuilder& sheet, int row) {
+void LayOutHeads(SheetBuilder& sheet, const Layout::ChannelRows& rows) {
     const Look head = With(HeadCell, BoxLines);
     const Look unit = With(UnitCell, BoxLines);
-    constexpr Head Groups[] = {{"B:B", "Point"},   {"C:D", "Demand"},     {"E:F", "Rising"},
-                               {"G:H", "Falling"}, {"I:I", "Difference"}, {"J:K", ""},
-                               {"M:O", ""}};
-    for (const Head& group : Groups) {
+    constexpr HeadText Groups[] = {{"B:B", "Point"},   {"C:D", "Demand"},     {"E:F", "Rising"},
+                                   {"G:H", "Falling"}, {"I:I", "Difference"}, {"J:K", ""},
+                                   {"M:O", ""}};
+    for (const HeadText& group : Groups) {
         const char first = group.Columns[0];
         const char last = group.Columns[2];
         if (first != last)
-            sheet.Merge(fmt::format("{}{}:{}{}", first, row, last, row), head);
-        sheet.Text(fmt::format("{}{}", first, row), group.Text, head);
+            sheet.Merge(fmt::format("{0}{2}:{1}{2}", first, last, rows.Heads), head);
+        sheet.Text(Cell(first, rows.Heads), group.Text, head);
     }
-    constexpr Head Units[] = {{"B", ""},
-                              {"C", "bits"},
-                              {"D", "ml/min"},
-                              {"E", "bits"},
-                              {"F", "ml/min"},
-                              {"G", "bits"},
-                              {"H", "ml/min"},
-                              {"I", ""},
-                              {"J", ""},
-                              {"K", ""},
-                              {"M", "Segment"},
-                              {"N", "Slope M"},
-                              {"O", "Intercept C (bits)"}};
-    for (const Head& entry : Units)
-        sheet.Text(fmt::format("{}{}", entry.Columns, row + 1), entry.Text, unit);
+    constexpr HeadText Units[] = {{Columns::Point, ""},
+                                  {Columns::DemandBits, "bits"},
+                                  {Columns::DemandFlow, "ml/min"},
+                                  {Columns::RisingBits, "bits"},
+                                  {Columns::RisingFlow, "ml/min"},
+                                  {Columns::FallingBits, "bits"},
+                                  {Columns::FallingFlow, "ml/min"},
+                                  {Columns::Difference, ""},
+                                  {Columns::RisingDeviation, ""},
+                                  {Columns::FallingDeviation, ""},
+                                  {Columns::Segment, "Segment"},
+                                  {Columns::Slope, "Slope M"},
+                                  {Columns::Intercept, "Intercept C (bits)"}};
+    for (const HeadText& entry : Units)
+        sheet.Text(Cell(entry.Columns, rows.Units), entry.Text, unit);
 }
 
 void LayOutRow(SheetBuilder& sheet, int row) {
-    for (const char column : {'C', 'E', 'G'})
-        sheet.Format(fmt::format("{}{}", column, row), Boxed("0"));
-    for (const char column : {'D', 'F', 'H', 'I', 'J', 'K'})
-        sheet.Format(fmt::format("{}{}", column, row), Boxed("0.00"));
+    for (const char* column : {Columns::DemandBits, Columns::RisingBits, Columns::FallingBits})
+        sheet.Format(Cell(column, row), Boxed("0"));
+    for (const char* column :
+         {Columns::DemandFlow, Columns::RisingFlow, Columns::FallingFlow, Columns::Difference,
+          Columns::RisingDeviation, Columns::FallingDeviation})
+        sheet.Format(Cell(column, row), Boxed("0.00"));
 }
 
 /// A step is made once, so there is nothing to stand beside its one reading.
 void LayOutStep(SheetBuilder& sheet, int row) {
-    for (const char column : {'C', 'E'})
-        sheet.Format(fmt::format("{}{}", column, row), Boxed("0"));
-    for (const char column : {'D', 'F', 'I'})
-        sheet.Format(fmt::format("{}{}", column, row), Boxed("0.00"));
+    for (const char* column : {Columns::DemandBits, Columns::RisingBits})
+        sheet.Format(Cell(column, row), Boxed("0"));
+    for (const char* column : {Columns::DemandFlow, Columns::RisingFlow, Columns::Difference})
+        sheet.Format(Cell(column, row), Boxed("0.00"));
 }
 
 void LayOutSegments(SheetBuilder& sheet, int firstRow) {
-    for (int segment = 0; segment < Points - 1; ++segment) {
+    for (int segment = 0; segment < Layout::Segments; ++segment) {
         const int row = firstRow + segment;
-        sheet.Number(fmt::format("M{}", row), segment + 1, Boxed("0"))
-            .Format(fmt::format("N{}", row), Boxed("0.000000"))
-            .Format(fmt::format("O{}", row), Boxed("0.00"));
+        sheet.Number(Cell(Columns::Segment, row), segment + 1, Boxed("0"))
+            .Format(Cell(Columns::Slope, row), Boxed("0.000000"))
+            .Format(Cell(Columns::Intercept, row), Boxed("0.00"));
     }
 }
 
-void LayOutChannel(SheetBuilder& sheet, int channel) {
-    const int title = FirstBlockRow + channel * RowsPerBlock;
-    sheet.Text(fmt::format("B{}", title), fmt::format("Channel {}", channel + 1), Section)
-        .Format(fmt::format("D{}", title), {.Bold = true});
-    LayOutHeads(sheet, title + 1);
-    const int firstPoint = title + 3;
-    for (int point = 0; point < Points; ++point) {
-        sheet.Number(fmt::format("B{}", firstPoint + point), point + 1, Boxed("0"));
-        LayOutRow(sheet, firstPoint + point);
+void LayOutChannel(SheetBuilder& sheet, std::size_t channel) {
+    const Layout::ChannelRows rows = Layout::RowsOf(channel);
+    sheet.Text(Cell("B", rows.Title), fmt::format("Channel {}", channel + 1), Section)
+        .Format(Cell(Columns::State, rows.Title), {.Bold = true});
+    LayOutHeads(sheet, rows);
+    for (int point = 0; point < Layout::Points; ++point) {
+        const int row = rows.FirstPoint + point;
+        sheet.Number(Cell(Columns::Point, row), point + 1, Boxed("0"));
+        LayOutRow(sheet, row);
     }
-    LayOutSegments(sheet, firstPoint);
-    const int fit = firstPoint + Points;
-    sheet.Text(fmt::format("B{}", fit), "Best fit", Boxed())
-        .Text(fmt::format("C{}", fit), "Slope M", Label)
-        .Format(fmt::format("D{}", fit), FieldValue("0.000000"))
-        .Text(fmt::format("E{}", fit), "Intercept C", Label)
-        .Format(fmt::format("F{}", fit), FieldValue("0.00"));
-    const int steps = fit + 1;
-    sheet.Text(fmt::format("B{}", steps),
+    LayOutSegments(sheet, rows.FirstPoint);
+    sheet.Text(Cell("B", rows.BestFit), "Best fit", Boxed())
+        .Text(Cell("C", rows.BestFit), "Slope M", Label)
+        .Format(Cell(Columns::FitSlope, rows.BestFit), FieldValue("0.000000"))
+        .Text(Cell("E", rows.BestFit), "Intercept C", Label)
+        .Format(Cell(Columns::FitIntercept, rows.BestFit), FieldValue("0.00"));
+    sheet.Text(Cell("B", rows.StepNote),
                "Set from zero air; the difference is that to the demand in ml/min", Note);
-    for (int step = 1; step <= Steps; ++step) {
-        sheet.Format(fmt::format("B{}", steps + step), Boxed("\"Point \"0"));
-        LayOutStep(sheet, steps + step);
+    for (int step = 0; step < Layout::Steps; ++step) {
+        const int row = rows.FirstStep + step;
+        sheet.Format(Cell(Columns::Point, row), Boxed("\"Point \"0"));
+        LayOutStep(sheet, row);
     }
 }
 
@@ -138,7 +137,7 @@ void LayOutReport(SheetBuilder& sheet) {
     sheet.WithoutGrid().Pages(Pages).OnOnePage(Orientation::Portrait).PrintArea("$A$1:$O$46");
     LayOutColumns(sheet);
     constexpr int lastRow = 46;
-    for (int row = FirstBlockRow; row <= lastRow; ++row)
+    for (int row = Layout::RowsOf(0).Title; row <= lastRow; ++row)
         sheet.RowHeight(row, 19);
     LayOutHeader(sheet);
     LayOutChannel(sheet, 0);
@@ -157,23 +156,25 @@ void LayOutCharts(SheetBuilder& sheet) {
 }
 
 /// A pair of columns a trace: when a reading was taken, and the reading.
-void LayOutTraces(SheetBuilder& sheet, int channel) {
+void LayOutTraces(SheetBuilder& sheet, std::size_t channel) {
+    namespace Traces = Layout::Traces;
     sheet.Pages({fmt::format("ACU Velocity Calibration, channel {}", channel + 1), "Ombrix"});
     sheet.FreezeRows(1).RepeatRows("$1:$1").RowHeight(1, 48);
     sheet.PrintArea("$A:$T,$U:$AN,$AO:$AR");
-    int column = 0;
+    int traces = 0;
     const auto trace = [&](const std::string& name) {
         const Look head = With(HeadCell, BoxLines);
-        const std::string time = ColumnLetters(++column);
-        const std::string reading = ColumnLetters(++column);
+        const int column = Traces::TimeColumn(traces++);
+        const std::string time = ColumnLetters(column);
+        const std::string reading = ColumnLetters(column + 1);
         sheet.Column(time, 9, Values("0.00")).Column(reading, 10, Values("0"));
-        sheet.Text(time + "1", name + ", time (s)", head);
-        sheet.Text(reading + "1", name + " (bits)", head);
+        sheet.Text(Cell(time, Traces::HeadRow), name + ", time (s)", head);
+        sheet.Text(Cell(reading, Traces::HeadRow), name + " (bits)", head);
     };
     for (const char* sweep : {"rising", "falling"})
-        for (int point = 1; point <= Points; ++point)
+        for (int point = 1; point <= Layout::Points; ++point)
             trace(fmt::format("Point {} {}", point, sweep));
-    for (int step = 1; step <= Steps; ++step)
+    for (int step = 1; step <= Layout::Steps; ++step)
         trace(fmt::format("Step {} from zero", step));
 }
 
@@ -187,11 +188,11 @@ void LayOutChartData(SheetBuilder& sheet) {
 
 std::string MakeQX_ACU_Calibration() {
     TemplateBuilder builder("ACU Velocity Calibration");
-    LayOutReport(builder.AddSheet("Report"));
-    LayOutCharts(builder.AddSheet("Charts"));
-    LayOutTraces(builder.AddSheet("Traces Ch1"), 0);
-    LayOutTraces(builder.AddSheet("Traces Ch2"), 1);
-    LayOutChartData(builder.AddSheet("Chart Data"));
+    LayOutReport(builder.AddSheet(Layout::ReportSheet));
+    LayOutCharts(builder.AddSheet(Layout::ChartSheet));
+    for (const std::size_t channel : {0U, 1U})
+        LayOutTraces(builder.AddSheet(Layout::TraceSheet(channel)), channel);
+    LayOutChartData(builder.AddSheet(Layout::ChartDataSheet));
     return builder.Build();
 }
 

@@ -175,7 +175,7 @@ std::string SheetBuilder::RowsXml() const {
             xml += fmt::format(" ht=\"{}\" customHeight=\"1\"", height->second);
         xml += ">";
         for (const auto& [column, cell] : cells)
-            xml += fmt::format("<c r=\"{}{}\" s=\"{}\"{}>{}</c>", ColumnLetters(column), row,
+            xml += fmt::format("<c r=\"{}{}\" s=\"{}\"{}>{}</c>", ColumnLetters(column - 1), row,
                                cell.Style, cell.Type, cell.Content);
         xml += "</row>";
     }

@@ -17,7 +17,8 @@ HealthCheckRecorder::HealthCheckRecorder(Station& station)
 void HealthCheckRecorder::Begin(std::span<const HealthCheckOption> options) {
     AIB& board = *m_Station.CurrentAIB;
     const OleDate start = m_Station.World.Time.Now();
-    SingleJson header = HeaderJson({HealthCheckKind, start, m_Station.World.Program, m_Station.Calibration().Unit()}, board);
+    SingleJson header = HeaderJson(
+        {HealthCheckKind, start, m_Station.World.Program, m_Station.Calibration().Unit()}, board);
     header["options"] = SingleJson::array();
     for (const HealthCheckOption option : options)
         header["options"].push_back(NameOf(option));
@@ -122,10 +123,9 @@ std::size_t RecordedHealthCheck::SampleCount() const {
 }
 
 std::string RecordedHealthCheck::Describe() const {
-    return fmt::format("Health Check of {}, {}: {} sequences, {} samples",
-                       m_Header.Unit.SerialNumberStr(),
-                       DateText(m_Header.Start, "dd/mm/yyyy hh:nn:ss"), m_Sequences.size(),
-                       SampleCount());
+    return fmt::format(
+        "Health Check of {}, {}: {} sequences, {} samples", m_Header.Unit.SerialNumberStr(),
+        DateText(m_Header.Start, "dd/mm/yyyy hh:nn:ss"), m_Sequences.size(), SampleCount());
 }
 
 RemadeReport RecordedHealthCheck::MakeReport() const {

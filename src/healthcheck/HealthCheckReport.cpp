@@ -4,7 +4,7 @@
 #include "platform/ports/Folders.h"
 #include "platform/text/OleDate.h"
 #include "platform/text/Paths.h"
-#include "reports/ReportFile.h"
+#include "reports/layout/HealthCheckLayout.h"
 
 #include <fmt/format.h>
 
@@ -19,24 +19,25 @@ constexpr const char* ReportExtension = ".xlsx";
 } // namespace
 
 std::string HealthCheckReport::Open() {
-    m_Opened = OpenExcel(m_Tools.Wait, m_Tools.TheStation.World, m_Tools.Launcher, "Initialising Excel Report",
-                         m_Tools.Templates + "ACUHealthCheck.xltx");
+    m_Opened =
+        OpenExcel(m_Tools.Wait, m_Tools.TheStation.World, m_Tools.Launcher,
+                  "Initialising Excel Report", m_Tools.Templates + HealthCheckLayout::Template);
     m_Tools.Wait.Close();
     if (m_Opened)
         return {};
     if (m_Opened.Error.empty())
         return "The template of the report has not been found.";
-    TellOperator(m_Tools.TheStation.World, "The report could not be opened.\r\n\r\n" + m_Opened.Error,
-                 MessageIcon::Critical);
+    TellOperator(m_Tools.TheStation.World,
+                 "The report could not be opened.\r\n\r\n" + m_Opened.Error, MessageIcon::Critical);
     return m_Opened.Error;
 }
 
 HealthCheckReport::Saved HealthCheckReport::Save(const ACU& unit, OleDate date) {
-    const std::string name =
-        fmt::format("{}_ACU{}_{}", unit.Record.MFCSerialNumber_Clean(), unit.Serial, DateText(date, "yyyymmdd_hhnnss"));
+    const std::string name = fmt::format("{}_ACU{}_{}", unit.Record.MFCSerialNumber_Clean(),
+                                         unit.Serial, DateText(date, "yyyymmdd_hhnnss"));
     try {
-        Book().Sheet("DataTemplate").SetVisible(SheetVisibility::Hidden);
-        Book().Sheet("Overview").Select();
+        Book().Sheet(HealthCheckLayout::DataSheet).SetVisible(SheetVisibility::Hidden);
+        Book().Sheet(HealthCheckLayout::OverviewSheet).Select();
         m_Opened.Application->SetVisible(true);
         return SaveInUnitFolder(unit, name);
     } catch (const std::exception& error) {
@@ -47,7 +48,8 @@ HealthCheckReport::Saved HealthCheckReport::Save(const ACU& unit, OleDate date) 
     }
 }
 
-HealthCheckReport::Saved HealthCheckReport::SaveInUnitFolder(const ACU& unit, const std::string& name) {
+HealthCheckReport::Saved HealthCheckReport::SaveInUnitFolder(const ACU& unit,
+                                                             const std::string& name) {
     const Drive& files = m_Tools.TheStation.World.Files;
     std::string folder;
     if (GetUnitFolder(m_Tools.TheStation, unit, folder)) {
@@ -55,7 +57,8 @@ HealthCheckReport::Saved HealthCheckReport::SaveInUnitFolder(const ACU& unit, co
         Book().SaveAs(path, FileFormat::ByExtension);
         return {path, files.RealPath(path), {}};
     }
-    const std::string shown = fmt::format("{:05}_{}\\'", unit.Serial, unit.Record.MFCSerialNumber_Clean());
+    const std::string shown =
+        fmt::format("{:05}_{}\\'", unit.Serial, unit.Record.MFCSerialNumber_Clean());
     const std::string warning = "Unable to Save Excel File in following locations:\r\n\r\n"
                                 "   'S:\\Production\\ACUs\\_Initial Tests\\" +
                                 shown + "\r\n\r\n'C:\\ACUs\\" + shown +
@@ -64,13 +67,16 @@ HealthCheckReport::Saved HealthCheckReport::SaveInUnitFolder(const ACU& unit, co
     return KeepElsewhere(name, warning);
 }
 
-HealthCheckReport::Saved HealthCheckReport::KeepElsewhere(const std::string& name, std::string error) {
-    return {{}, KeepWorkbook(m_Tools.TheStation.World, Book(), name + ReportExtension), std::move(error)};
+HealthCheckReport::Saved HealthCheckReport::KeepElsewhere(const std::string& name,
+                                                          std::string error) {
+    return {{},
+            KeepWorkbook(m_Tools.TheStation.World, Book(), name + ReportExtension),
+            std::move(error)};
 }
 
 bool GetSaveRootFolder(Station& station, std::string& folder) {
     folder = station.World.Files.FileExists(Paths::ShareMarker) ? Paths::ShareReports
-                                                               : Paths::LocalReports;
+                                                                : Paths::LocalReports;
     return CheckFolderExists(station.World.Files, station.World.Messages, folder,
                              FolderMode::Create);
 }

@@ -2,6 +2,7 @@
 
 #include "board/Station.h"
 #include "reports/ReportFile.h"
+#include "reports/layout/HealthCheckLayout.h"
 
 #include <filesystem>
 #include <optional>
@@ -39,7 +40,7 @@ class HealthCheckReport {
 
     ReportTools m_Tools;
     OpenedWorkbook m_Opened;
-    std::int32_t m_OverviewRow = 7;
+    std::int32_t m_OverviewRow = HealthCheckLayout::Overview::HeadRow;
 };
 
 /// Where the reports of the health check are kept: the production file server's share when it

@@ -86,8 +86,8 @@ void HealthCheckRun::RunOne(const SequencePlan& plan, const HealthCheckView& vie
     };
     m_Recorder.SequenceBegins(sheet, plan.Steps);
     try {
-        if (!sequence.RunSequence(m_Station, wait, sequenceView, &m_Report.Book(),
-                                  sheet, m_Report.OverviewRow()))
+        if (!sequence.RunSequence(m_Station, wait, sequenceView, &m_Report.Book(), sheet,
+                                  m_Report.OverviewRow()))
             result.Ended = End::Cancelled;
     } catch (const BoardError&) {
         note(); // its record is in the report up to where the board was lost

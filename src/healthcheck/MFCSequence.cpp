@@ -3,13 +3,14 @@
 #include "healthcheck/HealthCheckJournal.h"
 #include "healthcheck/HealthCheckReport.h"
 #include "platform/text/Text.h"
-#include "spreadsheet/Spreadsheet.h"
+#include "spreadsheet/Cells.h"
 
-#include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <cmath>
 #include <initializer_list>
+#include <vector>
 
 namespace ombrix {
 
@@ -73,8 +74,7 @@ bool MFCSequence::RunSequence(Station& station, ProcedureWait& wait, const Seque
         if (view.Recorder != nullptr)
             view.Recorder->SequenceEnds(now);
         if (workbook != nullptr)
-            ExportToWorkbook(station.Calibration().Unit(), now, *workbook, sheetName,
-                             overviewRow);
+            ExportToWorkbook(station.Calibration().Unit(), now, *workbook, sheetName, overviewRow);
     };
     try {
         const bool completed = RunSteps(station, wait, view);
@@ -216,8 +216,9 @@ void MFCSequence::DrawExpectedDemand(GraphSurface& surface, std::int32_t channel
 
 namespace {
 
-/// From the first to the last row of an overview chart.
-constexpr std::int32_t ChartRows = 25;
+namespace Layout = HealthCheckLayout;
+namespace Overview = Layout::Overview;
+namespace Data = Layout::Data;
 
 void AddChart(const Worksheet& dataSheet, Worksheet& target, const std::string& title,
               const std::string& topLeft, const std::string& bottomRight) {
@@ -228,7 +229,7 @@ void AddChart(const Worksheet& dataSheet, Worksheet& target, const std::string& 
     const SheetBox place{left, top, std::trunc(last.Left + last.Width) - left,
                          std::trunc(last.Top + last.Height) - top};
     Chart& chart = target.AddChart(ChartType::XYScatterSmoothNoMarkers, place);
-    chart.SetSourceData(dataSheet, "A:A,F:J");
+    chart.SetSourceData(dataSheet, Data::ChartColumns);
     chart.SetElement(ChartElement::TitleAboveChart);
     chart.SetTitle(title);
     for (const int demand : {1, 3})
@@ -241,9 +242,10 @@ void AddChart(const Worksheet& dataSheet, Worksheet& target, const std::string& 
 
 /// Boxes each group of columns on its own, with no lines between the steps.
 void BoxSteps(Worksheet& overview, std::int32_t first, std::int32_t last) {
-    const std::string areas = ReplaceAll(
-        ReplaceAll("B#:B@,C#:E@,F#:G@,H#:I@,J#:K@,L#:L@,N#:O@", "#", std::to_string(first)), "@",
-        std::to_string(last));
+    std::vector<std::string> groups;
+    for (const std::string_view group : Overview::Groups)
+        groups.push_back(fmt::format("{}{}:{}{}", group.front(), first, group.back(), last));
+    const std::string areas = fmt::format("{}", fmt::join(groups, ","));
     for (const BorderEdge edge :
          {BorderEdge::Left, BorderEdge::Top, BorderEdge::Bottom, BorderEdge::Right})
         overview.SetBorder(areas, edge, LineStyle::Continuous);
@@ -261,48 +263,49 @@ void LayOutForPrint(Worksheet& overview, std::int32_t freeRow, std::int32_t char
         overview.SetRowHeight(freeRow, chartRow - 2, closed_points);
     if (chartRow - freeRow > rowsThatFit)
         overview.AddPageBreak(chartRow);
-    overview.SetPrintArea(fmt::format("A1:O{}", chartRow + ChartRows));
+    overview.SetPrintArea(fmt::format("A1:O{}", chartRow + Overview::ChartRows));
 }
 
 } // namespace
 
 void MFCSequence::ExportToWorkbook(const ACU& unit, OleDate now, Workbook& workbook,
                                    const std::string& sheetName, std::int32_t& overviewRow) const {
-    Worksheet& overview = workbook.Sheet("Overview");
-    workbook.Sheet("All Graphs"); // a template without it is not ours
-    workbook.Sheet("DataTemplate").CopyAfter(workbook.Sheet(workbook.WorksheetCount() - 1));
+    Worksheet& overview = workbook.Sheet(Layout::OverviewSheet);
+    workbook.Sheet(Layout::GraphSheet); // a template without it is not ours
+    workbook.Sheet(Layout::DataSheet).CopyAfter(workbook.Sheet(workbook.WorksheetCount() - 1));
     Worksheet& dataSheet = workbook.Sheet(workbook.WorksheetCount() - 1);
 
-    overview.SetValue("C2", unit.Serial);
-    overview.SetValue("C3", unit.Record.MFCSerialNumber_Clean());
-    overview.SetValue("C5", now);
+    overview.SetValue(Overview::Serial, unit.Serial);
+    overview.SetValue(Overview::MFCNumber, unit.Record.MFCSerialNumber_Clean());
+    overview.SetValue(Overview::Date, now);
     dataSheet.SetName(sheetName);
+    const std::string pressureHead = Cell(Data::Pressure, Data::HeadRow);
     if (unit.Record.DigitalPressureConfig == 0)
-        dataSheet.SetValue("J1", std::string("Pressure (Analog)"));
+        dataSheet.SetValue(pressureHead, std::string("Pressure (Analog)"));
     else if (unit.Record.DigitalPressureConfig == 1)
-        dataSheet.SetValue("J1", std::string("Pressure (Digital)"));
-    overview.SetValue("N7", dataSheet.Value("J1"));
+        dataSheet.SetValue(pressureHead, std::string("Pressure (Digital)"));
+    overview.SetValue(Overview::PressureHead, dataSheet.Value(pressureHead));
 
     std::int32_t row = 0;
     for (const MFCStep& step : m_Steps)
         step.ExportData(row, dataSheet);
-    AddChart(dataSheet, dataSheet, sheetName, "M2", "AD36");
+    AddChart(dataSheet, dataSheet, sheetName, Data::ChartTopLeft, Data::ChartBottomRight);
 
     ExportOverviewBlock(overview, overviewRow);
-    AddChart(dataSheet, overview, sheetName, fmt::format("B{}", overviewRow),
-             fmt::format("L{}", overviewRow + ChartRows));
-    constexpr std::int32_t nextBlock = 29;
-    overviewRow += nextBlock;
+    AddChart(dataSheet, overview, sheetName, Cell(Overview::Step, overviewRow),
+             Cell(Overview::Description, overviewRow + Overview::ChartRows));
+    overviewRow += Overview::NextBlock;
 }
 
 void MFCSequence::ExportOverviewBlock(Worksheet& overview, std::int32_t& row) const {
-    constexpr std::int32_t headerRows = 3;
-    constexpr std::int32_t firstBlockEnd = 10;
-    if (row > firstBlockEnd) {
-        overview.CopyRange("B7:O9", fmt::format("B{}:O{}", row, row + headerRows - 1));
+    const auto heads = [](std::int32_t headRow) {
+        return fmt::format("B{}:O{}", headRow, headRow + Overview::HeadRows - 1);
+    };
+    if (row > Overview::HeadRow + Overview::HeadRows) {
+        overview.CopyRange(heads(Overview::HeadRow), heads(row));
         overview.AddPageBreak(row);
     }
-    row += headerRows;
+    row += Overview::HeadRows;
     const std::int32_t firstStep = row;
     for (const MFCStep& step : m_Steps)
         step.ExportStepData(row++, overview);

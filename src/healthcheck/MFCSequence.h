@@ -43,8 +43,8 @@ class MFCSequence {
     /// recorded to the workbook if there is one, also when the run ended early. False when the
     /// operator ended it. @param overviewRow where the overview goes on; advanced
     /// @throws BoardError, SpreadsheetError
-    bool RunSequence(Station& station, ProcedureWait& wait, const SequenceView& view, Workbook* workbook,
-                     const std::string& sheetName, std::int32_t& overviewRow);
+    bool RunSequence(Station& station, ProcedureWait& wait, const SequenceView& view,
+                     Workbook* workbook, const std::string& sheetName, std::int32_t& overviewRow);
 
     /// Adds samples that were recorded earlier to a step of a sequence that is not run.
     /// @throws std::out_of_range

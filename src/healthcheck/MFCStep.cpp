@@ -1,9 +1,10 @@
 #include "healthcheck/MFCStep.h"
 
+#include "board/Outputs.h"
 #include "platform/text/Rounding.h"
 #include "platform/text/Text.h"
-#include "spreadsheet/Spreadsheet.h"
-#include "board/Outputs.h"
+#include "reports/layout/HealthCheckLayout.h"
+#include "spreadsheet/Cells.h"
 
 #include <fmt/format.h>
 
@@ -184,7 +185,9 @@ float MFCStep::Get_EndVal(std::int32_t column, float window_ms) const {
 
 namespace {
 
-constexpr std::int32_t FirstDataRow = 2;
+namespace Overview = HealthCheckLayout::Overview;
+namespace Data = HealthCheckLayout::Data;
+
 constexpr std::int32_t LongestGap_ms = 250;
 constexpr float EndWindow_ms = 2000.0F;
 constexpr float FullScale = 65535.0F;
@@ -226,7 +229,7 @@ void MFCStep::ExportData(std::int32_t& row, Worksheet& sheet) const {
     if (m_DataCount == 0)
         return;
     if (row == 0)
-        row = FirstDataRow;
+        row = Data::FirstRow;
     const std::vector<std::int32_t> rows = KeptRows();
     std::vector<float> times;
     std::vector<std::int32_t> readings;
@@ -245,29 +248,31 @@ void MFCStep::ExportData(std::int32_t& row, Worksheet& sheet) const {
         }
         pressures.push_back(sample[5]);
     }
-    sheet.SetValues(Area('A', 'A', row, rows.size()), CellBlock<float>{times, 1});
-    sheet.SetValues(Area('B', 'E', row, rows.size()),
+    sheet.SetValues(Area(Data::Time, Data::Time, row, rows.size()), CellBlock<float>{times, 1});
+    sheet.SetValues(Area(Data::FirstBits, Data::LastBits, row, rows.size()),
                     CellBlock<std::int32_t>{readings, DataColumns});
-    sheet.SetValues(Area('F', 'I', row, rows.size()), CellBlock<float>{fractions, DataColumns});
-    sheet.SetValues(Area('J', 'J', row, rows.size()), CellBlock<std::int32_t>{pressures, 1});
+    sheet.SetValues(Area(Data::FirstShare, Data::LastShare, row, rows.size()),
+                    CellBlock<float>{fractions, DataColumns});
+    sheet.SetValues(Area(Data::Pressure, Data::Pressure, row, rows.size()),
+                    CellBlock<std::int32_t>{pressures, 1});
     row += static_cast<std::int32_t>(rows.size());
 }
 
 void MFCStep::ExportStepData(std::int32_t row, Worksheet& sheet) const {
     const auto write = [row, &sheet](char column, const CellValue& value) {
-        sheet.SetValue(fmt::format("{}{}", column, row), value);
+        sheet.SetValue(Cell(column, row), value);
     };
-    write('B', fmt::format("Step {}", m_StepIndex + 1));
-    write('C', m_DemandValue[0]);
-    write('D', m_DemandValue[1]);
-    write('E', m_Duration_s);
-    write('F', m_Extremes[0].MinValue);
-    write('G', m_Extremes[0].MaxValue);
-    write('H', m_Extremes[1].MinValue);
-    write('I', m_Extremes[1].MaxValue);
-    write('J', Get_EndVal(2, EndWindow_ms));
-    write('K', Get_EndVal(4, EndWindow_ms));
-    write('L', StepDescription());
+    write(Overview::Step, fmt::format("Step {}", m_StepIndex + 1));
+    write(Overview::Ch1Demand, m_DemandValue[0]);
+    write(Overview::Ch2Demand, m_DemandValue[1]);
+    write(Overview::Duration, m_Duration_s);
+    write(Overview::Ch1Min, m_Extremes[0].MinValue);
+    write(Overview::Ch1Max, m_Extremes[0].MaxValue);
+    write(Overview::Ch2Min, m_Extremes[1].MinValue);
+    write(Overview::Ch2Max, m_Extremes[1].MaxValue);
+    write(Overview::Ch1End, Get_EndVal(2, EndWindow_ms));
+    write(Overview::Ch2End, Get_EndVal(4, EndWindow_ms));
+    write(Overview::Description, StepDescription());
 }
 
 std::string MFCStep::StepDescription() const {

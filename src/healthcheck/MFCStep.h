@@ -1,7 +1,7 @@
 #pragma once
 
-#include "board/procedure/HiResTimer.h"
 #include "board/Station.h"
+#include "board/procedure/HiResTimer.h"
 #include "board/procedure/ProcedureWait.h"
 #include "healthcheck/GraphSurface.h"
 

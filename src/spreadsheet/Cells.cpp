@@ -46,13 +46,13 @@ std::string ColumnLetters(int column) {
     constexpr int letterCount = 26;
     std::string letters;
     // Letters count without a zero: AA follows Z.
-    for (int rest = column; rest > 0; rest = (rest - 1) / letterCount)
+    for (int rest = column + 1; rest > 0; rest = (rest - 1) / letterCount)
         letters.insert(letters.begin(), static_cast<char>('A' + (rest - 1) % letterCount));
     return letters;
 }
 
 std::string CellAddress(int column, std::int64_t row) {
-    return ColumnLetters(column + 1) + std::to_string(row);
+    return ColumnLetters(column) + std::to_string(row);
 }
 
 void SetColumn(Worksheet& sheet, std::string_view column, int firstRow,

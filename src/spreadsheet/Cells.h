@@ -12,10 +12,10 @@
 
 namespace ombrix {
 
-/// Spreadsheet column letters of a column, from 1: A … Z, AA … ZZ (702), AAA ….
+/// Spreadsheet column letters of a column, from 0: A … Z, AA … ZZ (701), AAA ….
 std::string ColumnLetters(int column);
 
-/// Spreadsheet address of a cell, column from 0: column 0, row 5 is A5.
+/// Spreadsheet address of a cell: column 0, row 5 is A5.
 std::string CellAddress(int column, std::int64_t row);
 
 /// The address of a cell. @param column a letter, or letters such as "AB"

@@ -17,7 +17,7 @@ struct WrittenValue {
 
 TEST(Cells, ColumnLettersCarry) {
     const std::vector<std::pair<int, const char*>> cases = {
-        {1, "A"}, {26, "Z"}, {27, "AA"}, {52, "AZ"}, {53, "BA"}, {702, "ZZ"}, {16384, "XFD"}};
+        {0, "A"}, {25, "Z"}, {26, "AA"}, {51, "AZ"}, {52, "BA"}, {701, "ZZ"}, {16383, "XFD"}};
     for (const auto& [column, letters] : cases)
         EXPECT_EQ(ColumnLetters(column), letters);
     EXPECT_EQ(CellAddress(0, 5), "A5");

@@ -4,6 +4,7 @@
 #include "platform/os/ProgramLog.h"
 #include "platform/text/OleDate.h"
 #include "platform/text/Text.h"
+#include "reports/layout/InformationLayout.h"
 #include "spreadsheet/Cells.h"
 
 #include <fmt/format.h>
@@ -14,6 +15,9 @@
 namespace ombrix {
 
 namespace {
+
+namespace Layout = InformationLayout::Unit;
+namespace EpromLayout = InformationLayout::Eprom;
 
 /// The sheet of the unit. EPROMs may hold any bits: what is no date or number stands as text,
 /// since an error in a cell would say nothing.
@@ -47,71 +51,99 @@ class InformationSheet {
     Worksheet& m_Sheet;
 };
 
+/// Writes values down a column, one below the other.
+class FieldColumn {
+  public:
+    FieldColumn(InformationSheet& sheet, char column, int row)
+        : m_Sheet(sheet), m_Column(column), m_Row(row) {}
+
+    template <class T>
+    FieldColumn& Set(const T& value) {
+        m_Sheet.Set(Next(), value);
+        return *this;
+    }
+    FieldColumn& SetYesNo(bool yes) {
+        m_Sheet.SetYesNo(Next(), yes);
+        return *this;
+    }
+
+  private:
+    std::string Next() { return Cell(m_Column, m_Row++); }
+
+    InformationSheet& m_Sheet;
+    char m_Column;
+    int m_Row;
+};
+
 void WriteIdentity(InformationSheet& sheet, const AIB& board, OleDate now) {
-    sheet.Set("I4", std::string("Ombrix"));
-    sheet.Set("I5", now);
-    sheet.Set("I6", now);
-    sheet.Set("C4", board.BusType());
-    sheet.Set("C5", board.BusTypeText());
-    sheet.Set("C6", board.HWVersion());
-    sheet.Set("C7", board.DevType());
-    sheet.Set("C8", board.DevSerialNum());
-    sheet.Set("C9", Trimmed(board.Vendor()));
-    sheet.Set("C10", Trimmed(board.Module()));
-    sheet.Set("C11", board.ConfigBits());
+    FieldColumn(sheet, Layout::MiddleValues, Layout::ReportRow)
+        .Set(std::string("Ombrix"))
+        .Set(now)
+        .Set(now);
+    FieldColumn(sheet, Layout::LeftValues, Layout::BoardRow)
+        .Set(board.BusType())
+        .Set(board.BusTypeText())
+        .Set(board.HWVersion())
+        .Set(board.DevType())
+        .Set(board.DevSerialNum())
+        .Set(Trimmed(board.Vendor()))
+        .Set(Trimmed(board.Module()))
+        .Set(board.ConfigBits());
 }
 
-void WriteLastCalibration(InformationSheet& sheet, char column, int row,
-                          const LastCalibration& last) {
-    sheet.SetYesNo(Cell(column, row), last.Passed);
-    sheet.Set(Cell(column, row + 1), last.CalDate);
-    sheet.Set(Cell(column, row + 2), Trimmed(last.User));
+void WriteLastCalibrations(InformationSheet& sheet, char column, const LastCalibration& system,
+                           const LastCalibration& audit, std::int32_t points) {
+    const auto write = [&](int row, const LastCalibration& last) {
+        FieldColumn(sheet, column, row)
+            .SetYesNo(last.Passed)
+            .Set(last.CalDate)
+            .Set(Trimmed(last.User));
+    };
+    write(Layout::SystemRow, system);
+    write(Layout::AuditRow, audit);
+    sheet.Set(Cell(column, Layout::PointsRow), points);
 }
 
 void WriteVelocity(InformationSheet& sheet, const ACURecord& record) {
-    constexpr int systemRow = 14;
-    constexpr int auditRow = 17;
-    constexpr std::array<int, 2> capacityRows = {22, 35};
-    sheet.Set("I10", record.DataVersion);
-    sheet.SetYesNo("I11", record.HasSolenoidValves != 0);
-    WriteLastCalibration(sheet, 'C', systemRow, record.LastCalDone_Velocity_System());
-    WriteLastCalibration(sheet, 'C', auditRow, record.LastCalDone_Velocity_Audit());
-    sheet.Set("C20", record.CalibrationPoints);
-    for (std::size_t channel = 0; channel < capacityRows.size(); ++channel) {
-        const int capacityRow = capacityRows.at(channel);
+    FieldColumn(sheet, Layout::MiddleValues, Layout::HeaderRow)
+        .Set(record.DataVersion)
+        .SetYesNo(record.HasSolenoidValves != 0);
+    WriteLastCalibrations(sheet, Layout::LeftValues, record.LastCalDone_Velocity_System(),
+                          record.LastCalDone_Velocity_Audit(), record.CalibrationPoints);
+    for (std::size_t channel = 0; channel < Layout::VelocityRows.size(); ++channel) {
         const ACUChannelCal& table = record.VelocityCal.at(channel);
-        sheet.Set(Cell('D', capacityRow), record.ChannelCapacity.at(channel));
-        int row = capacityRow + 2;
-        for (std::size_t segment = 0; segment < MaxCalibrationSegments; ++segment) {
-            sheet.Set(Cell('C', row), table.M.at(segment));
-            sheet.Set(Cell('D', row), table.C.at(segment));
-            sheet.Set(Cell('E', row), table.Demand.at(segment));
+        const int fullScaleRow = Layout::VelocityRows.at(channel);
+        sheet.Set(Cell(Layout::FullScale, fullScaleRow), record.ChannelCapacity.at(channel));
+        int row = fullScaleRow + 2;
+        for (std::size_t segment = 0; segment < Layout::Segments; ++segment) {
+            sheet.Set(Cell(Layout::Slope, row), table.M.at(segment));
+            sheet.Set(Cell(Layout::Intercept, row), table.C.at(segment));
+            sheet.Set(Cell(Layout::Demand, row), table.Demand.at(segment));
             ++row;
         }
     }
 }
 
 void WriteSensor(InformationSheet& sheet, const ACURecord& record) {
-    sheet.Set("L15", record.MaxPressure);
-    sheet.Set("L16", record.PressureScale);
-    sheet.Set("L17", record.PressureOffset);
-    sheet.Set("L18", record.PressureSpan);
-    sheet.Set("L19", record.PressureZero);
-    for (const char column : {'J', 'K', 'L'}) {
-        sheet.SetYesNo(Cell(column, 24), record.BaseDiameter != 0.0F);
-        for (int k = 0; k < 3 && record.BaseDiameter > 0.0F; ++k)
-            sheet.Set(Cell(column, 27 + k), record.PressureCoeff.at(static_cast<std::size_t>(k)));
+    FieldColumn(sheet, Layout::RightValues, Layout::SensorRow + 1)
+        .Set(record.MaxPressure)
+        .Set(record.PressureScale)
+        .Set(record.PressureOffset)
+        .Set(record.PressureSpan)
+        .Set(record.PressureZero);
+    for (const char column : Layout::Bases) {
+        sheet.SetYesNo(Cell(column, Layout::CalibratedRow), record.BaseDiameter != 0.0F);
+        for (int k = 0; k < Layout::Coefficients && record.BaseDiameter > 0.0F; ++k)
+            sheet.Set(Cell(column, Layout::CoefficientRow + k),
+                      record.PressureCoeff.at(static_cast<std::size_t>(k)));
     }
 }
 
 void WritePressure(InformationSheet& sheet, const ACURecord& record) {
-    constexpr int systemRow = 14;
-    constexpr int auditRow = 17;
     constexpr std::int32_t pressurePoints = 4;
-    WriteLastCalibration(sheet, 'I', systemRow, record.LastCalDone_Pressure_System());
-    WriteLastCalibration(sheet, 'I', auditRow, record.LastCalDone_Pressure_Audit());
-    sheet.Set("I20", pressurePoints);
-    sheet.SetYesNo("L14", record.PressurePresent);
+    WriteLastCalibrations(sheet, Layout::MiddleValues, record.LastCalDone_Pressure_System(),
+                          record.LastCalDone_Pressure_Audit(), pressurePoints);
+    sheet.SetYesNo(Cell(Layout::RightValues, Layout::SensorRow), record.PressurePresent);
     if (record.PressurePresent)
         WriteSensor(sheet, record);
 }
@@ -119,9 +151,10 @@ void WritePressure(InformationSheet& sheet, const ACURecord& record) {
 /// The first words differ between boards.
 void NameFirstWords(Worksheet& sheet, const AIB& board) {
     const auto name = [&sheet](const char* first, const char* second, const char* third) {
-        sheet.SetValue("C5", std::string(first));
-        sheet.SetValue("C6", std::string(second));
-        sheet.SetValue("C7", std::string(third));
+        int row = EpromLayout::FirstRow;
+        for (const char* text : {first, second, third})
+            sheet.SetValue(CellAddress(EpromLayout::Column(0, EpromLayout::Name), row++),
+                           std::string(text));
     };
     if (board.IsUsb())
         name("Serial Number (0)", "Serial Number (1)", "EPROM Data Version (USB)");
@@ -131,20 +164,19 @@ void NameFirstWords(Worksheet& sheet, const AIB& board) {
 
 /// @return how many words could not be read; their cells stay empty
 int DumpEPROM(Worksheet& sheet, AIB& board) {
-    constexpr std::int32_t bytesPerColumn = 512;
-    constexpr int firstRow = 5;
+    constexpr int groups = EpromImage::WordCount / EpromLayout::WordsPerGroup;
     int unread = 0;
     std::int32_t address = 0;
-    for (const char* column : {"F", "L", "R", "X"}) {
+    for (int group = 0; group < groups; ++group) {
         std::vector<std::optional<std::int32_t>> words;
-        const std::int32_t end = address + bytesPerColumn;
-        while (address < end) {
+        for (int place = 0; place < EpromLayout::WordsPerGroup; ++place) {
             std::int32_t word = 0;
             const bool read = board.ReadEPROMLng(address, word) == Status::NoError;
             words.push_back(read ? std::optional(word) : std::nullopt);
             unread += read ? 0 : 1;
         }
-        SetColumn(sheet, column, firstRow, words);
+        SetColumn(sheet, ColumnLetters(EpromLayout::Column(group, EpromLayout::Value)),
+                  EpromLayout::FirstRow, words);
     }
     return unread;
 }
@@ -158,13 +190,14 @@ InformationReport OutputACUData(const ReportTools& tools) {
     int unread = 0;
     OpenedWorkbook opened =
         OpenFilled(tools, "Starting Excel and creating ACU Audit Spreadsheet",
-                   "QX_ACU_Calibraiton_Info.xlt", [&](Workbook& book) {
-                       InformationSheet sheet(book.Sheet(1));
+                   InformationLayout::Template, [&](Workbook& book) {
+                       InformationSheet sheet(book.Sheet(InformationLayout::UnitSheet));
                        WriteIdentity(sheet, board, station.World.Time.Now());
                        WriteVelocity(sheet, unit.Record);
                        WritePressure(sheet, unit.Record);
-                       NameFirstWords(book.Sheet(2), board);
-                       unread = DumpEPROM(book.Sheet(2), board);
+                       Worksheet& eprom = book.Sheet(InformationLayout::EpromSheet);
+                       NameFirstWords(eprom, board);
+                       unread = DumpEPROM(eprom, board);
                    });
     if (!opened)
         return {};

@@ -5,6 +5,7 @@
 #include "platform/text/OleDate.h"
 #include "platform/text/Rounding.h"
 #include "platform/text/Text.h"
+#include "reports/layout/AuditSheetLayout.h"
 #include "spreadsheet/Cells.h"
 
 #include <fmt/format.h>
@@ -15,25 +16,24 @@ namespace ombrix {
 
 namespace {
 
+namespace Head = AuditSheetLayout::Head;
+namespace PV16 = AuditSheetLayout::PV16;
+namespace PV17 = AuditSheetLayout::PV17;
+
 constexpr const char* Opening = "Starting Excel and creating ACU Audit Spreadsheet";
-constexpr std::int32_t FirstPointRow_PV16 = 17;
-constexpr std::int32_t FirstStepRow_PV16 = 34;
-constexpr std::int32_t FirstPointRow_PV17 = 19;
 
 /// What the audit sheets begin with.
-void WriteHeader(Worksheet& sheet, OleDate date, const ACU& unit,
-                 std::int32_t points) {
-    sheet.SetValue("D5", date);
-    sheet.SetValue("D6", std::string(CalibrationUser));
-    sheet.SetValue("D7", unit.SerialNumberStr());
-    sheet.SetValue("D8", unit.Record.ChannelCapacity[0]);
-    sheet.SetValue("D9", unit.Record.ChannelCapacity[1]);
-    sheet.SetValue("D10", points);
+void WriteHeader(Worksheet& sheet, OleDate date, const ACU& unit, std::int32_t points) {
+    sheet.SetValue(Head::Date, date);
+    sheet.SetValue(Head::User, std::string(CalibrationUser));
+    sheet.SetValue(Head::SerialNumber, unit.SerialNumberStr());
+    sheet.SetValue(Head::FullScales[0], unit.Record.ChannelCapacity[0]);
+    sheet.SetValue(Head::FullScales[1], unit.Record.ChannelCapacity[1]);
+    sheet.SetValue(Head::CalibrationPoints, points);
 }
 
 /// Name under which an operator finds a sheet that he saves himself.
-std::string BareName(Station& station, const ACU& unit, const char* prefix,
-                     const char* kind) {
+std::string BareName(Station& station, const ACU& unit, const char* prefix, const char* kind) {
     constexpr std::size_t fiveOfSix = 1;
     const std::string date = DateText(station.World.Time.Now(), "yymmdd").substr(fiveOfSix);
     return fmt::format("{}_{}_{}_{}_XX.xls", prefix, unit.SerialNumberStr(), kind, date);
@@ -78,26 +78,9 @@ void LoacaliseExcelDocument_PV16(Worksheet& sheet) {
         sheet.SetValue(address, std::string(text));
 }
 
-/// Where a channel stands on the velocity audit's sheet.
-struct ChannelColumns {
-    char Expected;
-    char Recorded;
-    char Difference;
-    char Percent;
-    char Criterion;
-    char Result;
-    /// Letters of the criteria's texts, and the cell with the channel's full scale.
-    const char* PercentName;
-    const char* DifferenceName;
-    const char* Capacity;
-};
-constexpr std::array<ChannelColumns, AirChannels> Columns_PV16 = {
-    {{'D', 'E', 'F', 'G', 'H', 'I', "D", "C", "$D$8"},
-     {'J', 'K', 'L', 'M', 'N', 'O', "J", "I", "$D$9"}}};
-
 /// Low demands are judged by their difference from full scale, the others by that from the
 /// demand: near zero a percentage of the demand would be too strict.
-void WriteCriterion(Worksheet& sheet, const ChannelColumns& columns, std::int32_t row,
+void WriteCriterion(Worksheet& sheet, const PV16::ChannelColumns& columns, std::int32_t row,
                     std::int32_t percent) {
     constexpr std::int32_t highestLowDemand = 10;
     const std::string tolerance = GeneralText(0.001F);
@@ -112,10 +95,10 @@ void WriteCriterion(Worksheet& sheet, const ChannelColumns& columns, std::int32_
     }
     sheet.SetFormula(
         Cell(columns.Criterion, row),
-        fmt::format("=\"|{}|<\" & {}*{}", columns.DifferenceName, tolerance, columns.Capacity));
+        fmt::format("=\"|{}|<\" & {}*{}", columns.DifferenceName, tolerance, columns.FullScale));
     sheet.SetFormula(Cell(columns.Result, row),
                      fmt::format("=IF({}=\"\",\"-\", IF({}<({}*{}), \"Pass\",\"Fail\"))", recorded,
-                                 Cell(columns.Difference, row), columns.Capacity, tolerance));
+                                 Cell(columns.Difference, row), columns.FullScale, tolerance));
 }
 
 /// The mean of both sweeps; nothing where one of them has no reading.
@@ -132,13 +115,13 @@ void WriteRecorded(Worksheet& sheet, const std::string& address, const ChannelMe
     sheet.SetValue(address, RoundHalfEven(mean, decimals));
 }
 
-void WritePoints(Worksheet& sheet, const ChannelColumns& columns,
+void WritePoints(Worksheet& sheet, const PV16::ChannelColumns& columns,
                  const ChannelMeasurement& measured) {
     for (std::size_t point = 0; point < MaxCalibrationPoints; ++point) {
         const auto number = static_cast<std::int32_t>(point);
-        const std::int32_t row = FirstPointRow_PV16 + number;
+        const std::int32_t row = PV16::FirstPointRow + number;
         const std::int32_t percent = CalPointPrecentage(number, CalibrationKind::Audit);
-        sheet.SetValue(Cell('C', row), percent);
+        sheet.SetValue(Cell(PV16::PointColumn, row), percent);
         if (measured.Rising.empty())
             continue;
         WriteRecorded(sheet, Cell(columns.Recorded, row), measured, point);
@@ -146,11 +129,11 @@ void WritePoints(Worksheet& sheet, const ChannelColumns& columns,
     }
 }
 
-void WriteSteps(Worksheet& sheet, const ChannelColumns& columns,
+void WriteSteps(Worksheet& sheet, const PV16::ChannelColumns& columns,
                 const ChannelMeasurement& measured) {
-    std::int32_t row = FirstStepRow_PV16;
+    std::int32_t row = PV16::FirstStepRow;
     for (const StepMeasurement& step : measured.Steps) {
-        sheet.SetValue(Cell('C', row), step.Point + 1);
+        sheet.SetValue(Cell(PV16::PointColumn, row), step.Point + 1);
         sheet.SetValue(Cell(columns.Expected, row), step.Demand.Flow_ml_m);
         if (step.Reading.Valid)
             sheet.SetValue(Cell(columns.Recorded, row), step.Reading.Flow_ml_m);
@@ -163,16 +146,15 @@ void WriteSteps(Worksheet& sheet, const ChannelColumns& columns,
 StoredReport CreateAuditSheet_PV16(const ReportTools& tools, const ACU& unit, OleDate date,
                                    const VelocityMeasurement& measured, bool autoSave) {
     Station& station = tools.TheStation;
-    OpenedWorkbook opened =
-        OpenFilled(tools, Opening, "PV16_ACUAudit_Velocity.xlt", [&](Workbook& book) {
-            Worksheet& sheet = book.Sheet(1);
-            WriteHeader(sheet, date, unit, unit.Record.CalibrationPoints);
-            for (std::size_t channel = 0; channel < AirChannels; ++channel) {
-                WritePoints(sheet, Columns_PV16.at(channel), measured.Channels.at(channel));
-                WriteSteps(sheet, Columns_PV16.at(channel), measured.Channels.at(channel));
-            }
-            LoacaliseExcelDocument_PV16(sheet);
-        });
+    OpenedWorkbook opened = OpenFilled(tools, Opening, PV16::Template, [&](Workbook& book) {
+        Worksheet& sheet = book.Sheet(1);
+        WriteHeader(sheet, date, unit, unit.Record.CalibrationPoints);
+        for (std::size_t channel = 0; channel < AirChannels; ++channel) {
+            WritePoints(sheet, PV16::Channels.at(channel), measured.Channels.at(channel));
+            WriteSteps(sheet, PV16::Channels.at(channel), measured.Channels.at(channel));
+        }
+        LoacaliseExcelDocument_PV16(sheet);
+    });
     if (!opened)
         return {};
     const std::string name = autoSave ? AutoSaveName(station, unit, "ACU_", "_Audit_PV16.xls")
@@ -183,19 +165,16 @@ StoredReport CreateAuditSheet_PV16(const ReportTools& tools, const ACU& unit, Ol
 StoredReport CreateAuditSheet_PV17(const ReportTools& tools, const ACU& unit, OleDate date,
                                    const std::array<float, 5>& flows_ml_m, bool autoSave) {
     Station& station = tools.TheStation;
-    OpenedWorkbook opened =
-        OpenFilled(tools, Opening, "PV17_ACUAudit_Pressure.xlt", [&](Workbook& book) {
-            constexpr double passLimit_mBar = 0.3;
-            constexpr auto points =
-                static_cast<std::int32_t>(std::tuple_size_v<std::array<float, 5>>);
-            Worksheet& sheet = book.Sheet(1);
-            WriteHeader(sheet, date, unit, points);
-            sheet.SetValue("D11", passLimit_mBar);
-            for (const char column : {'E', 'H', 'K'})
-                sheet.SetValues(fmt::format("{0}{1}:{0}{2}", column, FirstPointRow_PV17,
-                                            FirstPointRow_PV17 + points - 1),
-                                CellBlock<float>{flows_ml_m, 1});
-        });
+    OpenedWorkbook opened = OpenFilled(tools, Opening, PV17::Template, [&](Workbook& book) {
+        constexpr double passLimit_mBar = 0.3;
+        Worksheet& sheet = book.Sheet(1);
+        WriteHeader(sheet, date, unit, PV17::Points);
+        sheet.SetValue(Head::PressureLimit, passLimit_mBar);
+        for (const PV17::ReadingColumns& columns : PV17::Readings)
+            sheet.SetValues(
+                fmt::format("{0}{1}:{0}{2}", columns.Flow, PV17::FirstPointRow, PV17::LastPointRow),
+                CellBlock<float>{flows_ml_m, 1});
+    });
     if (!opened)
         return {};
     const std::string name = autoSave ? AutoSaveName(station, unit, "ACU_SU_", "_Audit_PV17.xls")

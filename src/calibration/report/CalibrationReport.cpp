@@ -2,25 +2,17 @@
 
 #include "calibration/report/ReportCharts.h"
 #include "calibration/report/SaveFolder.h"
+#include "reports/layout/VelocityReportLayout.h"
 #include "spreadsheet/Cells.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
-#include <functional>
 
 namespace ombrix {
 
 namespace {
 
-/// Rows of a channel's part of the sheet, counted from its title.
-constexpr int FirstTitleRow = 10;
-constexpr int RowsPerChannel = 19;
-constexpr int HeadRow = 1;
-constexpr int UnitRow = 2;
-constexpr int PointRow = 3;
-constexpr int FitRow = 13;
-constexpr int StepRow = 15;
+namespace Layout = VelocityReportLayout;
+namespace Columns = Layout::Columns;
 
 const char* StateText(ChannelState state, CalibrationKind kind) {
     switch (state) {
@@ -34,7 +26,8 @@ const char* StateText(ChannelState state, CalibrationKind kind) {
     return kind == CalibrationKind::Audit ? "Audit passed" : "Data acceptable";
 }
 
-void WriteHeads(Worksheet& report, int title, const VelocityResult& result, std::size_t channel) {
+void WriteHeads(Worksheet& report, const VelocityResult& result, std::size_t channel) {
+    const Layout::ChannelRows rows = Layout::RowsOf(channel);
     const CalibrationKind kind = result.Measured.Kind;
     const bool isAudit = kind == CalibrationKind::Audit;
     const ChannelState state = StateOf(result, channel);
@@ -42,15 +35,15 @@ void WriteHeads(Worksheet& report, int title, const VelocityResult& result, std:
     const bool isComplete = state == ChannelState::Failed || state == ChannelState::Passed;
     if (isComplete && !ReadingsRiseWithDemand(result.Measured.Channels.at(channel)))
         text += "; the readings do not rise with the demand";
-    report.SetValue(Cell("D", title), text);
-    report.SetValue(Cell("J", title + HeadRow),
+    report.SetValue(Cell(Columns::State, rows.Title), text);
+    report.SetValue(Cell(Columns::RisingDeviation, rows.Heads),
                     std::string(isAudit ? "Deviation from demand" : "Deviation from best fit"));
-    report.SetValue(Cell("M", title + HeadRow),
+    report.SetValue(Cell(Columns::Segment, rows.Heads),
                     std::string(isAudit ? "Stored segments" : "New segments"));
     const std::string unit = ReadingUnit(kind);
-    report.SetValue(Cell("I", title + UnitRow), unit);
-    report.SetValue(Cell("J", title + UnitRow), "rising, " + unit);
-    report.SetValue(Cell("K", title + UnitRow), "falling, " + unit);
+    report.SetValue(Cell(Columns::Difference, rows.Units), unit);
+    report.SetValue(Cell(Columns::RisingDeviation, rows.Units), "rising, " + unit);
+    report.SetValue(Cell(Columns::FallingDeviation, rows.Units), "falling, " + unit);
 }
 
 /// Bits and flow of a sweep in two neighbouring columns.
@@ -69,96 +62,95 @@ void WriteSweep(Worksheet& report, int firstRow, const char* bits, const char* f
 }
 
 void WriteDemand(Worksheet& report, int row, const PointDemand& demand) {
-    report.SetValue(Cell("C", row), demand.Bits);
-    report.SetValue(Cell("D", row), demand.Flow_ml_m);
+    report.SetValue(Cell(Columns::DemandBits, row), demand.Bits);
+    report.SetValue(Cell(Columns::DemandFlow, row), demand.Flow_ml_m);
 }
 
-void WritePoints(Worksheet& report, int title, const VelocityResult& result, std::size_t channel) {
+void WritePoints(Worksheet& report, const VelocityResult& result, std::size_t channel) {
+    const Layout::ChannelRows rows = Layout::RowsOf(channel);
     const ChannelMeasurement& measured = result.Measured.Channels.at(channel);
     const auto& verdict = result.Verdicts.at(channel);
     const VelocitySeries series = SeriesOf(result, channel);
-    const int first = title + PointRow;
+    const int first = rows.FirstPoint;
     for (std::size_t point = 0; point < series.Demand.size(); ++point)
         WriteDemand(report, first + static_cast<int>(point), measured.Demand[point]);
-    WriteSweep(report, first, "E", "F", measured.Rising);
-    WriteSweep(report, first, "G", "H", measured.Falling);
-    SetColumn(report, "I", first, series.Difference);
-    SetColumn(report, "J", first, series.RisingDeviation);
-    SetColumn(report, "K", first, series.FallingDeviation);
+    WriteSweep(report, first, Columns::RisingBits, Columns::RisingFlow, measured.Rising);
+    WriteSweep(report, first, Columns::FallingBits, Columns::FallingFlow, measured.Falling);
+    SetColumn(report, Columns::Difference, first, series.Difference);
+    SetColumn(report, Columns::RisingDeviation, first, series.RisingDeviation);
+    SetColumn(report, Columns::FallingDeviation, first, series.FallingDeviation);
     if (verdict && verdict->BestFit.Slope != 0.0F) {
-        report.SetValue(Cell("D", title + FitRow), verdict->BestFit.Slope);
-        report.SetValue(Cell("F", title + FitRow), verdict->BestFit.Intercept);
+        report.SetValue(Cell(Columns::FitSlope, rows.BestFit), verdict->BestFit.Slope);
+        report.SetValue(Cell(Columns::FitIntercept, rows.BestFit), verdict->BestFit.Intercept);
     }
 }
 
-void WriteSteps(Worksheet& report, int title, const ChannelMeasurement& measured) {
-    int row = title + StepRow;
+void WriteSteps(Worksheet& report, int firstRow, const ChannelMeasurement& measured) {
+    int row = firstRow;
     for (const StepMeasurement& step : measured.Steps) {
-        report.SetValue(Cell("B", row), step.Point + 1);
+        report.SetValue(Cell(Columns::Point, row), step.Point + 1);
         WriteDemand(report, row, step.Demand);
         if (step.Reading.Valid) {
-            report.SetValue(Cell("E", row), step.Reading.Reading_bits);
-            report.SetValue(Cell("F", row), step.Reading.Flow_ml_m);
-            report.SetValue(Cell("I", row), step.Reading.Flow_ml_m - step.Demand.Flow_ml_m);
+            report.SetValue(Cell(Columns::RisingBits, row), step.Reading.Reading_bits);
+            report.SetValue(Cell(Columns::RisingFlow, row), step.Reading.Flow_ml_m);
+            report.SetValue(Cell(Columns::Difference, row),
+                            step.Reading.Flow_ml_m - step.Demand.Flow_ml_m);
         }
         ++row;
     }
 }
 
-void WriteSegments(Worksheet& report, int title, const ACUChannelCal& table, std::size_t points) {
+void WriteSegments(Worksheet& report, int firstRow, const ACUChannelCal& table,
+                   std::size_t points) {
     const std::size_t segments = std::min(points, MaxCalibrationPoints) - 1;
     const PointValues slopes(table.M.begin(), table.M.begin() + static_cast<int>(segments));
     const PointValues intercepts(table.C.begin(), table.C.begin() + static_cast<int>(segments));
-    SetColumn(report, "N", title + PointRow, slopes);
-    SetColumn(report, "O", title + PointRow, intercepts);
+    SetColumn(report, Columns::Slope, firstRow, slopes);
+    SetColumn(report, Columns::Intercept, firstRow, intercepts);
 }
 
-/// A trace has two columns: the time since the demand was set, and the reading.
-void WriteTrace(Worksheet& traces, int& column, const PointReading& reading) {
-    constexpr int columnsPerTrace = 2;
-    if (!reading.Trace.empty()) {
-        std::vector<float> samples;
-        for (const TraceSample& sample : reading.Trace) {
-            samples.push_back(sample.Time_s);
-            samples.push_back(static_cast<float>(sample.Reading_bits));
-        }
-        constexpr int firstRow = 2;
-        const int lastRow = firstRow + static_cast<int>(reading.Trace.size()) - 1;
-        traces.SetValues(CellAddress(column, firstRow) + ":" + CellAddress(column + 1, lastRow),
-                         CellBlock<float>{samples, columnsPerTrace});
+void WriteTrace(Worksheet& traces, int trace, const PointReading& reading) {
+    if (reading.Trace.empty())
+        return;
+    namespace Traces = Layout::Traces;
+    std::vector<float> samples;
+    for (const TraceSample& sample : reading.Trace) {
+        samples.push_back(sample.Time_s);
+        samples.push_back(static_cast<float>(sample.Reading_bits));
     }
-    column += columnsPerTrace;
+    const int column = Traces::TimeColumn(trace);
+    const int lastRow = Traces::FirstRow + static_cast<int>(reading.Trace.size()) - 1;
+    traces.SetValues(CellAddress(column, Traces::FirstRow) + ":" + CellAddress(column + 1, lastRow),
+                     CellBlock<float>{samples, Traces::ColumnsPerTrace});
 }
 
 /// Fills a channel's part of the report sheet: points, best fit, steps and segments.
 /// @param stored the channel's table in the EPROM; an audit shows it in place of a new one
 void FillReportTables(Worksheet& report, std::size_t channel, const VelocityResult& result,
                       const ACUChannelCal& stored) {
-    const int title = FirstTitleRow + static_cast<int>(channel) * RowsPerChannel;
+    const Layout::ChannelRows rows = Layout::RowsOf(channel);
     const ChannelMeasurement& measured = result.Measured.Channels.at(channel);
     const auto& verdict = result.Verdicts.at(channel);
-    WriteHeads(report, title, result, channel);
+    WriteHeads(report, result, channel);
     if (measured.Rising.empty())
         return;
-    WritePoints(report, title, result, channel);
-    WriteSteps(report, title, measured);
+    WritePoints(report, result, channel);
+    WriteSteps(report, rows.FirstStep, measured);
     if (result.Measured.Kind == CalibrationKind::Audit)
-        WriteSegments(report, title, stored, measured.Demand.size());
+        WriteSegments(report, rows.FirstPoint, stored, measured.Demand.size());
     else if (verdict && verdict->DataAcceptable)
-        WriteSegments(report, title, verdict->NewVelocityCal, measured.Demand.size());
+        WriteSegments(report, rows.FirstPoint, verdict->NewVelocityCal, measured.Demand.size());
 }
 
 /// Fills a channel's sheet of traces: times and readings of every sweep and step.
 void FillTraces(Worksheet& traces, const ChannelMeasurement& measured) {
-    int column = 0;
-    const auto writeSweep = [&](const std::vector<PointReading>& readings) {
-        for (std::size_t point = 0; point < MaxCalibrationPoints; ++point)
-            WriteTrace(traces, column, point < readings.size() ? readings[point] : PointReading());
-    };
-    writeSweep(measured.Rising);
-    writeSweep(measured.Falling);
+    int trace = 0;
+    for (const auto* sweep : {&measured.Rising, &measured.Falling}) {
+        for (std::size_t point = 0; point < Layout::Points; ++point)
+            WriteTrace(traces, trace++, point < sweep->size() ? sweep->at(point) : PointReading());
+    }
     for (const StepMeasurement& step : measured.Steps)
-        WriteTrace(traces, column, step.Reading);
+        WriteTrace(traces, trace++, step.Reading);
 }
 
 const char* Verdict(const VelocityResult& result, bool passed) {
@@ -172,15 +164,17 @@ const char* Verdict(const VelocityResult& result, bool passed) {
 }
 
 void FillHeader(Worksheet& report, CalibrationKind kind, const ACU& unit, OleDate date) {
-    report.SetValue("D3", std::string(kind == CalibrationKind::Audit ? "Audit" : "System"));
-    report.SetValue("D4", date);
-    report.SetValue("D5", std::string(CalibrationUser));
-    report.SetValue("D6", unit.Record.CalibrationPoints);
-    report.SetValue("D7", std::string(unit.Record.HasSolenoidValves != 0 ? "Yes" : "No"));
-    report.SetValue("J3", unit.SerialNumberStr());
-    report.SetValue("J4", unit.Record.ACUMFCNumber());
-    report.SetValue("J5", unit.Record.ChannelCapacity[0]);
-    report.SetValue("J6", unit.Record.ChannelCapacity[1]);
+    namespace Head = Layout::Head;
+    report.SetValue(Head::Kind, std::string(kind == CalibrationKind::Audit ? "Audit" : "System"));
+    report.SetValue(Head::Date, date);
+    report.SetValue(Head::User, std::string(CalibrationUser));
+    report.SetValue(Head::CalibrationPoints, unit.Record.CalibrationPoints);
+    report.SetValue(Head::SolenoidValves,
+                    std::string(unit.Record.HasSolenoidValves != 0 ? "Yes" : "No"));
+    report.SetValue(Head::SerialNumber, unit.SerialNumberStr());
+    report.SetValue(Head::MFCNumber, unit.Record.ACUMFCNumber());
+    report.SetValue(Head::FullScales[0], unit.Record.ChannelCapacity[0]);
+    report.SetValue(Head::FullScales[1], unit.Record.ChannelCapacity[1]);
 }
 
 } // namespace
@@ -188,22 +182,23 @@ void FillHeader(Worksheet& report, CalibrationKind kind, const ACU& unit, OleDat
 bool CalibrationReport::Open(CalibrationKind kind, const ACU& unit, OleDate date) {
     m_Unit = unit;
     m_Workbook =
-        OpenFilled(m_Tools, "Initialising Excel Report", "QX_ACU_Calibration.xlt",
-                   [&](Workbook& book) { FillHeader(book.Sheet("Report"), kind, unit, date); });
+        OpenFilled(m_Tools, "Initialising Excel Report", Layout::Template, [&](Workbook& book) {
+            FillHeader(book.Sheet(Layout::ReportSheet), kind, unit, date);
+        });
     return IsOpen();
 }
 
 void CalibrationReport::Fill(const VelocityResult& result, bool passed) {
     Workbook& book = *m_Workbook.Book;
-    Worksheet& report = book.Sheet("Report");
-    report.SetValue("M3", std::string(Verdict(result, passed)));
+    Worksheet& report = book.Sheet(Layout::ReportSheet);
+    report.SetValue(Layout::Head::Verdict, std::string(Verdict(result, passed)));
     for (std::size_t channel = 0; channel < AirChannels; ++channel) {
         const ChannelMeasurement& measured = result.Measured.Channels.at(channel);
         FillReportTables(report, channel, result, m_Unit.Record.VelocityCal.at(channel));
-        Worksheet& traces = book.Sheet(fmt::format("Traces Ch{}", channel + 1));
+        Worksheet& traces = book.Sheet(Layout::TraceSheet(channel));
         FillTraces(traces, measured);
-        Worksheet& charts = book.Sheet("Charts");
-        DrawReportCharts(charts, book.Sheet("Chart Data"), channel, result);
+        Worksheet& charts = book.Sheet(Layout::ChartSheet);
+        DrawReportCharts(charts, book.Sheet(Layout::ChartDataSheet), channel, result);
         DrawStepCharts(charts, traces, channel, measured);
     }
 }

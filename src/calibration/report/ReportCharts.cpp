@@ -1,6 +1,7 @@
 #include "calibration/report/ReportCharts.h"
 
 #include "calibration/air/AirUnits.h"
+#include "reports/layout/VelocityReportLayout.h"
 #include "spreadsheet/Cells.h"
 
 #include <fmt/format.h>
@@ -99,27 +100,8 @@ ChannelState StateOf(const VelocityResult& result, std::size_t channel) {
 
 namespace {
 
-/// Columns of a channel's chart data, counted from its first.
-enum DataColumn : int {
-    Demand,
-    Expected,
-    Rising,
-    Falling,
-    UpperLimit,
-    RisingDeviation,
-    LowerLimit,
-    FallingDeviation
-};
-constexpr int ColumnsPerChannel = 9;
-
-/// Where the charts of a channel lie, from top to bottom.
-struct ChartPlaces {
-    const char* Readings;
-    const char* Deviations;
-    std::array<const char*, 2> Steps;
-};
-constexpr std::array<ChartPlaces, AirChannels> Places = {
-    {{"B3:I19", "B20:I36", {"B37:I53", "B54:I70"}}, {"K3:R19", "K20:R36", {"K37:R53", "K54:R70"}}}};
+namespace Layout = VelocityReportLayout;
+namespace ChartData = Layout::ChartData;
 
 PointValues Negative(PointValues values) {
     for (std::optional<float>& value : values)
@@ -129,24 +111,25 @@ PointValues Negative(PointValues values) {
 }
 
 /// Lines that are compared come in pairs: first what the readings should be, then the readings.
-void WriteData(Worksheet& data, int firstColumn, const VelocitySeries& series,
+void WriteData(Worksheet& data, std::size_t channel, const VelocitySeries& series,
                CalibrationKind kind) {
     const std::string unit = ReadingUnit(kind);
     const bool isAudit = kind == CalibrationKind::Audit;
-    const auto write = [&](int column, const std::string& name, const PointValues& values) {
-        const std::string letters = ColumnLetters(firstColumn + column);
-        data.SetValue(letters + "1", name);
-        constexpr int firstRow = 2;
-        SetColumn(data, letters, firstRow, values);
+    const auto write = [&](ChartData::Series column, const std::string& name,
+                           const PointValues& values) {
+        const std::string letters = ColumnLetters(ChartData::Column(channel, column));
+        data.SetValue(Cell(letters, ChartData::HeadRow), name);
+        SetColumn(data, letters, ChartData::FirstRow, values);
     };
-    write(Demand, "Demand (" + unit + ")", series.Demand);
-    write(Expected, (isAudit ? "Demand (" : "Best fit (") + unit + ")", series.Expected);
-    write(Rising, "Rising (" + unit + ")", series.Rising);
-    write(Falling, "Falling (" + unit + ")", series.Falling);
-    write(UpperLimit, "Upper limit (" + unit + ")", series.Limit);
-    write(RisingDeviation, "Rising, deviation (" + unit + ")", series.RisingDeviation);
-    write(LowerLimit, "Lower limit (" + unit + ")", Negative(series.Limit));
-    write(FallingDeviation, "Falling, deviation (" + unit + ")", series.FallingDeviation);
+    write(ChartData::Demand, "Demand (" + unit + ")", series.Demand);
+    write(ChartData::Expected, (isAudit ? "Demand (" : "Best fit (") + unit + ")", series.Expected);
+    write(ChartData::Rising, "Rising (" + unit + ")", series.Rising);
+    write(ChartData::Falling, "Falling (" + unit + ")", series.Falling);
+    write(ChartData::UpperLimit, "Upper limit (" + unit + ")", series.Limit);
+    write(ChartData::RisingDeviation, "Rising, deviation (" + unit + ")", series.RisingDeviation);
+    write(ChartData::LowerLimit, "Lower limit (" + unit + ")", Negative(series.Limit));
+    write(ChartData::FallingDeviation, "Falling, deviation (" + unit + ")",
+          series.FallingDeviation);
 }
 
 /// @param columns the first is x, each further one a line
@@ -175,21 +158,24 @@ void DrawReportCharts(Worksheet& charts, Worksheet& data, std::size_t channel,
     const CalibrationKind kind = result.Measured.Kind;
     if (result.Measured.Channels.at(channel).Rising.empty())
         return;
-    const int firstColumn = 1 + static_cast<int>(channel) * ColumnsPerChannel;
     const VelocitySeries series = SeriesOf(result, channel);
-    WriteData(data, firstColumn, series, kind);
-    const auto columns = [firstColumn](DataColumn first, DataColumn last) {
-        return fmt::format("{0}:{0},{1}:{2}", ColumnLetters(firstColumn + Demand),
-                           ColumnLetters(firstColumn + first), ColumnLetters(firstColumn + last));
+    WriteData(data, channel, series, kind);
+    const auto letters = [channel](ChartData::Series column) {
+        return ColumnLetters(ChartData::Column(channel, column));
     };
-    const ChartPlaces& places = Places.at(channel);
-    AddChart(charts, data, places.Readings, columns(Expected, Falling),
+    const auto columns = [&letters](ChartData::Series first, ChartData::Series last) {
+        return fmt::format("{0}:{0},{1}:{2}", letters(ChartData::Demand), letters(first),
+                           letters(last));
+    };
+    const Layout::ChartPlaces& places = Layout::Charts.at(channel);
+    AddChart(charts, data, places.Readings, columns(ChartData::Expected, ChartData::Falling),
              {ReferenceLine_pt, ReadingLine_pt, ReadingLine_pt},
              fmt::format("Channel {}: readings", channel + 1));
     if (std::none_of(series.Expected.begin(), series.Expected.end(),
                      [](const auto& value) { return value.has_value(); }))
         return;
-    AddChart(charts, data, places.Deviations, columns(UpperLimit, FallingDeviation),
+    AddChart(charts, data, places.Deviations,
+             columns(ChartData::UpperLimit, ChartData::FallingDeviation),
              {ReferenceLine_pt, ReadingLine_pt, ReferenceLine_pt, ReadingLine_pt},
              fmt::format("Channel {}: deviation from the {}", channel + 1,
                          kind == CalibrationKind::Audit ? "demand" : "best fit"));
@@ -197,14 +183,12 @@ void DrawReportCharts(Worksheet& charts, Worksheet& data, std::size_t channel,
 
 void DrawStepCharts(Worksheet& charts, const Worksheet& traces, std::size_t channel,
                     const ChannelMeasurement& measured) {
-    constexpr int columnsPerTrace = 2;
-    constexpr int firstStepColumn =
-        1 + 2 * static_cast<int>(MaxCalibrationPoints) * columnsPerTrace;
-    const auto& places = Places.at(channel).Steps;
+    namespace Traces = Layout::Traces;
+    const auto& places = Layout::Charts.at(channel).OfSteps;
     for (std::size_t step = 0; step < std::min(measured.Steps.size(), places.size()); ++step) {
         if (measured.Steps[step].Reading.Trace.empty())
             continue;
-        const int time = firstStepColumn + static_cast<int>(step) * columnsPerTrace;
+        const int time = Traces::TimeColumn(Traces::FirstStep + static_cast<int>(step));
         AddChart(charts, traces, places.at(step),
                  fmt::format("{0}:{0},{1}:{1}", ColumnLetters(time), ColumnLetters(time + 1)),
                  {ReadingLine_pt},

@@ -123,7 +123,7 @@ std::vector<ColumnRange> ParseColumns(std::string_view text) {
 }
 
 std::string ToText(CellPosition cell) {
-    return ColumnLetters(cell.Column) + std::to_string(cell.Row);
+    return ColumnLetters(cell.Column - 1) + std::to_string(cell.Row);
 }
 
 std::string ToText(const CellArea& area) {
@@ -134,7 +134,7 @@ std::string ToText(const CellArea& area) {
 
 std::string ToAbsoluteText(const CellArea& area) {
     const auto corner = [](CellPosition cell) {
-        return fmt::format("${}${}", ColumnLetters(cell.Column), cell.Row);
+        return fmt::format("${}${}", ColumnLetters(cell.Column - 1), cell.Row);
     };
     if (area.First == area.Last)
         return corner(area.First);

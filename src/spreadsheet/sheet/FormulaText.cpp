@@ -180,7 +180,7 @@ bool AppendShifted(std::string& out, std::string_view text, int rows, int column
     const int number = from.Number + (from.IsColumn ? columns : rows);
     if (number < 1 || number > (from.IsColumn ? MaxColumn : MaxRow))
         return false;
-    out += from.IsColumn ? ColumnLetters(number) : std::to_string(number);
+    out += from.IsColumn ? ColumnLetters(number - 1) : std::to_string(number);
     return true;
 }
 

@@ -95,7 +95,7 @@ class CellOpenings {
         if (index >= m_Known.size())
             m_Known.resize(index + 1);
         if (m_Known[index].Letters.empty())
-            m_Known[index] = {"<c r=\"" + ColumnLetters(column), m_Columns.Format(column)};
+            m_Known[index] = {"<c r=\"" + ColumnLetters(column - 1), m_Columns.Format(column)};
         return m_Known[index];
     }
 

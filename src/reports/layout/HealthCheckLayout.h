@@ -1,0 +1,64 @@
+#pragma once
+
+/// Where things stand in the report of a health check. What fills the report reads this, and what
+/// makes its template.
+namespace ombrix::HealthCheckLayout {
+
+inline constexpr const char* Template = "ACUHealthCheck.xltx";
+
+inline constexpr const char* OverviewSheet = "Overview";
+inline constexpr const char* GraphSheet = "All Graphs";
+/// Copied for every sequence.
+inline constexpr const char* DataSheet = "DataTemplate";
+
+/// The overview: the unit, then a block for each sequence: heads, steps, chart.
+namespace Overview {
+inline constexpr const char* Serial = "C2";
+inline constexpr const char* MFCNumber = "C3";
+inline constexpr const char* Date = "C5";
+
+/// The heads of the first block, which those of the others are copies of.
+inline constexpr int HeadRow = 7;
+inline constexpr int HeadRows = 3;
+inline constexpr const char* PressureHead = "N7";
+
+inline constexpr char Step = 'B';
+inline constexpr char Ch1Demand = 'C';
+inline constexpr char Ch2Demand = 'D';
+inline constexpr char Duration = 'E';
+inline constexpr char Ch1Min = 'F';
+inline constexpr char Ch1Max = 'G';
+inline constexpr char Ch2Min = 'H';
+inline constexpr char Ch2Max = 'I';
+inline constexpr char Ch1End = 'J';
+inline constexpr char Ch2End = 'K';
+inline constexpr char Description = 'L';
+/// Worked out by the sheet.
+inline constexpr char Ch1Evaluation = 'N';
+inline constexpr char Ch2Evaluation = 'O';
+/// Columns that stand together in a box.
+inline constexpr const char* Groups[] = {"B:B", "C:E", "F:G", "H:I", "J:K", "L:L", "N:O"};
+
+/// A chart lies over the columns of Step to Description.
+inline constexpr int ChartRows = 25;
+/// From the first row of a block's chart to the next block.
+inline constexpr int NextBlock = 29;
+} // namespace Overview
+
+/// The sheet of a sequence: its samples, and its chart.
+namespace Data {
+inline constexpr int HeadRow = 1;
+inline constexpr int FirstRow = 2;
+inline constexpr char Time = 'A';
+/// Demand and reading of channel 1, then of channel 2: in bits, and as shares of full scale.
+inline constexpr char FirstBits = 'B';
+inline constexpr char LastBits = 'E';
+inline constexpr char FirstShare = 'F';
+inline constexpr char LastShare = 'I';
+inline constexpr char Pressure = 'J';
+inline constexpr const char* ChartColumns = "A:A,F:J";
+inline constexpr const char* ChartTopLeft = "M2";
+inline constexpr const char* ChartBottomRight = "AD36";
+} // namespace Data
+
+} // namespace ombrix::HealthCheckLayout

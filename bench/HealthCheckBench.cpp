@@ -1,7 +1,7 @@
 // What a sample and a whole health check cost, in virtual time on the simulated bench.
 #include "healthcheck/HealthCheckRun.h"
 #include "healthcheck/MFCStep.h"
-#include "platform/os/SystemClock.h"
+#include "platform/os/Clocks.h"
 #include "spreadsheet/XlsxApplication.h"
 #include "support/NoConverter.h"
 #include "support/TestBench.h"

@@ -1,6 +1,6 @@
 // What a line of a recording costs beside its board calls, and whether a day of them stays whole.
 #include "benchtests/DataRecorder.h"
-#include "platform/os/SystemClock.h"
+#include "platform/os/Clocks.h"
 #include "support/TestBench.h"
 
 #include <benchmark/benchmark.h>

@@ -1,7 +1,7 @@
 // How evenly a health check samples in real time with live traces, and what it costs. Not a
 // test: the figures depend on the machine and on what else it does.
 #include "healthcheck/MFCSequence.h"
-#include "platform/os/SystemClock.h"
+#include "platform/os/Clocks.h"
 #include "support/TestBench.h"
 #include "windows/desktop/QtPorts.h"
 #include "windows/healthcheck/GraphWidget.h"

@@ -2,9 +2,9 @@
 
 #include "board/Station.h"
 #include "calibration/CalibrationBench.h"
+#include "platform/os/Clocks.h"
 #include "platform/os/FolderDrive.h"
 #include "platform/os/ProgramLog.h"
-#include "platform/os/VirtualClock.h"
 #include "simulator/SimulatedBench.h"
 #include "soak/SoakDisk.h"
 #include "soak/WatchedLibrary.h"

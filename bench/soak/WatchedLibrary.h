@@ -17,7 +17,7 @@ class WatchedLibrary final : public AIBControl {
 
     std::int32_t OpenAIBAPI() override { return m_Library.OpenAIBAPI(); }
     AIBStatus CloseAIBAPI() override { return m_Library.CloseAIBAPI(); }
-    AIBStatus GetAccessoryInfo(std::int32_t index, AccessoryInfoRecord& record) override {
+    AIBStatus GetAccessoryInfo(std::int32_t index, AccessoryInfoBlock& record) override {
         return Told("GetAccessoryInfo").GetAccessoryInfo(index, record);
     }
     AIBStatus UploadFPGAImage(std::int32_t index, const std::string& path) override {

@@ -3,10 +3,9 @@
 #include "board/LoadedAIBControl.h"
 #include "calibration/history/RecordedRun.h"
 #include "healthcheck/HealthCheckJournal.h"
+#include "platform/os/Clocks.h"
 #include "platform/os/CrashReport.h"
 #include "platform/os/ProgramLog.h"
-#include "platform/os/SystemClock.h"
-#include "platform/os/VirtualClock.h"
 #include "platform/text/Paths.h"
 #include "simulator/SimulatorFiles.h"
 #include "spreadsheet/XlsxApplication.h"
@@ -88,8 +87,7 @@ void Assembly::LogStart() {
     std::string options = OptionsText();
     options.pop_back();
     WriteLog(m_World, "Program started\n" + options);
-    std::vector<std::string> crashes =
-        m_Drive.FilesIn(Paths::Diagnostics);
+    std::vector<std::string> crashes = m_Drive.FilesIn(Paths::Diagnostics);
     std::erase_if(crashes, [](const std::string& name) { return !name.starts_with("crash_"); });
     if (!crashes.empty())
         WriteLog(m_World, fmt::format("Crash reports that lie in {}: {}", Paths::DiagnosticsName,

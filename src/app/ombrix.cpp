@@ -1,6 +1,6 @@
 // The desktop program.
 #include "app/Assembly.h"
-#include "board/procedure/OutputsOff.h"
+#include "board/procedure/SafeOutputs.h"
 #include "platform/os/CrashReport.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/os/ProgramStop.h"
@@ -51,9 +51,11 @@ int RunWindows(const StationOptions& options, SafeApplication& application,
     QtProgramEnd end;
     try {
         Assembly assembly(options, {events, messages, documents, end}, "ombrix");
-        AIBAccessoriesWindow window(assembly.TheStation(),
-                                    {[&events] { events.EndProgram(); }, [&assembly](OpenExcelView& wait) { return assembly.Reports(wait); }, ReadersOfJournals, OMBRIX_VERSION,
-                                     assembly.OptionsText()});
+        AIBAccessoriesWindow window(
+            assembly.TheStation(),
+            {[&events] { events.EndProgram(); },
+             [&assembly](OpenExcelView& wait) { return assembly.Reports(wait); }, ReadersOfJournals,
+             OMBRIX_VERSION, assembly.OptionsText()});
         end.BeforeEnd = [&assembly] { SwitchAllOff(assembly.TheStation()); };
         const AtExit withoutDisplay([&] { EndWithoutDisplay(assembly.TheStation(), messages); });
         SafeEnd safeEnd(assembly.TheStation(), window, messages, stopSignals,

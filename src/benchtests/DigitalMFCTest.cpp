@@ -16,58 +16,58 @@ namespace ombrix {
 namespace {
 
 /// Each level is compared with itself on the other side of the profile.
-constexpr std::int32_t Levels = DigitalMFCRecord::Steps / 2;
+constexpr std::int32_t Levels = DigitalMFCTable::Steps / 2;
 /// Where the comparison of channel 1 stands beside the samples; channel 0 has its header in the
 /// file's.
 constexpr std::int32_t SecondHeaderRow = 6;
 
-std::string SampleText(const std::vector<DigitalMFCRecord::Sample>& samples, std::int32_t row) {
-    const DigitalMFCRecord::Sample sample =
-        Index(row) < samples.size() ? samples[Index(row)] : DigitalMFCRecord::Sample{};
+std::string SampleText(const std::vector<DigitalMFCTable::Sample>& samples, std::int32_t row) {
+    const DigitalMFCTable::Sample sample =
+        Index(row) < samples.size() ? samples[Index(row)] : DigitalMFCTable::Sample{};
     return fmt::format("{},{},{},{}", GeneralText(sample.Time_s), GeneralText(sample.Demand_bits),
                        GeneralText(sample.Value_bits), GeneralText(sample.Pressure_bits));
 }
 
-std::string LevelText(const std::array<float, DigitalMFCRecord::Steps>& means, std::int32_t level) {
+std::string LevelText(const std::array<float, DigitalMFCTable::Steps>& means, std::int32_t level) {
     const float up = means.at(Index(level));
-    const float down = means.at(Index(DigitalMFCRecord::Steps - 1 - level));
-    return fmt::format(",,{},{},{},{}", GeneralText(DigitalMFCRecord::ProfileDemand(level)),
+    const float down = means.at(Index(DigitalMFCTable::Steps - 1 - level));
+    return fmt::format(",,{},{},{},{}", GeneralText(DigitalMFCTable::ProfileDemand(level)),
                        GeneralText(up), GeneralText(down), GeneralText(up - down));
 }
 
 } // namespace
 
-const char* DigitalMFCRecord::Header() {
+const char* DigitalMFCTable::Header() {
     return "Timer0,Demand0,Value0,Pressure0,,Timer1,Demand1,Value1,Pressure1,,"
            "Data0,EndPointUp,EndPointDn";
 }
 
-float DigitalMFCRecord::ProfileDemand(std::int32_t step) {
+float DigitalMFCTable::ProfileDemand(std::int32_t step) {
     constexpr float lowest = 2.0F;
     static constexpr std::array<float, Steps> profile = {lowest, lowest, 20.0F, 50.0F,  80.0F,
                                                          80.0F,  50.0F,  20.0F, lowest, lowest};
     return step >= 0 && step < Steps ? profile.at(Index(step)) : lowest;
 }
 
-void DigitalMFCRecord::Add(std::int32_t channel, const Sample& sample) {
+void DigitalMFCTable::Add(std::int32_t channel, const Sample& sample) {
     if (SampleCount(channel) < Rows)
         m_Samples.at(Index(channel)).push_back(sample);
 }
 
-void DigitalMFCRecord::SetMean(std::int32_t channel, std::int32_t step, float mean_bits) {
+void DigitalMFCTable::SetMean(std::int32_t channel, std::int32_t step, float mean_bits) {
     m_Means.at(Index(channel)).at(Index(step)) = mean_bits;
 }
 
-std::int32_t DigitalMFCRecord::SampleCount(std::int32_t channel) const {
+std::int32_t DigitalMFCTable::SampleCount(std::int32_t channel) const {
     return static_cast<std::int32_t>(m_Samples.at(Index(channel)).size());
 }
 
-std::string DigitalMFCRecord::Line(std::int32_t row) const {
+std::string DigitalMFCTable::Line(std::int32_t row) const {
     return SampleText(m_Samples[0], row) + ",," + SampleText(m_Samples[1], row) +
            EndPointBlock(row);
 }
 
-std::string DigitalMFCRecord::EndPointBlock(std::int32_t row) const {
+std::string DigitalMFCTable::EndPointBlock(std::int32_t row) const {
     if (row < Levels)
         return LevelText(m_Means[0], row);
     if (row == SecondHeaderRow)
@@ -84,8 +84,8 @@ constexpr double DemandTime_s = 10.0;
 constexpr double MeanTime_s = 2.0;
 constexpr double SampleTime_s = 0.05;
 constexpr double WholeProfile_s =
-    DigitalMFCRecord::Channels *
-    (FirstRest_s + DigitalMFCRecord::Steps * (RestTime_s + DemandTime_s) + RestTime_s);
+    DigitalMFCTable::Channels *
+    (FirstRest_s + DigitalMFCTable::Steps * (RestTime_s + DemandTime_s) + RestTime_s);
 
 } // namespace
 
@@ -109,8 +109,7 @@ DigitalMFCResult DigitalMFCTest::Run(const BenchTestView& view) {
         result.Ended = End::Cancelled;
         return result;
     }
-    RunBenchProcedure(m_Station, "test of the digital MFCs",
-                      {m_Station.CurrentAIB}, result,
+    RunBenchProcedure(m_Station, "test of the digital MFCs", {m_Station.CurrentAIB}, result,
                       [&] { return MeasureAndStore(view, result); });
     view.Stage(StageText(result.Ended));
     result.Means = m_Record.Means();
@@ -132,7 +131,7 @@ bool DigitalMFCTest::MeasureAndStore(const BenchTestView& view, Outcome& outcome
 bool DigitalMFCTest::Measure(const BenchTestView& view) {
     HiResTimer timer(m_Station.World.Time);
     Running run{timer, view, 0.0, -SampleTime_s};
-    for (std::int32_t channel = 0; channel < DigitalMFCRecord::Channels; ++channel) {
+    for (std::int32_t channel = 0; channel < DigitalMFCTable::Channels; ++channel) {
         float unused_bits = 0.0F;
         if (!RunDemandPhase(run, {channel, 0.0F, FirstRest_s, Recording::Off}, unused_bits))
             return false;
@@ -143,12 +142,12 @@ bool DigitalMFCTest::Measure(const BenchTestView& view) {
 bool DigitalMFCTest::RunDemandProfile(Running& run, std::int32_t channel) {
     run.ProfileStart_s = run.Timer.ElapsedTime();
     float mean_bits = 0.0F;
-    for (std::int32_t step = 0; step < DigitalMFCRecord::Steps; ++step) {
-        const std::string caption = fmt::format("Step {} of {}", step + 1, DigitalMFCRecord::Steps);
+    for (std::int32_t step = 0; step < DigitalMFCTable::Steps; ++step) {
+        const std::string caption = fmt::format("Step {} of {}", step + 1, DigitalMFCTable::Steps);
         run.View.Caption(caption + " (Zero Demand)");
         if (!RunDemandPhase(run, {channel, 0.0F, RestTime_s}, mean_bits))
             return false;
-        const float demand = DigitalMFCRecord::ProfileDemand(step);
+        const float demand = DigitalMFCTable::ProfileDemand(step);
         run.View.Caption(caption + " (" + GeneralText(demand) + "% Demand)");
         if (!RunDemandPhase(run, {channel, demand, DemandTime_s}, mean_bits))
             return false;
@@ -212,7 +211,6 @@ AIBStatus DigitalMFCTest::Read(Running& run, std::int32_t channel, std::int32_t&
     return status;
 }
 
-
 void DigitalMFCTest::Store(const BenchTestView& view, Outcome& outcome) {
     if (m_Record.Empty())
         return;
@@ -223,8 +221,8 @@ void DigitalMFCTest::Store(const BenchTestView& view, Outcome& outcome) {
                             FileNamePart(m_Station.Calibration().Record().ACUMFCNumber()),
                             TestLog::Stamp(m_Station)),
                 outcome);
-    log.WriteLine(DigitalMFCRecord::Header());
-    for (std::int32_t row = 0; row < DigitalMFCRecord::Rows; ++row)
+    log.WriteLine(DigitalMFCTable::Header());
+    for (std::int32_t row = 0; row < DigitalMFCTable::Rows; ++row)
         log.WriteLine(m_Record.Line(row));
 }
 

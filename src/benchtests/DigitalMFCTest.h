@@ -12,7 +12,7 @@
 namespace ombrix {
 
 /// What the test of the digital MFCs measures, and the lines in which it is stored.
-class DigitalMFCRecord {
+class DigitalMFCTable {
   public:
     static constexpr std::int32_t Channels = 2;
     static constexpr std::int32_t Steps = 10;
@@ -53,7 +53,7 @@ class DigitalMFCRecord {
 /// What became of a test of the digital MFCs, and what it compares; errors are in the outcome.
 struct DigitalMFCResult : Outcome {
     /// In bits; zero for the steps that were not measured.
-    DigitalMFCRecord::StepMeans Means{};
+    DigitalMFCTable::StepMeans Means{};
 };
 
 /// Runs ten demand steps on each of the current board's air channels, records them, and compares
@@ -62,8 +62,7 @@ struct DigitalMFCResult : Outcome {
 class DigitalMFCTest {
   public:
     explicit DigitalMFCTest(Station& station)
-        : m_Station(station),
-          m_Wait(station.World, station.Procedures) {}
+        : m_Station(station), m_Wait(station.World, station.Procedures) {}
 
     DigitalMFCResult Run(const BenchTestView& view);
 
@@ -98,7 +97,7 @@ class DigitalMFCTest {
     Station& m_Station;
     ProcedureWait m_Wait;
     AnswerWatch m_Watch;
-    DigitalMFCRecord m_Record;
+    DigitalMFCTable m_Record;
 };
 
 } // namespace ombrix

@@ -1,8 +1,8 @@
 #include "board/AIB.h"
 
-#include "platform/text/CodePage.h"
 #include "platform/text/Paths.h"
 #include "platform/text/Rounding.h"
+#include "platform/text/Text.h"
 
 #include <fmt/format.h>
 
@@ -51,7 +51,7 @@ std::string AIB::BusTypeText() const {
 
 void AIB::GetAccessoryInfo(std::int32_t index) {
     m_Index = index;
-    AccessoryInfoRecord record = Encode(m_Info);
+    AccessoryInfoBlock record = Encode(m_Info);
     m_Services.Library.GetAccessoryInfo(index, record);
     m_Info = Decode(record);
     m_DigitalSetup = HasDigitalMFCs();
@@ -59,7 +59,7 @@ void AIB::GetAccessoryInfo(std::int32_t index) {
 
 std::int32_t AIB::ReportedSerial() const {
     // A board that is gone leaves the record as it is given.
-    AccessoryInfoRecord record;
+    AccessoryInfoBlock record;
     m_Services.Library.GetAccessoryInfo(m_Index, record);
     return record.DevSerialNum;
 }

@@ -1,6 +1,6 @@
 #include "board/AIBControl.h"
 
-#include "platform/text/CodePage.h"
+#include "platform/text/Text.h"
 
 #include <algorithm>
 #include <string_view>
@@ -22,7 +22,7 @@ std::array<char, 256> EncodeText(const std::string& text) {
 
 } // namespace
 
-AccessoryInfo Decode(const AccessoryInfoRecord& record) {
+AccessoryInfo Decode(const AccessoryInfoBlock& record) {
     return {record.BusType,
             record.HWVersion,
             record.DevType,
@@ -33,7 +33,7 @@ AccessoryInfo Decode(const AccessoryInfoRecord& record) {
             DecodeText(record.BuildDate)};
 }
 
-AccessoryInfoRecord Encode(const AccessoryInfo& info) {
+AccessoryInfoBlock Encode(const AccessoryInfo& info) {
     return {info.BusType,
             info.HWVersion,
             info.DevType,

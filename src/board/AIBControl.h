@@ -13,7 +13,7 @@ enum class BusType : std::int32_t { Usb = 1, FireWire = 2 };
 
 /// The accessory information as the board library exchanges it: a packed block of 788 bytes,
 /// integers little-endian, texts 8-bit with a fixed width of 256 bytes.
-struct AccessoryInfoRecord {
+struct AccessoryInfoBlock {
     std::int32_t BusType = 0;
     std::int32_t HWVersion = 0;
     std::int32_t DevType = 0;
@@ -23,9 +23,9 @@ struct AccessoryInfoRecord {
     std::int32_t ConfigBits = 0;
     std::array<char, 256> BuildDate{};
 };
-static_assert(sizeof(AccessoryInfoRecord) == 788);
-static_assert(offsetof(AccessoryInfoRecord, ConfigBits) == 528);
-static_assert(offsetof(AccessoryInfoRecord, BuildDate) == 532);
+static_assert(sizeof(AccessoryInfoBlock) == 788);
+static_assert(offsetof(AccessoryInfoBlock, ConfigBits) == 528);
+static_assert(offsetof(AccessoryInfoBlock, BuildDate) == 532);
 static_assert(std::endian::native == std::endian::little,
               "The record is handed to the library as it lies in memory");
 
@@ -44,8 +44,8 @@ struct AccessoryInfo {
     std::string BuildDate;
 };
 
-AccessoryInfo Decode(const AccessoryInfoRecord& record);
-AccessoryInfoRecord Encode(const AccessoryInfo& info);
+AccessoryInfo Decode(const AccessoryInfoBlock& record);
+AccessoryInfoBlock Encode(const AccessoryInfo& info);
 
 /// The board library cannot be used. The text is for the operator; Number is 53 when the
 /// library's file cannot be found, 453 when it lacks a function that the program calls.
@@ -90,7 +90,7 @@ class AIBControl {
     /// Opens the library and returns the number of boards attached. @throws AIBLibraryError
     virtual std::int32_t OpenAIBAPI() = 0;
     virtual AIBStatus CloseAIBAPI() = 0;
-    virtual AIBStatus GetAccessoryInfo(std::int32_t index, AccessoryInfoRecord& record) = 0;
+    virtual AIBStatus GetAccessoryInfo(std::int32_t index, AccessoryInfoBlock& record) = 0;
 
     /// Loads the FPGA from a configuration file; a real path of this machine.
     virtual AIBStatus UploadFPGAImage(std::int32_t index, const std::string& path) = 0;

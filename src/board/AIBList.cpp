@@ -52,7 +52,7 @@ std::int32_t AIBList::AIBCount() {
 
 bool AIBList::GetAccessoryInfo(std::int32_t index, AccessoryInfo& info) {
     try {
-        AccessoryInfoRecord record = Encode(info);
+        AccessoryInfoBlock record = Encode(info);
         m_Services.Library.GetAccessoryInfo(index, record);
         info = Decode(record);
         return true;

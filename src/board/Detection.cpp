@@ -1,6 +1,6 @@
 #include "board/Detection.h"
 
-#include "board/procedure/Recovery.h"
+#include "board/procedure/SafeOutputs.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/text/OleDate.h"
 

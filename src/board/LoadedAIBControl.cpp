@@ -1,6 +1,6 @@
 #include "board/LoadedAIBControl.h"
 
-#include "platform/text/CodePage.h"
+#include "platform/text/Text.h"
 
 #include <fmt/format.h>
 
@@ -56,7 +56,7 @@ struct LoadedAIBControl::Functions {
 
     Int (*OpenAIBAPI)() = nullptr;
     Int (*CloseAIBAPI)() = nullptr;
-    Int (*GetAccessoryInfo)(Int, AccessoryInfoRecord*) = nullptr;
+    Int (*GetAccessoryInfo)(Int, AccessoryInfoBlock*) = nullptr;
     Int (*UploadFPGAImage)(Int, const char*) = nullptr;
     Int (*WriteReg)(Int, Int, Int) = nullptr;
     Int (*ReadReg)(Int, Int, Int*) = nullptr;
@@ -126,7 +126,7 @@ AIBStatus LoadedAIBControl::CloseAIBAPI() {
     return Bound().CloseAIBAPI();
 }
 
-AIBStatus LoadedAIBControl::GetAccessoryInfo(Int index, AccessoryInfoRecord& record) {
+AIBStatus LoadedAIBControl::GetAccessoryInfo(Int index, AccessoryInfoBlock& record) {
     return Bound().GetAccessoryInfo(index, &record);
 }
 

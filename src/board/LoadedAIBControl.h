@@ -17,7 +17,7 @@ class LoadedAIBControl final : public AIBControl {
     /// @throws AIBLibraryError when the file or a function of it is missing
     std::int32_t OpenAIBAPI() override;
     AIBStatus CloseAIBAPI() override;
-    AIBStatus GetAccessoryInfo(std::int32_t index, AccessoryInfoRecord& record) override;
+    AIBStatus GetAccessoryInfo(std::int32_t index, AccessoryInfoBlock& record) override;
     AIBStatus UploadFPGAImage(std::int32_t index, const std::string& path) override;
     AIBStatus WriteReg(std::int32_t index, std::int32_t address, std::int32_t value) override;
     AIBStatus ReadReg(std::int32_t index, std::int32_t address, std::int32_t& value) override;

@@ -56,8 +56,9 @@ OpenedWorkbook OpenFilled(const ReportTools& tools, const std::string& message,
     if (!opened) {
         tools.Wait.Close();
         // A missing template has been told already.
-        return opened.Error.empty() ? OpenedWorkbook()
-                                    : Failed(tools, "The report could not be opened.", opened.Error);
+        return opened.Error.empty()
+                   ? OpenedWorkbook()
+                   : Failed(tools, "The report could not be opened.", opened.Error);
     }
     try {
         fill(*opened.Book);
@@ -120,8 +121,8 @@ namespace {
 /// kept.
 class WorkbookSaving {
   public:
-    WorkbookSaving(const ReportTools& tools, OpenedWorkbook& workbook,
-                   std::string fileName, bool autoSave)
+    WorkbookSaving(const ReportTools& tools, OpenedWorkbook& workbook, std::string fileName,
+                   bool autoSave)
         : m_World(tools.TheStation.World), m_Workbook(workbook), m_WantedName(fileName),
           m_FileName(std::move(fileName)), m_AutoSave(autoSave) {}
 
@@ -130,7 +131,7 @@ class WorkbookSaving {
             try {
                 return Attempt();
             } catch (const SpreadsheetError& error) {
-                if (!WantsRetry(error))
+                if (!AskToRetry(error))
                     return Keep(error.what());
                 m_FileName.clear();
             }
@@ -146,7 +147,7 @@ class WorkbookSaving {
             TellWhereItLies(trouble, file);
         if (m_AutoSave)
             Show(WindowState::Minimised);
-        else if (WantsToView())
+        else if (AskToView())
             Open(file);
         else
             CloseWorkbook();
@@ -161,12 +162,12 @@ class WorkbookSaving {
                      MessageIcon::Warning);
     }
 
-    bool WantsToView() const {
+    bool AskToView() const {
         return AskYesNo({"Would you like to view the results now?", MessageIcon::Question,
                          MessageButtons::YesNo});
     }
 
-    bool WantsRetry(const SpreadsheetError& error) const {
+    bool AskToRetry(const SpreadsheetError& error) const {
         constexpr int applicationError = 1004;
         const std::string reason = error.Number() == applicationError
                                        ? "Please check that the file is not already open in Excel."

@@ -2,7 +2,7 @@
 // interface of the real one, against which the program and others can be developed.
 // Environment variables choose the bench, since the interface has no place for a choice:
 // AIB_SIMULATOR_BENCH (a bench name) and AIB_SIMULATOR_FOLDER (where EPROM images are kept).
-#include "platform/os/SystemClock.h"
+#include "platform/os/Clocks.h"
 #include "simulator/SimulatedBench.h"
 
 #include <cstdlib>
@@ -10,7 +10,7 @@
 
 namespace {
 
-using ombrix::AccessoryInfoRecord;
+using ombrix::AccessoryInfoBlock;
 using ombrix::SimulatedBench;
 using Int = std::int32_t;
 
@@ -54,7 +54,7 @@ Int OpenAIBAPI() {
 Int CloseAIBAPI() {
     return Call([](SimulatedBench& bench) { return bench.CloseAIBAPI(); });
 }
-Int GetAccessoryInfo(Int index, AccessoryInfoRecord* record) {
+Int GetAccessoryInfo(Int index, AccessoryInfoBlock* record) {
     return Call([=](SimulatedBench& bench) { return bench.GetAccessoryInfo(index, *record); });
 }
 Int UploadFPGAImage(Int index, const char* path) {

@@ -84,7 +84,7 @@ AIBStatus SimulatedBench::CloseAIBAPI() {
     return FaultOf("CloseAIBAPI");
 }
 
-AIBStatus SimulatedBench::GetAccessoryInfo(std::int32_t index, AccessoryInfoRecord& record) {
+AIBStatus SimulatedBench::GetAccessoryInfo(std::int32_t index, AccessoryInfoBlock& record) {
     // The bus has told who is there when the board was plugged in, whatever it answers now.
     if (InRange(index, static_cast<std::int32_t>(m_Boards.size())) && !Unplugged())
         record = Encode(Board(index).Identity());

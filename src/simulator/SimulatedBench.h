@@ -47,7 +47,7 @@ class SimulatedBench final : public AIBControl {
 
     std::int32_t OpenAIBAPI() override;
     AIBStatus CloseAIBAPI() override;
-    AIBStatus GetAccessoryInfo(std::int32_t index, AccessoryInfoRecord& record) override;
+    AIBStatus GetAccessoryInfo(std::int32_t index, AccessoryInfoBlock& record) override;
     AIBStatus UploadFPGAImage(std::int32_t index, const std::string& path) override;
     AIBStatus WriteReg(std::int32_t index, std::int32_t address, std::int32_t value) override;
     AIBStatus ReadReg(std::int32_t index, std::int32_t address, std::int32_t& value) override;

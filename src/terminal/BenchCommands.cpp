@@ -1,5 +1,3 @@
-#include "terminal/BenchCommands.h"
-
 #include "benchtests/AirFlowTest.h"
 #include "benchtests/DataRecorder.h"
 #include "benchtests/DigitalMFCTest.h"
@@ -7,6 +5,7 @@
 #include "benchtests/SpeedTest.h"
 #include "benchtests/TestRigRun.h"
 #include "terminal/Command.h"
+#include "terminal/Commands.h"
 #include "terminal/TerminalStages.h"
 
 #include <fmt/format.h>
@@ -37,11 +36,11 @@ void AddLines(CommandResult& result, std::int32_t lines) {
     result.Text += fmt::format("{} lines\n", lines);
 }
 
-std::string MeansText(const DigitalMFCRecord::StepMeans& means) {
+std::string MeansText(const DigitalMFCTable::StepMeans& means) {
     std::string text = "demand      channel 0   channel 1\n";
-    for (std::int32_t step = 0; step < DigitalMFCRecord::Steps; ++step) {
+    for (std::int32_t step = 0; step < DigitalMFCTable::Steps; ++step) {
         const auto index = static_cast<std::size_t>(step);
-        text += fmt::format("{:5} %  {:12.1f} {:11.1f}\n", DigitalMFCRecord::ProfileDemand(step),
+        text += fmt::format("{:5} %  {:12.1f} {:11.1f}\n", DigitalMFCTable::ProfileDemand(step),
                             means[0].at(index), means[1].at(index));
     }
     return text;

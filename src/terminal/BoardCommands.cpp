@@ -1,6 +1,5 @@
-#include "terminal/BoardCommands.h"
-
 #include "board/Detection.h"
+#include "board/Outputs.h"
 #include "board/eprom/EpromFields.h"
 #include "board/eprom/EpromGuard.h"
 #include "board/eprom/EpromWriter.h"
@@ -9,8 +8,7 @@
 #include "platform/text/Text.h"
 #include "reports/Diagnostics.h"
 #include "terminal/Command.h"
-#include "terminal/HistoryCommands.h"
-#include "board/Outputs.h"
+#include "terminal/Commands.h"
 
 #include <fmt/format.h>
 
@@ -160,7 +158,8 @@ CommandResult RunDac(CommandContext& context, std::int32_t channel, std::int32_t
     AIB& board = ChosenBoard(context);
     context.TheStation.Claims.Require(board.DevSerialNum());
     const std::int32_t sent = SliderScale::HeldToRange(value);
-    Require(context.TheStation.Outputs.Set(board, channel, sent), fmt::format("DAC {} cannot be set", channel));
+    Require(context.TheStation.Outputs.Set(board, channel, sent),
+            fmt::format("DAC {} cannot be set", channel));
     CommandResult result;
     result.Json["value"] = sent;
     result.Text = fmt::format("DAC {}    {}\n", channel, sent);

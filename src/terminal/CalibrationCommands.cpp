@@ -1,9 +1,8 @@
-#include "terminal/CalibrationCommands.h"
-
 #include "calibration/air/AirChannelControl.h"
 #include "calibration/run/ACUSetUp.h"
 #include "healthcheck/HealthCheckRun.h"
 #include "terminal/Command.h"
+#include "terminal/Commands.h"
 #include "terminal/TerminalStages.h"
 
 #include <fmt/format.h>

@@ -1,11 +1,7 @@
 #include "terminal/CommandLine.h"
 
 #include "benchtests/OutputSweep.h"
-#include "terminal/BenchCommands.h"
-#include "terminal/BoardCommands.h"
-#include "terminal/CalibrationCommands.h"
-#include "terminal/EpromCommands.h"
-#include "terminal/HistoryCommands.h"
+#include "terminal/Commands.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>

@@ -1,11 +1,10 @@
-#include "terminal/EpromCommands.h"
-
 #include "board/eprom/EpromGuard.h"
 #include "board/eprom/EpromWriter.h"
 #include "board/unit/ACUCalibration.h"
 #include "journal/UnitJson.h"
 #include "platform/os/FolderDrive.h"
 #include "platform/text/Text.h"
+#include "terminal/Commands.h"
 
 #include <fmt/format.h>
 
@@ -37,8 +36,8 @@ Json TablesJson(const std::array<ACUChannelCal, ACUChannels>& tables) {
     return list;
 }
 
-} // namespace
-
+/// The record with the names of its fields. Dates are ISO 8601, null for never; numbers that JSON
+/// lacks (an erased Single) are null; texts are without surrounding blanks.
 Json RecordJson(const ACURecord& record) {
     return {{"ACUInitialised", record.ACUInitialised},
             {"DataVersion", record.DataVersion},
@@ -71,10 +70,6 @@ Json RecordJson(const ACURecord& record) {
             {"PressureSpan", NumberJson(record.PressureSpan)},
             {"PressureZero", record.PressureZero}};
 }
-
-namespace {
-
-using Json = nlohmann::ordered_json;
 
 constexpr std::int32_t WordBytes = EpromWordBytes;
 constexpr std::int32_t Words = EpromImage::WordCount;

@@ -1,5 +1,3 @@
-#include "terminal/HistoryCommands.h"
-
 #include "calibration/history/CalibrationHistory.h"
 #include "journal/RunJournal.h"
 #include "journal/UnfinishedRuns.h"
@@ -7,6 +5,7 @@
 #include "platform/text/OleDate.h"
 #include "platform/text/Paths.h"
 #include "terminal/Command.h"
+#include "terminal/Commands.h"
 #include "terminal/TerminalStages.h"
 
 #include <fmt/format.h>

@@ -67,7 +67,7 @@ TEST_F(DigitalMFCTestTest, WayUpIsComparedWithTheWayDown) {
             ASSERT_EQ(fields.size(), 14U);
             EXPECT_EQ(fields[9], "");
             EXPECT_EQ(std::stof(fields[10]),
-                      DigitalMFCRecord::ProfileDemand(static_cast<std::int32_t>(level)));
+                      DigitalMFCTable::ProfileDemand(static_cast<std::int32_t>(level)));
             const float up = result.Means.at(channel).at(level);
             const float down = result.Means.at(channel).at(9 - level);
             EXPECT_NEAR(std::stof(fields[11]), up, 0.01);

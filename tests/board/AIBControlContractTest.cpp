@@ -1,7 +1,7 @@
 // What the program relies on of every board library, the loaded one and the simulated bench.
 #include "board/LoadedAIBControl.h"
+#include "platform/os/Clocks.h"
 #include "platform/os/FolderDrive.h"
-#include "platform/os/VirtualClock.h"
 #include "simulator/SimulatedBench.h"
 #include "support/TemporaryFolder.h"
 
@@ -27,7 +27,7 @@ class AIBControlContract : public ::testing::TestWithParam<LibraryUnderTest> {
 };
 
 TEST_P(AIBControlContract, TellsTheIdentity) {
-    AccessoryInfoRecord record;
+    AccessoryInfoBlock record;
     EXPECT_EQ(m_Library->GetAccessoryInfo(0, record), Status::NoError);
     const AccessoryInfo info = Decode(record);
     EXPECT_EQ(info.BusType, 1);

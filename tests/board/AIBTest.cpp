@@ -26,12 +26,12 @@ class SentValues final : public AIBControl {
     std::vector<std::int32_t> FlowSetPoints;
     std::vector<std::int32_t> DACChannels;
     std::int32_t RawFlow = 0;
-    AccessoryInfoRecord Record;
+    AccessoryInfoBlock Record;
     std::int32_t Variable = 0x30000;
 
     std::int32_t OpenAIBAPI() override { return 1; }
     AIBStatus CloseAIBAPI() override { return 0; }
-    AIBStatus GetAccessoryInfo(std::int32_t, AccessoryInfoRecord& record) override {
+    AIBStatus GetAccessoryInfo(std::int32_t, AccessoryInfoBlock& record) override {
         record = Record;
         return 0;
     }

@@ -1,7 +1,7 @@
 #include "board/procedure/DrivingProcedure.h"
 
 #include "board/procedure/BoardClaims.h"
-#include "board/procedure/Recovery.h"
+#include "board/procedure/SafeOutputs.h"
 #include "support/TestBench.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "board/procedure/HiResTimer.h"
 
-#include "platform/os/VirtualClock.h"
+#include "platform/os/Clocks.h"
 
 #include <gtest/gtest.h>
 

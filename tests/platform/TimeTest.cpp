@@ -1,8 +1,7 @@
-#include "platform/os/SystemClock.h"
-#include "platform/os/VirtualClock.h"
-#include "platform/text/CodePage.h"
+#include "platform/os/Clocks.h"
 #include "platform/text/OleDate.h"
 #include "platform/text/Rounding.h"
+#include "platform/text/Text.h"
 
 #include <gtest/gtest.h>
 

@@ -88,7 +88,7 @@ TEST(Bench, EpromAndIdentityOutliveTheProgram) {
     std::int32_t word = 0;
     bench.ReadEEPROM(0, 2044, word);
     EXPECT_EQ(word, 1234567);
-    AccessoryInfoRecord record;
+    AccessoryInfoBlock record;
     bench.GetAccessoryInfo(0, record);
     EXPECT_EQ(record.DevSerialNum, 77);
     EXPECT_EQ(record.HWVersion, 2);

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "board/Station.h"
+#include "platform/os/Clocks.h"
 #include "platform/os/FolderDrive.h"
-#include "platform/os/VirtualClock.h"
 #include "simulator/SimulatedBench.h"
 #include "simulator/SimulatorFiles.h"
 #include "support/TemporaryFolder.h"
@@ -117,8 +117,7 @@ class TestBench {
   public:
     explicit TestBench(const std::string& bench = "acu",
                        const std::vector<std::string>& faults = {})
-        : Bench(Time, {bench, Faults::Parse(faults), 1, {}}),
-          TheStation({Bench, World}) {
+        : Bench(Time, {bench, Faults::Parse(faults), 1, {}}), TheStation({Bench, World}) {
         PrepareSimulatorFolder(Folder.Path()); // for the FPGA files; EPROMs stay in memory
         std::filesystem::create_directory(Folder.Path() / "Kept");
         Files.Mount("T:", Folder.Path() / "Kept");

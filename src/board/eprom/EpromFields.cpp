@@ -1,7 +1,7 @@
 #include "board/eprom/EpromFields.h"
 
-#include "platform/text/CodePage.h"
 #include "platform/text/OleDate.h"
+#include "platform/text/Text.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,6 @@
 #include "board/eprom/EpromStorage.h"
 
-#include "platform/text/CodePage.h"
+#include "platform/text/Text.h"
 
 #include <bit>
 

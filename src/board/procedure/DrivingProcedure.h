@@ -1,7 +1,7 @@
 #pragma once
 
 #include "board/procedure/Outcome.h"
-#include "board/procedure/OutputsOff.h"
+#include "board/procedure/SafeOutputs.h"
 
 #include <filesystem>
 #include <functional>
@@ -50,7 +50,7 @@ class DrivingProcedure {
 /// @param name stands for it in messages ("air flow test")
 /// @param driven what the body drives; no boards for a procedure that only reads
 /// @param body returns false when the operator has cancelled
-void RunBenchProcedure(Station& station, const std::string& name, Boards driven,
-                       Outcome& outcome, const std::function<bool()>& body);
+void RunBenchProcedure(Station& station, const std::string& name, Boards driven, Outcome& outcome,
+                       const std::function<bool()>& body);
 
 } // namespace ombrix

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "journal/RunJournal.h"
-#include "calibration/judge/RunKind.h"
 #include "board/procedure/Outcome.h"
 #include "board/unit/ACURecord.h"
+#include "calibration/judge/Measurement.h"
+#include "journal/RunJournal.h"
 #include "platform/ports/Platform.h"
 
 #include <optional>

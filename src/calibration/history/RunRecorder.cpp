@@ -33,12 +33,10 @@ void RunRecorder::Begin(bool unattended) {
     m_Found = unit.Record;
     m_Start = m_Station.World.Time.Now();
     AIB& board = *m_Station.CurrentAIB;
-    SingleJson header =
-        HeaderJson({NameOf(m_Kind), m_Start, m_Station.World.Program, unit}, board);
+    SingleJson header = HeaderJson({NameOf(m_Kind), m_Start, m_Station.World.Program, unit}, board);
     header["unattended"] = unattended;
     header["eprom"] = EpromJson(board);
-    m_Journal.Open(JournalName(unit.SerialNumberStr(), NameOf(m_Kind), m_Start),
-                   LineOf(header));
+    m_Journal.Open(JournalName(unit.SerialNumberStr(), NameOf(m_Kind), m_Start), LineOf(header));
 }
 
 void RunRecorder::ChannelBegins(std::size_t channel, const ChannelMeasurement& measured) {
@@ -85,7 +83,7 @@ void RunRecorder::AuditSheet(bool wanted) {
     m_Journal.Add(LineOf({{"auditSheet", wanted}}));
 }
 
-bool RunRecorder::Ends(const Outcome& outcome, HistoryEntry entry) {
+bool RunRecorder::Finish(const Outcome& outcome, HistoryEntry entry) {
     Platform& world = m_Station.World;
     entry.Kind = m_Kind;
     entry.When = m_Start;

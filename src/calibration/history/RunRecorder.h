@@ -43,7 +43,7 @@ class RunRecorder {
 
     /// The run has ended. @param entry what was measured, and the reasons of a failure; the rest
     /// is filled in. False when the history could not be written; the operator has been told.
-    bool Ends(const Outcome& outcome, HistoryEntry entry);
+    bool Finish(const Outcome& outcome, HistoryEntry entry);
 
   private:
     Station& m_Station;

@@ -1,10 +1,10 @@
 #include "calibration/run/ACUSetUp.h"
 
 #include "board/eprom/EpromWriter.h"
-#include "calibration/judge/RunKind.h"
+#include "calibration/judge/Measurement.h"
+#include "calibration/report/ACUInformation.h"
 #include "calibration/run/PressureRun.h"
 #include "calibration/run/VelocityRun.h"
-#include "calibration/report/ACUInformation.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/text/Rounding.h"
 #include "platform/text/Text.h"
@@ -98,8 +98,8 @@ ACUSetUp::Initialisation ACUSetUp::RunACUInitialisation(std::string& mfcNumber, 
     // A prompt that the end of the program has closed was not answered.
     if (m_Station.World.Events.ProgramEnding())
         NoteCancel(result);
-    else if (StoresOrTells(
-                 result, [&] { m_Station.Calibration().SaveMFCNumber(sequence.Guard, mfcNumber); }))
+    else if (StoreOrTell(result,
+                         [&] { m_Station.Calibration().SaveMFCNumber(sequence.Guard, mfcNumber); }))
         ListAndRunStages(sequence, velocity, pressure, result);
     if (result.Ended == End::Passed && !result.Passed)
         result.Ended = End::Failed;
@@ -108,8 +108,8 @@ ACUSetUp::Initialisation ACUSetUp::RunACUInitialisation(std::string& mfcNumber, 
 }
 
 /// What goes wrong with the EPROM ends the sequence.
-bool ACUSetUp::StoresOrTells(Initialisation& result, const std::function<void()>& save) {
-    const bool stored = Stores(result, save);
+bool ACUSetUp::StoreOrTell(Initialisation& result, const std::function<void()>& save) {
+    const bool stored = TryToStore(result, save);
     if (!stored)
         TellOperator(m_Station.World, result.Error, MessageIcon::Critical);
     return stored;
@@ -137,11 +137,9 @@ void ACUSetUp::ListAndRunStages(Sequence& sequence, bool velocity, bool pressure
     m_Stages.Close();
 }
 
-void ACUSetUp::RunStages(Sequence& sequence, bool velocity, bool pressure,
-                         Initialisation& result) {
-    if (velocity && StoresOrTells(result, [&] {
-            m_Station.Calibration().SaveFreshHeader(sequence.Guard);
-        }))
+void ACUSetUp::RunStages(Sequence& sequence, bool velocity, bool pressure, Initialisation& result) {
+    if (velocity &&
+        StoreOrTell(result, [&] { m_Station.Calibration().SaveFreshHeader(sequence.Guard); }))
         RunVelocityStages(sequence, result);
     if (!result.Error.empty())
         return; // told already
@@ -179,15 +177,13 @@ void ACUSetUp::RunVelocityStages(Sequence& sequence, Initialisation& result) {
 }
 
 CalibrationOutcome ACUSetUp::RunVelocity(CalibrationKind kind) {
-    return RunAlone(TitleOf(VelocityRunKind(kind)), [kind](const RunContext& context) {
-        return VelocityRun(context, kind).Run();
-    });
+    return RunAlone(TitleOf(VelocityRunKind(kind)),
+                    [kind](const RunContext& context) { return VelocityRun(context, kind).Run(); });
 }
 
 CalibrationOutcome ACUSetUp::RunPressure(CalibrationKind kind) {
-    return RunAlone(TitleOf(PressureRunKind(kind)), [kind](const RunContext& context) {
-        return PressureRun(context, kind).Run();
-    });
+    return RunAlone(TitleOf(PressureRunKind(kind)),
+                    [kind](const RunContext& context) { return PressureRun(context, kind).Run(); });
 }
 
 CalibrationOutcome

@@ -60,11 +60,10 @@ class ACUSetUp {
     };
 
     void AskMFCNumber(std::string& mfcNumber);
-    void ListAndRunStages(Sequence& sequence, bool velocity, bool pressure,
-                          Initialisation& result);
+    void ListAndRunStages(Sequence& sequence, bool velocity, bool pressure, Initialisation& result);
     void RunStages(Sequence& sequence, bool velocity, bool pressure, Initialisation& result);
     void RunVelocityStages(Sequence& sequence, Initialisation& result);
-    bool StoresOrTells(Initialisation& result, const std::function<void()>& save);
+    bool StoreOrTell(Initialisation& result, const std::function<void()>& save);
     CalibrationOutcome RunAlone(const char* stage,
                                 const std::function<CalibrationOutcome(const RunContext&)>& run);
 

@@ -13,7 +13,7 @@ void NoteCancel(Outcome& outcome) {
         outcome.Ended = End::Cancelled;
 }
 
-bool Stores(CalibrationOutcome& outcome, const std::function<void()>& save) {
+bool TryToStore(CalibrationOutcome& outcome, const std::function<void()>& save) {
     try {
         save();
         return true;
@@ -44,7 +44,7 @@ CalibrationOutcome CalibrationRun::Run() {
     Announce();
     if (!Confirmed()) {
         NoteCancel(m_Outcome);
-    } else if (Stores(m_Outcome, [this] { m_Context.Guard.MakeReady(); })) {
+    } else if (TryToStore(m_Outcome, [this] { m_Context.Guard.MakeReady(); })) {
         MeasureAndStore();
     } else {
         m_Outcome.NothingDriven = true;
@@ -95,7 +95,7 @@ void CalibrationRun::Attempt(const std::function<void()>& work) {
     }
 }
 
-bool CalibrationRun::LeftUnanswered() {
+bool CalibrationRun::NoteIfUnanswered() {
     m_World.Events.ProcessPendingEvents();
     if (!GoesOn())
         NoteCancel(m_Outcome);
@@ -123,7 +123,7 @@ void CalibrationRun::EndLog() {
 }
 
 void CalibrationRun::AddToHistory() {
-    const bool stored = m_Recorder.Ends(m_Outcome, Measured());
+    const bool stored = m_Recorder.Finish(m_Outcome, Measured());
     m_Outcome.AllStored = m_Outcome.AllStored && stored;
 }
 

@@ -35,7 +35,7 @@ void NoteCancel(Outcome& outcome);
 
 /// Has something stored in the EPROM. False, and noted in the outcome, when the EPROM does not
 /// hold it.
-bool Stores(CalibrationOutcome& outcome, const std::function<void()>& save);
+bool TryToStore(CalibrationOutcome& outcome, const std::function<void()>& save);
 
 /// What a run belongs to: the procedure that drives and stores, and where it shows.
 struct RunContext {
@@ -68,7 +68,7 @@ class CalibrationRun {
     bool WasStopped() const { return !m_Outcome.Error.empty(); }
     bool WasCancelled() const { return m_Outcome.Ended == End::Cancelled; }
     /// An interrupt and the end of the program refuse a question, and do not mean its No.
-    bool LeftUnanswered();
+    bool NoteIfUnanswered();
     Answer AskYesNo(const std::string& text) const;
     void Log(const LogLines& lines);
 

@@ -29,8 +29,8 @@ std::string Fixed(float value, int decimals) {
 } // namespace
 
 PressureRun::PressureRun(const RunContext& context, CalibrationKind kind)
-    : CalibrationRun(context, PressureRunKind(kind)),
-      m_Cal{m_Unit.Record().BaseDiameter, m_Unit.Record().PressureCoeff} {}
+    : CalibrationRun(context, PressureRunKind(kind)), m_Cal{m_Unit.Record().BaseDiameter,
+                                                            m_Unit.Record().PressureCoeff} {}
 
 std::string PressureRun::Unready() const {
     const ACURecord& record = m_Unit.Record();
@@ -81,8 +81,7 @@ void PressureRun::CalibratePressureBase() {
     MeasurePoints();
     SetChannelAir_ml_m(0, 0.0F);
     SetChannelAir_ml_m(1, 0.0F);
-    Log({Rule(47), GoesOn() ? "Calibration Complete" : "Calibration Terminated by User",
-         Rule(47)});
+    Log({Rule(47), GoesOn() ? "Calibration Complete" : "Calibration Terminated by User", Rule(47)});
     if (!GoesOn())
         return;
     const PressureVerdict verdict =
@@ -205,8 +204,8 @@ void PressureRun::FinishSystem() {
         TellOperator(m_World, "ACU Pressure System Caibration Failed");
         return;
     }
-    m_Outcome.Saved =
-        Stores(m_Outcome, [this] { m_Unit.SavePressureSystemCalibration(m_Context.Guard, m_Cal); });
+    m_Outcome.Saved = TryToStore(
+        m_Outcome, [this] { m_Unit.SavePressureSystemCalibration(m_Context.Guard, m_Cal); });
     if (!m_Outcome.Saved)
         return;
     m_Recorder.Stored();
@@ -216,17 +215,16 @@ void PressureRun::FinishSystem() {
 
 void PressureRun::FinishAudit() {
     // No audit sheet for an audit that the unit does not know of.
-    if (!Stores(m_Outcome,
-                [&] { m_Unit.SavePressureAudit(m_Context.Guard, m_Cal, m_Outcome.Passed); }))
+    if (!TryToStore(m_Outcome,
+                    [&] { m_Unit.SavePressureAudit(m_Context.Guard, m_Cal, m_Outcome.Passed); }))
         return;
     m_Recorder.Stored();
     std::array<float, Points> flows_ml_m{};
     std::transform(m_Points.begin(), m_Points.end(), flows_ml_m.begin(),
                    [](const PressureReading& point) { return point.Flow_ml_m; });
     m_Recorder.AuditSheet(true);
-    AddReport(m_Outcome, CreateAuditSheet_PV17(m_Context.Reports, m_Unit.Unit(),
-                                               m_World.Time.Now(), flows_ml_m,
-                                               m_Context.Unattended));
+    AddReport(m_Outcome, CreateAuditSheet_PV17(m_Context.Reports, m_Unit.Unit(), m_World.Time.Now(),
+                                               flows_ml_m, m_Context.Unattended));
     m_Log.LogCalibration("Values Written to EPROM");
     TellOperator(m_World, m_Outcome.Passed ? "ACU Pressure Audit Caibration Passed"
                                            : "ACU Pressure Audit Caibration Failed");

@@ -97,7 +97,7 @@ void VelocityRun::FinishSystem() {
             TellOperator(m_World,
                          "The System Calibration Failed\r\n\r\n" + ReasonOfFailure(m_Result));
     } else {
-        if (m_Context.Unattended || WantsToSave())
+        if (m_Context.Unattended || AskToSave())
             SaveCoefficients();
         else
             TellOperator(m_World, "Calibration Coefficients NOT Saved");
@@ -105,18 +105,18 @@ void VelocityRun::FinishSystem() {
     SaveReport();
 }
 
-bool VelocityRun::WantsToSave() {
+bool VelocityRun::AskToSave() {
     const bool wanted =
         AskYesNo("Would you like to save the calibration?") == Answer::Yes ||
         AskYesNo("Are you sure you want to lose the calibration data?") != Answer::Yes;
-    return !LeftUnanswered() && wanted;
+    return !NoteIfUnanswered() && wanted;
 }
 
 void VelocityRun::SaveCoefficients() {
     std::array<ACUChannelCal, ACUChannels> table;
     for (std::size_t channel = 0; channel < AirChannels; ++channel)
         table.at(channel) = m_Result.Verdicts.at(channel)->NewVelocityCal;
-    m_Outcome.Saved = Stores(
+    m_Outcome.Saved = TryToStore(
         m_Outcome, [&] { m_Unit.SaveVelocitySystemCalibration(m_Context.Guard, table); });
     if (m_Outcome.Saved)
         m_Recorder.Stored();
@@ -135,7 +135,7 @@ void VelocityRun::FinishAudit() {
                   "\r\n\r\n" +
                   offer;
     const bool wanted = m_Context.Unattended || AskYesNo(text) == Answer::Yes;
-    if (m_Context.Unattended || !LeftUnanswered())
+    if (m_Context.Unattended || !NoteIfUnanswered())
         FileAudit(wanted);
     SaveReport();
 }
@@ -144,10 +144,9 @@ void VelocityRun::FileAudit(bool wanted) {
     m_Recorder.AuditSheet(wanted);
     if (!wanted)
         return;
-    AddReport(m_Outcome,
-              CreateAuditSheet_PV16(m_Context.Reports, m_Unit.Unit(), m_World.Time.Now(),
-                                    m_Result.Measured, m_Context.Unattended));
-    if (Stores(m_Outcome, [&] { m_Unit.SaveVelocityAudit(m_Context.Guard, m_Outcome.Passed); }))
+    AddReport(m_Outcome, CreateAuditSheet_PV16(m_Context.Reports, m_Unit.Unit(), m_World.Time.Now(),
+                                               m_Result.Measured, m_Context.Unattended));
+    if (TryToStore(m_Outcome, [&] { m_Unit.SaveVelocityAudit(m_Context.Guard, m_Outcome.Passed); }))
         m_Recorder.Stored();
 }
 

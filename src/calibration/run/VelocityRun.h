@@ -30,7 +30,7 @@ class VelocityRun final : public CalibrationRun {
     void MeasureChannel(std::size_t channel, MeasuringLoop& loop);
     bool IsAcceptable(std::size_t channel) const;
     void FinishSystem();
-    bool WantsToSave();
+    bool AskToSave();
     void SaveCoefficients();
     void FinishAudit();
     void FileAudit(bool wanted);

@@ -6,6 +6,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 
 namespace ombrix {
 
@@ -109,6 +110,74 @@ std::string FixedWidth(std::string_view text, std::size_t characters) {
     std::string result(text.substr(0, BytesOfCharacters(text, characters)));
     result.append(characters - CharacterCount(result), ' ');
     return result;
+}
+
+namespace {
+
+// Characters 0x80 to 0x9F of Windows-1252; all others have the number of their Unicode character.
+constexpr std::array<char16_t, 32> Upper = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+void AppendUtf8(std::string& text, char32_t character) {
+    if (character < 0x80) {
+        text += static_cast<char>(character);
+    } else if (character < 0x800) {
+        text += static_cast<char>(0xC0 | (character >> 6));
+        text += static_cast<char>(0x80 | (character & 0x3F));
+    } else {
+        text += static_cast<char>(0xE0 | (character >> 12));
+        text += static_cast<char>(0x80 | ((character >> 6) & 0x3F));
+        text += static_cast<char>(0x80 | (character & 0x3F));
+    }
+}
+
+/// Takes the next character off the front of the text; a malformed byte counts as U+FFFD.
+char32_t TakeUtf8(std::string_view& text) {
+    const auto lead = static_cast<unsigned char>(text.front());
+    text.remove_prefix(1);
+    if (lead < 0x80)
+        return lead;
+    const int following = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : lead >= 0xC0 ? 1 : -1;
+    if (following < 0 || text.size() < static_cast<std::size_t>(following))
+        return 0xFFFD;
+    char32_t character = lead & (0x3FU >> following);
+    for (int i = 0; i < following; ++i) {
+        const auto next = static_cast<unsigned char>(text.front());
+        if ((next & 0xC0U) != 0x80U)
+            return 0xFFFD;
+        character = (character << 6) | (next & 0x3FU);
+        text.remove_prefix(1);
+    }
+    return character;
+}
+
+char ToByte(char32_t character) {
+    if (character < 0x80 || (character >= 0xA0 && character <= 0xFF))
+        return static_cast<char>(character);
+    const auto* found = std::find(Upper.begin(), Upper.end(), character);
+    return found == Upper.end() ? '?' : static_cast<char>(0x80 + (found - Upper.begin()));
+}
+
+} // namespace
+
+std::string FromWindows1252(std::string_view bytes) {
+    std::string text;
+    text.reserve(bytes.size());
+    for (const char byte : bytes) {
+        const auto code = static_cast<unsigned char>(byte);
+        AppendUtf8(text, code >= 0x80 && code < 0xA0 ? char32_t{Upper.at(code - 0x80U)} : code);
+    }
+    return text;
+}
+
+std::string ToWindows1252(std::string_view text) {
+    std::string bytes;
+    bytes.reserve(text.size());
+    while (!text.empty())
+        bytes += ToByte(TakeUtf8(text));
+    return bytes;
 }
 
 } // namespace ombrix

@@ -40,4 +40,13 @@ std::size_t CharacterCount(std::string_view text);
 /// The text cut or filled with blanks to a number of characters.
 std::string FixedWidth(std::string_view text, std::size_t characters);
 
+/// Text of the boards is 8-bit text in Windows-1252; inside the program text is UTF-8.
+
+/// Every one of the 256 bytes gives a character; the five that the code page leaves open give
+/// the control character of the same number.
+std::string FromWindows1252(std::string_view bytes);
+
+/// A character that the code page lacks becomes "?".
+std::string ToWindows1252(std::string_view text);
+
 } // namespace ombrix

@@ -6,7 +6,6 @@
 #include "windows/calibration/DriftPlotWidget.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/Guarded.h"
-#include "windows/widgets/ListView.h"
 #include "windows/widgets/QtText.h"
 
 #include <QBuffer>

@@ -1,7 +1,6 @@
 #include "windows/calibration/StageListWidget.h"
 
 #include "windows/widgets/Controls.h"
-#include "windows/widgets/ListView.h"
 
 #include <QHeaderView>
 #include <QStyledItemDelegate>

@@ -1,6 +1,6 @@
 #include "windows/desktop/SafeEnd.h"
 
-#include "board/procedure/OutputsOff.h"
+#include "board/procedure/SafeOutputs.h"
 #include "platform/os/ProgramLog.h"
 #include "windows/desktop/QtOperator.h"
 #include "windows/main/AIBAccessoriesWindow.h"

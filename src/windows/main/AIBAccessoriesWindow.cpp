@@ -1,6 +1,6 @@
 #include "windows/main/AIBAccessoriesWindow.h"
 
-#include "board/procedure/OutputsOff.h"
+#include "board/procedure/SafeOutputs.h"
 #include "platform/ports/Folders.h"
 #include "platform/text/Paths.h"
 #include "windows/calibration/CalibrationHistoryWindow.h"
@@ -72,8 +72,7 @@ AIBAccessoriesWindow::AIBAccessoriesWindow(Station& station, MainWindowServices 
     connect(m_Board, &BoardPanel::HealthCheckWanted, this, &AIBAccessoriesWindow::ShowHealthCheck);
     connect(m_Board, &BoardPanel::UpdateWanted, this, &AIBAccessoriesWindow::Tick);
     connect(m_UpdateInput, &QTimer::timeout, this, &AIBAccessoriesWindow::Tick);
-    m_ACUCommands =
-        std::make_unique<ACUCommands>(station, *m_Board, m_Services.Reports);
+    m_ACUCommands = std::make_unique<ACUCommands>(station, *m_Board, m_Services.Reports);
     m_BenchTests = std::make_unique<BenchTestCommands>(station, *m_Board, *m_Info);
     connect(m_Info, &InfoPanel::TestRigWanted, m_Tools.get(), &ToolWindows::ShowTestRigOptions);
     connect(m_Tools.get(), &ToolWindows::RigShown, this, &AIBAccessoriesWindow::RigShown);

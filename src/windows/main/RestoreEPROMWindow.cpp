@@ -1,7 +1,6 @@
 #include "windows/main/RestoreEPROMWindow.h"
 
 #include "windows/widgets/Controls.h"
-#include "windows/widgets/ListView.h"
 #include "windows/widgets/QtText.h"
 
 #include <QFileDialog>

@@ -3,7 +3,6 @@
 #include "windows/testrig/RigPanels.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/Guarded.h"
-#include "windows/widgets/ListView.h"
 #include "windows/widgets/QtText.h"
 #include "windows/widgets/ValueLabel.h"
 

@@ -1,11 +1,13 @@
 #include "windows/widgets/Controls.h"
 
 #include <QCheckBox>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QSlider>
+#include <QTreeView>
 
 #include <algorithm>
 #include <cmath>
@@ -116,6 +118,20 @@ QLabel* MakeCaption(const QString& caption, QWidget* parent) {
     label->setTextFormat(Qt::PlainText);
     label->setAccessibleName(caption);
     return label;
+}
+
+void AutoSizeColumns(QAbstractItemView& list) {
+    auto* report = qobject_cast<QTreeView*>(&list);
+    if (report == nullptr)
+        return;
+    // All entries count, not only those that show.
+    constexpr int everyEntry = -1;
+    report->header()->setResizeContentsPrecision(everyEntry);
+    const bool painted = report->updatesEnabled();
+    report->setUpdatesEnabled(false);
+    for (int column = 0; column < report->header()->count(); ++column)
+        report->resizeColumnToContents(column);
+    report->setUpdatesEnabled(painted);
 }
 
 } // namespace ombrix

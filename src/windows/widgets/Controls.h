@@ -10,6 +10,7 @@ class QCheckBox;
 class QLabel;
 class QPushButton;
 class QSlider;
+class QAbstractItemView;
 
 namespace ombrix {
 
@@ -59,5 +60,9 @@ QSlider* MakeDemandSlider(const QString& objectName, const QString& accessibleNa
 QSize ScaledToFonts(const QWidget& widget, QSize usual);
 /// A text that never changes.
 QLabel* MakeCaption(const QString& caption, QWidget* parent);
+
+/// Fits every column to the wider of its heading and its widest entry. A view that has no
+/// columns to fit, such as a list of icons, is left untouched.
+void AutoSizeColumns(QAbstractItemView& list);
 
 } // namespace ombrix

@@ -1,4 +1,4 @@
-#include "windows/widgets/ListView.h"
+#include "windows/widgets/Controls.h"
 
 #include <QHeaderView>
 #include <QTreeWidget>
@@ -7,7 +7,7 @@
 namespace ombrix {
 namespace {
 
-TEST(ListView, ColumnsTakeTheWiderOfHeadingAndEntriesThatNeedNotShow) {
+TEST(Controls, ColumnsTakeTheWiderOfHeadingAndEntriesThatNeedNotShow) {
     const QString heading = "A heading wider than its entries";
     const QString longEntry(60, QLatin1Char('W'));
     QTreeWidget list;

@@ -3,7 +3,6 @@
 #include "Look.h"
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace ombrix::templates {

@@ -227,7 +227,8 @@ class Studio {
         : m_Messages(toQuestions),
           m_Assembly(options, {m_Events, m_Messages, m_Documents, m_End}, "ombrix"),
           m_Window(m_Assembly.TheStation(),
-                   {[this] { m_Events.EndProgram(); }, [this](OpenExcelView& wait) { return m_Assembly.Reports(wait); },
+                   {[this] { m_Events.EndProgram(); },
+                    [this](OpenExcelView& wait) { return m_Assembly.Reports(wait); },
                     ReadersOfJournals, OMBRIX_VERSION}),
           m_Photographer(m_Assembly, m_Window, folder) {}
 

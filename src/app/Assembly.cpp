@@ -4,7 +4,6 @@
 #include "calibration/history/RecordedRun.h"
 #include "healthcheck/HealthCheckJournal.h"
 #include "platform/os/Clocks.h"
-#include "platform/os/CrashReport.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/text/Paths.h"
 #include "simulator/SimulatorFiles.h"

@@ -2,16 +2,15 @@
 
 #include "app/StationOptions.h"
 #include "board/Station.h"
+#include "journal/UnfinishedRuns.h"
 #include "platform/os/FolderDrive.h"
 #include "platform/os/ProgramLog.h"
+#include "reports/ReportFile.h"
 #include "simulator/SimulatedBench.h"
 #include "spreadsheet/LibreOfficeConverter.h"
-#include "journal/UnfinishedRuns.h"
-#include "reports/ReportFile.h"
 
 #include <memory>
 #include <string>
-#include <string_view>
 
 namespace ombrix {
 

@@ -6,8 +6,8 @@
 #include "platform/os/ProgramLog.h"
 #include "platform/text/Paths.h"
 #include "terminal/CommandLine.h"
-#include "terminal/TerminalStages.h"
 #include "terminal/TerminalPorts.h"
+#include "terminal/TerminalStages.h"
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -103,9 +103,9 @@ CommandResult RunCommand(const ChosenCommand& command, const StationOptions& opt
         const ReportTools reports = assembly.Reports(wait);
         const JournalReaders journals = ReadersOfJournals(reports);
         const CancelOnInterrupt cancel(events, assembly.TheStation().Procedures);
-        CommandContext context{assembly.TheStation(), events,        messages,
-                               interrupts,            reports,       journals,
-                               options.Board,         assembly.OptionsText()};
+        CommandContext context{
+            assembly.TheStation(), events, messages, interrupts, reports, journals, options.Board,
+            assembly.OptionsText()};
         ProcedureLog log(context.TheStation.World, "Command " + command.Name);
         CommandResult result = Attempt(messages, crash, [&] { return command.Run(context); });
         // A script must not go on beside a unit that may be blowing.

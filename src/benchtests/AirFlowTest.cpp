@@ -2,9 +2,10 @@
 
 #include "benchtests/BenchTest.h"
 #include "board/AIB.h"
+#include "board/procedure/DrivingProcedure.h"
+#include "platform/text/Paths.h"
 #include "platform/text/Rounding.h"
 #include "platform/text/Text.h"
-#include "platform/text/Paths.h"
 
 #include <fmt/format.h>
 

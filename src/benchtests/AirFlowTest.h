@@ -1,7 +1,9 @@
 #pragma once
 
 #include "benchtests/BenchTest.h"
-#include "board/procedure/DrivingProcedure.h"
+#include "board/Station.h"
+#include "board/procedure/HiResTimer.h"
+#include "board/procedure/Outcome.h"
 #include "board/procedure/ProcedureWait.h"
 
 #include <array>
@@ -25,8 +27,7 @@ struct AirFlowResult : Outcome {
 class AirFlowTest {
   public:
     explicit AirFlowTest(Station& station)
-        : m_Station(station),
-          m_Wait(station.World, station.Procedures) {}
+        : m_Station(station), m_Wait(station.World, station.Procedures) {}
 
     AirFlowResult TestAirFlow(const BenchTestView& view);
 

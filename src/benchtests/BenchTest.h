@@ -1,6 +1,7 @@
 #pragma once
 
-#include "board/procedure/DrivingProcedure.h"
+#include "board/Station.h"
+#include "board/procedure/Outcome.h"
 #include "platform/ports/Drive.h"
 #include "platform/text/OleDate.h"
 

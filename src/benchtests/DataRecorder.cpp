@@ -1,9 +1,11 @@
 #include "benchtests/DataRecorder.h"
 
+#include "board/procedure/DrivingProcedure.h"
+#include "board/procedure/HiResTimer.h"
 #include "board/procedure/ProcedureWait.h"
 #include "platform/text/OleDate.h"
-#include "platform/text/Text.h"
 #include "platform/text/Paths.h"
+#include "platform/text/Text.h"
 
 #include <fmt/format.h>
 
@@ -59,8 +61,7 @@ void DataRecorder::RecordLine() {
     }
 }
 
-Outcome TimedRecording::Run(double duration_s,
-                                     const std::function<void(double share)>& progress) {
+Outcome TimedRecording::Run(double duration_s, const std::function<void(double share)>& progress) {
     constexpr double progressSpacing_s = 0.25;
     Outcome outcome;
     RunBenchProcedure(m_Station, "recording", {}, outcome, [&] {

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "board/Station.h"
-#include "board/procedure/DrivingProcedure.h"
-#include "board/procedure/ProcedureGate.h"
+#include "board/procedure/Outcome.h"
 #include "platform/ports/Drive.h"
 
 #include <cstdint>

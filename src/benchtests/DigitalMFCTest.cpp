@@ -2,6 +2,7 @@
 
 #include "benchtests/BenchTest.h"
 #include "board/AIB.h"
+#include "board/procedure/DrivingProcedure.h"
 #include "board/unit/ACUCalibration.h"
 #include "platform/text/Paths.h"
 #include "platform/text/Rounding.h"

@@ -2,8 +2,10 @@
 
 #include "benchtests/BenchTest.h"
 #include "board/AIB.h"
-#include "platform/text/Paths.h"
 #include "board/Outputs.h"
+#include "board/procedure/DrivingProcedure.h"
+#include "board/procedure/HiResTimer.h"
+#include "platform/text/Paths.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "benchtests/BenchTest.h"
-#include "board/procedure/DrivingProcedure.h"
+#include "board/Station.h"
+#include "board/procedure/HiResTimer.h"
+#include "board/procedure/Outcome.h"
 #include "board/procedure/ProcedureWait.h"
 
 #include <array>
@@ -45,8 +47,7 @@ struct SweepResult : Outcome {
 class OutputSweep {
   public:
     explicit OutputSweep(Station& station)
-        : m_Station(station),
-          m_Wait(station.World, station.Procedures) {}
+        : m_Station(station), m_Wait(station.World, station.Procedures) {}
 
     SweepResult Run(const SweepPlan& plan, const BenchTestView& view);
 

@@ -1,5 +1,6 @@
 #include "benchtests/SpeedTest.h"
 
+#include "board/procedure/DrivingProcedure.h"
 #include "platform/text/Text.h"
 
 #include <fmt/format.h>
@@ -66,6 +67,5 @@ void SpeedTest::SetMode(bool digital) {
     m_Station.CurrentAIB->IsDigitalSetup(digital);
     m_ModeChanged();
 }
-
 
 } // namespace ombrix

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "benchtests/BenchTest.h"
-#include "board/procedure/DrivingProcedure.h"
+#include "board/Station.h"
+#include "board/procedure/HiResTimer.h"
+#include "board/procedure/Outcome.h"
 #include "board/procedure/ProcedureWait.h"
 
 #include <cstdint>

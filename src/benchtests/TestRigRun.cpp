@@ -1,5 +1,7 @@
 #include "benchtests/TestRigRun.h"
 
+#include "board/procedure/DrivingProcedure.h"
+#include "board/procedure/HiResTimer.h"
 #include "platform/text/Paths.h"
 #include "platform/text/Text.h"
 

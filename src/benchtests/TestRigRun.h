@@ -1,7 +1,8 @@
 #pragma once
 
 #include "benchtests/TestRigJobs.h"
-#include "board/procedure/DrivingProcedure.h"
+#include "board/Station.h"
+#include "board/procedure/Outcome.h"
 #include "board/procedure/ProcedureWait.h"
 #include "platform/ports/Drive.h"
 

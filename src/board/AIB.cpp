@@ -2,13 +2,11 @@
 
 #include "platform/text/Paths.h"
 #include "platform/text/Rounding.h"
-#include "platform/text/Text.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <stdexcept>
 #include <utility>
 

@@ -6,9 +6,6 @@
 
 #include <array>
 #include <cstdint>
-#include <functional>
-#include <map>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>

@@ -17,8 +17,8 @@ namespace ombrix {
 /// procedure run at a time. Made by main and handed down.
 struct Station {
     explicit Station(const BoardServices& services)
-        : World(services.World), AIBList(services),
-          CurrentAIB(std::make_shared<AIB>(services)), Claims(services.World), Outputs(Claims) {}
+        : World(services.World), AIBList(services), CurrentAIB(std::make_shared<AIB>(services)),
+          Claims(services.World), Outputs(Claims) {}
     Station(const Station&) = delete;
     Station& operator=(const Station&) = delete;
 

@@ -3,6 +3,7 @@
 #include "board/Station.h"
 #include "healthcheck/HealthCheckReport.h"
 #include "healthcheck/MFCSequence.h"
+#include "journal/UnitJson.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/text/OleDate.h"
 

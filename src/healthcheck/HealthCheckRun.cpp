@@ -1,6 +1,7 @@
 #include "healthcheck/HealthCheckRun.h"
 
 #include "board/procedure/DrivingProcedure.h"
+#include "board/procedure/ProcedureWait.h"
 #include "healthcheck/MFCSequence.h"
 #include "platform/os/ProgramLog.h"
 

@@ -2,10 +2,10 @@
 
 #include "board/Station.h"
 #include "board/procedure/Outcome.h"
-#include "healthcheck/GraphSurface.h"
 #include "healthcheck/HealthCheckJournal.h"
 #include "healthcheck/HealthCheckProgramme.h"
 #include "healthcheck/HealthCheckReport.h"
+#include "healthcheck/HealthCheckViews.h"
 
 #include <functional>
 #include <span>

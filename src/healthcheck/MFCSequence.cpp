@@ -1,8 +1,9 @@
 #include "healthcheck/MFCSequence.h"
 
+#include "board/procedure/HiResTimer.h"
 #include "healthcheck/HealthCheckJournal.h"
-#include "healthcheck/HealthCheckReport.h"
 #include "platform/text/Text.h"
+#include "reports/layout/HealthCheckLayout.h"
 #include "spreadsheet/Cells.h"
 
 #include <fmt/ranges.h>

@@ -3,7 +3,7 @@
 #include "board/Station.h"
 #include "board/procedure/HiResTimer.h"
 #include "board/procedure/ProcedureWait.h"
-#include "healthcheck/GraphSurface.h"
+#include "healthcheck/HealthCheckViews.h"
 
 #include <array>
 #include <cstdint>

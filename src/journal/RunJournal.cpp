@@ -1,10 +1,11 @@
 #include "journal/RunJournal.h"
 
+#include "journal/UnitJson.h"
 #include "platform/os/ProgramLog.h"
-#include "platform/text/OleDate.h"
-#include "platform/text/Text.h"
 #include "platform/ports/Folders.h"
+#include "platform/text/OleDate.h"
 #include "platform/text/Paths.h"
+#include "platform/text/Text.h"
 
 #include <fmt/format.h>
 

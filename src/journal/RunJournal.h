@@ -1,8 +1,9 @@
 #pragma once
 
 #include "board/AIB.h"
-#include "journal/UnitJson.h"
+#include "board/unit/ACURecord.h"
 #include "platform/ports/Platform.h"
+#include "platform/text/SingleJson.h"
 
 #include <chrono>
 #include <functional>

@@ -106,8 +106,7 @@ bool SettleUnfinishedRun(Platform& world, const std::string& journal, const Jour
     // A line that was cut off goes: it would be a damaged one in front of the last.
     std::string text = world.Files.ReadFile(journal);
     text.erase(text.rfind('\n') + 1);
-    world.Files.ReplaceFile(journal,
-                            text + EndLine(world.Time.Now(), InterruptedVerdict, names));
+    world.Files.ReplaceFile(journal, text + EndLine(world.Time.Now(), InterruptedVerdict, names));
     world.Files.RemoveFile(RunningMarkOf(journal));
     return true;
 }

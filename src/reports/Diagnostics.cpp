@@ -1,8 +1,6 @@
 #include "reports/Diagnostics.h"
 
 #include "board/eprom/EpromFields.h"
-#include "board/procedure/ProcedureWait.h"
-#include "platform/os/CrashReport.h"
 #include "platform/os/FolderDrive.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/text/OleDate.h"

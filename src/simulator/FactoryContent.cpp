@@ -1,10 +1,10 @@
 // The EPROM contents with which the units of the simulated benches are delivered.
 #include "board/eprom/EpromFields.h"
+#include "board/eprom/EpromStorage.h"
 #include "platform/text/OleDate.h"
 #include "platform/text/Rounding.h"
+#include "platform/text/Text.h"
 #include "simulator/SimulatorFiles.h"
-
-#include <bit>
 
 namespace ombrix {
 
@@ -14,29 +14,21 @@ namespace Map = ACUMemoryMap;
 
 constexpr std::array<int, 10> CalibrationPercent = {1, 4, 8, 12, 16, 20, 40, 60, 80, 95};
 
-class ContentWriter {
+class ContentWriter final : public EpromSink {
   public:
     explicit ContentWriter(SimulatedEPROM::Words& words) : m_Words(words) {}
 
-    void Long(std::int32_t address, std::int32_t value) {
-        m_Words.at(static_cast<std::size_t>(address) / 4) = value;
+    AIBStatus WriteEPROM(std::int32_t address, std::int32_t word) override {
+        m_Words.at(static_cast<std::size_t>(address / EpromWordBytes)) = word;
+        return Status::NoError;
     }
+    void Long(std::int32_t address, std::int32_t value) { WriteEPROMLng(address, value); }
     void Single(std::int32_t address, double value) {
-        Long(address, std::bit_cast<std::int32_t>(static_cast<float>(value)));
+        WriteEPROMSng(address, static_cast<float>(value));
     }
-    void Date(std::int32_t address, OleDate date) {
-        const auto bits = std::bit_cast<std::uint64_t>(date.Days());
-        Long(address, static_cast<std::int32_t>(bits & 0xFFFFFFFFU));
-        Long(address + 4, static_cast<std::int32_t>(bits >> 32U));
-    }
-    void Text(std::int32_t address, std::string text, std::int32_t length) {
-        text.resize(static_cast<std::size_t>(length), ' ');
-        for (std::size_t i = 0; i < text.size(); i += 4) {
-            std::uint32_t word = 0;
-            for (std::size_t byte = 0; byte < 4; ++byte)
-                word |= std::uint32_t{static_cast<unsigned char>(text[i + byte])} << (8U * byte);
-            Long(address + static_cast<std::int32_t>(i), static_cast<std::int32_t>(word));
-        }
+    void Date(std::int32_t address, OleDate date) { WriteEPROMDate(address, date); }
+    void Text(std::int32_t address, const std::string& text, std::int32_t length) {
+        WriteEPROMString(address, FixedWidth(text, static_cast<std::size_t>(length)), length);
     }
 
   private:

@@ -6,7 +6,6 @@
 #include "platform/text/Paths.h"
 #include "terminal/Command.h"
 #include "terminal/Commands.h"
-#include "terminal/TerminalStages.h"
 
 #include <fmt/format.h>
 

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "benchtests/BenchTest.h"
-#include "board/Outputs.h"
-#include "board/procedure/DrivingProcedure.h"
+#include "board/procedure/Outcome.h"
 #include "board/unit/ACUCalibration.h"
 #include "platform/os/FolderDrive.h"
 #include "support/FullDisk.h"

@@ -1,7 +1,6 @@
 #include "benchtests/DataRecorder.h"
 
 #include "benchtests/BenchTestFixture.h"
-#include "platform/text/Text.h"
 
 namespace ombrix {
 namespace {

@@ -1,5 +1,4 @@
 #include "calibration/CalibrationBench.h"
-#include "calibration/air/AirUnits.h"
 #include "calibration/judge/CurveFit.h"
 #include "support/FullDisk.h"
 #include "support/WorkbookProbe.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "board/Outputs.h"
-#include "healthcheck/GraphSurface.h"
+#include "healthcheck/HealthCheckViews.h"
 
 #include <array>
 #include <string>

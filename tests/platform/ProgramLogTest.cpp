@@ -1,6 +1,5 @@
 #include "platform/os/ProgramLog.h"
 
-#include "board/Detection.h"
 #include "board/procedure/DrivingProcedure.h"
 #include "platform/text/Paths.h"
 #include "support/TestBench.h"

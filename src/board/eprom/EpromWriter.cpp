@@ -80,8 +80,8 @@ std::string OriginWarning(const std::filesystem::path& file, const AIB& board) {
 }
 
 EpromEnd RestoreEPROM(Station& station, const EpromImage& image,
-                          const std::function<bool(const std::vector<EpromDifference>&)>& agreed,
-                          const EpromProgress& progress) {
+                      const std::function<bool(const std::vector<EpromDifference>&)>& agreed,
+                      const EpromProgress& progress) {
     if (!agreed(EpromDifferences(EpromImage::Read(*station.CurrentAIB), image)))
         return EpromEnd::Declined;
     return WriteImage(station, "EPROM Restore", image, progress);

@@ -54,7 +54,7 @@ std::string OriginWarning(const std::filesystem::path& file, const AIB& board);
 /// Writes every word of an image, as a procedure.
 /// @param agreed shown what will change, and asked whether it shall
 EpromEnd RestoreEPROM(Station& station, const EpromImage& image,
-                          const std::function<bool(const std::vector<EpromDifference>&)>& agreed,
-                          const EpromProgress& progress);
+                      const std::function<bool(const std::vector<EpromDifference>&)>& agreed,
+                      const EpromProgress& progress);
 
 } // namespace ombrix

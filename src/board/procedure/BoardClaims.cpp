@@ -1,8 +1,8 @@
 #include "board/procedure/BoardClaims.h"
 
 #include "platform/os/ProgramLog.h"
-#include "platform/text/Paths.h"
 #include "platform/text/OleDate.h"
+#include "platform/text/Paths.h"
 
 #include <fmt/format.h>
 

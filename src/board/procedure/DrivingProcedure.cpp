@@ -70,8 +70,8 @@ void DrivingProcedure::RemoveMarks(const Boards& boards) noexcept {
         RemoveMark(m_Station.World, board->DevSerialNum());
 }
 
-void RunBenchProcedure(Station& station, const std::string& name, Boards driven,
-                       Outcome& outcome, const std::function<bool()>& body) {
+void RunBenchProcedure(Station& station, const std::string& name, Boards driven, Outcome& outcome,
+                       const std::function<bool()>& body) {
     ProcedureLog log(station.World, "The " + name);
     DrivingProcedure running(station, name, std::move(driven));
     const auto fail = [&](End ended, const char* reason) {

@@ -3,10 +3,8 @@
 #include "board/procedure/Outcome.h"
 #include "board/procedure/SafeOutputs.h"
 
-#include <filesystem>
 #include <functional>
 #include <string>
-#include <vector>
 
 namespace ombrix {
 

@@ -34,7 +34,8 @@ class RunningProcedure {
   public:
     /// @param makeSafe brings the outputs to their safe state; must not throw
     /// @throws std::logic_error while another procedure runs
-    explicit RunningProcedure(ProcedureGate& gate, std::function<void()> makeSafe = [] {});
+    explicit RunningProcedure(
+        ProcedureGate& gate, std::function<void()> makeSafe = [] {});
     RunningProcedure(const RunningProcedure&) = delete;
     RunningProcedure& operator=(const RunningProcedure&) = delete;
     ~RunningProcedure();

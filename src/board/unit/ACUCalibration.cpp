@@ -84,8 +84,8 @@ bool ACUCalibration::InitialiseBlank() {
     }
 }
 
-void ACUCalibration::Store(
-    EpromGuard& guard, const std::function<void(ACURecord& record, EpromSink& words)>& change) {
+void ACUCalibration::Store(EpromGuard& guard,
+                           const std::function<void(ACURecord& record, EpromSink& words)>& change) {
     ACURecord changed = m_Record;
     EpromWords words;
     change(changed, words);

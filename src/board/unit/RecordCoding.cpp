@@ -69,8 +69,8 @@ bool IsNotSet(float capacity) {
 
 void ReadVelocityTables(EpromSource& from, ACURecord& record) {
     // A damaged EPROM may claim any number of points.
-    const auto points = static_cast<std::size_t>(std::clamp(
-        record.CalibrationPoints, 0, static_cast<std::int32_t>(MaxCalibrationPoints)));
+    const auto points = static_cast<std::size_t>(
+        std::clamp(record.CalibrationPoints, 0, static_cast<std::int32_t>(MaxCalibrationPoints)));
     for (std::size_t channel = 0; channel < ACUChannels; ++channel) {
         if (!(record.ChannelCapacity.at(channel) > 0.0F))
             continue;
@@ -128,9 +128,8 @@ void WriteEPROM_VelocitySystem(EpromSink& to, const ACURecord& record, std::int3
 }
 
 void WriteEPROM_VelocityDateUserSystem(EpromSink& to, const ACURecord& record) {
-    WriteDateUser(to, Map::VelocitySystemDate, record.VelocitySystemDate,
-                  Map::VelocitySystemPassed, record.VelocitySystemPassed, Map::VelocitySystemUser,
-                  record.VelocitySystemUser);
+    WriteDateUser(to, Map::VelocitySystemDate, record.VelocitySystemDate, Map::VelocitySystemPassed,
+                  record.VelocitySystemPassed, Map::VelocitySystemUser, record.VelocitySystemUser);
 }
 
 void WriteEPROM_VelocityDateUserAudit(EpromSink& to, const ACURecord& record) {
@@ -159,9 +158,8 @@ void WriteEPROM_PressureSystem(EpromSink& to, ACURecord& record, bool zeroOnly) 
 }
 
 void WriteEPROM_PressureDateUserSystem(EpromSink& to, const ACURecord& record) {
-    WriteDateUser(to, Map::PressureSystemDate, record.PressureSystemDate,
-                  Map::PressureSystemPassed, record.PressureSystemPassed, Map::PressureSystemUser,
-                  record.PressureSystemUser);
+    WriteDateUser(to, Map::PressureSystemDate, record.PressureSystemDate, Map::PressureSystemPassed,
+                  record.PressureSystemPassed, Map::PressureSystemUser, record.PressureSystemUser);
 }
 
 void WriteEPROM_PressureDateUserAudit(EpromSink& to, const ACURecord& record) {
@@ -248,8 +246,8 @@ std::optional<float> ReadEPROMValues_Pressure(EpromSource& from, ACURecord& reco
     record.PressurePresent = record.PressurePresentCode == Map::PressurePresentCode;
     record.MaxPressure = ReadSingle(from, Map::MaxPressure);
     // 0 is a sensor whose range was never entered; it gets the default below, silently.
-    const bool isKnown = record.MaxPressure == 0.0F || record.MaxPressure == 400.0F ||
-                         record.MaxPressure == 1000.0F;
+    const bool isKnown =
+        record.MaxPressure == 0.0F || record.MaxPressure == 400.0F || record.MaxPressure == 1000.0F;
     std::optional<float> unknown;
     if (record.PressurePresent && !isKnown) {
         unknown = record.MaxPressure;

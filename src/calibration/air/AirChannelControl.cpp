@@ -239,8 +239,8 @@ float AirChannelControl::PressureGet_mBar() {
     const float flow_ml_m = Record().HasSolenoidValves != 0 ? CurrentChannelAir_ml_m(m_ValveState)
                                                             : FlowOfBothChannels_ml_m();
     // In Double: damaged coefficients must not overflow the 32 bits.
-    const double bits = static_cast<double>(raw) - PressureFlowOffset(Record(), flow_ml_m) -
-                        Record().PressureZero;
+    const double bits =
+        static_cast<double>(raw) - PressureFlowOffset(Record(), flow_ml_m) - Record().PressureZero;
     return static_cast<float>(static_cast<double>(Record().PressureScale) * bits);
 }
 

@@ -3,7 +3,6 @@
 #include "platform/text/Rounding.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace ombrix {

@@ -1,6 +1,7 @@
 #include "calibration/history/CalibrationHistory.h"
 
 #include "calibration/judge/Judgement.h"
+#include "journal/UnitJson.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/text/Paths.h"
 

@@ -4,8 +4,8 @@
 #include "calibration/report/AuditSheets.h"
 #include "calibration/report/CalibrationReport.h"
 #include "calibration/report/SaveFolder.h"
+#include "journal/UnitJson.h"
 #include "platform/text/OleDate.h"
-
 
 #include <fmt/format.h>
 
@@ -212,9 +212,9 @@ class RecordedCalibration final : public JournalledRun {
 };
 
 std::string RecordedCalibration::Describe() const {
-    const std::string points =
-        IsVelocity(m_Run.Kind) ? fmt::format("{} readings", ReadingsOf(m_Run.Velocity.Measured))
-                               : fmt::format("{} points", m_Run.Pressure.size());
+    const std::string points = IsVelocity(m_Run.Kind)
+                                   ? fmt::format("{} readings", ReadingsOf(m_Run.Velocity.Measured))
+                                   : fmt::format("{} points", m_Run.Pressure.size());
     return fmt::format("{} of {}, {}: {}", TitleOf(m_Run.Kind), m_Run.Unit.SerialNumberStr(),
                        DateText(m_Run.Start, "dd/mm/yyyy hh:nn:ss"), points);
 }

@@ -1,6 +1,7 @@
 #include "calibration/history/RunRecorder.h"
 
 #include "board/eprom/EpromImage.h"
+#include "journal/UnitJson.h"
 
 #include <fmt/format.h>
 

@@ -4,8 +4,6 @@
 #include "calibration/history/CalibrationHistory.h"
 #include "journal/RunJournal.h"
 
-#include <string>
-
 namespace ombrix {
 
 /// Where a reading of a journal belongs.

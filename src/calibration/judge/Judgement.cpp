@@ -1,6 +1,5 @@
 #include "calibration/judge/Judgement.h"
 
-#include "calibration/air/AirUnits.h"
 #include "calibration/judge/CurveFit.h"
 #include "platform/text/Rounding.h"
 #include "platform/text/Text.h"
@@ -114,8 +113,7 @@ PointVerdict JudgeByFullScale(const AuditPoint& audit, float capacity_ml_m) {
 
 } // namespace
 
-bool CheckSystemCalibrationData(const ChannelMeasurement& measured, Line& bestFit,
-                                LogLines& log) {
+bool CheckSystemCalibrationData(const ChannelMeasurement& measured, Line& bestFit, LogLines& log) {
     const bool passed = CheckHysteresis(measured, log);
     bestFit = FitLine(measured);
     WarnOfDeviations(measured, bestFit, log);
@@ -133,12 +131,12 @@ bool CheckAuditCalibrationData(const ChannelMeasurement& measured, LogLines& log
         const PointVerdict verdict =
             isLow ? JudgeByFullScale(audit, measured.Capacity_ml_m) : JudgeByReading(audit);
         passed = passed && verdict.Passed;
-        log.push_back(
-            fmt::format("Checking Point {},{},{},{},{},<-- {} ({}),{} is {} than {}", point + 1,
-                        GeneralText(audit.Demand_ml_m), GeneralText(audit.First_ml_m),
-                        GeneralText(audit.Second_ml_m), GeneralText(audit.Mean_ml_m),
-                        verdict.Passed ? "Pass" : "Fail", verdict.Criterion, verdict.Figure,
-                        verdict.Passed ? "less" : "greater", verdict.Limit));
+        log.push_back(fmt::format("Checking Point {},{},{},{},{},<-- {} ({}),{} is {} than {}",
+                                  point + 1, GeneralText(audit.Demand_ml_m),
+                                  GeneralText(audit.First_ml_m), GeneralText(audit.Second_ml_m),
+                                  GeneralText(audit.Mean_ml_m), verdict.Passed ? "Pass" : "Fail",
+                                  verdict.Criterion, verdict.Figure,
+                                  verdict.Passed ? "less" : "greater", verdict.Limit));
     }
     return passed;
 }
@@ -179,12 +177,11 @@ std::string Fixed2(float value) {
     return FixedText(static_cast<double>(value), 2);
 }
 
-LogLines FitLines(std::span<const PressureReading> points,
-                  const std::vector<float>& coefficients) {
+LogLines FitLines(std::span<const PressureReading> points, const std::vector<float>& coefficients) {
     LogLines log = {"Data Point,Air Velocity,Bits", Rule(53)};
     for (std::size_t i = 0; i < points.size(); ++i)
-        log.push_back(fmt::format("{},{},{}", i, Fixed2(points[i].Flow_ml_m),
-                                  Fixed2(points[i].Reading)));
+        log.push_back(
+            fmt::format("{},{},{}", i, Fixed2(points[i].Flow_ml_m), Fixed2(points[i].Reading)));
     Log(log, {Rule(53), "", "Coeffs Number,Coeff Value", Rule(53)});
     for (std::size_t k = 0; k < coefficients.size(); ++k)
         log.push_back(fmt::format("{},{}", k, GeneralText(coefficients[k])));
@@ -202,9 +199,8 @@ ChannelVerdict JudgeChannel(const ChannelMeasurement& measured, CalibrationKind 
                             std::size_t channel) {
     ChannelVerdict verdict;
     const auto isValid = [](const PointReading& reading) { return reading.Valid; };
-    verdict.DataAcceptable =
-        std::all_of(measured.Rising.begin(), measured.Rising.end(), isValid) &&
-        std::all_of(measured.Falling.begin(), measured.Falling.end(), isValid);
+    verdict.DataAcceptable = std::all_of(measured.Rising.begin(), measured.Rising.end(), isValid) &&
+                             std::all_of(measured.Falling.begin(), measured.Falling.end(), isValid);
     if (kind == CalibrationKind::Audit)
         verdict.AuditPassed = CheckAuditCalibrationData(measured, verdict.Log);
     else
@@ -251,10 +247,10 @@ PressureVerdict CheckPressure(std::span<const PressureReading> points, float bas
     for (std::size_t i = 0; i < points.size(); ++i) {
         const bool passes = std::abs(points[i].Reading) <= Pressure_mBar;
         verdict.Passed = verdict.Passed && passes;
-        verdict.Log.push_back(fmt::format(
-            "Calibration Point {}: {}:  {}:  {}:    ({})", passes ? "Passed" : "Failed", i,
-            Fixed2(points[i].Flow_ml_m), Fixed2(points[i].Reading),
-            FixedText(static_cast<double>(Pressure_mBar), 1)));
+        verdict.Log.push_back(fmt::format("Calibration Point {}: {}:  {}:  {}:    ({})",
+                                          passes ? "Passed" : "Failed", i,
+                                          Fixed2(points[i].Flow_ml_m), Fixed2(points[i].Reading),
+                                          FixedText(static_cast<double>(Pressure_mBar), 1)));
     }
     verdict.Log.push_back(Rule(16));
     verdict.Log.push_back(fmt::format("Audit Calibration {}:  Base Index: 0  ({} mm)",

@@ -16,7 +16,7 @@ namespace ombrix {
 
 namespace {
 
-namespace Layout = InformationLayout::Unit;
+namespace UnitLayout = InformationLayout::Unit;
 namespace EpromLayout = InformationLayout::Eprom;
 
 /// The sheet of the unit. EPROMs may hold any bits: what is no date or number stands as text,
@@ -76,11 +76,11 @@ class FieldColumn {
 };
 
 void WriteIdentity(InformationSheet& sheet, const AIB& board, OleDate now) {
-    FieldColumn(sheet, Layout::MiddleValues, Layout::ReportRow)
+    FieldColumn(sheet, UnitLayout::MiddleValues, UnitLayout::ReportRow)
         .Set(std::string("Ombrix"))
         .Set(now)
         .Set(now);
-    FieldColumn(sheet, Layout::LeftValues, Layout::BoardRow)
+    FieldColumn(sheet, UnitLayout::LeftValues, UnitLayout::BoardRow)
         .Set(board.BusType())
         .Set(board.BusTypeText())
         .Set(board.HWVersion())
@@ -99,51 +99,51 @@ void WriteLastCalibrations(InformationSheet& sheet, char column, const LastCalib
             .Set(last.CalDate)
             .Set(Trimmed(last.User));
     };
-    write(Layout::SystemRow, system);
-    write(Layout::AuditRow, audit);
-    sheet.Set(Cell(column, Layout::PointsRow), points);
+    write(UnitLayout::SystemRow, system);
+    write(UnitLayout::AuditRow, audit);
+    sheet.Set(Cell(column, UnitLayout::PointsRow), points);
 }
 
 void WriteVelocity(InformationSheet& sheet, const ACURecord& record) {
-    FieldColumn(sheet, Layout::MiddleValues, Layout::HeaderRow)
+    FieldColumn(sheet, UnitLayout::MiddleValues, UnitLayout::HeaderRow)
         .Set(record.DataVersion)
         .SetYesNo(record.HasSolenoidValves != 0);
-    WriteLastCalibrations(sheet, Layout::LeftValues, record.LastCalDone_Velocity_System(),
+    WriteLastCalibrations(sheet, UnitLayout::LeftValues, record.LastCalDone_Velocity_System(),
                           record.LastCalDone_Velocity_Audit(), record.CalibrationPoints);
-    for (std::size_t channel = 0; channel < Layout::VelocityRows.size(); ++channel) {
+    for (std::size_t channel = 0; channel < UnitLayout::VelocityRows.size(); ++channel) {
         const ACUChannelCal& table = record.VelocityCal.at(channel);
-        const int fullScaleRow = Layout::VelocityRows.at(channel);
-        sheet.Set(Cell(Layout::FullScale, fullScaleRow), record.ChannelCapacity.at(channel));
+        const int fullScaleRow = UnitLayout::VelocityRows.at(channel);
+        sheet.Set(Cell(UnitLayout::FullScale, fullScaleRow), record.ChannelCapacity.at(channel));
         int row = fullScaleRow + 2;
-        for (std::size_t segment = 0; segment < Layout::Segments; ++segment) {
-            sheet.Set(Cell(Layout::Slope, row), table.M.at(segment));
-            sheet.Set(Cell(Layout::Intercept, row), table.C.at(segment));
-            sheet.Set(Cell(Layout::Demand, row), table.Demand.at(segment));
+        for (std::size_t segment = 0; segment < UnitLayout::Segments; ++segment) {
+            sheet.Set(Cell(UnitLayout::Slope, row), table.M.at(segment));
+            sheet.Set(Cell(UnitLayout::Intercept, row), table.C.at(segment));
+            sheet.Set(Cell(UnitLayout::Demand, row), table.Demand.at(segment));
             ++row;
         }
     }
 }
 
 void WriteSensor(InformationSheet& sheet, const ACURecord& record) {
-    FieldColumn(sheet, Layout::RightValues, Layout::SensorRow + 1)
+    FieldColumn(sheet, UnitLayout::RightValues, UnitLayout::SensorRow + 1)
         .Set(record.MaxPressure)
         .Set(record.PressureScale)
         .Set(record.PressureOffset)
         .Set(record.PressureSpan)
         .Set(record.PressureZero);
-    for (const char column : Layout::Bases) {
-        sheet.SetYesNo(Cell(column, Layout::CalibratedRow), record.BaseDiameter != 0.0F);
-        for (int k = 0; k < Layout::Coefficients && record.BaseDiameter > 0.0F; ++k)
-            sheet.Set(Cell(column, Layout::CoefficientRow + k),
+    for (const char column : UnitLayout::Bases) {
+        sheet.SetYesNo(Cell(column, UnitLayout::CalibratedRow), record.BaseDiameter != 0.0F);
+        for (int k = 0; k < UnitLayout::Coefficients && record.BaseDiameter > 0.0F; ++k)
+            sheet.Set(Cell(column, UnitLayout::CoefficientRow + k),
                       record.PressureCoeff.at(static_cast<std::size_t>(k)));
     }
 }
 
 void WritePressure(InformationSheet& sheet, const ACURecord& record) {
     constexpr std::int32_t pressurePoints = 4;
-    WriteLastCalibrations(sheet, Layout::MiddleValues, record.LastCalDone_Pressure_System(),
+    WriteLastCalibrations(sheet, UnitLayout::MiddleValues, record.LastCalDone_Pressure_System(),
                           record.LastCalDone_Pressure_Audit(), pressurePoints);
-    sheet.SetYesNo(Cell(Layout::RightValues, Layout::SensorRow), record.PressurePresent);
+    sheet.SetYesNo(Cell(UnitLayout::RightValues, UnitLayout::SensorRow), record.PressurePresent);
     if (record.PressurePresent)
         WriteSensor(sheet, record);
 }

@@ -1,6 +1,5 @@
 #include "calibration/report/AuditSheets.h"
 
-#include "calibration/air/AirUnits.h"
 #include "calibration/report/SaveFolder.h"
 #include "platform/text/OleDate.h"
 #include "platform/text/Rounding.h"
@@ -9,8 +8,6 @@
 #include "spreadsheet/Cells.h"
 
 #include <fmt/format.h>
-
-#include <algorithm>
 
 namespace ombrix {
 

@@ -7,7 +7,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 #include <vector>
 
 namespace ombrix {

@@ -20,7 +20,7 @@ void CalibrationLog::OpenCalibrationLog(const std::string& prefix,
     m_Files.clear();
     m_AllStored = true;
     try {
-        Open(GetSystemFolder(m_World.Files, "Calibration", m_Name));
+        Open(GetSystemFolder(m_World.Files, Paths::CalibrationLogs, m_Name));
     } catch (const DriveError& error) {
         GoOnElsewhere(error.what());
     }

@@ -3,7 +3,6 @@
 #include "platform/os/ProgramLog.h"
 
 #include <exception>
-#include <utility>
 
 namespace ombrix {
 

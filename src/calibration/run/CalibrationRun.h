@@ -2,6 +2,7 @@
 
 #include "board/eprom/EpromGuard.h"
 #include "board/procedure/DrivingProcedure.h"
+#include "board/procedure/Outcome.h"
 #include "board/procedure/ProcedureWait.h"
 #include "calibration/air/AirChannelControl.h"
 #include "calibration/history/RunRecorder.h"

@@ -1,6 +1,5 @@
 #include "calibration/run/ChannelVelocityRun.h"
 
-#include "calibration/air/AirUnits.h"
 #include "platform/text/Text.h"
 
 #include <fmt/format.h>

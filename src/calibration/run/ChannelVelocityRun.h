@@ -1,9 +1,11 @@
 #pragma once
 
+#include "board/procedure/HiResTimer.h"
+#include "board/procedure/ProcedureWait.h"
+#include "calibration/history/RunRecorder.h"
 #include "calibration/run/CalibrationLog.h"
 #include "calibration/run/CalibrationView.h"
 #include "calibration/run/MeasuringLoop.h"
-#include "calibration/history/RunRecorder.h"
 
 #include <string>
 

@@ -1,5 +1,6 @@
 #include "calibration/run/MeasuringLoop.h"
 
+#include "board/procedure/HiResTimer.h"
 #include "platform/text/Rounding.h"
 
 namespace ombrix {

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "calibration/judge/Judgement.h"
+#include "board/procedure/HiResTimer.h"
+#include "board/procedure/ProcedureWait.h"
 #include "calibration/run/CalibrationRun.h"
 
 #include <array>

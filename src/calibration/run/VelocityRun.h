@@ -3,8 +3,6 @@
 #include "calibration/report/CalibrationReport.h"
 #include "calibration/run/CalibrationRun.h"
 
-#include <string>
-
 namespace ombrix {
 
 class MeasuringLoop;

@@ -54,16 +54,16 @@ bool CreateFolderPath(Drive& drive, std::string_view path) {
 
 std::string GetSystemFolder(Drive& drive, std::string_view subFolder, std::string_view fileName) {
     std::string candidate = Paths::DriveC;
-    for (const std::string_view programFiles : {R"(C:\Program Files\)", R"(C:\Programme\)"}) {
+    for (const std::string_view programFiles : Paths::ProgramFiles) {
         if (!drive.FolderExists(programFiles))
             continue;
-        candidate = std::string(programFiles) + R"(Pulvatron\System\)" + std::string(subFolder);
+        candidate = std::string(programFiles) + Paths::SystemSubfolder + std::string(subFolder);
         if (!drive.FolderExists(candidate))
             drive.CreateFolder(candidate);
         break;
     }
     if (!drive.FolderExists(candidate))
-        candidate = R"(C:\Pulvatron\System\)";
+        candidate = std::string(Paths::DriveC) + Paths::SystemSubfolder;
     if (!drive.FolderExists(candidate))
         candidate = Paths::DriveC;
     return AddBackslash(candidate) + std::string(fileName);

@@ -3,7 +3,6 @@
 #include <pugixml.hpp>
 
 #include <charconv>
-#include <cmath>
 #include <concepts>
 #include <span>
 #include <string>

@@ -11,7 +11,6 @@
 #include <exception>
 #include <memory>
 #include <numeric>
-#include <optional>
 #include <system_error>
 #include <thread>
 

@@ -1,8 +1,8 @@
 #include "spreadsheet/sheet/ConditionalFormats.h"
 
-#include "spreadsheet/SheetOrder.h"
 #include "spreadsheet/package/XmlPart.h"
 #include "spreadsheet/sheet/FormulaText.h"
+#include "spreadsheet/sheet/SheetOrder.h"
 
 #include <algorithm>
 #include <string>

@@ -1,6 +1,5 @@
 #include "spreadsheet/sheet/XlsxWorksheet.h"
 
-#include "spreadsheet/SheetOrder.h"
 #include "spreadsheet/Spreadsheet.h"
 #include "spreadsheet/XlsxWorkbook.h"
 #include "spreadsheet/chart/ChartXml.h"
@@ -9,6 +8,7 @@
 #include "spreadsheet/sheet/CellStore.h"
 #include "spreadsheet/sheet/ConditionalFormats.h"
 #include "spreadsheet/sheet/FormulaText.h"
+#include "spreadsheet/sheet/SheetOrder.h"
 #include "spreadsheet/sheet/SheetReader.h"
 #include "spreadsheet/sheet/SheetWriter.h"
 

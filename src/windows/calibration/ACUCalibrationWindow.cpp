@@ -113,9 +113,8 @@ void ACUCalibrationWindow::ClearLines() {
 
 void ACUCalibrationWindow::Appear() {
     const ACU unit = m_Station.Calibration().Unit();
-    m_Unit->ShowValue(
-        tr("%1   MFC number %2")
-            .arg(ToQt(unit.SerialNumberStr()), ToQt(unit.Record.ACUMFCNumber())));
+    m_Unit->ShowValue(tr("%1   MFC number %2")
+                          .arg(ToQt(unit.SerialNumberStr()), ToQt(unit.Record.ACUMFCNumber())));
     show();
     raise();
     activateWindow();

@@ -96,8 +96,8 @@ constexpr int ProgressSteps = 1000;
 
 } // namespace
 
-ACUHealthCheckWindow::ACUHealthCheckWindow(
-    Station& station, const std::function<ReportTools(OpenExcelView&)>& tools)
+ACUHealthCheckWindow::ACUHealthCheckWindow(Station& station,
+                                           const std::function<ReportTools(OpenExcelView&)>& tools)
     : m_Station(station), m_Options(new HealthCheckOptionsPanel(this)),
       m_Steps(new StepListWidget(this)), m_Progress(new QProgressBar(this)),
       m_Graphs(new GraphColumn(this)), m_Wait(nullptr), m_Reports(tools(m_Wait)) {

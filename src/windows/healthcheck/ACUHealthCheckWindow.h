@@ -1,16 +1,14 @@
 #pragma once
 
-#include "healthcheck/GraphSurface.h"
 #include "healthcheck/HealthCheckProgramme.h"
 #include "healthcheck/HealthCheckRun.h"
+#include "healthcheck/HealthCheckViews.h"
 #include "windows/desktop/OpenExcelWindow.h"
 
 #include <QListWidget>
 #include <QWidget>
 
 #include <array>
-#include <memory>
-#include <string>
 
 class QCheckBox;
 class QPushButton;
@@ -72,8 +70,7 @@ class ACUHealthCheckWindow final : public QWidget {
 
   public:
     /// @param tools has report files made, with the wait window of this one
-    ACUHealthCheckWindow(Station& station,
-                         const std::function<ReportTools(OpenExcelView&)>& tools);
+    ACUHealthCheckWindow(Station& station, const std::function<ReportTools(OpenExcelView&)>& tools);
 
   protected:
     void closeEvent(QCloseEvent* event) override;

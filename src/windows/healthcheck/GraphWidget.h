@@ -1,6 +1,6 @@
 #pragma once
 
-#include "healthcheck/GraphSurface.h"
+#include "healthcheck/HealthCheckViews.h"
 
 #include <QPen>
 #include <QPixmap>

@@ -3,11 +3,8 @@
 #include "journal/UnfinishedRuns.h"
 #include "windows/main/BoardPanel.h"
 #include "windows/main/CalibrationPanel.h"
-#include "windows/main/DACPanel.h"
 #include "windows/main/IdentityPanel.h"
 #include "windows/widgets/Guarded.h"
-
-#include <utility>
 
 namespace ombrix {
 

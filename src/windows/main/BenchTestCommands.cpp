@@ -10,8 +10,6 @@
 #include "windows/widgets/Guarded.h"
 #include "windows/widgets/QtText.h"
 
-#include <utility>
-
 namespace ombrix {
 
 BenchTestCommands::BenchTestCommands(Station& station, BoardPanel& board, InfoPanel& info)
@@ -48,8 +46,7 @@ void BenchTestCommands::TestDigitalMFCs() {
     const BenchTestView view{
         .Caption = [&panel](const std::string& text) { panel.ShowCaption(ToQt(text)); },
         .Stage = [&panel](const std::string& text) { panel.ShowStage(ToQt(text)); }};
-    Run([&] { test.Run(view); },
-        [&panel](bool running) { panel.ShowRunning(running); });
+    Run([&] { test.Run(view); }, [&panel](bool running) { panel.ShowRunning(running); });
 }
 
 void BenchTestCommands::TestSpeed() {
@@ -58,8 +55,7 @@ void BenchTestCommands::TestSpeed() {
     SpeedTest test(m_Station, [&sliders] { sliders.ShowDigitalSetup(); });
     const BenchTestView view{
         .Stage = [&panel](const std::string& text) { panel.ShowStage(ToQt(text)); }};
-    Run([&] { test.Run(view); },
-        [&panel](bool running) { panel.ShowRunning(running); });
+    Run([&] { test.Run(view); }, [&panel](bool running) { panel.ShowRunning(running); });
 }
 
 void BenchTestCommands::SweepOutputs(AirTestPanel::Command command) {
@@ -78,8 +74,7 @@ void BenchTestCommands::TestAirFlow() {
     AirFlowTest test(m_Station);
     const BenchTestView view{
         .Caption = [this](const std::string& text) { m_Info.ShowAirFlowCaption(ToQt(text)); }};
-    Run([&] { test.TestAirFlow(view); },
-        [this](bool running) { m_Info.ShowAirFlowTest(running); });
+    Run([&] { test.TestAirFlow(view); }, [this](bool running) { m_Info.ShowAirFlowTest(running); });
 }
 
 } // namespace ombrix

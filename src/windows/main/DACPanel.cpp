@@ -1,5 +1,6 @@
 #include "windows/main/DACPanel.h"
 
+#include "board/Outputs.h"
 #include "platform/text/Rounding.h"
 #include "platform/text/Text.h"
 #include "windows/main/PressurePanel.h"
@@ -7,7 +8,6 @@
 #include "windows/widgets/ADCBar.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/Guarded.h"
-#include "board/Outputs.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -42,7 +42,8 @@ DACChannel::DACChannel(int channel, QWidget* parent)
                              this)),
       m_Text(Named(new QLineEdit(this), ElementName("txtDACVal", channel),
                    tr("New value of DAC %1").arg(channel))) {
-    m_Text->setToolTip(tr("A value from 0 to %1, taken with Enter").arg(SliderScale::LargestDemand));
+    m_Text->setToolTip(
+        tr("A value from 0 to %1, taken with Enter").arg(SliderScale::LargestDemand));
     LayOut();
     connect(m_Slider, &QSlider::valueChanged, this,
             [this](int position) { emit SliderChanged(m_Channel, position); });
@@ -115,8 +116,7 @@ DACPanel::DACPanel(Station& station, QWidget* parent)
         layout->addWidget(controls, 1);
     }
     layout->addWidget(MakeSideColumn());
-    m_Changes =
-        station.Outputs.Listen([this](const OutputChange& change) { ShowChange(change); });
+    m_Changes = station.Outputs.Listen([this](const OutputChange& change) { ShowChange(change); });
 }
 
 QWidget* DACPanel::MakeCaptionColumn() {

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "benchtests/TestRigRun.h"
+#include "board/Station.h"
 
 #include <QWidget>
 
-#include <memory>
 #include <vector>
 
 class QGroupBox;

@@ -5,7 +5,6 @@
 #include <QString>
 
 #include <cstdint>
-#include <string>
 #include <string_view>
 
 namespace ombrix {

@@ -1,7 +1,6 @@
 // An EPROM may hold anything: whatever 2048 bytes there are, reading ends, stays within the
 // record, and what is shown is text.
 #include "board/unit/CalibrationSummary.h"
-#include "platform/text/Text.h"
 #include "support/TestBench.h"
 
 #include <gtest/gtest.h>

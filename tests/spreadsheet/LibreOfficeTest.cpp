@@ -119,7 +119,7 @@ TEST(CalculatedReportTest, GivesTheVerdictOfASoundOrAnUnjudgedUnit) {
 
 TEST(CalculatedReportTest, JudgesTheLastStepOfTheLongestProgramme) {
     std::vector<SampleSequence> programme;
-    for (const std::size_t steps : {3, 3, 3, 3, 9, 9, 36, 36, 24, 24})
+    for (const std::size_t steps : {3U, 3U, 3U, 3U, 9U, 9U, 36U, 36U, 24U, 24U})
         programme.push_back({"Sequence " + std::to_string(programme.size() + 1),
                              std::vector<float>(steps, 0.3F), 3.0F, 0.5F});
     const auto result = Calculated(programme);

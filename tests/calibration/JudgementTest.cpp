@@ -10,7 +10,7 @@
 namespace ombrix {
 namespace {
 
-class AcceptanceChecks : public ::testing::Test {
+class Judgement : public ::testing::Test {
   protected:
     bool HasLine(const std::string& line) const {
         return std::find(m_Log.begin(), m_Log.end(), line) != m_Log.end();
@@ -30,7 +30,7 @@ class AcceptanceChecks : public ::testing::Test {
     Line m_BestFit;
 };
 
-TEST_F(AcceptanceChecks, HysteresisIsLimitedAtEveryPoint) {
+TEST_F(Judgement, HysteresisIsLimitedAtEveryPoint) {
     ChannelMeasurement measured = OnTheLine();
     measured.Rising[2] = {20012};
     measured.Falling[2] = {20140};
@@ -50,7 +50,7 @@ TEST_F(AcceptanceChecks, HysteresisIsLimitedAtEveryPoint) {
     EXPECT_EQ(m_Log.back(), " -> Calibration Failed");
 }
 
-TEST_F(AcceptanceChecks, DeviationsFromTheLineAreWarnedOfOnly) {
+TEST_F(Judgement, DeviationsFromTheLineAreWarnedOfOnly) {
     ChannelMeasurement measured = OnTheLine();
     // Both sweeps off by the same: no hysteresis, but a bend.
     measured.Rising[4].Reading_bits += 400;
@@ -68,7 +68,7 @@ TEST_F(AcceptanceChecks, DeviationsFromTheLineAreWarnedOfOnly) {
     EXPECT_TRUE(warnings[0].ends_with(" is greater than 65.534"));
 }
 
-TEST_F(AcceptanceChecks, ReadingsMustRise) {
+TEST_F(Judgement, ReadingsMustRise) {
     ChannelMeasurement measured = OnTheLine();
     EXPECT_TRUE(ReadingsRiseWithDemand(measured));
     measured.Falling[3].Reading_bits = measured.Falling[4].Reading_bits;
@@ -91,7 +91,7 @@ struct AuditCase {
     const char* Line;
 };
 
-TEST_F(AcceptanceChecks, AnAuditIsLimitedByReadingAndAtTheLowestPointsByFullScale) {
+TEST_F(Judgement, AnAuditIsLimitedByReadingAndAtTheLowestPointsByFullScale) {
     for (const AuditCase& c :
          {// The mean of both sweeps decides.
           AuditCase{3, 24.5F, 23.98F, true,
@@ -114,7 +114,7 @@ TEST_F(AcceptanceChecks, AnAuditIsLimitedByReadingAndAtTheLowestPointsByFullScal
     }
 }
 
-TEST_F(AcceptanceChecks, AnErrorExactlyAtTheLimitPasses) {
+TEST_F(Judgement, AnErrorExactlyAtTheLimitPasses) {
     // 1 % of 100 ml/min at 99 ml/min; 0.1 % of 1000 ml/min at the lowest point.
     ChannelMeasurement measured = AuditOf(3, 100.0F, 100.0F);
     measured.Demand[3].Flow_ml_m = 99.0F;

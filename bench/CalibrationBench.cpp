@@ -29,7 +29,7 @@ void MeasuringLoopPass(benchmark::State& state) {
     TestBench& with = bench.Bench;
     Platform world{with.Time, pump, with.Messages, with.Files, with.Documents, with.End};
     Station& station = with.TheStation;
-    ProcedureWait wait(world, station.Procedures);
+    ProcedureWait wait(station);
     AirChannelControl air(station);
     MeasuringLoop loop(station, air, wait);
     air.SetAirVelocityInternal_bits(0, 30000);

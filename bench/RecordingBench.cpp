@@ -61,14 +61,14 @@ void Day(benchmark::State& state) {
         bench.Detect();
         const long before_KiB = MostMemory_KiB();
         TimedRecording recording(bench.TheStation);
-        const Outcome outcome = recording.Run(day_s, [](double) {});
-        state.counters["lines"] = static_cast<double>(recording.Lines());
+        const RecordingResult outcome = recording.Run(day_s, [](double) {});
+        state.counters["lines"] = static_cast<double>(outcome.Lines);
         state.counters["grown_KiB"] = static_cast<double>(MostMemory_KiB() - before_KiB);
         std::ifstream file(outcome.Files.at(0));
         std::int64_t lines = -1; // the header
         for (std::string line; std::getline(file, line);)
             ++lines;
-        if (lines != recording.Lines())
+        if (lines != outcome.Lines)
             state.SkipWithError("lines have been lost");
     }
 }

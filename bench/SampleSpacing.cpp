@@ -67,7 +67,7 @@ int main(int argc, char** argv) {
     graphs.resize(900, 680);
     graphs.show();
     const GraphSurfaces surfaces = graphs.Surfaces();
-    ProcedureWait wait(world, station.Procedures);
+    ProcedureWait wait(station);
     MFCSequence sequence;
     sequence.AddStep(0.2F, 0.5F, seconds);
 

@@ -65,6 +65,31 @@ auto Stored(const ACURecord& record) {
 
 } // namespace
 
+RefusedOutputs::RefusedOutputs(SoakWorld& world) : m_World(world) {
+    world.Library.AfterOutput = [this](std::string_view operation, std::int32_t number,
+                                       AIBStatus status) {
+        const std::pair output(std::string(operation), number);
+        if (status == Status::NoError) {
+            m_Since_s.erase(output);
+            return;
+        }
+        const double now_s = m_World.Now_s();
+        const double since_s = m_Since_s.try_emplace(output, now_s).first->second;
+        m_Longest_s = std::max(m_Longest_s, now_s - since_s);
+    };
+}
+
+RefusedOutputs::~RefusedOutputs() {
+    m_World.Library.AfterOutput = nullptr;
+}
+
+void RefusedOutputs::Check(const Ending& ending, Violations& violations) const {
+    constexpr double patience_s = 1.5;
+    if (m_Longest_s > patience_s && (ending.Ended == End::Passed || ending.Saved))
+        violations.push_back(fmt::format(
+            "an output was refused for {:.1f} s, and it has passed or stored", m_Longest_s));
+}
+
 bool OutputsAreSafe(SoakWorld& world) {
     constexpr double settled_s = 5.0;
     constexpr std::int32_t noFlow_bits = 40;

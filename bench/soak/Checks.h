@@ -2,13 +2,32 @@
 
 #include "soak/Procedures.h"
 
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace ombrix::soak {
 
 /// What is not as it must be, a line each.
 using Violations = std::vector<std::string>;
+
+/// How long outputs have been refused without a break while a procedure ran.
+class RefusedOutputs {
+  public:
+    explicit RefusedOutputs(SoakWorld& world);
+    RefusedOutputs(const RefusedOutputs&) = delete;
+    RefusedOutputs& operator=(const RefusedOutputs&) = delete;
+    ~RefusedOutputs();
+
+    /// Nothing may pass or be stored that was measured at outputs which the board has refused.
+    void Check(const Ending& ending, Violations& violations) const;
+
+  private:
+    SoakWorld& m_World;
+    std::map<std::pair<std::string, std::int32_t>, double> m_Since_s;
+    double m_Longest_s = 0.0;
+};
 
 /// Looks at the bench itself: every output at zero and no flow a few seconds later.
 bool OutputsAreSafe(SoakWorld& world);

@@ -77,7 +77,9 @@ class BenchSoak {
         bool safe = false;
         {
             Disturbance disturbance(*m_Program, procedure, fault, phase, m_Random);
+            const RefusedOutputs refused(m_World);
             ending = Attempt(procedure);
+            refused.Check(ending, violations);
             safe = OutputsAreSafe(m_World);
             tally.TooLate = disturbance.Came() ? 0 : 1;
             if (disturbance.Endless())

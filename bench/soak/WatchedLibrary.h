@@ -14,6 +14,9 @@ class WatchedLibrary final : public AIBControl {
     explicit WatchedLibrary(AIBControl& library) : m_Library(library) {}
 
     std::function<void(std::string_view operation)> BeforeCall;
+    /// How an output, of that channel or pin, was taken.
+    std::function<void(std::string_view operation, std::int32_t number, AIBStatus status)>
+        AfterOutput;
 
     std::int32_t OpenAIBAPI() override { return m_Library.OpenAIBAPI(); }
     AIBStatus CloseAIBAPI() override { return m_Library.CloseAIBAPI(); }
@@ -33,22 +36,22 @@ class WatchedLibrary final : public AIBControl {
         return Told("ConfigureGPIO").ConfigureGPIO(index, mask);
     }
     AIBStatus SetGPO(std::int32_t index, std::int32_t pin) override {
-        return Told("SetGPO").SetGPO(index, pin);
+        return Taken("SetGPO", pin, Told("SetGPO").SetGPO(index, pin));
     }
     AIBStatus ClearGPO(std::int32_t index, std::int32_t pin) override {
-        return Told("ClearGPO").ClearGPO(index, pin);
+        return Taken("ClearGPO", pin, Told("ClearGPO").ClearGPO(index, pin));
     }
     AIBStatus SetExtGPO(std::int32_t index, std::int32_t pin) override {
-        return Told("SetExtGPO").SetExtGPO(index, pin);
+        return Taken("SetExtGPO", pin, Told("SetExtGPO").SetExtGPO(index, pin));
     }
     AIBStatus ClearExtGPO(std::int32_t index, std::int32_t pin) override {
-        return Told("ClearExtGPO").ClearExtGPO(index, pin);
+        return Taken("ClearExtGPO", pin, Told("ClearExtGPO").ClearExtGPO(index, pin));
     }
     AIBStatus GetGPI(std::int32_t index, std::int32_t pin, std::int32_t& level) override {
         return Told("GetGPI").GetGPI(index, pin, level);
     }
     AIBStatus SetDAC(std::int32_t index, std::int32_t channel, std::int32_t value) override {
-        return Told("SetDAC").SetDAC(index, channel, value);
+        return Taken("SetDAC", channel, Told("SetDAC").SetDAC(index, channel, value));
     }
     AIBStatus GetADC(std::int32_t index, std::int32_t channel, std::int32_t& value) override {
         return Told("GetADC").GetADC(index, channel, value);
@@ -68,7 +71,8 @@ class WatchedLibrary final : public AIBControl {
     }
     AIBStatus MFCSetFlowrate(std::int32_t index, std::int32_t channel,
                              std::int32_t setPoint) override {
-        return Told("MFCSetFlowrate").MFCSetFlowrate(index, channel, setPoint);
+        return Taken("MFCSetFlowrate", channel,
+                     Told("MFCSetFlowrate").MFCSetFlowrate(index, channel, setPoint));
     }
     AIBStatus MFCGetFlowrate(std::int32_t index, std::int32_t channel,
                              std::int32_t& flow) override {
@@ -90,6 +94,11 @@ class WatchedLibrary final : public AIBControl {
     }
 
   private:
+    AIBStatus Taken(std::string_view operation, std::int32_t number, AIBStatus status) {
+        if (AfterOutput)
+            AfterOutput(operation, number, status);
+        return status;
+    }
     AIBControl& Told(std::string_view operation) {
         if (BeforeCall)
             BeforeCall(operation);

@@ -1,7 +1,6 @@
 // The program from a terminal: one line does one job.
 #include "app/Assembly.h"
 #include "board/eprom/EpromGuard.h"
-#include "board/procedure/ProcedureWait.h"
 #include "platform/os/CrashReport.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/text/Paths.h"

@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <utility>
 
 namespace ombrix {
@@ -125,14 +124,17 @@ bool AirFlowTest::Measure(const BenchTestView& view, AirFlowResult& result) {
             {result.MissingBoards, MessageIcon::Information, MessageButtons::Ok});
         return true;
     }
+    // What a board refuses here and below is told to it again at every pass of the waits.
     m_Station.Outputs.Set(*m_Measure, 0, ReferenceSupply_bits);
-    m_Flow->SetGPO(ACUWiring::FireWireValvePin);
+    m_Station.Outputs.PrepareValve(*m_Flow);
+    m_Station.Outputs.SetPin(*m_Flow, ACUWiring::FireWireValvePin, true);
+    m_Station.Outputs.SetValve(*m_Flow, true);
     HiResTimer timer(m_Station.World.Time);
     Running run{log, timer, view, result};
     if (!RunSchedule(run))
         return false;
     SetDemands({});
-    return SampleFor(run, EndTime_s, AirFlowSchedule(Steps - 1).Valve, "End: ");
+    return SampleFor(run, EndTime_s, "End: ");
 }
 
 bool AirFlowTest::RunSchedule(Running& run) {
@@ -141,7 +143,7 @@ bool AirFlowTest::RunSchedule(Running& run) {
         FlowDemand demand = AirFlowSchedule(step);
         SetDemands(demand);
         if (demand.Valve != previousValve) {
-            if (!SampleFor(run, SwitchTime_s, demand.Valve, fmt::format("Switch: {}  -  ", step)))
+            if (!SampleFor(run, SwitchTime_s, fmt::format("Switch: {}  -  ", step)))
                 return false;
             m_Station.Outputs.SetValve(*m_Flow, demand.Valve != 0);
             previousValve = demand.Valve;
@@ -149,18 +151,17 @@ bool AirFlowTest::RunSchedule(Running& run) {
             demand = AirFlowSchedule(++step);
             SetDemands(demand);
         }
-        if (!SampleFor(run, MeasureTime_s, demand.Valve, fmt::format("Measure: {}  -  ", step)))
+        if (!SampleFor(run, MeasureTime_s, fmt::format("Measure: {}  -  ", step)))
             return false;
     }
     return true;
 }
 
-bool AirFlowTest::SampleFor(Running& run, double duration_s, std::int32_t valve,
-                            const std::string& label) {
+bool AirFlowTest::SampleFor(Running& run, double duration_s, const std::string& label) {
     const double start_s = run.Timer.ElapsedTime();
     const double end_s = start_s + duration_s;
     for (double now_s = start_s; now_s < end_s; now_s = run.Timer.ElapsedTime()) {
-        if (SampleAirFlow(run, valve)) {
+        if (SampleAirFlow(run)) {
             run.View.Caption(label + FixedText(now_s - start_s, 2));
             run.View.Progress(now_s / WholeTime_s);
         }
@@ -171,27 +172,33 @@ bool AirFlowTest::SampleFor(Running& run, double duration_s, std::int32_t valve,
     return true;
 }
 
-bool AirFlowTest::SampleAirFlow(Running& run, std::int32_t valve) {
+bool AirFlowTest::SampleAirFlow(Running& run) {
     const double first_s = run.Timer.ElapsedTime();
     if (Tick(first_s) == m_LastTick)
         return false;
-    const std::array<std::int32_t, 3> raw = ReadInputs(run.Timer);
+    const Inputs raw = ReadInputs(run.Timer);
     const double second_s = run.Timer.ElapsedTime();
-    const std::array<std::int32_t, 3> scaled = ReadInputs(run.Timer);
+    const Inputs again = ReadInputs(run.Timer);
+    const auto scaled = [&again](std::size_t input, double scale) {
+        return again.at(input) ? GeneralText(*again.at(input) * scale) : "";
+    };
+    const auto valve = [isSet = m_Flow->ValveIsSet()](std::int32_t height) {
+        return isSet ? std::to_string(*isSet ? height : 0) : "";
+    };
     run.Log.WriteLine(fmt::format(
-        "{},{}, {},{},{},{},{},,{},{}, {},{},{}", TimeText(first_s), valve * ValveCurve_bits,
-        m_Flow->DAC(0), m_Flow->DAC(1), raw[0], raw[1], raw[2], TimeText(second_s),
-        std::abs(valve * ValveCurve_percent), GeneralText(scaled[0] * FlowScale0),
-        GeneralText(scaled[1] * FlowScale1), GeneralText(scaled[2] * MeasureScale)));
+        "{},{}, {},{},{},{},{},,{},{}, {},{},{}", TimeText(first_s), valve(ValveCurve_bits),
+        m_Flow->DAC(0), m_Flow->DAC(1), OptionalText(raw[0]), OptionalText(raw[1]),
+        OptionalText(raw[2]), TimeText(second_s), valve(ValveCurve_percent), scaled(0, FlowScale0),
+        scaled(1, FlowScale1), scaled(2, MeasureScale)));
     ++run.Result.Lines;
     m_LastTick = Tick(run.Timer.ElapsedTime());
     return true;
 }
 
-std::array<std::int32_t, 3> AirFlowTest::ReadInputs(HiResTimer& timer) {
+AirFlowTest::Inputs AirFlowTest::ReadInputs(HiResTimer& timer) {
     const auto read = [&timer](AIB& board, std::int32_t channel, AnswerWatch& watch) {
-        std::int32_t value = 0;
-        const AIBStatus status = board.GetADC(channel, value);
+        AIBStatus status = Status::NoError;
+        const auto value = board.Reading(channel, &status);
         watch.Note(status, timer.ElapsedTime());
         return value;
     };

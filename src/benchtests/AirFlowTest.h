@@ -9,6 +9,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace ombrix {
@@ -26,8 +27,7 @@ struct AirFlowResult : Outcome {
 /// One object serves one run.
 class AirFlowTest {
   public:
-    explicit AirFlowTest(Station& station)
-        : m_Station(station), m_Wait(station.World, station.Procedures) {}
+    explicit AirFlowTest(Station& station) : m_Station(station), m_Wait(station) {}
 
     AirFlowResult TestAirFlow(const BenchTestView& view);
 
@@ -52,10 +52,12 @@ class AirFlowTest {
     bool Measure(const BenchTestView& view, AirFlowResult& result);
     bool RunSchedule(Running& run);
     /// Samples for a time. False when the operator has cancelled.
-    bool SampleFor(Running& run, double duration_s, std::int32_t valve, const std::string& label);
+    bool SampleFor(Running& run, double duration_s, const std::string& label);
     /// Writes a line when the clock has moved on since the last one.
-    bool SampleAirFlow(Running& run, std::int32_t valve);
-    std::array<std::int32_t, 3> ReadInputs(HiResTimer& timer);
+    bool SampleAirFlow(Running& run);
+    /// The two inputs of the flow board and that of the measure board.
+    using Inputs = std::array<std::optional<std::int32_t>, 3>;
+    Inputs ReadInputs(HiResTimer& timer);
     void SetDemands(const FlowDemand& demand);
 
     Station& m_Station;

@@ -10,7 +10,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace ombrix {
@@ -29,6 +28,8 @@ double NextDue_s(double due_s, HiResTimer& timer) {
 void DataRecorder::Start() {
     const Platform& world = m_Station.World;
     m_Lines = 0;
+    m_FailedReadings = 0;
+    m_Board = m_Station.CurrentAIB;
     // The day stands before the month: scripts that collect these files count on it.
     m_File = world.Files.OpenForWriting(Paths::Recording +
                                         DateText(world.Time.Now(), "yyyyddmm_hhnnss") + ".csv");
@@ -43,17 +44,20 @@ void DataRecorder::Start() {
 }
 
 void DataRecorder::RecordLine() {
-    AIB& board = *m_Station.CurrentAIB;
-    std::array<std::int32_t, AIB::DACChannels> inputs{};
-    for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel)
-        board.GetADC(channel, inputs.at(static_cast<std::size_t>(channel)));
-    std::int32_t pressure = 0;
-    board.ReadReg(AIB::PressureRegister, pressure);
     const auto elapsed_s =
         static_cast<float>(m_Station.World.Time.SecondsSinceMidnight() - m_StartOfDay_s);
+    std::string fields;
+    const auto add = [&](std::optional<std::int32_t> reading) {
+        fields += "," + OptionalText(reading);
+        m_FailedReadings += reading ? 0 : 1;
+    };
+    for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel)
+        add(m_Board->Reading(channel));
+    std::int32_t pressure = 0;
+    const AIBStatus status = m_Board->ReadReg(AIB::PressureRegister, pressure);
+    add(status == Status::NoError ? std::optional(pressure) : std::nullopt);
     try {
-        m_File->Write(fmt::format("{},{},{},{},{},{}\r\n", GeneralText(elapsed_s), inputs[0],
-                                  inputs[1], inputs[2], inputs[3], pressure));
+        m_File->Write(GeneralText(elapsed_s) + fields + "\r\n");
         ++m_Lines;
     } catch (const DriveError&) {
         Stop();
@@ -61,13 +65,14 @@ void DataRecorder::RecordLine() {
     }
 }
 
-Outcome TimedRecording::Run(double duration_s, const std::function<void(double share)>& progress) {
+RecordingResult TimedRecording::Run(double duration_s,
+                                    const std::function<void(double share)>& progress) {
     constexpr double progressSpacing_s = 0.25;
-    Outcome outcome;
+    RecordingResult outcome;
     RunBenchProcedure(m_Station, "recording", {}, outcome, [&] {
         m_Recorder.Start();
         outcome.Files.push_back(m_Recorder.File());
-        ProcedureWait wait(m_Station.World, m_Station.Procedures);
+        ProcedureWait wait(m_Station);
         HiResTimer timer(m_Station.World.Time);
         double progressDue_s = 0.0;
         // Due times are multiples of the spacing, so that they do not drift over the hours; a
@@ -86,6 +91,12 @@ Outcome TimedRecording::Run(double duration_s, const std::function<void(double s
         return !wait.Ended();
     });
     m_Recorder.Stop();
+    outcome.Lines = m_Recorder.Lines();
+    outcome.FailedReadings = m_Recorder.FailedReadings();
+    if (outcome.Ended == End::Passed && m_Recorder.NothingAnswered()) {
+        outcome.Ended = End::Failed;
+        outcome.Error = "The board has answered none of the readings.";
+    }
     return outcome;
 }
 

@@ -11,31 +11,48 @@
 
 namespace ombrix {
 
-/// Records the current board's four inputs and its pressure register into a CSV file on drive
-/// C:. Each line reaches the operating system as it is made. Times are seconds of the day since
-/// the start: they turn negative when midnight passes, as readers of these files expect.
+/// Records the four inputs and the pressure register of a board into a CSV file on drive C:. Each
+/// line reaches the operating system as it is made. Times are seconds of the day since the start:
+/// they turn negative when midnight passes, as readers of these files expect.
 class DataRecorder {
   public:
     explicit DataRecorder(Station& station) : m_Station(station) {}
 
     bool Recording() const { return m_File != nullptr; }
-    /// Begins a new file, named by the time. @throws DriveError
+    /// Begins a new file, named by the time, of the current board. @throws DriveError
     void Start();
-    /// Appends a line. A reading that fails stands as 0. @throws DriveError and stops recording:
-    /// what was written is whole
+    /// Appends a line. A reading that fails is an empty field. @throws DriveError and stops
+    /// recording: what was written is whole
     void RecordLine();
     void Stop() { m_File.reset(); }
 
     std::int64_t Lines() const { return m_Lines; }
+    /// Of the five of each line, how many the board has not answered.
+    std::int64_t FailedReadings() const { return m_FailedReadings; }
+    /// There are lines, and nothing in them.
+    bool NothingAnswered() const { return m_Lines > 0 && m_FailedReadings == Readings * m_Lines; }
     /// Real path of the last file.
     const std::filesystem::path& File() const { return m_Path; }
 
   private:
+    /// Inputs and pressure register.
+    static constexpr std::int64_t Readings = AIB::DACChannels + 1;
+
     Station& m_Station;
+    /// The board that was current when the recording began.
+    std::shared_ptr<AIB> m_Board;
     std::unique_ptr<OutputFile> m_File;
     std::filesystem::path m_Path;
     double m_StartOfDay_s = 0.0;
     std::int64_t m_Lines = 0;
+    std::int64_t m_FailedReadings = 0;
+};
+
+/// What became of a recording. Errors are in the outcome; a recording in which nothing was answered
+/// has failed.
+struct RecordingResult : Outcome {
+    std::int64_t Lines = 0;
+    std::int64_t FailedReadings = 0;
 };
 
 /// A recording of a given length, a line every 10 ms, as a procedure.
@@ -46,8 +63,7 @@ class TimedRecording {
     explicit TimedRecording(Station& station) : m_Station(station), m_Recorder(station) {}
 
     /// @param progress told the share that is done, 0 to 1, a few times a second
-    Outcome Run(double duration_s, const std::function<void(double share)>& progress);
-    std::int64_t Lines() const { return m_Recorder.Lines(); }
+    RecordingResult Run(double duration_s, const std::function<void(double share)>& progress);
 
   private:
     Station& m_Station;

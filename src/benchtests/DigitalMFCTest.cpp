@@ -23,10 +23,11 @@ constexpr std::int32_t Levels = DigitalMFCTable::Steps / 2;
 constexpr std::int32_t SecondHeaderRow = 6;
 
 std::string SampleText(const std::vector<DigitalMFCTable::Sample>& samples, std::int32_t row) {
-    const DigitalMFCTable::Sample sample =
-        Index(row) < samples.size() ? samples[Index(row)] : DigitalMFCTable::Sample{};
-    return fmt::format("{},{},{},{}", GeneralText(sample.Time_s), GeneralText(sample.Demand_bits),
-                       GeneralText(sample.Value_bits), GeneralText(sample.Pressure_bits));
+    if (Index(row) >= samples.size())
+        return "0,0,0,0";
+    const DigitalMFCTable::Sample& sample = samples[Index(row)];
+    return fmt::format("{},{},{},{}", GeneralText(sample.Time_s), sample.Demand_bits,
+                       OptionalText(sample.Value_bits), OptionalText(sample.Pressure_bits));
 }
 
 std::string LevelText(const std::array<float, DigitalMFCTable::Steps>& means, std::int32_t level) {
@@ -113,7 +114,7 @@ DigitalMFCResult DigitalMFCTest::Run(const BenchTestView& view) {
     RunBenchProcedure(m_Station, "test of the digital MFCs", {m_Station.CurrentAIB}, result,
                       [&] { return MeasureAndStore(view, result); });
     view.Stage(StageText(result.Ended));
-    result.Means = m_Record.Means();
+    result.Means = m_Table.Means();
     return result;
 }
 
@@ -152,7 +153,7 @@ bool DigitalMFCTest::RunDemandProfile(Running& run, std::int32_t channel) {
         run.View.Caption(caption + " (" + GeneralText(demand) + "% Demand)");
         if (!RunDemandPhase(run, {channel, demand, DemandTime_s}, mean_bits))
             return false;
-        m_Record.SetMean(channel, step, mean_bits);
+        m_Table.SetMean(channel, step, mean_bits);
     }
     run.View.Caption("Final Zero Demand");
     return RunDemandPhase(run, {channel, 0.0F, RestTime_s}, mean_bits);
@@ -163,6 +164,7 @@ bool DigitalMFCTest::RunDemandPhase(Running& run, const Phase& phase, float& mea
     const std::int32_t demand_bits =
         RoundHalfEven(bitsPerPercent * static_cast<double>(phase.Demand_percent));
     EndMean mean;
+    // What is refused is told again while the phase is followed.
     m_Station.Outputs.Set(*m_Station.CurrentAIB, phase.Channel, demand_bits);
     const bool complete = FollowPhase(run, phase, demand_bits, mean);
     m_Station.Outputs.Set(*m_Station.CurrentAIB, phase.Channel, 0);
@@ -188,32 +190,30 @@ bool DigitalMFCTest::FollowPhase(Running& run, const Phase& phase, std::int32_t 
 
 void DigitalMFCTest::TakeSample(Running& run, const Phase& phase, std::int32_t demand_bits,
                                 double inPhase_s, EndMean& mean) {
-    std::int32_t value = 0;
-    std::int32_t pressure = 0;
-    const AIBStatus status = Read(run, phase.Channel, value);
-    Read(run, ACUWiring::PressureInput, pressure);
+    const auto value = Read(run, phase.Channel, m_ValueWatch);
+    const auto pressure = Read(run, ACUWiring::PressureInput, m_PressureWatch);
     std::int32_t counter = -1;
     if (phase.Record == Recording::On) {
-        m_Record.Add(phase.Channel, {static_cast<float>(run.LastSample_s - run.ProfileStart_s),
-                                     static_cast<float>(demand_bits), static_cast<float>(value),
-                                     static_cast<float>(pressure)});
-        counter = m_Record.SampleCount(phase.Channel);
+        m_Table.Add(phase.Channel, {static_cast<float>(run.LastSample_s - run.ProfileStart_s),
+                                    demand_bits, value, pressure});
+        counter = m_Table.SampleCount(phase.Channel);
     }
-    // A reading that failed stands in the record as 0, but no mean is made of it.
-    if (status == Status::NoError && inPhase_s >= phase.Duration_s - MeanTime_s)
-        mean.Add(value);
-    run.View.Stage(
-        fmt::format("CH{} - {} - {} - {}", phase.Channel, counter, FixedText(inPhase_s, 2), value));
+    if (value && inPhase_s >= phase.Duration_s - MeanTime_s)
+        mean.Add(*value);
+    run.View.Stage(fmt::format("CH{} - {} - {} - {}", phase.Channel, counter,
+                               FixedText(inPhase_s, 2), ShownText(value)));
 }
 
-AIBStatus DigitalMFCTest::Read(Running& run, std::int32_t channel, std::int32_t& value) {
-    const AIBStatus status = m_Station.CurrentAIB->GetADC(channel, value);
-    m_Watch.Note(status, run.Timer.ElapsedTime());
-    return status;
+std::optional<std::int32_t> DigitalMFCTest::Read(Running& run, std::int32_t channel,
+                                                 AnswerWatch& watch) {
+    AIBStatus status = Status::NoError;
+    const auto reading = m_Station.CurrentAIB->Reading(channel, &status);
+    watch.Note(status, run.Timer.ElapsedTime());
+    return reading;
 }
 
 void DigitalMFCTest::Store(const BenchTestView& view, Outcome& outcome) {
-    if (m_Record.Empty())
+    if (m_Table.Empty())
         return;
     view.Stage("Writing Data to File...");
     AIB& board = *m_Station.CurrentAIB;
@@ -224,7 +224,7 @@ void DigitalMFCTest::Store(const BenchTestView& view, Outcome& outcome) {
                 outcome);
     log.WriteLine(DigitalMFCTable::Header());
     for (std::int32_t row = 0; row < DigitalMFCTable::Rows; ++row)
-        log.WriteLine(m_Record.Line(row));
+        log.WriteLine(m_Table.Line(row));
 }
 
 } // namespace ombrix

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,9 +24,10 @@ class DigitalMFCTable {
 
     struct Sample {
         float Time_s = 0.0F;
-        float Demand_bits = 0.0F;
-        float Value_bits = 0.0F;
-        float Pressure_bits = 0.0F;
+        std::int32_t Demand_bits = 0;
+        /// Nothing where a reading has failed.
+        std::optional<std::int32_t> Value_bits{};
+        std::optional<std::int32_t> Pressure_bits{};
     };
     /// The mean of the end of each demand phase, by channel and step.
     using StepMeans = std::array<std::array<float, Steps>, Channels>;
@@ -63,8 +65,7 @@ struct DigitalMFCResult : Outcome {
 /// are at zero and what was measured is stored. One object serves one run.
 class DigitalMFCTest {
   public:
-    explicit DigitalMFCTest(Station& station)
-        : m_Station(station), m_Wait(station.World, station.Procedures) {}
+    explicit DigitalMFCTest(Station& station) : m_Station(station), m_Wait(station) {}
 
     DigitalMFCResult Run(const BenchTestView& view);
 
@@ -93,13 +94,15 @@ class DigitalMFCTest {
     bool FollowPhase(Running& run, const Phase& phase, std::int32_t demand_bits, EndMean& mean);
     void TakeSample(Running& run, const Phase& phase, std::int32_t demand_bits, double inPhase_s,
                     EndMean& mean);
-    AIBStatus Read(Running& run, std::int32_t channel, std::int32_t& value);
+    std::optional<std::int32_t> Read(Running& run, std::int32_t channel, AnswerWatch& watch);
     void Store(const BenchTestView& view, Outcome& outcome);
 
     Station& m_Station;
     ProcedureWait m_Wait;
-    AnswerWatch m_Watch;
-    DigitalMFCTable m_Record;
+    /// One for each input: an input that answers says nothing of the other.
+    AnswerWatch m_ValueWatch;
+    AnswerWatch m_PressureWatch;
+    DigitalMFCTable m_Table;
 };
 
 } // namespace ombrix

@@ -20,7 +20,6 @@ constexpr const char* ColumnTitles = "Input,Output1,Output2,Output3,Output4";
 constexpr std::int32_t Inputs = 4;
 /// How often a board is asked for a sign of life while the air settles.
 constexpr double LookSpacing_s = 0.05;
-/// An input that is read from the board itself, whatever the MFCs do.
 
 } // namespace
 
@@ -77,6 +76,7 @@ bool OutputSweep::Sweep(const SweepPlan& plan, const BenchTestView& view, SweepR
     return true;
 }
 
+// What is refused is told again while the air settles.
 void OutputSweep::SetOutputs(std::int32_t level_bits) {
     for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel)
         m_Station.Outputs.Set(*m_Station.CurrentAIB, channel, SliderScale::DemandNear(level_bits));
@@ -97,10 +97,10 @@ bool OutputSweep::Settle(HiResTimer& timer, double delay_s) {
 }
 
 std::optional<std::int32_t> OutputSweep::Reading(std::int32_t channel, HiResTimer& timer) {
-    std::int32_t reading = 0;
-    const AIBStatus status = m_Station.CurrentAIB->GetADC(channel, reading);
+    AIBStatus status = Status::NoError;
+    const auto reading = m_Station.CurrentAIB->Reading(channel, &status);
     m_Watches.at(static_cast<std::size_t>(channel)).Note(status, timer.ElapsedTime());
-    return status == Status::NoError ? std::optional(reading) : std::nullopt;
+    return reading;
 }
 
 std::optional<std::string> OutputSweep::MeasuredLine(std::int32_t level_bits, HiResTimer& timer) {

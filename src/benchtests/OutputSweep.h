@@ -46,8 +46,7 @@ struct SweepResult : Outcome {
 /// after each step. One object serves one run.
 class OutputSweep {
   public:
-    explicit OutputSweep(Station& station)
-        : m_Station(station), m_Wait(station.World, station.Procedures) {}
+    explicit OutputSweep(Station& station) : m_Station(station), m_Wait(station) {}
 
     SweepResult Run(const SweepPlan& plan, const BenchTestView& view);
 

@@ -26,7 +26,11 @@ bool SpeedTest::DriveBothWays(const BenchTestView& view, SpeedResult& result) {
             : m_Test(test), m_Digital(test.m_Station.CurrentAIB->IsDigitalSetup()) {}
         ModeKept(const ModeKept&) = delete;
         ModeKept& operator=(const ModeKept&) = delete;
-        ~ModeKept() { m_Test.SetMode(m_Digital); }
+        ~ModeKept() {
+            // The end of the procedure switches off what reaches the outputs either way.
+            m_Test.m_Station.CurrentAIB->IsDigitalSetup(m_Digital);
+            m_Test.m_ModeChanged();
+        }
 
       private:
         SpeedTest& m_Test;
@@ -40,16 +44,15 @@ bool SpeedTest::DriveBothWays(const BenchTestView& view, SpeedResult& result) {
 
 bool SpeedTest::DrivePairs(HiResTimer& timer, bool digital, const BenchTestView& view,
                            double& duration_s) {
-    // A mode reaches other outputs than the one before it, which would keep their last value.
-    m_Station.Outputs.ZeroAirChannels(*m_Station.CurrentAIB);
     SetMode(digital);
-    AIBStatus refused = Status::NoError;
+    std::string refused;
     const double start_s = timer.ElapsedTime();
     for (std::int32_t value = 0; value < Pairs; ++value) {
         for (const std::int32_t channel : {0, 1}) {
-            const AIBStatus status = m_Station.Outputs.Set(*m_Station.CurrentAIB, channel, value);
-            m_Watch.Note(status, timer.ElapsedTime());
-            refused = status == Status::NoError ? refused : status;
+            const OutputAnswer answer =
+                m_Station.Outputs.Set(*m_Station.CurrentAIB, channel, value);
+            if (!answer.Taken())
+                refused = answer.Text();
         }
         view.Progress(((digital ? Pairs : 0) + value) / (2.0 * Pairs));
         // Nothing is waited for but the events.
@@ -57,14 +60,16 @@ bool SpeedTest::DrivePairs(HiResTimer& timer, bool digital, const BenchTestView&
             return false;
     }
     // The time of calls that the board refused says nothing of its speed.
-    if (refused != Status::NoError)
-        throw BoardError("The board has refused outputs: " + AIB::AIBErrorStr(refused) + ".");
+    if (!refused.empty())
+        throw BoardError("The board has refused outputs: " + refused);
     duration_s = timer.ElapsedTime() - start_s;
     return true;
 }
 
 void SpeedTest::SetMode(bool digital) {
-    m_Station.CurrentAIB->IsDigitalSetup(digital);
+    const OutputAnswer answer = m_Station.Outputs.SetDigitalSetup(*m_Station.CurrentAIB, digital);
+    if (!answer.Taken())
+        throw BoardError("The board has refused outputs: " + answer.Text());
     m_ModeChanged();
 }
 

@@ -28,20 +28,19 @@ class SpeedTest {
 
     /// @param modeChanged told when the board has changed between analog and digital mode
     SpeedTest(Station& station, std::function<void()> modeChanged)
-        : m_Station(station), m_ModeChanged(std::move(modeChanged)),
-          m_Wait(station.World, station.Procedures) {}
+        : m_Station(station), m_ModeChanged(std::move(modeChanged)), m_Wait(station) {}
 
     SpeedResult Run(const BenchTestView& view);
 
   private:
     bool DriveBothWays(const BenchTestView& view, SpeedResult& result);
     bool DrivePairs(HiResTimer& timer, bool digital, const BenchTestView& view, double& duration_s);
+    /// @throws BoardError when the outputs cannot be brought to zero
     void SetMode(bool digital);
 
     Station& m_Station;
     std::function<void()> m_ModeChanged;
     ProcedureWait m_Wait;
-    AnswerWatch m_Watch;
 };
 
 } // namespace ombrix

@@ -14,31 +14,39 @@ namespace ombrix {
 
 void LoopThroughCheck::BeginLevel(std::int32_t output_bits) {
     m_Output_bits = output_bits;
-    m_Readings = 0;
     m_Channels = {};
 }
 
-void LoopThroughCheck::Note(double levelTime_s, const std::array<std::int32_t, 4>& inputs) {
+void LoopThroughCheck::Note(double levelTime_s,
+                            const std::array<std::optional<std::int32_t>, 4>& inputs) {
     if (levelTime_s < m_Ramp.LevelDuration_s / 2.0)
         return;
-    ++m_Readings;
-    for (std::size_t channel = 0; channel < inputs.size(); ++channel) {
-        const std::int32_t input_bits = inputs.at(channel);
-        if (std::abs(input_bits - m_Output_bits) <= Tolerance_bits)
+    for (std::size_t number = 0; number < inputs.size(); ++number) {
+        const auto input_bits = inputs.at(number);
+        if (!input_bits)
             continue;
-        ++m_Channels.at(channel).Strays;
-        m_Channels.at(channel).LastStray_bits = input_bits;
+        Channel& channel = m_Channels.at(number);
+        ++channel.Readings;
+        if (std::abs(*input_bits - m_Output_bits) <= Tolerance_bits)
+            continue;
+        ++channel.Strays;
+        channel.LastStray_bits = *input_bits;
     }
 }
 
 void LoopThroughCheck::EndLevel() {
     for (std::int32_t number = 0; number < static_cast<std::int32_t>(m_Channels.size()); ++number) {
         const Channel& channel = m_Channels.at(static_cast<std::size_t>(number));
-        if (!Followed() || !m_Ramp.Drives(number) || 2 * channel.Strays <= m_Readings)
+        if (!Followed() || !m_Ramp.Drives(number))
             continue;
-        m_Deviation = fmt::format("Input {} of board {} read {} while output {} of board {} was {}",
-                                  number, m_Ramp.InputBoard + 1, channel.LastStray_bits, number,
-                                  m_Ramp.OutputBoard + 1, m_Output_bits);
+        if (channel.Readings == 0)
+            m_Deviation = fmt::format("Input {} of board {} could not be read", number,
+                                      m_Ramp.InputBoard + 1);
+        else if (2 * channel.Strays > channel.Readings)
+            m_Deviation =
+                fmt::format("Input {} of board {} read {} while output {} of board {} was {}",
+                            number, m_Ramp.InputBoard + 1, channel.LastStray_bits, number,
+                            m_Ramp.OutputBoard + 1, m_Output_bits);
     }
 }
 
@@ -55,7 +63,8 @@ RampLog::Channels RampLog::Take(double now_s) {
     // kept have this order.
     std::string line = GeneralText(static_cast<float>(now_s));
     for (const Channels& values : {OutputsOf(m_Output), OutputsOf(m_Input), readBack, inputs})
-        line += fmt::format(",{}", fmt::join(values, ","));
+        for (const auto value : values)
+            line += "," + OptionalText(value);
     m_File->Write(line + "\r\n");
     ++m_Lines;
     return inputs;
@@ -70,12 +79,14 @@ RampLog::Channels RampLog::OutputsOf(const WatchedBoard& board) {
 
 RampLog::Channels RampLog::ReadInputs(WatchedBoard& board, double now_s) {
     Channels values{};
-    constexpr std::int32_t last = AIB::DACChannels - 1;
-    for (std::int32_t channel = 0; channel < last; ++channel)
-        values.at(static_cast<std::size_t>(channel)) = board.Board.ADC(channel);
-    // The converters' readings carry no status. The last channel is an analog one on every
-    // board, so that it reads the same by the way that tells whether the board has answered.
-    board.Watch.Note(board.Board.GetADC(last, values.back()), now_s);
+    for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel) {
+        const auto index = static_cast<std::size_t>(channel);
+        std::int32_t value = 0;
+        const AIBStatus status = board.Board.ADC(channel, value);
+        board.Watches.at(index).Note(status, now_s);
+        if (status == Status::NoError)
+            values.at(index) = value;
+    }
     return values;
 }
 
@@ -87,7 +98,7 @@ const TestRigStep* TestRigResult::FirstFailed() const {
 }
 
 TestRigRun::TestRigRun(Station& station, TestRigView& view)
-    : m_Station(station), m_View(view), m_Wait(station.World, station.Procedures) {}
+    : m_Station(station), m_View(view), m_Wait(station) {}
 
 std::optional<std::string> TestRigRun::Missing(Station& station, std::int32_t kind) {
     std::int32_t wanted = 0;
@@ -175,6 +186,7 @@ bool TestRigRun::RunRamp(const RampStep& ramp, RampLog& log, LoopThroughCheck& c
     return true;
 }
 
+// What is refused is told again at every pass of the ramp.
 void TestRigRun::SetOutputs(const RampStep& ramp, std::int32_t value_bits) {
     AIB& board = Board(ramp.OutputBoard);
     for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel)

@@ -29,7 +29,7 @@ class LoopThroughCheck {
 
     void BeginLevel(std::int32_t output_bits);
     /// @param levelTime_s since the level began; the first half of it is for settling
-    void Note(double levelTime_s, const std::array<std::int32_t, 4>& inputs);
+    void Note(double levelTime_s, const std::array<std::optional<std::int32_t>, 4>& inputs);
     /// A channel has followed when most of its readings have: one that failed does not count.
     void EndLevel();
 
@@ -39,13 +39,13 @@ class LoopThroughCheck {
 
   private:
     struct Channel {
+        int Readings = 0;
         int Strays = 0;
         std::int32_t LastStray_bits = 0;
     };
 
     RampStep m_Ramp;
     std::int32_t m_Output_bits = 0;
-    int m_Readings = 0;
     std::array<Channel, 4> m_Channels{};
     std::string m_Deviation;
 };
@@ -53,13 +53,14 @@ class LoopThroughCheck {
 /// Samples the two boards of a ramp into the rig's file, a line a sample.
 class RampLog {
   public:
-    using Channels = std::array<std::int32_t, AIB::DACChannels>;
+    using Channels = std::array<std::optional<std::int32_t>, AIB::DACChannels>;
 
     /// Begins the file anew. @throws DriveError
     RampLog(Drive& files, AIB& output, AIB& input);
 
     /// Reads both boards and writes a line. @param now_s time since the ramp started
-    /// @return what the inputs of the input board read @throws DriveError, BoardError
+    /// @return what the inputs of the input board read; a reading that has failed is an empty
+    /// field of the line @throws DriveError, BoardError
     Channels Take(double now_s);
 
     std::int64_t Lines() const { return m_Lines; }
@@ -68,7 +69,7 @@ class RampLog {
   private:
     struct WatchedBoard {
         AIB& Board;
-        AnswerWatch Watch;
+        std::array<AnswerWatch, AIB::DACChannels> Watches{};
     };
 
     static Channels OutputsOf(const WatchedBoard& board);

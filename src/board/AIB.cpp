@@ -14,7 +14,6 @@ namespace ombrix {
 
 namespace {
 
-constexpr std::int32_t FlowChannels = 2;
 constexpr float MFCFullScale = 32000.0F;
 
 } // namespace
@@ -80,23 +79,36 @@ AIBStatus AIB::ReadReg(std::int32_t address, std::int32_t& value) {
 }
 
 AIBStatus AIB::ConfigureGPIO(std::int32_t mask) {
-    return CheckStatus(m_Services.Library.ConfigureGPIO(m_Index, mask));
+    const AIBStatus status = CheckStatus(m_Services.Library.ConfigureGPIO(m_Index, mask));
+    if (status == Status::NoError)
+        m_Directions = mask;
+    return status;
+}
+
+AIBStatus AIB::NoteValve(AIBStatus status, bool isValveOutput, bool set) {
+    if (isValveOutput && status == Status::NoError)
+        m_ValveIsSet = set;
+    return CheckStatus(status);
 }
 
 AIBStatus AIB::SetGPO(std::int32_t pin) {
-    return CheckStatus(m_Services.Library.SetGPO(m_Index, pin));
+    return NoteValve(m_Services.Library.SetGPO(m_Index, pin),
+                     IsFireWire() && pin == ACUWiring::FireWireValvePin, true);
 }
 
 AIBStatus AIB::ClearGPO(std::int32_t pin) {
-    return CheckStatus(m_Services.Library.ClearGPO(m_Index, pin));
+    return NoteValve(m_Services.Library.ClearGPO(m_Index, pin),
+                     IsFireWire() && pin == ACUWiring::FireWireValvePin, false);
 }
 
 AIBStatus AIB::SetExtGPO(std::int32_t pin) {
-    return CheckStatus(m_Services.Library.SetExtGPO(m_Index, pin));
+    return NoteValve(m_Services.Library.SetExtGPO(m_Index, pin),
+                     IsUsb() && pin == ACUWiring::UsbValveOutput, true);
 }
 
 AIBStatus AIB::ClearExtGPO(std::int32_t pin) {
-    return CheckStatus(m_Services.Library.ClearExtGPO(m_Index, pin));
+    return NoteValve(m_Services.Library.ClearExtGPO(m_Index, pin),
+                     IsUsb() && pin == ACUWiring::UsbValveOutput, false);
 }
 
 AIBStatus AIB::GetGPI(std::int32_t pin, std::int32_t& level) {
@@ -143,11 +155,17 @@ AIBStatus AIB::GetADC_UART(std::int32_t channel, std::int32_t& value) {
 }
 
 AIBStatus AIB::SetDAC(std::int32_t channel, std::int32_t value) {
-    m_DAC.at(static_cast<std::size_t>(channel)) = value;
-    if (m_DigitalSetup && channel < FlowChannels)
-        return SetDAC_UART(channel, value);
-    m_MayDrive = m_MayDrive || value != 0;
-    return CheckStatus(m_Services.Library.SetDAC(m_Index, channel, value));
+    std::int32_t& taken = m_DAC.at(static_cast<std::size_t>(channel));
+    AIBStatus status = Status::NoError;
+    if (IsDigitalChannel(channel)) {
+        status = SetDAC_UART(channel, value);
+    } else {
+        m_MayDrive = m_MayDrive || value != 0;
+        status = CheckStatus(m_Services.Library.SetDAC(m_Index, channel, value));
+    }
+    if (status == Status::NoError && Reaches(channel))
+        taken = value;
+    return status;
 }
 
 std::int32_t AIB::DAC(std::int32_t channel) const {
@@ -155,33 +173,36 @@ std::int32_t AIB::DAC(std::int32_t channel) const {
 }
 
 bool AIB::SwitchOutputsOff() noexcept {
-    const auto takesZeros = [](std::int32_t channels, auto sendZero) {
-        bool taken = true;
+    const auto takesZeros = [this](std::int32_t channels, bool digital, auto sendZero) {
+        bool allTaken = true;
         for (std::int32_t channel = 0; channel < channels; ++channel) {
+            bool taken = false;
             try {
-                taken = sendZero(channel) == Status::NoError && taken;
+                taken = sendZero(channel) == Status::NoError;
             } catch (const std::exception&) {
                 taken = false;
             }
+            if (taken && IsDigitalChannel(channel) == digital)
+                m_DAC.at(static_cast<std::size_t>(channel)) = 0;
+            allTaken = allTaken && taken;
         }
-        return taken;
+        return allTaken;
     };
-    const bool setPointsOff = takesZeros(FlowChannels, [this](std::int32_t channel) {
+    const bool setPointsOff = takesZeros(MFCChannels, true, [this](std::int32_t channel) {
         return m_Services.Library.MFCSetFlowrate(m_Index, channel, 0);
     });
-    const bool outputsOff = takesZeros(DACChannels, [this](std::int32_t channel) {
+    const bool outputsOff = takesZeros(DACChannels, false, [this](std::int32_t channel) {
         return m_Services.Library.SetDAC(m_Index, channel, 0);
     });
     const bool taken = outputsOff && (setPointsOff || !(HasDigitalMFCs() || m_SetPointStands));
     m_SetPointStands = m_SetPointStands && !setPointsOff;
-    m_DAC.fill(0);
     m_MayDrive = m_MayDrive && !taken;
     m_StatusOK = m_StatusOK && taken;
     return taken;
 }
 
 AIBStatus AIB::GetADC(std::int32_t channel, std::int32_t& value) {
-    if (m_DigitalSetup && channel < FlowChannels)
+    if (IsDigitalChannel(channel))
         return MFCGetFlowRate(channel, value);
     return CheckStatus(m_Services.Library.GetADC(m_Index, channel, value));
 }
@@ -192,10 +213,22 @@ std::int32_t AIB::MyGetADC(std::int32_t channel) {
     return value;
 }
 
+std::optional<std::int32_t> AIB::Reading(std::int32_t channel, AIBStatus* status) {
+    std::int32_t value = 0;
+    const AIBStatus answer = GetADC(channel, value);
+    if (status != nullptr)
+        *status = answer;
+    return answer == Status::NoError && Reaches(channel) ? std::optional(value) : std::nullopt;
+}
+
 std::int32_t AIB::ADC(std::int32_t channel) const {
     std::int32_t value = 0;
-    m_Services.Library.GetADC(m_Index, channel, value);
+    ADC(channel, value);
     return value;
+}
+
+AIBStatus AIB::ADC(std::int32_t channel, std::int32_t& value) const {
+    return m_Services.Library.GetADC(m_Index, channel, value);
 }
 
 AIB::EpromWriting::EpromWriting(AIB& board) : m_Board(board) {

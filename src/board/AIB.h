@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,6 +37,8 @@ struct BoardServices {
 class AIB final : public EpromSource, public EpromSink {
   public:
     static constexpr std::int32_t DACChannels = 4;
+    /// Of digital MFCs: the air channels.
+    static constexpr std::int32_t MFCChannels = 2;
     static constexpr std::int32_t DACFullScale = 65535;
     static constexpr std::int32_t GPIOPins = 20;
     static constexpr std::int32_t PressureRegister = 92;
@@ -77,10 +80,15 @@ class AIB final : public EpromSource, public EpromSink {
     AIBStatus WriteReg(std::int32_t address, std::int32_t value);
     AIBStatus ReadReg(std::int32_t address, std::int32_t& value);
     AIBStatus ConfigureGPIO(std::int32_t mask);
+    /// The mask that ConfigureGPIO has last set.
+    std::int32_t Directions() const { return m_Directions; }
     AIBStatus SetGPO(std::int32_t pin);
     AIBStatus ClearGPO(std::int32_t pin);
     AIBStatus SetExtGPO(std::int32_t pin);
     AIBStatus ClearExtGPO(std::int32_t pin);
+    /// Whether the output of the solenoid valves was last set or cleared; nothing before the board
+    /// has taken either.
+    std::optional<bool> ValveIsSet() const { return m_ValveIsSet; }
     AIBStatus GetGPI(std::int32_t pin, std::int32_t& level);
     AIBStatus GetVariable(std::int32_t number, std::int32_t& value);
     AIBStatus SetVariable(std::int32_t number, std::int32_t value);
@@ -88,6 +96,13 @@ class AIB final : public EpromSource, public EpromSink {
     /// Channels 0 and 1 are digital MFCs.
     bool IsDigitalSetup() const { return m_DigitalSetup; }
     void IsDigitalSetup(bool digital) { m_DigitalSetup = digital; }
+    /// The channel, 0 to 3, is a digital MFC.
+    bool IsDigitalChannel(std::int32_t channel) const {
+        return m_DigitalSetup && channel < MFCChannels;
+    }
+    /// What a channel is told or asked reaches the board: digital MFCs that are not ready take no
+    /// demands, and read as 0 without having been asked.
+    bool Reaches(std::int32_t channel) const { return m_MFCReady || !IsDigitalChannel(channel); }
 
     /// Digital MFC demand in percent of full scale; does nothing while the MFCs are not ready.
     AIBStatus MFCSetFlowRate(std::int32_t channel, float percent);
@@ -99,7 +114,7 @@ class AIB final : public EpromSource, public EpromSink {
     /// Channels 0 to 3, values 0 to 65535; the air channels of a digital setup go to the MFCs.
     /// @throws std::out_of_range for another channel, before anything is sent
     AIBStatus SetDAC(std::int32_t channel, std::int32_t value);
-    /// The value last requested for a DAC channel.
+    /// The value that a DAC channel has last taken.
     std::int32_t DAC(std::int32_t channel) const;
     /// Sets every output to zero: the DACs and the digital set-points, whatever the board is,
     /// whatever mode is selected and whether the MFCs are ready or not. Each is tried, also after
@@ -112,8 +127,13 @@ class AIB final : public EpromSource, public EpromSink {
     AIBStatus GetADC(std::int32_t channel, std::int32_t& value);
     /// The value of GetADC; its status is dropped.
     std::int32_t MyGetADC(std::int32_t channel);
+    /// The input as it was answered; nothing when the reading has failed or could not be asked
+    /// for. @param status takes how the reading went, when given
+    std::optional<std::int32_t> Reading(std::int32_t channel, AIBStatus* status = nullptr);
     /// The analog converter itself, never the digital path; status neither checked nor returned.
     std::int32_t ADC(std::int32_t channel) const;
+    /// The same with its status, which leaves StatusOK alone.
+    AIBStatus ADC(std::int32_t channel, std::int32_t& value) const;
 
     /// Lets the board's EPROM be written while it lives: a word that nobody has prepared for, or
     /// will read back, cannot be written.
@@ -151,6 +171,7 @@ class AIB final : public EpromSource, public EpromSink {
 
   private:
     AIBStatus CheckStatus(AIBStatus status);
+    AIBStatus NoteValve(AIBStatus status, bool isValveOutput, bool set);
     bool HasDigitalMFCs() const { return HWVersion() > 0 && IsUsb(); }
 
     BoardServices m_Services;
@@ -163,6 +184,8 @@ class AIB final : public EpromSource, public EpromSink {
     bool m_SetPointStands = false;
     std::array<std::int32_t, DACChannels> m_DAC{};
     bool m_MFCReady = false;
+    std::int32_t m_Directions = 0;
+    std::optional<bool> m_ValveIsSet;
     bool m_EpromIsWritten = false;
 };
 

@@ -47,6 +47,12 @@ struct AccessoryInfo {
 AccessoryInfo Decode(const AccessoryInfoBlock& record);
 AccessoryInfoBlock Encode(const AccessoryInfo& info);
 
+/// A board has stopped answering, or does not take what it is told.
+class BoardError : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
 /// The board library cannot be used. The text is for the operator; Number is 53 when the
 /// library's file cannot be found, 453 when it lacks a function that the program calls.
 class AIBLibraryError : public std::runtime_error {

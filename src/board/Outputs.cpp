@@ -2,37 +2,129 @@
 
 #include "platform/text/Rounding.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <exception>
 
 namespace ombrix {
 
-template <class Call>
-AIBStatus Outputs::WhenClaimed(const AIB& board, const Call& call) {
-    // A board that another program has is looked at, not driven.
-    return m_Claims.Claim(board.DevSerialNum()) ? call() : Status::AccessDenied;
+namespace {
+
+/// How often a board is told again what it has refused.
+constexpr double TellSpacing_s = 0.05;
+
+std::string NameOfChannel(const AIB& board, std::int32_t channel) {
+    return fmt::format("{} {}", board.IsDigitalChannel(channel) ? "MFC" : "DAC", channel);
 }
 
-AIBStatus Outputs::Set(AIB& board, std::int32_t channel, std::int32_t bits) {
-    const AIBStatus answer = WhenClaimed(board, [&] { return board.SetDAC(channel, bits); });
-    m_Listeners.Tell({board, channel, bits, answer});
+} // namespace
+
+std::string OutputAnswer::Text() const {
+    return MFCsNotReady ? "The MFCs are not ready." : AIB::AIBErrorStr(Code);
+}
+
+template <class Call>
+OutputAnswer Outputs::WhenClaimed(const AIB& board, const Call& call) {
+    // A board that another program has is looked at, not driven.
+    return {m_Claims.Claim(board.DevSerialNum()) ? call() : Status::AccessDenied};
+}
+
+OutputAnswer Outputs::Noted(AIB& board, const std::string& output, const OutputAnswer& answer,
+                            const std::function<void()>& again) {
+    const std::pair key(&board, output);
+    if (answer.Taken()) {
+        m_Refused.erase(key);
+    } else if (m_Insists) {
+        const auto [refusal, isNew] = m_Refused.try_emplace(key);
+        refusal->second.Answer = answer;
+        refusal->second.Again = again;
+        if (isNew)
+            refusal->second.Since_s = MonotonicSeconds(m_Clock);
+    }
     return answer;
 }
 
-AIBStatus Outputs::SetDigital(AIB& board, std::int32_t channel, std::int32_t bits) {
-    return WhenClaimed(board, [&] { return board.SetDAC_UART(channel, bits); });
+void Outputs::TellAgain() {
+    const double now_s = MonotonicSeconds(m_Clock);
+    if (m_Refused.empty() || now_s < m_TellDue_s)
+        return;
+    m_TellDue_s = now_s + TellSpacing_s;
+    for (const auto& [output, refusal] : std::map(m_Refused)) // what is taken leaves the list
+        refusal.Again();
+    for (const auto& [output, refusal] : m_Refused) {
+        if (now_s - refusal.Since_s >= Patience_s)
+            throw BoardError("The board does not take what it is told: " + output.second + ": " +
+                             refusal.Answer.Text() +
+                             "\r\n\r\nPlease check its cable and its power, then detect the boards "
+                             "again.");
+    }
 }
 
-AIBStatus Outputs::SetValve(AIB& board, bool set) {
-    return WhenClaimed(board, [&] {
-        if (board.IsUsb())
-            return set ? board.SetExtGPO(ACUWiring::UsbValveOutput)
-                       : board.ClearExtGPO(ACUWiring::UsbValveOutput);
-        if (board.IsFireWire())
-            return set ? board.SetGPO(ACUWiring::FireWireValvePin)
-                       : board.ClearGPO(ACUWiring::FireWireValvePin);
-        return Status::NoError; // no board whose wiring is known
-    });
+OutputAnswer Outputs::Set(AIB& board, std::int32_t channel, std::int32_t bits) {
+    // A procedure waits for MFCs that are about to be ready.
+    if (m_Insists && !board.Reaches(channel))
+        board.CheckMFCReady();
+    OutputAnswer answer = WhenClaimed(board, [&] { return board.SetDAC(channel, bits); });
+    answer.MFCsNotReady = !board.Reaches(channel);
+    Noted(board, NameOfChannel(board, channel), answer,
+          [this, &board, channel, bits] { Set(board, channel, bits); });
+    m_Listeners.Tell({board, channel, answer});
+    return answer;
+}
+
+OutputAnswer Outputs::SetDigital(AIB& board, std::int32_t channel, std::int32_t bits) {
+    OutputAnswer answer = WhenClaimed(board, [&] { return board.SetDAC_UART(channel, bits); });
+    answer.MFCsNotReady = !board.MFCReady();
+    return Noted(board, fmt::format("MFC {}", channel), answer,
+                 [this, &board, channel, bits] { SetDigital(board, channel, bits); });
+}
+
+OutputAnswer Outputs::SetDigitalSetup(AIB& board, bool digital) {
+    if (digital != board.IsDigitalSetup()) {
+        for (const std::int32_t channel : {0, 1}) {
+            const OutputAnswer answer = Set(board, channel, 0);
+            // MFCs that take no demands drive nothing either.
+            if (!answer.Taken() && !answer.MFCsNotReady)
+                return answer;
+        }
+    }
+    board.IsDigitalSetup(digital);
+    return {};
+}
+
+OutputAnswer Outputs::SetValve(AIB& board, bool set) {
+    if (board.IsUsb())
+        return SetExtendedPin(board, ACUWiring::UsbValveOutput, set);
+    if (board.IsFireWire())
+        return SetPin(board, ACUWiring::FireWireValvePin, set);
+    return {}; // no board whose wiring is known
+}
+
+OutputAnswer Outputs::PrepareValve(AIB& board) {
+    constexpr std::int32_t valveBit = 1 << ACUWiring::FireWireValvePin;
+    return board.IsFireWire() ? SetDirections(board, board.Directions() | valveBit)
+                              : OutputAnswer{};
+}
+
+OutputAnswer Outputs::SetDirections(AIB& board, std::int32_t mask) {
+    const OutputAnswer answer = WhenClaimed(board, [&] { return board.ConfigureGPIO(mask); });
+    return Noted(board, "the directions of the pins", answer,
+                 [this, &board, mask] { SetDirections(board, mask); });
+}
+
+OutputAnswer Outputs::SetPin(AIB& board, std::int32_t pin, bool high) {
+    const OutputAnswer answer =
+        WhenClaimed(board, [&] { return high ? board.SetGPO(pin) : board.ClearGPO(pin); });
+    return Noted(board, fmt::format("pin {}", pin), answer,
+                 [this, &board, pin, high] { SetPin(board, pin, high); });
+}
+
+OutputAnswer Outputs::SetExtendedPin(AIB& board, std::int32_t pin, bool on) {
+    const OutputAnswer answer =
+        WhenClaimed(board, [&] { return on ? board.SetExtGPO(pin) : board.ClearExtGPO(pin); });
+    return Noted(board, fmt::format("extended output {}", pin), answer,
+                 [this, &board, pin, on] { SetExtendedPin(board, pin, on); });
 }
 
 void Outputs::ZeroAirChannels(AIB& board) noexcept {
@@ -50,7 +142,7 @@ bool Outputs::SwitchOff(AIB& board) noexcept {
     const bool taken = board.SwitchOutputsOff();
     try {
         for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel)
-            m_Listeners.Tell({board, channel, 0, Status::NoError});
+            m_Listeners.Tell({board, channel, {}});
     } catch (const std::exception&) {
         return taken; // what cannot be shown has been switched off all the same
     }

@@ -6,36 +6,83 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
+#include <string>
+#include <utility>
 
 namespace ombrix {
 
-/// A demand as it was sent to a board.
+/// How a board took what it was told.
+struct OutputAnswer {
+    /// AccessDenied where another program has the board.
+    AIBStatus Code = Status::NoError;
+    /// Nothing was sent: the digital MFCs take no demands.
+    bool MFCsNotReady = false;
+
+    bool Taken() const { return Code == Status::NoError && !MFCsNotReady; }
+    /// "The MFCs are not ready.", else the text of the status.
+    std::string Text() const;
+};
+
+/// A demand, and how the board took it. What it drives is AIB::DAC.
 struct OutputChange {
     const AIB& Board;
     std::int32_t Channel = 0;
-    std::int32_t Bits = 0;
-    /// The board's answer; AccessDenied where another program has the board.
-    AIBStatus Answer = Status::NoError;
+    OutputAnswer Answer;
 };
 
 /// The one way in which the outputs of a board are told anything: the board is claimed, told, and
 /// whoever shows its outputs hears of it. The answer goes to the one who asked.
 class Outputs {
   public:
-    explicit Outputs(BoardClaims& claims) : m_Claims(claims) {}
+    /// How long a board may refuse what a procedure tells it.
+    static constexpr double Patience_s = 1.0;
+
+    Outputs(BoardClaims& claims, const Clock& clock) : m_Claims(claims), m_Clock(clock) {}
 
     /// Tells a DAC or, of a digital setup, an MFC.
     /// @param channel 0 to 3 @param bits 0 to 65535
     /// @throws DriveError when the board cannot be kept from other programs
-    AIBStatus Set(AIB& board, std::int32_t channel, std::int32_t bits);
+    OutputAnswer Set(AIB& board, std::int32_t channel, std::int32_t bits);
     /// Tells a digital MFC over its link, whatever mode is selected. @param channel 0 or 1
-    AIBStatus SetDigital(AIB& board, std::int32_t channel, std::int32_t bits);
+    OutputAnswer SetDigital(AIB& board, std::int32_t channel, std::int32_t bits);
+    /// Has the air channels driven by the digital MFCs or by the analog converters. They are
+    /// brought to zero on the way that is left first, which keeps the board as it is when that
+    /// is refused.
+    OutputAnswer SetDigitalSetup(AIB& board, bool digital);
     /// Switches the solenoid valves over.
-    AIBStatus SetValve(AIB& board, bool set);
+    OutputAnswer SetValve(AIB& board, bool set);
+    /// Makes the pin that switches the valves an output, on boards that have them on one.
+    OutputAnswer PrepareValve(AIB& board);
+    /// Which of the pins 0 to 19 are outputs, a bit each.
+    OutputAnswer SetDirections(AIB& board, std::int32_t mask);
+    OutputAnswer SetPin(AIB& board, std::int32_t pin, bool high);
+    /// An extended output, as the power of the MFCs.
+    OutputAnswer SetExtendedPin(AIB& board, std::int32_t pin, bool on);
     /// Brings both air channels to zero, as at the end of a sequence; never throws.
     void ZeroAirChannels(AIB& board) noexcept;
     /// AIB::SwitchOutputsOff
     bool SwitchOff(AIB& board) noexcept;
+
+    /// While it lives, what a board refuses is told to it again until it takes it: a procedure
+    /// must not measure what it believes to drive.
+    class Insistence {
+      public:
+        explicit Insistence(Outputs& outputs) : m_Outputs(outputs) { Begin(true); }
+        Insistence(const Insistence&) = delete;
+        Insistence& operator=(const Insistence&) = delete;
+        ~Insistence() { Begin(false); }
+
+      private:
+        void Begin(bool insists) {
+            m_Outputs.m_Insists = insists;
+            m_Outputs.m_Refused.clear();
+        }
+        Outputs& m_Outputs;
+    };
+    /// Tells boards again what they have refused. @throws BoardError, naming the output, when it
+    /// has been refused for a second
+    void TellAgain();
 
     [[nodiscard]] Subscription Listen(std::function<void(const OutputChange&)> listener) {
         return m_Listeners.Listen(std::move(listener));
@@ -44,11 +91,24 @@ class Outputs {
     void TellNobody() { m_Listeners.Clear(); }
 
   private:
+    struct Refusal {
+        std::function<void()> Again;
+        OutputAnswer Answer;
+        double Since_s = 0.0;
+    };
+
     template <class Call>
-    AIBStatus WhenClaimed(const AIB& board, const Call& call);
+    OutputAnswer WhenClaimed(const AIB& board, const Call& call);
+    /// @param output as messages name it ("DAC 0") @param again tells it once more
+    OutputAnswer Noted(AIB& board, const std::string& output, const OutputAnswer& answer,
+                       const std::function<void()>& again);
 
     BoardClaims& m_Claims;
+    const Clock& m_Clock;
     Listeners<const OutputChange&> m_Listeners;
+    bool m_Insists = false;
+    std::map<std::pair<AIB*, std::string>, Refusal> m_Refused;
+    double m_TellDue_s = 0.0;
 };
 
 /// What the operator's sliders can be set to: a slider holds half of what it sends.

@@ -18,7 +18,7 @@ namespace ombrix {
 struct Station {
     explicit Station(const BoardServices& services)
         : World(services.World), AIBList(services), CurrentAIB(std::make_shared<AIB>(services)),
-          Claims(services.World), Outputs(Claims) {}
+          Claims(services.World), Outputs(Claims, services.World.Time) {}
     Station(const Station&) = delete;
     Station& operator=(const Station&) = delete;
 

@@ -79,7 +79,7 @@ void HealthCheckRun::RunOne(const SequencePlan& plan, const HealthCheckView& vie
         sequenceView.Progress = [&](double elapsed_s) {
             view.Progress((done_s + elapsed_s) / total_s);
         };
-    ProcedureWait wait(m_Station.World, m_Station.Procedures);
+    ProcedureWait wait(m_Station);
     const std::string sheet = DistinctSheetName(plan.SheetName, result.Sequences);
     const auto note = [&] {
         result.Sequences.push_back({sheet, sequence.StepCount(), sequence.TotalTime_s(),

@@ -75,7 +75,7 @@ void MFCStep::AddSample(const Sample& sample) {
 void MFCStep::StartStep(HiResTimer& timer, Station& station) {
     m_Timer = &timer;
     m_PressureConfig = station.Calibration().Record().DigitalPressureConfig;
-    // What is refused shows where the outputs are shown, and in the readings.
+    // What is refused is told again while the step waits, and ends the run when that goes on.
     for (const std::int32_t channel : {0, 1})
         station.Outputs.Set(*station.CurrentAIB, channel,
                             SliderScale::DemandOfShare(DemandValue_Percent(channel)));
@@ -113,15 +113,22 @@ bool MFCStep::ReadSample(AIB& board, Sample& sample) {
     constexpr std::int32_t analogSensor = 0;
     constexpr std::int32_t digitalSensor = 1;
     constexpr std::int32_t analogPressureChannel = 2;
+    // All are read every time, so that a sample takes the same time on every unit. Only what is
+    // used can spoil one.
+    const std::array<AIBStatus, 2> channels = {board.GetADC(0, sample[2]),
+                                               board.GetADC(1, sample[4])};
     std::int32_t analogPressure = 0;
+    const AIBStatus analog = board.GetADC(analogPressureChannel, analogPressure);
     std::int32_t digitalPressure = 0;
+    const AIBStatus digital = board.ReadReg(AIB::PressureRegister, digitalPressure);
+    const AIBStatus pressure = m_PressureConfig == analogSensor    ? analog
+                               : m_PressureConfig == digitalSensor ? digital
+                                                                   : Status::NoError;
     AIBStatus worst = Status::NoError;
-    for (const AIBStatus status : {board.GetADC(0, sample[2]), board.GetADC(1, sample[4]),
-                                   board.GetADC(analogPressureChannel, analogPressure),
-                                   board.ReadReg(AIB::PressureRegister, digitalPressure)})
+    for (const AIBStatus status : {channels[0], channels[1], pressure})
         worst = status != Status::NoError ? status : worst;
     m_Answers.Note(worst, m_Timer->ElapsedTime());
-    if (worst != Status::NoError)
+    if (worst != Status::NoError || !board.Reaches(0))
         return false;
     sample[1] = board.DAC(0);
     sample[3] = board.DAC(1);

@@ -201,8 +201,10 @@ std::int32_t SimulatedBoard::Variable(std::int32_t number) const {
 }
 
 bool SimulatedBoard::ValveSelectsLargeChannel() const {
-    return m_Description.Bus == BusType::Usb ? (m_ExtendedPins & Bit(ValveExtendedPin)) != 0
-                                             : (m_Pins & Bit(0)) != 0;
+    if (m_Description.Bus == BusType::Usb)
+        return (m_ExtendedPins & Bit(ValveExtendedPin)) != 0;
+    // A pin that is an input drives nothing: the valve is at rest.
+    return (m_Directions & Bit(0)) == 0 || (m_Pins & Bit(0)) != 0;
 }
 
 double SimulatedBoard::LineFlow_ml_m(double now_s) {

@@ -4,6 +4,7 @@
 #include "benchtests/OutputSweep.h"
 #include "benchtests/SpeedTest.h"
 #include "benchtests/TestRigRun.h"
+#include "platform/text/Text.h"
 #include "terminal/Command.h"
 #include "terminal/Commands.h"
 #include "terminal/TerminalStages.h"
@@ -134,14 +135,19 @@ AIB& FirstBoard(CommandContext& context) {
 }
 
 /// @param exchange what was tried, as the UART console names it
-CommandResult ExchangeResult(const std::string& exchange, std::int32_t value, AIBStatus status) {
-    const std::string statusText = AIB::AIBErrorStr(status);
+/// @param value what was sent or read; nothing when the board has not taken or answered it
+CommandResult ExchangeResult(const std::string& exchange, std::optional<std::int32_t> value,
+                             const OutputAnswer& answer) {
     CommandResult result;
-    result.Json = {{"value", value}, {"status", status}, {"statusText", statusText}};
-    result.Text = fmt::format("{}  {}  {}\n", exchange, value, statusText);
-    if (status != Status::NoError) {
+    result.Json = {{"value", value ? Json(*value) : Json()},
+                   {"status", answer.Code},
+                   {"statusText", answer.Text()}};
+    result.Text = fmt::format("{}  {}  {}\n", exchange, ShownText(value), answer.Text());
+    if (!answer.Taken()) {
         result.Status = ExitStatus::NotPassed;
-        result.Error = fmt::format("{} failed  [{}]", exchange, statusText);
+        result.Error = answer.MFCsNotReady
+                           ? answer.Text()
+                           : fmt::format("{} failed  [{}]", exchange, answer.Text());
     }
     return result;
 }
@@ -168,27 +174,32 @@ CommandResult RunTestRig(CommandContext& context) {
 CommandResult RunUartSet(CommandContext& context, std::int32_t channel, std::int32_t value) {
     AIB& board = FirstBoard(context);
     context.TheStation.Claims.Require(board.DevSerialNum());
-    const AIBStatus status = context.TheStation.Outputs.SetDigital(board, channel, value);
-    return ExchangeResult(fmt::format("Set({})", channel), value, status);
+    const OutputAnswer answer = context.TheStation.Outputs.SetDigital(board, channel, value);
+    return ExchangeResult(fmt::format("Set({})", channel),
+                          answer.Taken() ? std::optional(value) : std::nullopt, answer);
 }
 
 CommandResult RunUartGet(CommandContext& context, std::int32_t channel) {
+    AIB& board = FirstBoard(context);
     std::int32_t value = 0;
-    const AIBStatus status = FirstBoard(context).GetADC_UART(channel, value);
-    return ExchangeResult(fmt::format("Get({})", channel), value, status);
+    const OutputAnswer answer{board.GetADC_UART(channel, value), !board.MFCReady()};
+    return ExchangeResult(fmt::format("Get({})", channel),
+                          answer.Taken() ? std::optional(value) : std::nullopt, answer);
 }
 
 CommandResult RunRecord(CommandContext& context, double seconds) {
     ChosenBoard(context);
     TimedRecording recording(context.TheStation);
-    Outcome outcome;
+    RecordingResult outcome;
     {
         TerminalProgress bar;
         outcome = recording.Run(seconds, [&bar](double share) { bar.Show(share); });
     }
     CommandResult result;
-    result.Json["lines"] = recording.Lines();
-    result.Text = fmt::format("{} lines\n", recording.Lines());
+    result.Json["lines"] = outcome.Lines;
+    result.Json["failedReadings"] = outcome.FailedReadings;
+    result.Text =
+        fmt::format("{} lines, {} readings failed\n", outcome.Lines, outcome.FailedReadings);
     AddOutcome(result, outcome, "The recording");
     return result;
 }

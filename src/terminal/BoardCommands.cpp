@@ -43,12 +43,6 @@ std::string BoardText(AIB& board) {
                        board.MFCReady() ? "ready" : "not ready");
 }
 
-void Require(AIBStatus status, std::string_view what) {
-    if (status != Status::NoError)
-        throw CommandError(ExitStatus::NotPassed,
-                           fmt::format("{}: {}", what, AIB::AIBErrorStr(status)));
-}
-
 } // namespace
 
 void DetectBoards(CommandContext& context) {
@@ -140,17 +134,28 @@ CommandResult RunSelfTest(CommandContext& context) {
 CommandResult RunAdc(CommandContext& context) {
     AIB& board = ChosenBoard(context);
     CommandResult result;
+    const auto failed = [&result](const std::string& input, const OutputAnswer& answer) {
+        result.Status = ExitStatus::NotPassed;
+        result.Error += fmt::format("{}{} cannot be read: {}", result.Error.empty() ? "" : "\n",
+                                    input, answer.Text());
+        return Json();
+    };
     result.Json["adc"] = Json::array();
     for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel) {
-        std::int32_t value = 0;
-        Require(board.GetADC(channel, value), fmt::format("ADC {} cannot be read", channel));
-        result.Json["adc"].push_back(value);
-        result.Text += fmt::format("ADC {}    {}\n", channel, value);
+        AIBStatus status = Status::NoError;
+        const auto value = board.Reading(channel, &status);
+        const std::string input = fmt::format("ADC {}", channel);
+        result.Text += fmt::format("{}    {}\n", input, ShownText(value));
+        result.Json["adc"].push_back(value ? Json(*value)
+                                           : failed(input, {status, !board.Reaches(channel)}));
     }
     std::int32_t pressure = 0;
-    Require(board.ReadReg(AIB::PressureRegister, pressure), "The pressure register cannot be read");
-    result.Json["pressureRegister"] = pressure;
-    result.Text += fmt::format("Pressure {}\n", pressure);
+    const AIBStatus status = board.ReadReg(AIB::PressureRegister, pressure);
+    const bool answered = status == Status::NoError;
+    result.Text +=
+        fmt::format("Pressure {}\n", ShownText(answered ? std::optional(pressure) : std::nullopt));
+    result.Json["pressureRegister"] =
+        answered ? Json(pressure) : failed("The pressure register", {status});
     return result;
 }
 
@@ -158,8 +163,12 @@ CommandResult RunDac(CommandContext& context, std::int32_t channel, std::int32_t
     AIB& board = ChosenBoard(context);
     context.TheStation.Claims.Require(board.DevSerialNum());
     const std::int32_t sent = SliderScale::HeldToRange(value);
-    Require(context.TheStation.Outputs.Set(board, channel, sent),
-            fmt::format("DAC {} cannot be set", channel));
+    const OutputAnswer answer = context.TheStation.Outputs.Set(board, channel, sent);
+    if (answer.MFCsNotReady)
+        throw CommandError(ExitStatus::NotPassed, answer.Text());
+    if (!answer.Taken())
+        throw CommandError(ExitStatus::NotPassed,
+                           fmt::format("DAC {} cannot be set: {}", channel, answer.Text()));
     CommandResult result;
     result.Json["value"] = sent;
     result.Text = fmt::format("DAC {}    {}\n", channel, sent);

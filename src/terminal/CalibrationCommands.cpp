@@ -92,15 +92,21 @@ CommandResult RunPressureCalibration(CommandContext& context, CalibrationKind ki
 }
 
 CommandResult RunPressure(CommandContext& context) {
-    std::int32_t bits = 0;
-    const AIBStatus status = ChosenBoard(context).GetADC(ACUWiring::PressureInput, bits);
-    if (status != Status::NoError)
+    ChosenBoard(context);
+    AIBStatus status = Status::NoError;
+    const auto pressure_mBar = AirChannelControl(context.TheStation).PressureGet_mBar(&status);
+    if (!pressure_mBar)
         throw CommandError(ExitStatus::NotPassed,
-                           "The pressure input cannot be read: " + AIB::AIBErrorStr(status));
-    const float pressure_mBar = AirChannelControl(context.TheStation).PressureGet_mBar();
+                           "The pressure input cannot be read: " +
+                               OutputAnswer{status, status == Status::NoError}.Text());
     CommandResult result;
-    result.Json["mBar"] = pressure_mBar;
-    result.Text = fmt::format("{:.1f} mBar\n", pressure_mBar);
+    if (context.TheStation.Calibration().Record().PressureScale == 0.0F) {
+        result.Json["mBar"] = nullptr;
+        result.Text = "not calibrated\n";
+        return result;
+    }
+    result.Json["mBar"] = *pressure_mBar;
+    result.Text = fmt::format("{:.1f} mBar\n", *pressure_mBar);
     return result;
 }
 

@@ -9,12 +9,14 @@ class DataRecorderTest : public BenchTestFixture {
   protected:
     Outcome Record(double seconds) {
         TimedRecording recording(*m_Station);
-        Outcome outcome = recording.Run(seconds, [](double) {});
-        m_Lines = recording.Lines();
+        const RecordingResult outcome = recording.Run(seconds, [](double) {});
+        m_Lines = outcome.Lines;
+        m_FailedReadings = outcome.FailedReadings;
         return outcome;
     }
 
     std::int64_t m_Lines = 0;
+    std::int64_t m_FailedReadings = 0;
 };
 
 TEST_F(DataRecorderTest, ALineEveryTenMillisecondsForAnHour) {
@@ -79,7 +81,28 @@ TEST_F(DataRecorderTest, EndsWhenCancelledAndGoesOnWithoutABoard) {
     EXPECT_EQ(outcome.Ended, End::Cancelled);
     const std::vector<std::string> lines = LinesOf(outcome);
     EXPECT_NEAR(static_cast<double>(lines.size()), 300.0, 5.0);
-    EXPECT_TRUE(lines.back().ends_with(",0,0,0,0,0")) << lines.back();
+    EXPECT_TRUE(lines.back().ends_with(",,,,,")) << lines.back();
+    EXPECT_NEAR(static_cast<double>(m_FailedReadings), 1000.0, 25.0) << "five of each line";
+}
+
+TEST_F(DataRecorderTest, OneThatNothingAnsweredHasFailed) {
+    Use("acu", {"status:32@ReadReg"});
+    EXPECT_EQ(Record(1.0).Ended, End::Passed);
+    EXPECT_EQ(m_FailedReadings, 100);
+    Use("acu", {"status:32"});
+    EXPECT_EQ(Record(1.0).Ended, End::Failed);
+}
+
+TEST_F(DataRecorderTest, BelongsToTheBoardItBeganWith) {
+    Use("pair");
+    m_Station->CurrentAIB->SetDAC(0, 30000);
+    m_Bench->Time.Advance(5.0);
+    DataRecorder recorder(*m_Station);
+    recorder.Start();
+    m_Station->CurrentAIB = m_Station->AIBList.AIB(1);
+    recorder.RecordLine();
+    const Outcome outcome{.Files = {recorder.File()}};
+    EXPECT_NEAR(std::stoi(Fields(LinesOf(outcome).at(1)).at(1)), 30000, 150);
 }
 
 } // namespace

@@ -38,11 +38,11 @@ TEST(ProcedureGate, AListenerThatIsGoneIsNotTold) {
 
 TEST(ProcedureWait, SeesACancelAndTheEndOfTheProgramWithinAPass) {
     TestBench bench;
-    ProcedureGate gate;
+    ProcedureGate& gate = bench.TheStation.Procedures;
     gate.Cancel();
     EXPECT_FALSE(gate.CancelRequested()) << "nothing runs";
     const RunningProcedure procedure(gate);
-    ProcedureWait wait(bench.World, gate);
+    ProcedureWait wait(bench.TheStation);
     HiResTimer timer(bench.Time);
     bench.Events.At(0.0105, [&gate] { gate.Cancel(); });
     int passes = 0;
@@ -53,7 +53,7 @@ TEST(ProcedureWait, SeesACancelAndTheEndOfTheProgramWithinAPass) {
 
     TestBench closing;
     closing.Events.EndProgram();
-    EXPECT_FALSE(ProcedureWait(closing.World, ProcedureGate()).Pass(timer, 10.0));
+    EXPECT_FALSE(ProcedureWait(closing.TheStation).Pass(timer, 10.0));
 }
 
 } // namespace

@@ -96,7 +96,7 @@ TEST_F(AirChannelControlTest, TheFlowChoosesTheChannel) {
     EXPECT_GT(DAC(1), 60000);
     air.SetAirVelocityInternal_ml_m(200.1F);
     Poll(7.0);
-    EXPECT_NEAR(air.CurrentChannelAir_ml_m(0), 200.1F, 1.0F);
+    EXPECT_NEAR(air.CurrentChannelAir_ml_m(0).value(), 200.1F, 1.0F);
     EXPECT_EQ(DAC(1), 0);
 }
 

@@ -1,5 +1,6 @@
-#include "calibration/MeasuredChannels.h"
 #include "calibration/judge/Judgement.h"
+
+#include "calibration/MeasuredChannels.h"
 #include "calibration/run/CalibrationLog.h"
 #include "support/TestBench.h"
 

@@ -20,7 +20,8 @@ class PressureRunTest : public ::testing::Test {
     }
     CalibrationOutcome Run(Kind kind) {
         CalibrationOutcome outcome = m_Bench->SetUp.RunPressure(kind);
-        EXPECT_EQ(m_Bench->Board.DAC(0) + m_Bench->Board.DAC(1), 0);
+        EXPECT_TRUE(m_Bench->Board.DAC(0) + m_Bench->Board.DAC(1) == 0 ||
+                    m_Bench->Bench.TheStation.AirMayFlow);
         EXPECT_FALSE(m_Bench->Bench.TheStation.Procedures.Running());
         return outcome;
     }
@@ -83,9 +84,9 @@ TEST_F(PressureRunTest, AfterItAnOpenBaseReadsZeroAtAnyFlow) {
     AirChannelControl air(m_Bench->Bench.TheStation);
     air.SetAirVelocityInternal_ml_m(2700.0F, 0);
     m_Bench->Bench.Time.Advance(5.0);
-    EXPECT_NEAR(air.PressureGet_mBar(), 0.0F, 0.5F);
+    EXPECT_NEAR(air.PressureGet_mBar().value(), 0.0F, 0.5F);
     air.PressureZero();
-    EXPECT_NEAR(air.PressureGet_mBar(), 0.0F, 0.3F);
+    EXPECT_NEAR(air.PressureGet_mBar().value(), 0.0F, 0.3F);
 }
 
 TEST_F(PressureRunTest, TooMuchOffsetFailsTheAuditAsTooLittleDoes) {
@@ -99,14 +100,11 @@ TEST_F(PressureRunTest, TooMuchOffsetFailsTheAuditAsTooLittleDoes) {
     EXPECT_NE(Log(audit).find("Calibration Point Failed: 4:  4000.00:  -"), std::string::npos);
 }
 
-TEST_F(PressureRunTest, WithValvesTheOffsetFollowsTheChannelThatTheValveStateNames) {
-    // After the selection of channel 0 the state is 1: the flow of the small channel, none.
+TEST_F(PressureRunTest, WithValvesTheOffsetIsThatOfTheChannelTheyLetThrough) {
     Use("acu");
-    EXPECT_FALSE(Run(Kind::Audit).Passed);
-    EXPECT_TRUE(Told("ACU Pressure Audit Caibration Failed"));
-    EXPECT_FALSE(m_Bench->Record().Record().LastCalDone_Pressure_Audit().Passed)
-        << "written all the same";
-    EXPECT_NE(m_Bench->Eprom(), m_Before);
+    EXPECT_TRUE(Run(Kind::System).Saved);
+    EXPECT_TRUE(Run(Kind::Audit).Passed);
+    EXPECT_TRUE(m_Bench->Record().Record().LastCalDone_Pressure_Audit().Passed);
 }
 
 TEST_F(PressureRunTest, TheOperatorSeesWhatIsGoingOn) {

@@ -20,7 +20,7 @@ class MFCSequenceTest : public ::testing::Test {
     bool Run(const SequenceView& view = {}) {
         Station& station = m_Bench->TheStation;
         const RunningProcedure procedure(station.Procedures);
-        ProcedureWait wait(station.World, station.Procedures);
+        ProcedureWait wait(station);
         std::int32_t row = 7;
         return m_Sequence.RunSequence(station, wait, view, nullptr, "", row);
     }
@@ -108,7 +108,7 @@ TEST_F(MFCSequenceTest, ALostBoardEndsItWithTheAirSwitchedOff) {
     m_Sequence.AddStep(0.5F, 0.0F, 100.0F);
     EXPECT_THROW(Run(), BoardError);
     EXPECT_NEAR(Now_s(), 3.0, 0.1);
-    EXPECT_EQ(m_Board->DAC(0), 0) << "all that can be done is to have told it";
+    EXPECT_EQ(m_Board->DAC(0), 32768) << "what it has taken last";
 }
 
 } // namespace

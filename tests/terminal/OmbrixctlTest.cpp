@@ -41,7 +41,22 @@ TEST_F(OmbrixctlTest, InputsAndOutputs) {
     RunSimulated("dac 0 30000");
     EXPECT_NEAR(RunSimulated("adc").Result["adc"][0].get<int>(), 30000, 200) << "a board holds it";
     const Outcome failed = RunSimulated("--fault status:32@ReadReg adc");
+    EXPECT_EQ(failed.Status, 1);
     EXPECT_EQ(failed.Result["error"], "The pressure register cannot be read: AIB Timeout");
+    EXPECT_TRUE(failed.Result["pressureRegister"].is_null());
+    EXPECT_EQ(failed.Result["adc"].size(), 4U) << "what was answered is told";
+}
+
+TEST_F(OmbrixctlTest, WhatIsNotSentOrAskedIsNotShownAsIfItWere) {
+    for (const std::string command : {"dac 0 30000", "uart set 0 100", "uart get 0", "adc"}) {
+        const Outcome notReady = RunSimulated("--fault not-ready:0 " + command);
+        EXPECT_EQ(notReady.Status, 1) << command;
+        EXPECT_NE(notReady.Result["error"].get<std::string>().find("The MFCs are not ready."),
+                  std::string::npos);
+        EXPECT_TRUE(!notReady.Result.contains("value") || notReady.Result["value"].is_null());
+        EXPECT_TRUE(!notReady.Result.contains("adc") || notReady.Result["adc"][0].is_null());
+    }
+    EXPECT_EQ(RunSimulated("--fault status:32@SetDAC dac 2 100").Status, 1);
 }
 
 TEST_F(OmbrixctlTest, EpromWordsAreReadAndWritten) {

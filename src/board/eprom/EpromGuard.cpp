@@ -1,6 +1,5 @@
 #include "board/eprom/EpromGuard.h"
 
-#include "board/procedure/ProcedureWait.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/ports/Folders.h"
 #include "platform/text/OleDate.h"

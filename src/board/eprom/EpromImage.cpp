@@ -1,6 +1,6 @@
 #include "board/eprom/EpromImage.h"
 
-#include "board/procedure/ProcedureWait.h"
+#include "board/AIB.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,6 @@
 #include "board/procedure/DrivingProcedure.h"
 
 #include "board/procedure/BoardClaims.h"
-#include "board/procedure/ProcedureWait.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/ports/Drive.h"
 
@@ -37,6 +36,7 @@ void DrivingProcedure::Begin() {
         RequireSameIdentity(*board);
     }
     m_Begun = true;
+    m_Insistence.emplace(m_Station.Outputs);
     for (const auto& board : m_Driven) {
         const std::int32_t serial = board->DevSerialNum();
         // A mark that is there stands for outputs that nobody has switched off yet.
@@ -50,6 +50,7 @@ void DrivingProcedure::Begin() {
 void DrivingProcedure::SwitchOffNow() noexcept {
     if (!m_Begun)
         return;
+    m_Insistence.reset(); // what is refused from here on is told as air that may be flowing
     if (m_LeaveOutputs) {
         RemoveMarks(m_Marked);
         return;

@@ -4,6 +4,7 @@
 #include "board/procedure/SafeOutputs.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace ombrix {
@@ -38,6 +39,7 @@ class DrivingProcedure {
     bool m_Begun = false;
     bool m_LeaveOutputs = false;
     bool m_Told = false;
+    std::optional<Outputs::Insistence> m_Insistence;
     /// The last member: its end switches off while the others are still there.
     RunningProcedure m_Running;
 };

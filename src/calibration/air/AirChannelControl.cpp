@@ -66,21 +66,32 @@ float AirChannelControl::FlowOfReading(std::int32_t channel, std::int32_t bits) 
     return Flow_ml_m(channel, bits, true);
 }
 
-float AirChannelControl::CurrentChannelAir_ml_m(std::int32_t channel) {
-    std::int32_t bits = 0;
-    return m_AIB->GetADC(channel, bits) == Status::NoError ? FlowOfReading(channel, bits) : 0.0F;
+std::optional<float> AirChannelControl::CurrentChannelAir_ml_m(std::int32_t channel,
+                                                               AIBStatus* status) {
+    const auto bits = m_AIB->Reading(channel, status);
+    return bits ? std::optional(FlowOfReading(channel, *bits)) : std::nullopt;
 }
 
-float AirChannelControl::FlowOfBothChannels_ml_m() {
-    return CurrentChannelAir_ml_m(0) + CurrentChannelAir_ml_m(1);
+std::optional<float> AirChannelControl::FlowOfBothChannels_ml_m(AIBStatus* status) {
+    const auto first = CurrentChannelAir_ml_m(0, status);
+    if (!first)
+        return std::nullopt;
+    const auto second = CurrentChannelAir_ml_m(1, status);
+    return second ? std::optional(*first + *second) : std::nullopt;
+}
+
+std::optional<float> AirChannelControl::LineFlow_ml_m(AIBStatus* status) {
+    if (Record().HasSolenoidValves == 0)
+        return FlowOfBothChannels_ml_m(status);
+    // The state is the valves' output; the channel that it lets through is the other number.
+    return CurrentChannelAir_ml_m(OtherChannel(m_ValveState), status);
 }
 
 float AirChannelControl::CurrentAir_mms(bool zeroCutOff) {
     std::array<float, 2> flow_ml_m{};
     for (const std::int32_t channel : {0, 1}) {
-        std::int32_t bits = 0;
-        if (m_AIB->GetADC(channel, bits) == Status::NoError)
-            flow_ml_m.at(static_cast<std::size_t>(channel)) = Flow_ml_m(channel, bits, zeroCutOff);
+        if (const auto bits = m_AIB->Reading(channel))
+            flow_ml_m.at(static_cast<std::size_t>(channel)) = Flow_ml_m(channel, *bits, zeroCutOff);
     }
     if (Record().VelocitySystemDate != OleDate() && m_ChangeOverBusy)
         UpdateChannelChangeOver();
@@ -145,7 +156,7 @@ void AirChannelControl::SetAirVelocityInternal_bits(std::int32_t channel, std::i
         AllChannelsOff();
 }
 
-// What a board refuses shows where its outputs are shown; the readings tell whether it is there.
+// The procedure tells a board again what it has refused, and ends when that goes on being refused.
 
 void AirChannelControl::SetChannelOutput(std::int32_t channel) {
     m_ValveState = (channel + 1) % 2;
@@ -188,10 +199,8 @@ ChangeOverInputs AirChannelControl::InputsOf(std::int32_t channel) {
     inputs.Output_bits = OutputOf(channel);
     // Only the pre-charge waits for air; a reading costs a call to the board. One that fails
     // leaves 0: the air has not come yet.
-    std::int32_t reading = 0;
-    if (m_ChangeOverState == ChangeOverState::PreCharge &&
-        m_AIB->GetADC(channel, reading) == Status::NoError)
-        inputs.Reading_bits = reading;
+    if (m_ChangeOverState == ChangeOverState::PreCharge)
+        inputs.Reading_bits = m_AIB->Reading(channel).value_or(0);
     inputs.InState_s = MonotonicSeconds(m_Clock) - m_StateStartTime;
     return inputs;
 }
@@ -233,22 +242,26 @@ void AirChannelControl::Enter(ChangeOverState state, std::int32_t active, std::i
     StartState(state);
 }
 
-float AirChannelControl::PressureGet_mBar() {
-    // A reading that fails is 0.
-    const std::int32_t raw = m_AIB->MyGetADC(ACUWiring::PressureInput);
-    const float flow_ml_m = Record().HasSolenoidValves != 0 ? CurrentChannelAir_ml_m(m_ValveState)
-                                                            : FlowOfBothChannels_ml_m();
+std::optional<float> AirChannelControl::PressureGet_mBar(AIBStatus* status) {
+    const auto raw = m_AIB->Reading(ACUWiring::PressureInput, status);
+    const auto flow_ml_m = raw ? LineFlow_ml_m(status) : std::nullopt;
+    if (!flow_ml_m)
+        return std::nullopt;
     // In Double: damaged coefficients must not overflow the 32 bits.
-    const double bits =
-        static_cast<double>(raw) - PressureFlowOffset(Record(), flow_ml_m) - Record().PressureZero;
+    const double bits = static_cast<double>(*raw) - PressureFlowOffset(Record(), *flow_ml_m) -
+                        Record().PressureZero;
     return static_cast<float>(static_cast<double>(Record().PressureScale) * bits);
 }
 
-void AirChannelControl::PressureZero() {
-    const std::int32_t raw = m_AIB->MyGetADC(ACUWiring::PressureInput);
+bool AirChannelControl::PressureZero(AIBStatus* status) {
+    const auto raw = m_AIB->Reading(ACUWiring::PressureInput, status);
     // Of both channels, whether the unit has valves or not.
-    m_Unit.PressureZero(RoundHalfEven(static_cast<double>(raw) -
-                                      PressureFlowOffset(Record(), FlowOfBothChannels_ml_m())));
+    const auto flow_ml_m = raw ? FlowOfBothChannels_ml_m(status) : std::nullopt;
+    if (!flow_ml_m)
+        return false;
+    m_Unit.PressureZero(
+        RoundHalfEven(static_cast<double>(*raw) - PressureFlowOffset(Record(), *flow_ml_m)));
+    return true;
 }
 
 } // namespace ombrix

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 namespace ombrix {
 
@@ -69,8 +70,9 @@ class AirChannelControl {
     /// @return the present velocity in mm/s through the standard base: of the selected channel
     ///         with solenoid valves, of both without
     float CurrentAir_mms(bool zeroCutOff);
-    /// The channel's present flow in ml/min, 0 below 1 % of full scale; 0 when it cannot be read.
-    float CurrentChannelAir_ml_m(std::int32_t channel);
+    /// The channel's present flow in ml/min, 0 below 1 % of full scale; nothing when it cannot be
+    /// read. @param status takes how the reading went, when given, here and below
+    std::optional<float> CurrentChannelAir_ml_m(std::int32_t channel, AIBStatus* status = nullptr);
     /// The flow of a channel that reads so many bits, 0 below 1 % of full scale.
     float FlowOfReading(std::int32_t channel, std::int32_t bits) const;
 
@@ -99,10 +101,11 @@ class AirChannelControl {
     std::int32_t DemandOf(std::int32_t channel) const;
     std::int32_t OutputOf(std::int32_t channel) const;
 
-    /// The present pressure in mBar, without the back-pressure of the flow and the zero.
-    float PressureGet_mBar();
-    /// Takes the present pressure reading as zero.
-    void PressureZero();
+    /// The present pressure in mBar, without the back-pressure of the flow and the zero; nothing
+    /// when the sensor or the flow cannot be read.
+    std::optional<float> PressureGet_mBar(AIBStatus* status = nullptr);
+    /// Takes the present pressure reading as zero. False when it cannot be read.
+    bool PressureZero(AIBStatus* status = nullptr);
 
   private:
     struct ChannelDemand {
@@ -127,7 +130,8 @@ class AirChannelControl {
     float DemandFromCalibration(float flow_ml_m, std::int32_t channel) const;
     float Flow_ml_m(std::int32_t channel, std::int32_t bits, bool zeroCutOff) const;
     float Capacity(std::int32_t channel) const;
-    float FlowOfBothChannels_ml_m();
+    std::optional<float> FlowOfBothChannels_ml_m(AIBStatus* status);
+    std::optional<float> LineFlow_ml_m(AIBStatus* status);
     static std::int32_t OtherChannel(std::int32_t channel) { return channel == 0 ? 1 : 0; }
     ChangeOverInputs InputsOf(std::int32_t channel);
     void Enter(ChangeOverState state, std::int32_t active, std::int32_t other);

@@ -29,9 +29,8 @@ bool TryToStore(CalibrationOutcome& outcome, const std::function<void()>& save) 
 
 CalibrationRun::CalibrationRun(const RunContext& context, RunKind kind)
     : m_Context(context), m_Station(context.Reports.TheStation), m_World(m_Station.World),
-      m_Unit(m_Station.Calibration()), m_Stages(context.Stages),
-      m_Wait(m_World, m_Station.Procedures), m_Air(m_Station), m_Log(m_World),
-      m_Recorder(m_Station, kind), m_Kind(kind) {}
+      m_Unit(m_Station.Calibration()), m_Stages(context.Stages), m_Wait(m_Station),
+      m_Air(m_Station), m_Log(m_World), m_Recorder(m_Station, kind), m_Kind(kind) {}
 
 CalibrationOutcome CalibrationRun::Run() {
     m_Stages.Stage_RunNext();

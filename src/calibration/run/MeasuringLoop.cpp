@@ -45,9 +45,8 @@ PointReading MeasuringLoop::Measure(std::int32_t channel, double duration_s, con
     double displayDue_s = 0.0;
     LiveReading live;
     while ((live.Elapsed_s = timer.ElapsedTime()) < duration_s) {
-        const AIBStatus status = Read(channel, live.Bits);
-        m_Watch.Note(status, MonotonicSeconds(m_Clock));
-        if (status == Status::NoError) {
+        if (const auto bits = Read(channel)) {
+            live.Bits = *bits;
             live.Flow_ml_m = m_Air.FlowOfReading(channel, live.Bits);
             if (live.Elapsed_s - sampled_s >= SampleSpacing_s) {
                 sampled_s = live.Elapsed_s;
@@ -85,11 +84,11 @@ AIBStatus MeasuringLoop::AskForAnswer() {
     return m_AIB->ReadReg(AIB::PressureRegister, value);
 }
 
-AIBStatus MeasuringLoop::Read(std::int32_t channel, std::int32_t& bits) {
-    const AIBStatus status = m_AIB->GetADC(channel, bits);
-    // A digital channel that is not ready reads as 0 without asking the board.
-    const bool wasAsked = !m_AIB->IsDigitalSetup() || m_AIB->MFCReady();
-    return wasAsked ? status : AskForAnswer();
+std::optional<std::int32_t> MeasuringLoop::Read(std::int32_t channel) {
+    AIBStatus status = Status::NoError;
+    const auto bits = m_AIB->Reading(channel, &status);
+    m_Watch.Note(m_AIB->Reaches(channel) ? status : AskForAnswer(), MonotonicSeconds(m_Clock));
+    return bits;
 }
 
 void MeasuringLoop::AwaitAnswer() {

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace ombrix {
 
@@ -49,7 +50,8 @@ class MeasuringLoop {
     void AwaitAnswer();
 
   private:
-    AIBStatus Read(std::int32_t channel, std::int32_t& bits);
+    /// Nothing when the reading has failed. @throws BoardError
+    std::optional<std::int32_t> Read(std::int32_t channel);
     AIBStatus AskForAnswer();
     void PollChangeOver();
 

@@ -65,7 +65,7 @@ bool PressureRun::Confirmed() {
 }
 
 void PressureRun::Measure() {
-    m_Air.PressureZero();
+    TakeZero();
     m_Log.OpenCalibrationLog("ACUCal_Pressure", m_Unit.Unit().SerialNumberStr());
     Log({"Calibrate Pressure - Calibration Started", "", ""});
     m_Recorder.Begin(m_Context.Unattended);
@@ -76,7 +76,7 @@ void PressureRun::CalibratePressureBase() {
     m_Cal.BaseDiameter_mm = BaseDiameter_mm;
     AskForHose();
     RecordPressurePoint(0.0F); // lets the line settle; the reading is of no use
-    m_Air.PressureZero();
+    TakeZero();
     Log({"", "Calibration of Base Started " + GeneralText(BaseDiameter_mm) + " mm", Rule(68)});
     MeasurePoints();
     SetChannelAir_ml_m(0, 0.0F);
@@ -106,7 +106,7 @@ void PressureRun::AskForHose() {
 void PressureRun::MeasurePoints() {
     const auto& capacity_ml_m = m_Unit.Record().ChannelCapacity;
     const float largest_ml_m = std::max(capacity_ml_m[0], capacity_ml_m[1]);
-    for (std::size_t i = 0; i < Points; ++i) {
+    for (std::size_t i = 0; i < Points && GoesOn(); ++i) {
         PressureReading& point = m_Points.at(i);
         m_Stages.ShowLine(StageLine::Phase,
                           FormatArgs("Air Pressure Calibration - Phase [1] of [2]",
@@ -114,9 +114,12 @@ void PressureRun::MeasurePoints() {
         point.Flow_ml_m = largest_ml_m / static_cast<float>(Points) * static_cast<float>(i);
         m_Log.LogCalibration("Flow Rate: " + Fixed(point.Flow_ml_m, 2) + " lm/min");
         m_Recorder.ReadingBegins(Sweeps::Pressure, i, {0, point.Flow_ml_m});
-        point.Reading = RecordPressurePoint(point.Flow_ml_m);
-        m_Recorder.ReadingEnds({0, point.Reading, GoesOn()});
-        m_PointsMeasured += GoesOn() ? 1U : 0U;
+        const auto reading = RecordPressurePoint(point.Flow_ml_m);
+        m_Recorder.ReadingEnds({0, reading.value_or(0.0F), reading.has_value()});
+        if (!reading)
+            return; // cancelled: what was not measured is neither driven nor told
+        point.Reading = *reading;
+        ++m_PointsMeasured;
         m_Log.LogCalibration("   Result: " + (IsAudit() ? Fixed(point.Reading, 2) + " mBar"
                                                         : Fixed(point.Reading, 1) + " Bits"));
     }
@@ -137,12 +140,34 @@ bool PressureRun::Pass(HiResTimer& timer, double duration_s, const std::function
     return GoesOn();
 }
 
-void PressureRun::ShowPressure() {
-    m_Stages.ShowLine(StageLine::Remaining,
-                      "Current pressure: " + Fixed(m_Air.PressureGet_mBar(), 1) + " mBar");
+void PressureRun::TakeZero() {
+    HiResTimer timer(m_World.Time);
+    AIBStatus status = Status::NoError;
+    while (!m_Air.PressureZero(&status) && GoesOn()) {
+        m_Watch.Note(status, MonotonicSeconds(m_World.Time));
+        m_Wait.Pass(timer, timer.ElapsedTime() + DisplaySpacing_s);
+    }
 }
 
-float PressureRun::RecordPressurePoint(float flow_ml_m) {
+void PressureRun::ShowPressure() {
+    const auto pressure_mBar = m_Air.PressureGet_mBar();
+    m_Stages.ShowLine(StageLine::Remaining,
+                      "Current pressure: " + (pressure_mBar ? Fixed(*pressure_mBar, 1) : "--") +
+                          " mBar");
+}
+
+std::optional<PressureRun::Reading> PressureRun::Read() {
+    AIBStatus status = Status::NoError;
+    Reading reading;
+    const auto bits = m_Station.CurrentAIB->Reading(ACUWiring::PressureInput, &status);
+    auto pressure_mBar = bits && IsAudit() ? m_Air.PressureGet_mBar(&status) : std::optional(0.0F);
+    m_Watch.Note(status, MonotonicSeconds(m_World.Time));
+    if (!bits || !pressure_mBar)
+        return std::nullopt;
+    return Reading{*bits, *pressure_mBar};
+}
+
+std::optional<float> PressureRun::RecordPressurePoint(float flow_ml_m) {
     SetChannelAir_ml_m(0, flow_ml_m);
     SetChannelAir_ml_m(1, 0.0F);
     m_Stages.BeginProgress(LineSettles_s);
@@ -150,36 +175,35 @@ float PressureRun::RecordPressurePoint(float flow_ml_m) {
     m_Stages.ShowLine(StageLine::Reading, "Flow rate: " + Fixed(flow_ml_m, 0) + " ml/min");
     m_Stages.ShowLine(StageLine::Remaining, "");
     HiResTimer timer(m_World.Time);
-    const auto readInput = [&] {
-        std::int32_t bits = 0;
-        const AIBStatus status = m_Station.CurrentAIB->GetADC(ACUWiring::PressureInput, bits);
-        m_Watch.Note(status, MonotonicSeconds(m_World.Time));
-        return status == Status::NoError ? std::optional(bits) : std::nullopt;
-    };
     double sum = 0.0;
     double sampleDue_s = 0.0;
     std::int32_t count = 0;
-    if (Pass(timer, LineSettles_s, [&] { readInput(); })) {
+    bool complete = Pass(timer, LineSettles_s, [&] { Read(); });
+    if (complete) {
         m_Stages.ShowLine(StageLine::Demand, "Recording Calibration Data");
         m_Air.SetChannelOutput(0);
         m_Stages.BeginProgress(RecordTime_s);
         timer.StartTimer(true);
-        Pass(timer, RecordTime_s, [&] {
-            const auto bits = readInput();
-            if (!bits)
+        complete = Pass(timer, RecordTime_s, [&] {
+            const auto reading = Read();
+            if (!reading)
                 return;
             if (const double elapsed_s = timer.ElapsedTime(); elapsed_s >= sampleDue_s) {
                 sampleDue_s = elapsed_s + SampleSpacing_s;
-                m_Recorder.Sample({static_cast<float>(elapsed_s), *bits});
+                m_Recorder.Sample({static_cast<float>(elapsed_s), reading->Bits});
             }
-            sum += IsAudit() ? static_cast<double>(m_Air.PressureGet_mBar()) : *bits;
+            sum += IsAudit() ? static_cast<double>(reading->Pressure_mBar) : reading->Bits;
             ++count;
         });
     }
     m_Stages.ShowLine(StageLine::Reading, "");
     m_Stages.ShowLine(StageLine::Remaining, "");
     m_Stages.EndProgress();
-    return count > 0 ? static_cast<float>(sum / count) : 0.0F;
+    if (!complete)
+        return std::nullopt;
+    if (count == 0)
+        throw BoardError("The pressure could not be read.");
+    return static_cast<float>(sum / count);
 }
 
 void PressureRun::SetChannelAir_ml_m(std::int32_t channel, float flow_ml_m) {

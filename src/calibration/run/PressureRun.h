@@ -6,6 +6,7 @@
 
 #include <array>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace ombrix {
@@ -31,7 +32,17 @@ class PressureRun final : public CalibrationRun {
     void CalibratePressureBase();
     void AskForHose();
     void MeasurePoints();
-    float RecordPressurePoint(float flow_ml_m);
+    /// What the sensor reads: its bits and, of an audit, the pressure.
+    struct Reading {
+        std::int32_t Bits = 0;
+        float Pressure_mBar = 0.0F;
+    };
+    /// Nothing when a reading has failed. @throws BoardError
+    std::optional<Reading> Read();
+    /// The mean of a point; nothing when the operator has cancelled. @throws BoardError
+    std::optional<float> RecordPressurePoint(float flow_ml_m);
+    /// @throws BoardError when the sensor cannot be read
+    void TakeZero();
     bool Pass(HiResTimer& timer, double duration_s, const std::function<void()>& work);
     void ShowPressure();
     void SetChannelAir_ml_m(std::int32_t channel, float flow_ml_m);

@@ -48,6 +48,14 @@ std::string GeneralText(double value) {
     return General(value, 15);
 }
 
+std::string OptionalText(std::optional<std::int32_t> value) {
+    return value ? std::to_string(*value) : "";
+}
+
+std::string ShownText(std::optional<std::int32_t> value) {
+    return value ? std::to_string(*value) : "--";
+}
+
 std::string FixedText(double value, int decimals) {
     std::string text = fmt::format("{:.{}f}", value, decimals);
     // A value that rounds to zero has no sign.

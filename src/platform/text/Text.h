@@ -15,6 +15,10 @@ namespace ombrix {
 /// zeros; an exponent ("1.5E+20") only beyond that many digits or below 0.0001.
 std::string GeneralText(float value);
 std::string GeneralText(double value);
+/// A whole number; no text for a reading that is not there.
+std::string OptionalText(std::optional<std::int32_t> value);
+/// The same for people: "--" for a reading that is not there.
+std::string ShownText(std::optional<std::int32_t> value);
 
 /// Text with a fixed number of decimals, as the formats "0", "0.0" and "0.00" give it.
 std::string FixedText(double value, int decimals);

@@ -46,7 +46,11 @@ void BenchTestCommands::TestDigitalMFCs() {
     const BenchTestView view{
         .Caption = [&panel](const std::string& text) { panel.ShowCaption(ToQt(text)); },
         .Stage = [&panel](const std::string& text) { panel.ShowStage(ToQt(text)); }};
-    Run([&] { test.Run(view); }, [&panel](bool running) { panel.ShowRunning(running); });
+    Run([&] { test.Run(view); },
+        [&](bool running) {
+            panel.ShowRunning(running);
+            m_Board.Sliders().HoldRecording(running);
+        });
 }
 
 void BenchTestCommands::TestSpeed() {

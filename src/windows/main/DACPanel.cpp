@@ -69,24 +69,22 @@ void DACChannel::LayOut() {
     layout->addWidget(m_Text, row++, 0, 1, 2, Qt::AlignHCenter);
 }
 
-void DACChannel::ShowOutput(std::int32_t value, AIBStatus status, NumberBase base) {
-    m_Slider->setValue(SliderScale::PositionOf(value));
-    m_Text->setText(QString::number(value));
-    if (status == Status::NoError)
-        m_Output->ShowValue(NumberText(value, base));
+void DACChannel::ShowOutput(std::int32_t taken_bits, const OutputAnswer& answer, NumberBase base) {
+    m_Slider->setValue(SliderScale::PositionOf(taken_bits));
+    m_Text->setText(QString::number(taken_bits));
+    if (answer.Taken())
+        m_Output->ShowValue(NumberText(taken_bits, base));
     else
-        m_Output->ShowFailure(ToQt(AIB::AIBErrorStr(status)));
+        m_Output->ShowFailure(ToQt(answer.Text()));
 }
 
 void DACChannel::ShowInput(AIB& board, NumberBase base) {
-    std::int32_t reading = 0;
-    const AIBStatus status = board.GetADC(m_Channel, reading);
-    if (status != Status::NoError) {
-        m_Input->ShowFailure(ToQt(AIB::AIBErrorStr(status)));
-        m_Bar->Draw(std::nullopt, board.DAC(m_Channel));
-        return;
-    }
-    m_Input->ShowValue(NumberText(reading, base));
+    AIBStatus status = Status::NoError;
+    const auto reading = board.Reading(m_Channel, &status);
+    if (reading)
+        m_Input->ShowValue(NumberText(*reading, base));
+    else
+        m_Input->ShowFailure(ToQt(OutputAnswer{status, !board.Reaches(m_Channel)}.Text()));
     m_Bar->Draw(reading, board.DAC(m_Channel));
 }
 
@@ -135,12 +133,13 @@ QWidget* DACPanel::MakeSideColumn() {
     auto* column = new QWidget(this);
     m_IsDigitalSetup =
         MakeCheckBox(QStringLiteral("chkIsDigitalSetup"), tr("Is Digital Setup"), column);
-    connect(m_IsDigitalSetup, &QCheckBox::clicked, this,
-            [this](bool ticked) { Board().IsDigitalSetup(ticked); });
+    connect(m_IsDigitalSetup, &QCheckBox::clicked, this, &DACPanel::SetDigitalSetup);
     m_MFCsReady = new ValueLabel(QStringLiteral("lblMFCsReady"), tr("MFC readiness"), column);
     m_MFCsReady->ShowValue(tr("MFCs Readt Status"));
     m_Pressure = new PressurePanel(m_Station, column);
     m_Record = new RecordingBox(m_Station, column);
+    m_Recorded = new ValueLabel(QStringLiteral("lblRecorded"), tr("Recording"), column);
+    connect(m_Record, &RecordingBox::Recorded, m_Recorded, &ValueLabel::ShowValue);
     auto* speed = MakeButton(QStringLiteral("cmdTestSpeed"), tr("Speed"), column);
     speed->setToolTip(tr("Drives both air channels 2000 times in analog, then in digital mode."));
     connect(speed, &QPushButton::clicked, this, &DACPanel::SpeedTestWanted);
@@ -153,6 +152,7 @@ QWidget* DACPanel::MakeSideColumn() {
     layout->addWidget(m_Pressure);
     layout->addStretch(1);
     layout->addWidget(m_Record);
+    layout->addWidget(m_Recorded);
     layout->addWidget(speed);
     return column;
 }
@@ -194,8 +194,23 @@ void DACPanel::ShowChange(const OutputChange& change) {
         return;
     const bool outer = std::exchange(m_SettingDAC, true);
     m_Channels.at(static_cast<std::size_t>(change.Channel))
-        ->ShowOutput(change.Bits, change.Answer, Base());
+        ->ShowOutput(Board().DAC(change.Channel), change.Answer, Base());
     m_SettingDAC = outer;
+}
+
+void DACPanel::SetDigitalSetup(bool digital) {
+    Guarded(m_Station.World.Messages, [&] {
+        const OutputAnswer answer = m_Station.Outputs.SetDigitalSetup(Board(), digital);
+        if (!answer.Taken())
+            m_Station.World.Messages.Ask({"The air channels could not be brought to zero: " +
+                                              answer.Text() + "\r\n\r\nThe setup stays as it was.",
+                                          MessageIcon::Warning, MessageButtons::Ok});
+    });
+    ShowDigitalSetup();
+}
+
+void DACPanel::HoldRecording(bool hold) {
+    m_Record->Hold(hold);
 }
 
 void DACPanel::StopRecording() {

@@ -27,8 +27,8 @@ class DACChannel final : public QWidget {
   public:
     DACChannel(int channel, QWidget* parent);
 
-    /// What the board was told, or the status with which it refused.
-    void ShowOutput(std::int32_t value, AIBStatus status, NumberBase base);
+    /// What the board has taken, and how it took the last demand.
+    void ShowOutput(std::int32_t taken_bits, const OutputAnswer& answer, NumberBase base);
     /// Reads the input and shows it.
     void ShowInput(AIB& board, NumberBase base);
     /// Air channels take values only while the MFCs are ready.
@@ -70,6 +70,8 @@ class DACPanel final : public QGroupBox {
     /// Shows what the current board was last told.
     void ShowBoard();
     void StopRecording();
+    /// Makes no lines meanwhile.
+    void HoldRecording(bool hold);
     /// Shows whether the current board's MFCs are driven digitally.
     void ShowDigitalSetup();
     /// Reads and shows what the current board measures.
@@ -80,6 +82,7 @@ class DACPanel final : public QGroupBox {
 
   private:
     void ShowChange(const OutputChange& change);
+    void SetDigitalSetup(bool digital);
     QWidget* MakeCaptionColumn();
     QWidget* MakeSideColumn();
     QWidget* MakeBaseChoice();
@@ -93,6 +96,7 @@ class DACPanel final : public QGroupBox {
     QCheckBox* m_IsDigitalSetup;
     QRadioButton* m_Hexadecimal = nullptr;
     ValueLabel* m_MFCsReady;
+    ValueLabel* m_Recorded = nullptr;
     PressurePanel* m_Pressure;
     /// A slider that moves because its value was set does not send it again.
     bool m_SettingDAC = false;

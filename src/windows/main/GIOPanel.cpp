@@ -49,7 +49,7 @@ void GIOPanel::AddPin(QGridLayout& grid, int pin) {
     m_IsOutput.at(index) = isOutput;
     m_Output.at(index) = output;
     m_Input.at(index) = input;
-    connect(isOutput, &QCheckBox::toggled, this, &GIOPanel::SendDirections);
+    connect(isOutput, &QCheckBox::toggled, this, [this, isOutput] { ChangeDirection(*isOutput); });
     connect(output, &QCheckBox::toggled, this, [this, pin](bool high) { SetOutput(pin, high); });
 
     const int column = pin + 1;
@@ -71,7 +71,10 @@ QWidget* GIOPanel::MakeFooter() {
     connect(update, &QPushButton::clicked, this, &GIOPanel::UpdateWanted);
     auto* explanation = new QHBoxLayout;
     explanation->addWidget(MakeCaption(tr("A tick represents an Output"), footer));
-    explanation->addStretch();
+    m_Answer = new ValueLabel(QStringLiteral("lblGIOAnswer"), tr("What was refused"), footer);
+    m_Answer->setAlignment(Qt::AlignCenter);
+    m_Answer->CutToFit();
+    explanation->addWidget(m_Answer, 1);
     explanation->addWidget(MakeCaption(tr("Mask:"), footer));
     explanation->addWidget(m_Mask);
     auto* power = new QHBoxLayout;
@@ -90,14 +93,12 @@ QWidget* GIOPanel::MakeFooter() {
 QCheckBox* GIOPanel::MakePowerBox(int index, const QString& caption, QWidget* parent) {
     auto* box = MakeCheckBox(ElementName("chkExtGPIO", index), caption, parent);
     m_Power.at(static_cast<std::size_t>(index)) = box;
-    connect(box, &QCheckBox::toggled, this, [this, index](bool on) {
-        Guarded(m_Station.World.Messages, [&] {
-            m_Station.Claims.Require(Board().DevSerialNum());
-            if (on)
-                Board().SetExtGPO(FirstPowerPin + index);
-            else
-                Board().ClearExtGPO(FirstPowerPin + index);
+    connect(box, &QCheckBox::toggled, this, [this, index, box](bool on) {
+        const bool taken = Tell(box->text(), [&] {
+            return m_Station.Outputs.SetExtendedPin(Board(), FirstPowerPin + index, on);
         });
+        if (!taken)
+            PutBack(*box);
     });
     return box;
 }
@@ -111,7 +112,11 @@ void GIOPanel::TickFirstPinOnly() {
 
 void GIOPanel::Reset() {
     TickFirstPinOnly();
-    SendDirections();
+    ShowDirections();
+    // The pins of a board that another program has stay as they are, and the panel says so.
+    Guarded(m_Station.World.Messages, [this] {
+        ShowAnswer(tr("Directions"), m_Station.Outputs.SetDirections(Board(), TickedPins()));
+    });
 }
 
 void GIOPanel::ShowBoard() {
@@ -119,16 +124,41 @@ void GIOPanel::ShowBoard() {
         power->setEnabled(Board().IsUsb());
 }
 
-void GIOPanel::SendDirections() {
+bool GIOPanel::Tell(const QString& output, const std::function<OutputAnswer()>& tell) {
+    OutputAnswer answer{Status::AccessDenied};
+    Guarded(m_Station.World.Messages, [&] {
+        m_Station.Claims.Require(Board().DevSerialNum());
+        answer = tell();
+    });
+    ShowAnswer(output, answer);
+    return answer.Taken();
+}
+
+void GIOPanel::ShowAnswer(const QString& output, const OutputAnswer& answer) {
+    m_Answer->ShowValue(answer.Taken() ? QString() : tr("%1: %2").arg(output, ToQt(answer.Text())));
+}
+
+void GIOPanel::PutBack(QCheckBox& box) {
+    const QSignalBlocker quiet(box);
+    box.toggle();
+}
+
+std::int32_t GIOPanel::TickedPins() const {
     std::int32_t mask = 0;
     for (std::size_t pin = 0; pin < Pins; ++pin)
         mask |= m_IsOutput.at(pin)->isChecked() ? 1 << pin : 0;
-    m_Mask->ShowValue(ToQt(HexText(mask)));
-    Guarded(m_Station.World.Messages, [&] {
-        // The pins of a board that another program has are that program's.
-        if (m_Station.Claims.IsOurs(Board().DevSerialNum()))
-            Board().ConfigureGPIO(mask);
-    });
+    return mask;
+}
+
+void GIOPanel::ChangeDirection(QCheckBox& clicked) {
+    if (!Tell(tr("Directions"),
+              [this] { return m_Station.Outputs.SetDirections(Board(), TickedPins()); }))
+        PutBack(clicked);
+    ShowDirections();
+}
+
+void GIOPanel::ShowDirections() {
+    m_Mask->ShowValue(ToQt(HexText(TickedPins())));
     ShowGIOColumns();
 }
 
@@ -141,13 +171,10 @@ void GIOPanel::ShowGIOColumns() {
 }
 
 void GIOPanel::SetOutput(int pin, bool high) {
-    Guarded(m_Station.World.Messages, [&] {
-        m_Station.Claims.Require(Board().DevSerialNum());
-        if (high)
-            Board().SetGPO(pin);
-        else
-            Board().ClearGPO(pin);
-    });
+    const bool taken =
+        Tell(tr("Pin %1").arg(pin), [&] { return m_Station.Outputs.SetPin(Board(), pin, high); });
+    if (!taken)
+        PutBack(*m_Output.at(static_cast<std::size_t>(pin)));
     emit UpdateWanted();
 }
 

@@ -5,6 +5,7 @@
 #include <QGroupBox>
 
 #include <array>
+#include <functional>
 
 class QCheckBox;
 class QGridLayout;
@@ -38,7 +39,14 @@ class GIOPanel final : public QGroupBox {
     QWidget* MakeFooter();
     QCheckBox* MakePowerBox(int index, const QString& caption, QWidget* parent);
     void TickFirstPinOnly();
-    void SendDirections();
+    /// Has the board told something, and shows what it refuses.
+    bool Tell(const QString& output, const std::function<OutputAnswer()>& tell);
+    void ShowAnswer(const QString& output, const OutputAnswer& answer);
+    /// What was refused is not shown as done.
+    static void PutBack(QCheckBox& box);
+    std::int32_t TickedPins() const;
+    void ChangeDirection(QCheckBox& clicked);
+    void ShowDirections();
     void ShowGIOColumns();
     void SetOutput(int pin, bool high);
     AIB& Board() const { return *m_Station.CurrentAIB; }
@@ -49,6 +57,7 @@ class GIOPanel final : public QGroupBox {
     std::array<ValueLabel*, Pins> m_Input{};
     std::array<QCheckBox*, 2> m_Power{};
     ValueLabel* m_Mask;
+    ValueLabel* m_Answer = nullptr;
 };
 
 } // namespace ombrix

@@ -26,14 +26,21 @@ RecordingBox::RecordingBox(Station& station, QWidget* parent)
     m_Timer->setInterval(DesignInterval_ms);
     connect(m_Timer, &QTimer::timeout, this, &RecordingBox::Tick);
     connect(this, &QCheckBox::clicked, this, &RecordingBox::Clicked);
-    m_Procedures = station.Procedures.Listen([this](bool) { RunTimer(); });
 }
 
 void RecordingBox::Clicked(bool ticked) {
     m_Recorder.Stop();
-    if (ticked)
-        setChecked(Guarded(m_Station.World.Messages, [this] { m_Recorder.Start(); }));
+    if (ticked && Guarded(m_Station.World.Messages, [this] { m_Recorder.Start(); }))
+        ShowRecorded();
+    setChecked(m_Recorder.Recording());
     RunTimer();
+}
+
+void RecordingBox::ShowRecorded() {
+    emit Recorded(m_Recorder.FailedReadings() == 0 ? tr("%1 lines").arg(m_Recorder.Lines())
+                                                   : tr("%1 lines, %2 readings failed")
+                                                         .arg(m_Recorder.Lines())
+                                                         .arg(m_Recorder.FailedReadings()));
 }
 
 void RecordingBox::StopRecording() {
@@ -42,8 +49,13 @@ void RecordingBox::StopRecording() {
     RunTimer();
 }
 
+void RecordingBox::Hold(bool hold) {
+    m_Held = hold;
+    RunTimer();
+}
+
 void RecordingBox::RunTimer() {
-    if (m_Recorder.Recording() && !m_Station.Procedures.Running())
+    if (m_Recorder.Recording() && !m_Held)
         m_Timer->start(LineSpacing_ms);
     else
         m_Timer->stop();
@@ -52,6 +64,7 @@ void RecordingBox::RunTimer() {
 void RecordingBox::Tick() {
     try {
         m_Recorder.RecordLine();
+        ShowRecorded();
     } catch (const std::exception& error) {
         // The box and the timer first: the message below lets further ticks through.
         StopRecording();

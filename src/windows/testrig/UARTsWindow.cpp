@@ -95,9 +95,12 @@ void UARTChannel::ShowSent(std::int32_t value) {
     m_Bar->Draw(m_Read_bits, m_Sent_bits);
 }
 
-void UARTChannel::ShowRead(std::int32_t value) {
+void UARTChannel::ShowRead(std::optional<std::int32_t> value, const QString& reason) {
     m_Read_bits = value;
-    m_Read->ShowValue(QString::number(value));
+    if (value)
+        m_Read->ShowValue(QString::number(*value));
+    else
+        m_Read->ShowFailure(reason);
     m_Bar->Draw(m_Read_bits, m_Sent_bits);
 }
 
@@ -187,29 +190,27 @@ bool UARTsWindow::FindBoard() {
     return true;
 }
 
-template <class Work>
-void UARTsWindow::Guard(Work work) {
-    if (!Guarded(m_Station.World.Messages, work))
-        m_Update->stop(); // told once, not ten times a second
-}
-
 void UARTsWindow::Set(int channel, std::int32_t value) {
-    Guard([&] {
+    Guarded(m_Station.World.Messages, [&] {
         m_Station.Claims.Require(m_Board->DevSerialNum());
         m_Taken.at(static_cast<std::size_t>(channel)) = true;
-        const AIBStatus status = m_Station.Outputs.SetDigital(*m_Board, channel, value);
-        ReportUARTResult(status, fmt::format("Set({})", channel));
-        m_Channels.at(static_cast<std::size_t>(channel))->ShowSent(value);
+        const OutputAnswer answer = m_Station.Outputs.SetDigital(*m_Board, channel, value);
+        ReportUARTResult(answer, fmt::format("Set({})", channel));
+        if (answer.Taken())
+            m_Channels.at(static_cast<std::size_t>(channel))->ShowSent(value);
     });
 }
 
 void UARTsWindow::Get(int channel) {
-    Guard([&] {
+    const bool done = Guarded(m_Station.World.Messages, [&] {
         std::int32_t value = 0;
-        const AIBStatus status = m_Board->GetADC_UART(channel, value);
-        ReportUARTResult(status, fmt::format("Get({})", channel));
-        m_Channels.at(static_cast<std::size_t>(channel))->ShowRead(value);
+        const OutputAnswer answer{m_Board->GetADC_UART(channel, value), !m_Board->MFCReady()};
+        ReportUARTResult(answer, fmt::format("Get({})", channel));
+        m_Channels.at(static_cast<std::size_t>(channel))
+            ->ShowRead(answer.Taken() ? std::optional(value) : std::nullopt, ToQt(answer.Text()));
     });
+    if (!done)
+        m_Update->stop(); // told once, not ten times a second
 }
 
 void UARTsWindow::ReadTickedChannels() {
@@ -223,12 +224,12 @@ void UARTsWindow::ReadTickedChannels() {
     m_Reading = false;
 }
 
-void UARTsWindow::ReportUARTResult(AIBStatus status, const std::string& text) {
-    if (status == Status::NoError)
+void UARTsWindow::ReportUARTResult(const OutputAnswer& answer, const std::string& text) {
+    if (answer.Taken())
         return;
     m_Errors->addItem(
         ToQt(fmt::format("{} - {} failed  [{}]", DateText(m_Station.World.Time.Now(), "hh:nn:ss"),
-                         text, AIB::AIBErrorStr(status))));
+                         text, answer.Text())));
     m_Errors->setCurrentRow(m_Errors->count() - 1);
     m_Station.World.Events.ProcessPendingEvents();
 }
@@ -239,7 +240,8 @@ void UARTsWindow::GiveChannelsBack() {
     for (int channel = 0; channel < Channels; ++channel) {
         if (!std::exchange(m_Taken.at(static_cast<std::size_t>(channel)), false))
             continue;
-        // In analog mode the sliders do not reach the link.
+        // What is refused here stays to be switched off when the program is closed. In analog
+        // mode the sliders do not reach the link.
         if (!m_Board->IsDigitalSetup())
             m_Station.Outputs.SetDigital(*m_Board, channel, 0);
         m_Station.Outputs.Set(*m_Board, channel, m_Board->DAC(channel));

@@ -30,7 +30,8 @@ class UARTChannel final : public QGroupBox {
     UARTChannel(int channel, QWidget* parent);
 
     void ShowSent(std::int32_t value);
-    void ShowRead(std::int32_t value);
+    /// Nothing for a reading that has failed. @param reason why
+    void ShowRead(std::optional<std::int32_t> value, const QString& reason);
     bool OnTimer() const;
     /// As before anything was sent or read.
     void Reset();
@@ -49,6 +50,7 @@ class UARTChannel final : public QGroupBox {
     ValueLabel* m_Sent;
     ValueLabel* m_Read;
     QCheckBox* m_OnTimer;
+    /// What the MFC has last taken.
     std::int32_t m_Sent_bits = 0;
     std::optional<std::int32_t> m_Read_bits;
 };
@@ -78,11 +80,9 @@ class UARTsWindow final : public QWidget {
     void Set(int channel, std::int32_t value);
     void Get(int channel);
     void ReadTickedChannels();
-    void ReportUARTResult(AIBStatus status, const std::string& text);
+    void ReportUARTResult(const OutputAnswer& answer, const std::string& text);
     void GiveChannelsBack();
     void ProcedureRunning(bool running);
-    template <class Work>
-    void Guard(Work work);
 
     Station& m_Station;
     ValueLabel* m_BoardName;

@@ -38,16 +38,14 @@ TEST_F(RecordingBoxTest, RecordsWhileItIsTicked) {
     EXPECT_TRUE(std::filesystem::exists(m_Bench.Bench.Folder.Path() / "Data_20241503_140510.csv"));
 }
 
-TEST_F(RecordingBoxTest, MakesNoLineWhileAProcedureHasTheBoard) {
+TEST_F(RecordingBoxTest, GoesOnDuringAProcedureAndCountsWhatFailed) {
     Click();
-    {
-        const RunningProcedure procedure(m_Bench.Bench.TheStation.Procedures, [] {});
-        const std::ptrdiff_t before = LineCount(m_File);
-        QTest::qWait(Moment_ms);
-        EXPECT_EQ(LineCount(m_File), before);
-    }
+    const RunningProcedure procedure(m_Bench.Bench.TheStation.Procedures, [] {});
+    const std::ptrdiff_t before = LineCount(m_File);
+    m_Bench.Bench.Bench.SetFaults(Faults::Parse(std::vector<std::string>{"status:32@ReadReg"}));
     QTest::qWait(Moment_ms);
-    EXPECT_GT(LineCount(m_File), 5) << "goes on afterwards";
+    EXPECT_GT(LineCount(m_File), before + 5);
+    EXPECT_TRUE(m_Bench.LabelText("lblRecorded").contains("readings failed"));
 }
 
 TEST_F(RecordingBoxTest, EndsWithTheWindow) {

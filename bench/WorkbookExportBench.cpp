@@ -4,7 +4,7 @@
 #include "spreadsheet/XlsxApplication.h"
 #include "support/SampleReport.h"
 #include "support/TemporaryFolder.h"
-#include "templates/ACUHealthCheck.h"
+#include "templates/ReportTemplates.h"
 
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>

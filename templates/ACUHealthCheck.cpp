@@ -1,8 +1,7 @@
 // The program writes the measured values; the sheets here give them their form and judge them:
 // a step passes when each channel's end value is near enough to its demand.
-#include "ACUHealthCheck.h"
-
 #include "ReportLook.h"
+#include "ReportTemplates.h"
 #include "TemplateBuilder.h"
 #include "reports/layout/HealthCheckLayout.h"
 #include "spreadsheet/Cells.h"
@@ -17,7 +16,7 @@ namespace Layout = HealthCheckLayout;
 namespace Overview = Layout::Overview;
 namespace Data = Layout::Data;
 
-constexpr double FullScale_bits = 65535;
+constexpr double ReadingFullScale_bits = 65535;
 constexpr double Tolerance = 0.01;
 /// All ten sequences together reach to row 607.
 constexpr int FirstStepRow = Overview::HeadRow + Overview::HeadRows;
@@ -76,7 +75,8 @@ void LayOutVerdict(SheetBuilder& sheet) {
     sheet.Text("N2", "Limit", Label)
         .Number("O2", Tolerance, {.Bold = true, .Number = "0.0%", .Horizontal = Align::Right});
     sheet.Text("N3", "Full scale", Label)
-        .Number("O3", FullScale_bits, {.Bold = true, .Number = "0", .Horizontal = Align::Right});
+        .Number("O3", ReadingFullScale_bits,
+                {.Bold = true, .Number = "0", .Horizontal = Align::Right});
     Look explanation = Note;
     explanation.Wrapped = true;
     sheet.Merge("N4:O5", explanation)

@@ -1,6 +1,5 @@
 // Makes the report templates. They are made, not stored, so that a change to one can be read.
-#include "ACUHealthCheck.h"
-#include "CalibrationTemplates.h"
+#include "ReportTemplates.h"
 #include "platform/os/FolderDrive.h"
 
 #include <cstdio>

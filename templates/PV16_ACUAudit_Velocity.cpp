@@ -2,7 +2,7 @@
 // what was expected and by how much the unit missed it. Channel 1 has columns D to I, channel 2
 // columns J to O.
 #include "AuditSheetParts.h"
-#include "CalibrationTemplates.h"
+#include "ReportTemplates.h"
 #include "TemplateBuilder.h"
 #include "reports/layout/AuditSheetLayout.h"
 #include "spreadsheet/Cells.h"

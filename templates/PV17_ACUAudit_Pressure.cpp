@@ -1,7 +1,7 @@
 // The program writes the flows that were set. What a gauge read at each of them is entered by
 // hand, up to three times over; the sheet judges it.
 #include "AuditSheetParts.h"
-#include "CalibrationTemplates.h"
+#include "ReportTemplates.h"
 #include "TemplateBuilder.h"
 #include "reports/layout/AuditSheetLayout.h"
 #include "spreadsheet/Cells.h"

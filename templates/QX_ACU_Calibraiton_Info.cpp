@@ -1,7 +1,7 @@
 // The program writes the values; the sheets here say what they are.
-#include "CalibrationTemplates.h"
 #include "EPROMWordNames.h"
 #include "ReportLook.h"
+#include "ReportTemplates.h"
 #include "TemplateBuilder.h"
 #include "reports/layout/InformationLayout.h"
 #include "spreadsheet/Cells.h"

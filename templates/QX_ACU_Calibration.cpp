@@ -1,7 +1,7 @@
 // The general report of a velocity run. The program writes units, readings and verdicts; the
 // report is to be printed: tables on one page, charts on another.
-#include "CalibrationTemplates.h"
 #include "ReportLook.h"
+#include "ReportTemplates.h"
 #include "TemplateBuilder.h"
 #include "reports/layout/VelocityReportLayout.h"
 #include "spreadsheet/Cells.h"

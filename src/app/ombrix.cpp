@@ -58,8 +58,8 @@ int RunWindows(const StationOptions& options, SafeApplication& application,
              OMBRIX_VERSION, assembly.OptionsText()});
         end.BeforeEnd = [&assembly] { SwitchAllOff(assembly.TheStation()); };
         const AtExit withoutDisplay([&] { EndWithoutDisplay(assembly.TheStation(), messages); });
-        SafeEnd safeEnd(assembly.TheStation(), window, messages, stopSignals,
-                        [&events] { events.EndProgram(); });
+        SafeEnd safeEnd(assembly.TheStation(), messages, stopSignals,
+                        {[&events] { events.EndProgram(); }, [&window] { window.EndUnasked(); }});
         application.OnUnexpectedError = [&](const std::exception& error) {
             safeEnd.EndAfterError(TextAbout(error, crash));
         };

@@ -21,16 +21,6 @@ struct BenchTestView {
     std::function<void(double share)> Progress = [](double) {};
 };
 
-/// What the line below says when a test has ended.
-inline const char* StageText(End ended) {
-    switch (ended) {
-    case End::Passed: return "Complete";
-    case End::Cancelled: return "Cancelled";
-    case End::NotStored: return "Not stored";
-    default: return "Stopped";
-    }
-}
-
 /// The CSV file of a bench test. Each line reaches the disk as a whole when it is written.
 class TestLog {
   public:

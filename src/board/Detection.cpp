@@ -32,7 +32,7 @@ void ProgramBoard(Station& station, DetectionView& view, std::int32_t index) {
     view.SetTabCaption(index, fmt::format("Programming {} AIB...", bus));
     station.World.Events.ProcessPendingEvents();
     // Programming a board would disturb the program that works with it.
-    if (station.Claims.IsOurs(serial))
+    if (station.Claims.ClaimUnlessTaken(serial))
         board.StartFPGAUpload();
     view.SetTabCaption(index, fmt::format("AIB_{}: {}", serial, bus));
 }

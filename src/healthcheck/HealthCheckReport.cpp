@@ -59,10 +59,10 @@ HealthCheckReport::Saved HealthCheckReport::SaveInUnitFolder(const ACU& unit,
     }
     const std::string shown =
         fmt::format("{:05}_{}\\'", unit.Serial, unit.Record.MFCSerialNumber_Clean());
-    const std::string warning = "Unable to Save Excel File in following locations:\r\n\r\n"
-                                "   'S:\\Production\\ACUs\\_Initial Tests\\" +
-                                shown + "\r\n\r\n'C:\\ACUs\\" + shown +
-                                ".\r\n\r\nYou will need to do this manually.";
+    const std::string warning =
+        std::string("Unable to Save Excel File in following locations:\r\n\r\n   '") +
+        Paths::ShareReports + shown + "\r\n\r\n'" + Paths::LocalReports + shown +
+        ".\r\n\r\nYou will need to do this manually.";
     TellOperator(m_Tools.TheStation.World, warning, MessageIcon::Warning);
     return KeepElsewhere(name, warning);
 }
@@ -98,10 +98,9 @@ void OpenSaveFolder(Station& station) {
     if (GetSaveRootFolder(station, folder) &&
         ShellOpenFile(station.World.Files, station.World.Documents, folder))
         return;
-    station.World.Messages.Ask({"Unable to Open the following locations:\r\n\r\n"
-                                "   'S:\\Production\\ACUs\\_Initial Tests\\'\r\n\r\n"
-                                "'C:\\ACUs\\'.\r\n\r\n"
-                                "You will need to do this manually.",
+    station.World.Messages.Ask({std::string("Unable to Open the following locations:\r\n\r\n   '") +
+                                    Paths::ShareReports + "'\r\n\r\n'" + Paths::LocalReports +
+                                    "'.\r\n\r\nYou will need to do this manually.",
                                 MessageIcon::Warning, MessageButtons::Ok});
 }
 

@@ -76,10 +76,6 @@ constexpr std::size_t LogLines = 2000;
 constexpr double CrashReportDays = 30.0;
 constexpr int CompressionLevel = 6;
 
-std::string FolderPath() {
-    return std::string(Paths::DriveC) + Paths::DiagnosticsName + "\\";
-}
-
 /// The name that the system gives itself.
 std::string SystemName() {
     constexpr std::string_view key = "PRETTY_NAME=";
@@ -154,11 +150,11 @@ class Archive {
     void AddCrashReports(const Platform& world) {
         const std::string oldest =
             "crash_" + DateText(OleDate(world.Time.Now().Days() - CrashReportDays), "yyyymmdd");
-        for (const std::string& name : world.Files.FilesIn(FolderPath())) {
+        for (const std::string& name : world.Files.FilesIn(Paths::Diagnostics)) {
             if (!name.starts_with("crash_") || name < oldest)
                 continue;
             try {
-                Add("crashes/" + name, world.Files.ReadFile(FolderPath() + name));
+                Add("crashes/" + name, world.Files.ReadFile(Paths::Diagnostics + name));
             } catch (const DriveError& error) {
                 Add("crashes/" + name, std::string(error.what()) + "\n");
             }
@@ -185,9 +181,9 @@ std::string MakeDiagnostics(Station& station, const DiagnosticsSource& source) {
 }
 
 std::string DiagnosticsPath(Platform& world) {
-    world.Files.CreateFolder(FolderPath());
-    return FolderPath() + "diagnostics_" + DateText(world.Time.Now(), "yyyymmdd_hhnnss") + "_" +
-           world.Program.Name + ".zip";
+    world.Files.CreateFolder(Paths::Diagnostics);
+    return std::string(Paths::Diagnostics) + "diagnostics_" +
+           DateText(world.Time.Now(), "yyyymmdd_hhnnss") + "_" + world.Program.Name + ".zip";
 }
 
 } // namespace ombrix

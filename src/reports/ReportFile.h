@@ -49,12 +49,12 @@ struct StoredReport {
     bool WhereItBelongs = false;
 };
 
-/// Adds a report to what a procedure has written. @tparam Outcome has AllStored and Files
-template <class Outcome>
-void AddReport(Outcome& outcome, const StoredReport& report) {
-    outcome.AllStored = outcome.AllStored && report.WhereItBelongs;
+/// Adds a report to what a procedure has written. @tparam Written has AllStored and Files
+template <class Written>
+void AddReport(Written& written, const StoredReport& report) {
+    written.AllStored = written.AllStored && report.WhereItBelongs;
     if (report.File)
-        outcome.Files.push_back(*report.File);
+        written.Files.push_back(*report.File);
 }
 
 /// Starts the spreadsheet application and makes a workbook from a template ("….xltx"; "….xlt"

@@ -24,14 +24,6 @@ struct TerminalSetUp {
     ACUSetUp SetUp;
 };
 
-ExitStatus StatusOf(const CalibrationOutcome& outcome) {
-    switch (outcome.Ended) {
-    case End::Passed: return outcome.AllStored ? ExitStatus::Done : ExitStatus::NotStored;
-    case End::NotStored: return ExitStatus::NotStored;
-    default: return ExitStatus::NotPassed;
-    }
-}
-
 /// The status of a run that has a verdict, and why it is not "done".
 void Judge(CommandResult& result, const CalibrationOutcome& outcome) {
     result.Status = StatusOf(outcome);

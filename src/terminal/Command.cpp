@@ -2,17 +2,13 @@
 
 namespace ombrix {
 
-namespace {
-
-ExitStatus StatusOf(End ended) {
-    switch (ended) {
-    case End::Passed: return ExitStatus::Done;
+ExitStatus StatusOf(const Outcome& outcome) {
+    switch (outcome.Ended) {
+    case End::Passed: return outcome.AllStored ? ExitStatus::Done : ExitStatus::NotStored;
     case End::NotStored: return ExitStatus::NotStored;
     default: return ExitStatus::NotPassed;
     }
 }
-
-} // namespace
 
 void AddFiles(CommandResult& result, const std::vector<std::filesystem::path>& files) {
     result.Json["files"] = nlohmann::ordered_json::array();
@@ -24,7 +20,7 @@ void AddFiles(CommandResult& result, const std::vector<std::filesystem::path>& f
 
 void AddOutcome(CommandResult& result, const Outcome& outcome, const std::string& name) {
     AddFiles(result, outcome.Files);
-    result.Status = StatusOf(outcome.Ended);
+    result.Status = StatusOf(outcome);
     result.Error = WithPlainLineEnds(outcome.Error);
     if (outcome.Ended == End::Cancelled)
         result.Error =

@@ -56,6 +56,8 @@ void DetectBoards(CommandContext& context);
 /// The chosen board, made current, with its record read. @throws CommandError
 AIB& ChosenBoard(CommandContext& context);
 
+ExitStatus StatusOf(const Outcome& outcome);
+
 /// Adds the key "files" and, to the readable text, a line for each file.
 void AddFiles(CommandResult& result, const std::vector<std::filesystem::path>& files);
 

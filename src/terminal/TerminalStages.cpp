@@ -43,9 +43,9 @@ void TerminalStages::Stage_RunNext() {
     Show(fmt::format("{}: {}", stage.Name, stage.Result));
 }
 
-void TerminalStages::Stage_Complete(bool aborted, bool passed) {
+void TerminalStages::Stage_Complete(End ended) {
     Stage& stage = m_Stages.at(m_Begun - 1);
-    stage.Result = aborted ? "Aborted" : passed ? "Run: Passed" : "Run: Failed";
+    stage.Result = StageResult(ended);
     Show(fmt::format("{}: {}", stage.Name, stage.Result));
 }
 

@@ -22,9 +22,7 @@ class RecordedStages final : public CalibrationView {
 
     void Stage_Add(const std::string& name) override { Names.push_back(name); }
     void Stage_RunNext() override { Results.emplace_back("Running..."); }
-    void Stage_Complete(bool aborted, bool passed) override {
-        Results.back() = aborted ? "Aborted" : passed ? "Run: Passed" : "Run: Failed";
-    }
+    void Stage_Complete(End ended) override { Results.back() = StageResult(ended); }
     void ShowLine(StageLine line, const std::string& text) override {
         Lines.at(static_cast<std::size_t>(line)) = text;
     }

@@ -4,7 +4,7 @@
 #include "spreadsheet/XlsxApplication.h"
 #include "support/TemporaryFolder.h"
 #include "support/WorkbookProbe.h"
-#include "templates/ACUHealthCheck.h"
+#include "templates/ReportTemplates.h"
 
 #include <gtest/gtest.h>
 

@@ -49,7 +49,7 @@ inline void ShowStages(const Visit& visit) {
     window.Stage_Add("Velocity System Calibration (1 of 2)");
     window.Stage_Add("Velocity System Calibration (2 of 2)");
     window.Stage_RunNext();
-    window.Stage_Complete(false, true);
+    window.Stage_Complete(End::Passed);
     window.ShowWarning("The MFCs are not ready.");
     visit(window);
 }

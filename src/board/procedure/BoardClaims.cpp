@@ -31,7 +31,7 @@ bool BoardClaims::Claim(std::int32_t serial) {
     return claim != nullptr;
 }
 
-bool BoardClaims::IsOurs(std::int32_t serial) noexcept {
+bool BoardClaims::ClaimUnlessTaken(std::int32_t serial) noexcept {
     try {
         return Claim(serial);
     } catch (const std::exception&) {

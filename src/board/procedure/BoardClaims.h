@@ -28,9 +28,9 @@ class BoardClaims {
     /// True when the board is this program's, now or already before; false while another
     /// program has it. @throws DriveError when the data folder takes no lock
     bool Claim(std::int32_t serial);
-    /// Whether no other program has the board. One whose claim cannot even be tried counts as
-    /// ours: switching air off comes before keeping out of somebody's way.
-    bool IsOurs(std::int32_t serial) noexcept;
+    /// Claims the board and tells whether no other program has it. One whose claim cannot even be
+    /// tried counts as ours: switching air off comes before keeping out of somebody's way.
+    bool ClaimUnlessTaken(std::int32_t serial) noexcept;
     /// Who has the board that could not be claimed ("ombrixctl, process 1234 on bench7").
     std::string Holder(std::int32_t serial) const;
     /// Claims a board that is about to be driven. @throws BoardInUse, DriveError

@@ -28,9 +28,22 @@ struct Outcome {
     std::string Error = {};
     /// Real paths of what was written, in the order of writing.
     std::vector<std::filesystem::path> Files = {};
+    /// Every log and workbook lies where it belongs.
+    bool AllStored = true;
 };
 
-/// How a procedure without a verdict ended, as logs and journals tell it: "completed",
+// The texts of an end, each for its readers.
+
+/// Of a run with a verdict, in the history: "passed", "failed", "cancelled", "stopped".
+const char* VerdictOf(End ended);
+/// The same in the log, with the reason: "stopped: The board does not answer".
+std::string VerdictText(const Outcome& outcome);
+/// Of a stage of the stage window: "Run: Passed", "Run: Failed", "Aborted".
+const char* StageResult(End ended);
+/// On the line below a bench test's command: "Complete", "Cancelled", "Not stored", "Stopped".
+const char* StageText(End ended);
+
+/// Of a procedure without a verdict, in logs and journals: "completed",
 /// "failed: The board does not answer".
 std::string EndText(const Outcome& outcome);
 

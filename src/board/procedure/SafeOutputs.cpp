@@ -59,7 +59,7 @@ bool SwitchAllOff(Station& station) noexcept {
     Boards driven;
     for (const auto& board : station.AIBList.Boards()) {
         const std::int32_t serial = board->DevSerialNum();
-        if (!station.Claims.IsOurs(serial))
+        if (!station.Claims.ClaimUnlessTaken(serial))
             continue;
         const bool mayDrive = board->MayDrive();
         const bool off = station.Outputs.SwitchOff(*board);
@@ -81,7 +81,7 @@ std::vector<UnfinishedBoard> SwitchOffUnfinished(Station& station) {
     std::vector<UnfinishedBoard> unfinished;
     for (const auto& board : station.AIBList.Boards()) {
         const std::int32_t serial = board->DevSerialNum();
-        if (!station.Claims.IsOurs(serial))
+        if (!station.Claims.ClaimUnlessTaken(serial))
             continue; // a program that runs sees to its boards itself
         if (const auto mark = FindMark(station.World, serial)) {
             station.Outputs.SwitchOff(*board);
@@ -98,7 +98,7 @@ void TellOfMissingBoards(Station& station) {
         const bool found =
             std::any_of(detected.begin(), detected.end(),
                         [serial](const auto& board) { return board->DevSerialNum() == serial; });
-        if (found || !station.Claims.IsOurs(serial))
+        if (found || !station.Claims.ClaimUnlessTaken(serial))
             continue;
         if (const auto mark = FindMark(station.World, serial))
             missing += fmt::format("    Board {}: \"{}\", begun on {} ({})\r\n", serial,

@@ -61,7 +61,7 @@ bool ACUCalibration::ReadEPROMValues_v02() {
              MessageIcon::Information);
     // The valves of a unit that another program has are that program's to set up. A refusal shows
     // in the status of the board.
-    if (m_Board.IsFireWire() && m_Claims.IsOurs(m_Board.DevSerialNum()))
+    if (m_Board.IsFireWire() && m_Claims.ClaimUnlessTaken(m_Board.DevSerialNum()))
         m_Board.ConfigureGPIO(m_Record.HasSolenoidValves != 0 ? 1 : 0);
     return true;
 }

@@ -26,17 +26,6 @@ bool EndsWithinALine(const Drive& files, const std::string& path) {
 
 } // namespace
 
-const char* VerdictOf(End ended) {
-    switch (ended) {
-    case End::Failed: return "failed";
-    case End::Cancelled: return "cancelled";
-    case End::Stopped:
-    case End::NotStored: return "stopped";
-    case End::Passed: break;
-    }
-    return "passed";
-}
-
 bool AppendToHistory(Platform& world, HistoryEntry entry) {
     entry.Limits = LimitsOf(entry.Kind);
     try {

@@ -13,10 +13,6 @@
 
 namespace ombrix {
 
-/// What a run of a history came to: "passed", "failed", "cancelled", or "stopped" by an error; a
-/// run whose program was gone before it ended is InterruptedVerdict.
-const char* VerdictOf(End ended);
-
 /// One calibration run in the history of its unit.
 struct HistoryEntry {
     RunKind Kind = RunKind::VelocitySystem;

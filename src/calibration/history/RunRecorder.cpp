@@ -69,13 +69,13 @@ void RunRecorder::ChannelJudged() {
     m_Journal.Add(LineOf({{"judged", true}}));
 }
 
-void RunRecorder::Measured(bool passed, bool complete) {
+void RunRecorder::NoteMeasured(bool passed, bool complete) {
     m_Journal.Add(LineOf({{"measured", DateJson(m_Station.World.Time.Now())},
                           {"passed", passed},
                           {"complete", complete}}));
 }
 
-void RunRecorder::Stored() {
+void RunRecorder::NoteStored() {
     m_Stored = true;
     m_Journal.Add(LineOf({{"stored", UnitJson(m_Station.Calibration().Record())}}));
 }

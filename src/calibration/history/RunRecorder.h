@@ -33,9 +33,9 @@ class RunRecorder {
     /// The data of the channel are complete and have been judged.
     void ChannelJudged();
     /// All has been measured that will be. @param complete neither cancelled nor stopped
-    void Measured(bool passed, bool complete);
+    void NoteMeasured(bool passed, bool complete);
     /// The unit's EPROM holds what was measured.
-    void Stored();
+    void NoteStored();
     /// Whether the audit's sheet is wanted as well.
     void AuditSheet(bool wanted);
 

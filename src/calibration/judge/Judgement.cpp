@@ -106,7 +106,7 @@ PointVerdict JudgeByReading(const AuditPoint& audit) {
 }
 
 PointVerdict JudgeByFullScale(const AuditPoint& audit, float capacity_ml_m) {
-    const auto limit_ml_m = static_cast<float>(static_cast<double>(capacity_ml_m) * 0.001);
+    const auto limit_ml_m = static_cast<float>(static_cast<double>(capacity_ml_m) * LowError_share);
     return {audit.Error_ml_m <= limit_ml_m, "0.1% Full Scale", GeneralText(audit.Error_ml_m),
             GeneralText(limit_ml_m)};
 }

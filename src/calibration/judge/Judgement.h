@@ -20,6 +20,9 @@ inline constexpr double Deviation_bits = 65.534;
 /// Of reading; at low points of full scale.
 inline constexpr float Error_percent = 1.0F;
 inline constexpr float LowError_percent = 0.1F;
+/// The same as shares, of the reading and of the channel's capacity.
+inline constexpr double Error_share = 0.01;
+inline constexpr double LowError_share = 0.001;
 /// Up to this share of full scale an audit point is judged by full scale, not by its reading.
 inline constexpr int LowPoint_percent = 10;
 inline constexpr float Pressure_mBar = 0.5F;

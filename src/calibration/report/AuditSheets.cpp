@@ -1,5 +1,6 @@
 #include "calibration/report/AuditSheets.h"
 
+#include "calibration/judge/Judgement.h"
 #include "calibration/report/SaveFolder.h"
 #include "platform/text/OleDate.h"
 #include "platform/text/Rounding.h"
@@ -79,10 +80,9 @@ void LoacaliseExcelDocument_PV16(Worksheet& sheet) {
 /// demand: near zero a percentage of the demand would be too strict.
 void WriteCriterion(Worksheet& sheet, const PV16::ChannelColumns& columns, std::int32_t row,
                     std::int32_t percent) {
-    constexpr std::int32_t highestLowDemand = 10;
-    const std::string tolerance = GeneralText(0.001F);
+    const std::string tolerance = GeneralText(AcceptanceLimits::LowError_share);
     const std::string recorded = Cell(columns.Recorded, row);
-    if (percent > highestLowDemand) {
+    if (percent > AcceptanceLimits::LowPoint_percent) {
         sheet.SetFormula(Cell(columns.Criterion, row),
                          fmt::format("=\"{}<1\"", columns.PercentName));
         sheet.SetFormula(Cell(columns.Result, row),

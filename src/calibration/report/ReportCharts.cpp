@@ -13,8 +13,8 @@ namespace ombrix {
 
 namespace {
 
-constexpr float ShareOfFullScale = 0.001F;
-constexpr float ShareOfDemand = 0.01F;
+constexpr auto ShareOfFullScale = static_cast<float>(AcceptanceLimits::LowError_share);
+constexpr auto ShareOfDemand = static_cast<float>(AcceptanceLimits::Error_share);
 
 std::optional<float> Value(const std::vector<PointReading>& readings, std::size_t point,
                            CalibrationKind kind) {
@@ -39,10 +39,9 @@ float Limit(const ChannelMeasurement& measured, std::size_t point, float demand,
             CalibrationKind kind) {
     if (kind == CalibrationKind::System)
         return ShareOfFullScale * FullScale_bits;
-    constexpr int highestLowDemand = 10;
     const int percent = CalPointPrecentage(static_cast<std::int32_t>(point), kind);
-    return percent > highestLowDemand ? ShareOfDemand * demand
-                                      : ShareOfFullScale * measured.Capacity_ml_m;
+    return percent > AcceptanceLimits::LowPoint_percent ? ShareOfDemand * demand
+                                                        : ShareOfFullScale * measured.Capacity_ml_m;
 }
 
 std::optional<float> Difference(std::optional<float> value, std::optional<float> from) {

@@ -33,17 +33,6 @@ constexpr std::array<const char*, 4> PressureStages = {
     "Pressure System Calibration (1 of 2)", "Pressure System Calibration (2 of 2)",
     "Pressure Audit Calibration (1 of 2)", "Pressure Audit Calibration (2 of 2)"};
 
-std::string VerdictText(const CalibrationOutcome& outcome) {
-    switch (outcome.Ended) {
-    case End::Cancelled: return "cancelled";
-    case End::Stopped:
-    case End::NotStored: return "stopped: " + outcome.Error;
-    case End::Passed: return "passed";
-    case End::Failed: break;
-    }
-    return "not passed";
-}
-
 } // namespace
 
 bool ACUSetUp::SetAIBSerialNumber(std::int32_t& serial, bool digital, bool analog) {

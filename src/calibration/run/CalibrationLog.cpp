@@ -9,8 +9,6 @@
 
 namespace ombrix {
 
-namespace {} // namespace
-
 void CalibrationLog::OpenCalibrationLog(const std::string& prefix,
                                         const std::string& serialNumber) {
     CloseCalibrationLog();

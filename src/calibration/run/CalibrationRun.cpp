@@ -40,7 +40,7 @@ CalibrationOutcome CalibrationRun::Run() {
         return m_Outcome;
     }
     Announce();
-    if (!Confirmed()) {
+    if (!AskToBegin()) {
         NoteCancel(m_Outcome);
     } else if (TryToStore(m_Outcome, [this] { m_Context.Guard.MakeReady(); })) {
         MeasureAndStore();
@@ -55,7 +55,7 @@ CalibrationOutcome CalibrationRun::Run() {
     EndLog();
     if (m_Recorder.Begun())
         AddToHistory();
-    m_Stages.Stage_Complete(WasCancelled(), m_Outcome.Passed);
+    m_Stages.Stage_Complete(m_Outcome.Ended);
     if (WasStopped())
         TellOperator(m_World, "The calibration has been stopped.\r\n\r\n" + m_Outcome.Error,
                      MessageIcon::Critical);
@@ -67,7 +67,7 @@ void CalibrationRun::Refuse(const std::string& unready) {
     m_Outcome.Ended = End::Stopped;
     m_Outcome.Error = unready;
     TellOperator(m_World, unready, MessageIcon::Warning);
-    m_Stages.Stage_Complete(false, false);
+    m_Stages.Stage_Complete(m_Outcome.Ended);
 }
 
 void CalibrationRun::MeasureAndStore() {
@@ -75,7 +75,7 @@ void CalibrationRun::MeasureAndStore() {
     if (!GoesOn())
         NoteCancel(m_Outcome);
     if (!WasStopped() || DatesWhatWasStopped())
-        m_Recorder.Measured(m_Outcome.Passed, !WasCancelled() && !WasStopped());
+        m_Recorder.NoteMeasured(m_Outcome.Passed, !WasCancelled() && !WasStopped());
     Attempt([this] { Store(); });
     m_Outcome.NoFurtherRun = !GoesOn();
 }

@@ -27,8 +27,6 @@ struct CalibrationOutcome : Outcome {
     /// The operator has cancelled while the finished run was being stored: it stands, but no
     /// further one is wanted.
     bool NoFurtherRun = false;
-    /// Every log and workbook lies where it belongs.
-    bool AllStored = true;
 };
 
 /// Takes down that an operator has cancelled, or the end of the program.
@@ -90,7 +88,7 @@ class CalibrationRun {
     /// The run is about to ask whether to begin.
     virtual void Announce() {}
     /// Whether the operator wants it to begin.
-    virtual bool Confirmed() = 0;
+    virtual bool AskToBegin() = 0;
     /// Measures, judges, and notes in the outcome whether it has passed.
     virtual void Measure() = 0;
     /// Whether a run that an error has stopped says in its journal when that was.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "board/procedure/Outcome.h"
+
 #include <string>
 
 namespace ombrix {
@@ -26,7 +28,7 @@ class CalibrationView {
     /// Marks the next stage as running.
     virtual void Stage_RunNext() = 0;
     /// Marks the running stage as finished.
-    virtual void Stage_Complete(bool aborted, bool passed) = 0;
+    virtual void Stage_Complete(End ended) = 0;
     virtual void ShowLine(StageLine line, const std::string& text) = 0;
     /// Shows what the operator should look into; it stays until the view goes.
     virtual void ShowWarning(const std::string& text) = 0;

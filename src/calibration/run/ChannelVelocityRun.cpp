@@ -46,7 +46,7 @@ bool ChannelVelocityRun::CalibrateChannelVelocity(ChannelMeasurement& result) {
     // A damaged EPROM may claim any number of points.
     const std::int32_t points = std::min(m_Services.Record.CalibrationPoints,
                                          static_cast<std::int32_t>(MaxCalibrationPoints));
-    if (!CanBeMeasured(points)) {
+    if (SkipsUnmeasurable(points)) {
         m_Services.Recorder.ChannelBegins(static_cast<std::size_t>(m_Channel), result);
         return false;
     }
@@ -62,17 +62,17 @@ bool ChannelVelocityRun::CalibrateChannelVelocity(ChannelMeasurement& result) {
     return !m_Services.Wait.Ended();
 }
 
-bool ChannelVelocityRun::CanBeMeasured(std::int32_t points) const {
+bool ChannelVelocityRun::SkipsUnmeasurable(std::int32_t points) const {
     if (!(m_Capacity_ml_m > 0.0F)) {
         m_Services.Log.LogCalibration(" - Skipped as it is not present");
-        return false;
+        return true;
     }
     if (points < FewestPoints) {
         m_Services.Log.LogCalibration(
             fmt::format(" - Skipped as the record has {} calibration points", points));
-        return false;
+        return true;
     }
-    return true;
+    return false;
 }
 
 void ChannelVelocityRun::BuildDemands(std::int32_t points, ChannelMeasurement& result) const {

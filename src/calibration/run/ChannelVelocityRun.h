@@ -38,7 +38,8 @@ class ChannelVelocityRun {
   private:
     bool HasValves() const { return m_Services.Record.HasSolenoidValves != 0; }
     std::string Heading() const;
-    bool CanBeMeasured(std::int32_t points) const;
+    /// True, and logged, for a channel that cannot be measured.
+    bool SkipsUnmeasurable(std::int32_t points) const;
     void BuildDemands(std::int32_t points, ChannelMeasurement& result) const;
     void MeasureAll(ChannelMeasurement& result);
     double WholeTime_s(const ChannelMeasurement& result) const;

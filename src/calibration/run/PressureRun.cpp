@@ -48,7 +48,7 @@ std::string PressureRun::Unready() const {
     return {};
 }
 
-bool PressureRun::Confirmed() {
+bool PressureRun::AskToBegin() {
     const std::string text = fmt::format(
         "{}\r\n\r\n{}\r\n\r\n{}\r\n\r\n  - The air supply is connected and turned on\r\n"
         "  - The power supply is connected and turned on\r\n\r\n"
@@ -232,7 +232,7 @@ void PressureRun::FinishSystem() {
         m_Outcome, [this] { m_Unit.SavePressureSystemCalibration(m_Context.Guard, m_Cal); });
     if (!m_Outcome.Saved)
         return;
-    m_Recorder.Stored();
+    m_Recorder.NoteStored();
     m_Log.LogCalibration("Values Written to EPROM");
     TellOperator(m_World, "ACU Pressure System Caibration Passed");
 }
@@ -242,7 +242,7 @@ void PressureRun::FinishAudit() {
     if (!TryToStore(m_Outcome,
                     [&] { m_Unit.SavePressureAudit(m_Context.Guard, m_Cal, m_Outcome.Passed); }))
         return;
-    m_Recorder.Stored();
+    m_Recorder.NoteStored();
     std::array<float, Points> flows_ml_m{};
     std::transform(m_Points.begin(), m_Points.end(), flows_ml_m.begin(),
                    [](const PressureReading& point) { return point.Flow_ml_m; });

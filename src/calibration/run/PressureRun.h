@@ -23,7 +23,7 @@ class PressureRun final : public CalibrationRun {
     static constexpr std::size_t Points = 5;
 
     std::string Unready() const override;
-    bool Confirmed() override;
+    bool AskToBegin() override;
     void Measure() override;
     bool DatesWhatWasStopped() const override { return false; }
     void Store() override;

@@ -22,7 +22,7 @@ void VelocityRun::Announce() {
     m_Log.LogCalibration(std::string("Calibration Type,") + (IsAudit() ? "Audit" : "System"));
 }
 
-bool VelocityRun::Confirmed() {
+bool VelocityRun::AskToBegin() {
     if (m_Context.Unattended)
         return true;
     const std::string text = fmt::format(
@@ -119,7 +119,7 @@ void VelocityRun::SaveCoefficients() {
     m_Outcome.Saved = TryToStore(
         m_Outcome, [&] { m_Unit.SaveVelocitySystemCalibration(m_Context.Guard, table); });
     if (m_Outcome.Saved)
-        m_Recorder.Stored();
+        m_Recorder.NoteStored();
     if (m_Outcome.Saved && !m_Context.Unattended)
         TellOperator(m_World, "Calibration Coefficients Saved");
 }
@@ -147,7 +147,7 @@ void VelocityRun::FileAudit(bool wanted) {
     AddReport(m_Outcome, CreateAuditSheet_PV16(m_Context.Reports, m_Unit.Unit(), m_World.Time.Now(),
                                                m_Result.Measured, m_Context.Unattended));
     if (TryToStore(m_Outcome, [&] { m_Unit.SaveVelocityAudit(m_Context.Guard, m_Outcome.Passed); }))
-        m_Recorder.Stored();
+        m_Recorder.NoteStored();
 }
 
 void VelocityRun::FillReport() {

@@ -16,7 +16,7 @@ class VelocityRun final : public CalibrationRun {
 
   private:
     void Announce() override;
-    bool Confirmed() override;
+    bool AskToBegin() override;
     void Measure() override;
     bool DatesWhatWasStopped() const override { return true; }
     void Store() override;

@@ -131,8 +131,8 @@ void ACUCalibrationWindow::Stage_RunNext() {
     m_Stages->RunNext();
 }
 
-void ACUCalibrationWindow::Stage_Complete(bool aborted, bool passed) {
-    m_Stages->Complete(aborted, passed);
+void ACUCalibrationWindow::Stage_Complete(End ended) {
+    m_Stages->Complete(ended);
 }
 
 ValueLabel& ACUCalibrationWindow::LineOf(StageLine line) const {

@@ -24,7 +24,7 @@ class ACUCalibrationWindow final : public QWidget, public CalibrationView {
 
     void Stage_Add(const std::string& name) override;
     void Stage_RunNext() override;
-    void Stage_Complete(bool aborted, bool passed) override;
+    void Stage_Complete(End ended) override;
     void ShowLine(StageLine line, const std::string& text) override;
     void ShowWarning(const std::string& text) override;
     void BeginProgress(float span_s) override;

@@ -117,16 +117,14 @@ void StageListWidget::RunNext() {
     ShowResult(*next, tr("Running..."), RunningBlue);
 }
 
-void StageListWidget::Complete(bool aborted, bool passed) {
+void StageListWidget::Complete(End ended) {
     QTreeWidgetItem* current = Current();
     if (current == nullptr)
         return;
-    if (aborted)
-        ShowResult(*current, tr("Aborted"), AbortedRed);
-    else if (passed)
-        ShowResult(*current, tr("Run: Passed"), PassedGreen);
-    else
-        ShowResult(*current, tr("Run: Failed"), FailedLightRed);
+    const Colour colour = ended == End::Cancelled ? AbortedRed
+                          : ended == End::Passed  ? PassedGreen
+                                                  : FailedLightRed;
+    ShowResult(*current, tr(StageResult(ended)), colour);
 }
 
 void StageListWidget::ShowResult(QTreeWidgetItem& stage, const QString& text, Colour colour) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "board/procedure/Outcome.h"
 #include "platform/text/Colour.h"
 
 #include <QTreeWidget>
@@ -18,7 +19,7 @@ class StageListWidget final : public QTreeWidget {
     /// Makes the first line, or the one after the current, the running stage.
     void RunNext();
     /// Gives the current stage its result.
-    void Complete(bool aborted, bool passed);
+    void Complete(End ended);
 
   private:
     void HoldRoomForLongestSequence();

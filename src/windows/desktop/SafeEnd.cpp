@@ -3,7 +3,6 @@
 #include "board/procedure/SafeOutputs.h"
 #include "platform/os/ProgramLog.h"
 #include "windows/desktop/QtOperator.h"
-#include "windows/main/AIBAccessoriesWindow.h"
 
 #include <QGuiApplication>
 
@@ -23,10 +22,8 @@ constexpr const char* OutputsOnText =
 
 } // namespace
 
-SafeEnd::SafeEnd(Station& station, AIBAccessoriesWindow& window, QtOperator& messages,
-                 StopSignals& stopSignals, std::function<void()> endProgram)
-    : m_Station(station), m_Window(window), m_Messages(messages),
-      m_EndProgram(std::move(endProgram)),
+SafeEnd::SafeEnd(Station& station, QtOperator& messages, StopSignals& stopSignals, Ending ending)
+    : m_Station(station), m_Messages(messages), m_Ending(std::move(ending)),
       m_Arrived(stopSignals.Descriptor(), QSocketNotifier::Read) {
     connect(&m_Arrived, &QSocketNotifier::activated, this, [this, &stopSignals] {
         if (stopSignals.Take())
@@ -36,16 +33,16 @@ SafeEnd::SafeEnd(Station& station, AIBAccessoriesWindow& window, QtOperator& mes
 }
 
 void SafeEnd::End() {
-    m_EndProgram(); // first: whoever gets a refusal sees what it means
+    m_Ending.EndProgram(); // first: whoever gets a refusal sees what it means
     m_Messages.StopAsking();
-    m_Window.EndUnasked();
+    m_Ending.CloseWindow();
 }
 
 void SafeEnd::EndAfterError(const std::string& reason) {
     if (std::exchange(m_AfterError, true))
         return;
     const bool allOff = SwitchAllOff(m_Station);
-    m_EndProgram();
+    m_Ending.EndProgram();
     const std::string text = reason + (allOff ? OutputsOffText : OutputsOnText);
     WriteLog(m_Station.World, text);
     m_Station.World.Messages.Ask({text, MessageIcon::Critical, MessageButtons::Ok});

@@ -34,7 +34,6 @@ class SafeApplication final : public QApplication {
 };
 
 class QtOperator;
-class AIBAccessoriesWindow;
 struct Station;
 
 /// Ends the desktop program when nobody is there to be asked: at a signal, at the end of the
@@ -44,9 +43,15 @@ class SafeEnd final : public QObject {
     Q_OBJECT
 
   public:
-    /// @param endProgram tells running procedures that the program ends
-    SafeEnd(Station& station, AIBAccessoriesWindow& window, QtOperator& messages,
-            StopSignals& stopSignals, std::function<void()> endProgram);
+    /// What ends with the program.
+    struct Ending {
+        /// Tells running procedures that the program ends.
+        std::function<void()> EndProgram;
+        /// Closes the main window without asking.
+        std::function<void()> CloseWindow;
+    };
+
+    SafeEnd(Station& station, QtOperator& messages, StopSignals& stopSignals, Ending ending);
 
     /// Open dialogs are closed as refused.
     void End();
@@ -56,9 +61,8 @@ class SafeEnd final : public QObject {
 
   private:
     Station& m_Station;
-    AIBAccessoriesWindow& m_Window;
     QtOperator& m_Messages;
-    std::function<void()> m_EndProgram;
+    Ending m_Ending;
     QSocketNotifier m_Arrived;
     bool m_AfterError = false;
 };

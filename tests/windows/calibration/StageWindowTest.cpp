@@ -75,10 +75,10 @@ TEST_F(StageWindowTest, SequenceMovesDownTheStagesAndColoursTheirResultsWhatever
     EXPECT_EQ(Cell(1, 1), "Velocity System Calibration (2 of 8)");
     EXPECT_TRUE(List().selectedItems().isEmpty());
     int line = 0;
-    for (const auto& [aborted, passed, text, colour] :
-         {std::tuple(false, true, "Run: Passed", QColor(0, 255, 0)),
-          {false, false, "Run: Failed", QColor(255, 128, 128)},
-          {true, true, "Aborted", QColor(255, 0, 0)}}) {
+    for (const auto& [ended, text, colour] :
+         {std::tuple(End::Passed, "Run: Passed", QColor(0, 255, 0)),
+          {End::NotStored, "Run: Failed", QColor(255, 128, 128)},
+          {End::Cancelled, "Aborted", QColor(255, 0, 0)}}) {
         const QTreeWidgetItem* item = List().topLevelItem(line);
         EXPECT_EQ(Cell(line, 0), QString::number(line + 1));
         EXPECT_EQ(Result(line), "Pending");
@@ -88,7 +88,7 @@ TEST_F(StageWindowTest, SequenceMovesDownTheStagesAndColoursTheirResultsWhatever
         EXPECT_EQ(List().selectedItems().value(0), item);
         const QRect last = List().visualItemRect(List().topLevelItem(2));
         QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, last.center());
-        m_Window.Stage_Complete(aborted, passed);
+        m_Window.Stage_Complete(ended);
         EXPECT_EQ(Result(line), text);
         EXPECT_EQ(item->foreground(2).color(), colour);
         ++line;
@@ -113,9 +113,9 @@ TEST_F(StageWindowTest, ResultsAreReadableOnLightAndDarkPalettes) {
     const QPalette light = QApplication::palette();
     const QPalette dark(Qt::white, QColor(42, 45, 50));
     Add(5);
-    for (const auto& [aborted, passed] : {std::pair(false, true), {false, false}, {true, false}}) {
+    for (const End ended : {End::Passed, End::Failed, End::Cancelled}) {
         m_Window.Stage_RunNext();
-        m_Window.Stage_Complete(aborted, passed);
+        m_Window.Stage_Complete(ended);
     }
     m_Window.Stage_RunNext();
     for (const QPalette& palette : {light, dark}) {

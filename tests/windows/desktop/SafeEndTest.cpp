@@ -65,8 +65,11 @@ class SafeEndTest : public ::testing::TestWithParam<Way> {
     StopSignals m_Signals;
     WindowBench m_Bench;
     QtOperator m_Messages;
-    SafeEnd m_SafeEnd{m_Bench.Bench.TheStation, m_Bench.Window, m_Messages, m_Signals,
-                      [this] { m_Bench.Bench.Events.EndProgram(); }};
+    SafeEnd m_SafeEnd{
+        m_Bench.Bench.TheStation,
+        m_Messages,
+        m_Signals,
+        {[this] { m_Bench.Bench.Events.EndProgram(); }, [this] { m_Bench.Window.EndUnasked(); }}};
 };
 
 INSTANTIATE_TEST_SUITE_P(Ways, SafeEndTest,
@@ -108,7 +111,8 @@ TEST(SafeEndAfterError, OutputsThatABoardDoesNotSwitchOffAreNotSaidToBeOff) {
         WindowBench bench;
         QtOperator messages;
         StopSignals stopSignals;
-        SafeEnd safeEnd(bench.Bench.TheStation, bench.Window, messages, stopSignals, [] {});
+        SafeEnd safeEnd(bench.Bench.TheStation, messages, stopSignals,
+                        {[] {}, [&bench] { bench.Window.EndUnasked(); }});
         if (driven)
             bench.Find<QSlider>("sldDACValue_0").setValue(20000);
         bench.Bench.Bench.SetFaults(Faults::Parse(std::vector<std::string>{"status:32@SetDAC"}));

@@ -4,8 +4,10 @@
 
 namespace ombrix::templates {
 
-/// The templates of the calibration reports (".xltx"), named as their files are.
+/// The templates of the reports (".xltx"), named as their files are.
 
+/// The health check's report.
+std::string MakeACUHealthCheck();
 /// The velocity audit's sheet.
 std::string MakePV16_ACUAudit_Velocity();
 /// The pressure audit's sheet.

@@ -197,9 +197,9 @@ bool AirFlowTest::SampleAirFlow(Running& run) {
 
 AirFlowTest::Inputs AirFlowTest::ReadInputs(HiResTimer& timer) {
     const auto read = [&timer](AIB& board, std::int32_t channel, AnswerWatch& watch) {
-        AIBStatus status = Status::NoError;
-        const auto value = board.Reading(channel, &status);
-        watch.Note(status, timer.ElapsedTime());
+        BoardAnswer answer;
+        const auto value = board.Reading(channel, &answer);
+        watch.Note(answer, timer.ElapsedTime());
         return value;
     };
     return {read(*m_Flow, 0, m_FlowWatch), read(*m_Flow, 1, m_FlowWatch),

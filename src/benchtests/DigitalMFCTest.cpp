@@ -206,9 +206,9 @@ void DigitalMFCTest::TakeSample(Running& run, const Phase& phase, std::int32_t d
 
 std::optional<std::int32_t> DigitalMFCTest::Read(Running& run, std::int32_t channel,
                                                  AnswerWatch& watch) {
-    AIBStatus status = Status::NoError;
-    const auto reading = m_Station.CurrentAIB->Reading(channel, &status);
-    watch.Note(status, run.Timer.ElapsedTime());
+    BoardAnswer answer;
+    const auto reading = m_Station.CurrentAIB->Reading(channel, &answer);
+    watch.Note(answer, run.Timer.ElapsedTime());
     return reading;
 }
 

@@ -97,9 +97,9 @@ bool OutputSweep::Settle(HiResTimer& timer, double delay_s) {
 }
 
 std::optional<std::int32_t> OutputSweep::Reading(std::int32_t channel, HiResTimer& timer) {
-    AIBStatus status = Status::NoError;
-    const auto reading = m_Station.CurrentAIB->Reading(channel, &status);
-    m_Watches.at(static_cast<std::size_t>(channel)).Note(status, timer.ElapsedTime());
+    BoardAnswer answer;
+    const auto reading = m_Station.CurrentAIB->Reading(channel, &answer);
+    m_Watches.at(static_cast<std::size_t>(channel)).Note(answer, timer.ElapsedTime());
     return reading;
 }
 

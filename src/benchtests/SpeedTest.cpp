@@ -49,8 +49,7 @@ bool SpeedTest::DrivePairs(HiResTimer& timer, bool digital, const BenchTestView&
     const double start_s = timer.ElapsedTime();
     for (std::int32_t value = 0; value < Pairs; ++value) {
         for (const std::int32_t channel : {0, 1}) {
-            const OutputAnswer answer =
-                m_Station.Outputs.Set(*m_Station.CurrentAIB, channel, value);
+            const BoardAnswer answer = m_Station.Outputs.Set(*m_Station.CurrentAIB, channel, value);
             if (!answer.Taken())
                 refused = answer.Text();
         }
@@ -67,7 +66,7 @@ bool SpeedTest::DrivePairs(HiResTimer& timer, bool digital, const BenchTestView&
 }
 
 void SpeedTest::SetMode(bool digital) {
-    const OutputAnswer answer = m_Station.Outputs.SetDigitalSetup(*m_Station.CurrentAIB, digital);
+    const BoardAnswer answer = m_Station.Outputs.SetDigitalSetup(*m_Station.CurrentAIB, digital);
     if (!answer.Taken())
         throw BoardError("The board has refused outputs: " + answer.Text());
     m_ModeChanged();

@@ -83,7 +83,7 @@ RampLog::Channels RampLog::ReadInputs(WatchedBoard& board, double now_s) {
         const auto index = static_cast<std::size_t>(channel);
         std::int32_t value = 0;
         const AIBStatus status = board.Board.ADC(channel, value);
-        board.Watches.at(index).Note(status, now_s);
+        board.Watches.at(index).Note({status}, now_s);
         if (status == Status::NoError)
             values.at(index) = value;
     }

@@ -34,6 +34,14 @@ std::string AIB::AIBErrorStr(AIBStatus status) {
     }
 }
 
+std::string BoardAnswer::Text() const {
+    return MFCsNotReady ? "The MFCs are not ready." : AIB::AIBErrorStr(Code);
+}
+
+std::string BoardAnswer::Sentence() const {
+    return MFCsNotReady ? Text() : Text() + ".";
+}
+
 void AIB::TestDigitalAIB() {
     m_Services.Library.MFCSetParameter(m_Index, {1, 128, 1, 32}, 0);
     for (const std::int32_t selector : {32, 64}) {
@@ -213,12 +221,12 @@ std::int32_t AIB::MyGetADC(std::int32_t channel) {
     return value;
 }
 
-std::optional<std::int32_t> AIB::Reading(std::int32_t channel, AIBStatus* status) {
+std::optional<std::int32_t> AIB::Reading(std::int32_t channel, BoardAnswer* answer) {
     std::int32_t value = 0;
-    const AIBStatus answer = GetADC(channel, value);
-    if (status != nullptr)
-        *status = answer;
-    return answer == Status::NoError && Reaches(channel) ? std::optional(value) : std::nullopt;
+    const BoardAnswer how{GetADC(channel, value), !Reaches(channel)};
+    if (answer != nullptr)
+        *answer = how;
+    return how.Taken() ? std::optional(value) : std::nullopt;
 }
 
 std::int32_t AIB::ADC(std::int32_t channel) const {

@@ -25,6 +25,20 @@ constexpr std::int32_t FireWireValvePin = 0;
 
 namespace ombrix {
 
+/// How a board took what it was told, or answered what it was asked.
+struct BoardAnswer {
+    /// AccessDenied where another program has the board.
+    AIBStatus Code = Status::NoError;
+    /// Nothing was sent and nothing asked: the digital MFCs take no demands.
+    bool MFCsNotReady = false;
+
+    bool Taken() const { return Code == Status::NoError && !MFCsNotReady; }
+    /// "The MFCs are not ready.", else the text of the status.
+    std::string Text() const;
+    /// The same with its full stop.
+    std::string Sentence() const;
+};
+
 /// What a board object works with.
 struct BoardServices {
     AIBControl& Library;
@@ -128,8 +142,8 @@ class AIB final : public EpromSource, public EpromSink {
     /// The value of GetADC; its status is dropped.
     std::int32_t MyGetADC(std::int32_t channel);
     /// The input as it was answered; nothing when the reading has failed or could not be asked
-    /// for. @param status takes how the reading went, when given
-    std::optional<std::int32_t> Reading(std::int32_t channel, AIBStatus* status = nullptr);
+    /// for. @param answer takes how the reading went, when given
+    std::optional<std::int32_t> Reading(std::int32_t channel, BoardAnswer* answer = nullptr);
     /// The analog converter itself, never the digital path; status neither checked nor returned.
     std::int32_t ADC(std::int32_t channel) const;
     /// The same with its status, which leaves StatusOK alone.

@@ -20,18 +20,14 @@ std::string NameOfChannel(const AIB& board, std::int32_t channel) {
 
 } // namespace
 
-std::string OutputAnswer::Text() const {
-    return MFCsNotReady ? "The MFCs are not ready." : AIB::AIBErrorStr(Code);
-}
-
 template <class Call>
-OutputAnswer Outputs::WhenClaimed(const AIB& board, const Call& call) {
+BoardAnswer Outputs::WhenClaimed(const AIB& board, const Call& call) {
     // A board that another program has is looked at, not driven.
     return {m_Claims.Claim(board.DevSerialNum()) ? call() : Status::AccessDenied};
 }
 
-OutputAnswer Outputs::Noted(AIB& board, const std::string& output, const OutputAnswer& answer,
-                            const std::function<void()>& again) {
+BoardAnswer Outputs::Noted(AIB& board, const std::string& output, const BoardAnswer& answer,
+                           const std::function<void()>& again) {
     const std::pair key(&board, output);
     if (answer.Taken()) {
         m_Refused.erase(key);
@@ -55,17 +51,17 @@ void Outputs::TellAgain() {
     for (const auto& [output, refusal] : m_Refused) {
         if (now_s - refusal.Since_s >= Patience_s)
             throw BoardError("The board does not take what it is told: " + output.second + ": " +
-                             refusal.Answer.Text() +
+                             refusal.Answer.Sentence() +
                              "\r\n\r\nPlease check its cable and its power, then detect the boards "
                              "again.");
     }
 }
 
-OutputAnswer Outputs::Set(AIB& board, std::int32_t channel, std::int32_t bits) {
+BoardAnswer Outputs::Set(AIB& board, std::int32_t channel, std::int32_t bits) {
     // A procedure waits for MFCs that are about to be ready.
     if (m_Insists && !board.Reaches(channel))
         board.CheckMFCReady();
-    OutputAnswer answer = WhenClaimed(board, [&] { return board.SetDAC(channel, bits); });
+    BoardAnswer answer = WhenClaimed(board, [&] { return board.SetDAC(channel, bits); });
     answer.MFCsNotReady = !board.Reaches(channel);
     Noted(board, NameOfChannel(board, channel), answer,
           [this, &board, channel, bits] { Set(board, channel, bits); });
@@ -73,17 +69,17 @@ OutputAnswer Outputs::Set(AIB& board, std::int32_t channel, std::int32_t bits) {
     return answer;
 }
 
-OutputAnswer Outputs::SetDigital(AIB& board, std::int32_t channel, std::int32_t bits) {
-    OutputAnswer answer = WhenClaimed(board, [&] { return board.SetDAC_UART(channel, bits); });
+BoardAnswer Outputs::SetDigital(AIB& board, std::int32_t channel, std::int32_t bits) {
+    BoardAnswer answer = WhenClaimed(board, [&] { return board.SetDAC_UART(channel, bits); });
     answer.MFCsNotReady = !board.MFCReady();
     return Noted(board, fmt::format("MFC {}", channel), answer,
                  [this, &board, channel, bits] { SetDigital(board, channel, bits); });
 }
 
-OutputAnswer Outputs::SetDigitalSetup(AIB& board, bool digital) {
+BoardAnswer Outputs::SetDigitalSetup(AIB& board, bool digital) {
     if (digital != board.IsDigitalSetup()) {
         for (const std::int32_t channel : {0, 1}) {
-            const OutputAnswer answer = Set(board, channel, 0);
+            const BoardAnswer answer = Set(board, channel, 0);
             // MFCs that take no demands drive nothing either.
             if (!answer.Taken() && !answer.MFCsNotReady)
                 return answer;
@@ -93,7 +89,7 @@ OutputAnswer Outputs::SetDigitalSetup(AIB& board, bool digital) {
     return {};
 }
 
-OutputAnswer Outputs::SetValve(AIB& board, bool set) {
+BoardAnswer Outputs::SetValve(AIB& board, bool set) {
     if (board.IsUsb())
         return SetExtendedPin(board, ACUWiring::UsbValveOutput, set);
     if (board.IsFireWire())
@@ -101,27 +97,26 @@ OutputAnswer Outputs::SetValve(AIB& board, bool set) {
     return {}; // no board whose wiring is known
 }
 
-OutputAnswer Outputs::PrepareValve(AIB& board) {
+BoardAnswer Outputs::PrepareValve(AIB& board) {
     constexpr std::int32_t valveBit = 1 << ACUWiring::FireWireValvePin;
-    return board.IsFireWire() ? SetDirections(board, board.Directions() | valveBit)
-                              : OutputAnswer{};
+    return board.IsFireWire() ? SetDirections(board, board.Directions() | valveBit) : BoardAnswer{};
 }
 
-OutputAnswer Outputs::SetDirections(AIB& board, std::int32_t mask) {
-    const OutputAnswer answer = WhenClaimed(board, [&] { return board.ConfigureGPIO(mask); });
+BoardAnswer Outputs::SetDirections(AIB& board, std::int32_t mask) {
+    const BoardAnswer answer = WhenClaimed(board, [&] { return board.ConfigureGPIO(mask); });
     return Noted(board, "the directions of the pins", answer,
                  [this, &board, mask] { SetDirections(board, mask); });
 }
 
-OutputAnswer Outputs::SetPin(AIB& board, std::int32_t pin, bool high) {
-    const OutputAnswer answer =
+BoardAnswer Outputs::SetPin(AIB& board, std::int32_t pin, bool high) {
+    const BoardAnswer answer =
         WhenClaimed(board, [&] { return high ? board.SetGPO(pin) : board.ClearGPO(pin); });
     return Noted(board, fmt::format("pin {}", pin), answer,
                  [this, &board, pin, high] { SetPin(board, pin, high); });
 }
 
-OutputAnswer Outputs::SetExtendedPin(AIB& board, std::int32_t pin, bool on) {
-    const OutputAnswer answer =
+BoardAnswer Outputs::SetExtendedPin(AIB& board, std::int32_t pin, bool on) {
+    const BoardAnswer answer =
         WhenClaimed(board, [&] { return on ? board.SetExtGPO(pin) : board.ClearExtGPO(pin); });
     return Noted(board, fmt::format("extended output {}", pin), answer,
                  [this, &board, pin, on] { SetExtendedPin(board, pin, on); });

@@ -12,23 +12,11 @@
 
 namespace ombrix {
 
-/// How a board took what it was told.
-struct OutputAnswer {
-    /// AccessDenied where another program has the board.
-    AIBStatus Code = Status::NoError;
-    /// Nothing was sent: the digital MFCs take no demands.
-    bool MFCsNotReady = false;
-
-    bool Taken() const { return Code == Status::NoError && !MFCsNotReady; }
-    /// "The MFCs are not ready.", else the text of the status.
-    std::string Text() const;
-};
-
 /// A demand, and how the board took it. What it drives is AIB::DAC.
 struct OutputChange {
     const AIB& Board;
     std::int32_t Channel = 0;
-    OutputAnswer Answer;
+    BoardAnswer Answer;
 };
 
 /// The one way in which the outputs of a board are told anything: the board is claimed, told, and
@@ -43,22 +31,22 @@ class Outputs {
     /// Tells a DAC or, of a digital setup, an MFC.
     /// @param channel 0 to 3 @param bits 0 to 65535
     /// @throws DriveError when the board cannot be kept from other programs
-    OutputAnswer Set(AIB& board, std::int32_t channel, std::int32_t bits);
+    BoardAnswer Set(AIB& board, std::int32_t channel, std::int32_t bits);
     /// Tells a digital MFC over its link, whatever mode is selected. @param channel 0 or 1
-    OutputAnswer SetDigital(AIB& board, std::int32_t channel, std::int32_t bits);
+    BoardAnswer SetDigital(AIB& board, std::int32_t channel, std::int32_t bits);
     /// Has the air channels driven by the digital MFCs or by the analog converters. They are
     /// brought to zero on the way that is left first, which keeps the board as it is when that
     /// is refused.
-    OutputAnswer SetDigitalSetup(AIB& board, bool digital);
+    BoardAnswer SetDigitalSetup(AIB& board, bool digital);
     /// Switches the solenoid valves over.
-    OutputAnswer SetValve(AIB& board, bool set);
+    BoardAnswer SetValve(AIB& board, bool set);
     /// Makes the pin that switches the valves an output, on boards that have them on one.
-    OutputAnswer PrepareValve(AIB& board);
+    BoardAnswer PrepareValve(AIB& board);
     /// Which of the pins 0 to 19 are outputs, a bit each.
-    OutputAnswer SetDirections(AIB& board, std::int32_t mask);
-    OutputAnswer SetPin(AIB& board, std::int32_t pin, bool high);
+    BoardAnswer SetDirections(AIB& board, std::int32_t mask);
+    BoardAnswer SetPin(AIB& board, std::int32_t pin, bool high);
     /// An extended output, as the power of the MFCs.
-    OutputAnswer SetExtendedPin(AIB& board, std::int32_t pin, bool on);
+    BoardAnswer SetExtendedPin(AIB& board, std::int32_t pin, bool on);
     /// Brings both air channels to zero, as at the end of a sequence; never throws.
     void ZeroAirChannels(AIB& board) noexcept;
     /// AIB::SwitchOutputsOff
@@ -93,15 +81,15 @@ class Outputs {
   private:
     struct Refusal {
         std::function<void()> Again;
-        OutputAnswer Answer;
+        BoardAnswer Answer;
         double Since_s = 0.0;
     };
 
     template <class Call>
-    OutputAnswer WhenClaimed(const AIB& board, const Call& call);
+    BoardAnswer WhenClaimed(const AIB& board, const Call& call);
     /// @param output as messages name it ("DAC 0") @param again tells it once more
-    OutputAnswer Noted(AIB& board, const std::string& output, const OutputAnswer& answer,
-                       const std::function<void()>& again);
+    BoardAnswer Noted(AIB& board, const std::string& output, const BoardAnswer& answer,
+                      const std::function<void()>& again);
 
     BoardClaims& m_Claims;
     const Clock& m_Clock;

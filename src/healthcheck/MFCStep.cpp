@@ -127,8 +127,9 @@ bool MFCStep::ReadSample(AIB& board, Sample& sample) {
     AIBStatus worst = Status::NoError;
     for (const AIBStatus status : {channels[0], channels[1], pressure})
         worst = status != Status::NoError ? status : worst;
-    m_Answers.Note(worst, m_Timer->ElapsedTime());
-    if (worst != Status::NoError || !board.Reaches(0))
+    const BoardAnswer answer{worst, !board.Reaches(0)};
+    m_Answers.Note(answer, m_Timer->ElapsedTime());
+    if (!answer.Taken())
         return false;
     sample[1] = board.DAC(0);
     sample[3] = board.DAC(1);

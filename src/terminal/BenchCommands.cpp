@@ -137,7 +137,7 @@ AIB& FirstBoard(CommandContext& context) {
 /// @param exchange what was tried, as the UART console names it
 /// @param value what was sent or read; nothing when the board has not taken or answered it
 CommandResult ExchangeResult(const std::string& exchange, std::optional<std::int32_t> value,
-                             const OutputAnswer& answer) {
+                             const BoardAnswer& answer) {
     CommandResult result;
     result.Json = {{"value", value ? Json(*value) : Json()},
                    {"status", answer.Code},
@@ -174,7 +174,7 @@ CommandResult RunTestRig(CommandContext& context) {
 CommandResult RunUartSet(CommandContext& context, std::int32_t channel, std::int32_t value) {
     AIB& board = FirstBoard(context);
     context.TheStation.Claims.Require(board.DevSerialNum());
-    const OutputAnswer answer = context.TheStation.Outputs.SetDigital(board, channel, value);
+    const BoardAnswer answer = context.TheStation.Outputs.SetDigital(board, channel, value);
     return ExchangeResult(fmt::format("Set({})", channel),
                           answer.Taken() ? std::optional(value) : std::nullopt, answer);
 }
@@ -182,7 +182,7 @@ CommandResult RunUartSet(CommandContext& context, std::int32_t channel, std::int
 CommandResult RunUartGet(CommandContext& context, std::int32_t channel) {
     AIB& board = FirstBoard(context);
     std::int32_t value = 0;
-    const OutputAnswer answer{board.GetADC_UART(channel, value), !board.MFCReady()};
+    const BoardAnswer answer{board.GetADC_UART(channel, value), !board.MFCReady()};
     return ExchangeResult(fmt::format("Get({})", channel),
                           answer.Taken() ? std::optional(value) : std::nullopt, answer);
 }

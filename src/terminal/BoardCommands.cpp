@@ -134,7 +134,7 @@ CommandResult RunSelfTest(CommandContext& context) {
 CommandResult RunAdc(CommandContext& context) {
     AIB& board = ChosenBoard(context);
     CommandResult result;
-    const auto failed = [&result](const std::string& input, const OutputAnswer& answer) {
+    const auto failed = [&result](const std::string& input, const BoardAnswer& answer) {
         result.Status = ExitStatus::NotPassed;
         result.Error += fmt::format("{}{} cannot be read: {}", result.Error.empty() ? "" : "\n",
                                     input, answer.Text());
@@ -142,12 +142,11 @@ CommandResult RunAdc(CommandContext& context) {
     };
     result.Json["adc"] = Json::array();
     for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel) {
-        AIBStatus status = Status::NoError;
-        const auto value = board.Reading(channel, &status);
+        BoardAnswer answer;
+        const auto value = board.Reading(channel, &answer);
         const std::string input = fmt::format("ADC {}", channel);
         result.Text += fmt::format("{}    {}\n", input, ShownText(value));
-        result.Json["adc"].push_back(value ? Json(*value)
-                                           : failed(input, {status, !board.Reaches(channel)}));
+        result.Json["adc"].push_back(value ? Json(*value) : failed(input, answer));
     }
     std::int32_t pressure = 0;
     const AIBStatus status = board.ReadReg(AIB::PressureRegister, pressure);
@@ -163,7 +162,7 @@ CommandResult RunDac(CommandContext& context, std::int32_t channel, std::int32_t
     AIB& board = ChosenBoard(context);
     context.TheStation.Claims.Require(board.DevSerialNum());
     const std::int32_t sent = SliderScale::HeldToRange(value);
-    const OutputAnswer answer = context.TheStation.Outputs.Set(board, channel, sent);
+    const BoardAnswer answer = context.TheStation.Outputs.Set(board, channel, sent);
     if (answer.MFCsNotReady)
         throw CommandError(ExitStatus::NotPassed, answer.Text());
     if (!answer.Taken())

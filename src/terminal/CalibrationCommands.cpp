@@ -85,12 +85,11 @@ CommandResult RunPressureCalibration(CommandContext& context, CalibrationKind ki
 
 CommandResult RunPressure(CommandContext& context) {
     ChosenBoard(context);
-    AIBStatus status = Status::NoError;
-    const auto pressure_mBar = AirChannelControl(context.TheStation).PressureGet_mBar(&status);
+    BoardAnswer answer;
+    const auto pressure_mBar = AirChannelControl(context.TheStation).PressureGet_mBar(&answer);
     if (!pressure_mBar)
         throw CommandError(ExitStatus::NotPassed,
-                           "The pressure input cannot be read: " +
-                               OutputAnswer{status, status == Status::NoError}.Text());
+                           "The pressure input cannot be read: " + answer.Text());
     CommandResult result;
     if (context.TheStation.Calibration().Record().PressureScale == 0.0F) {
         result.Json["mBar"] = nullptr;

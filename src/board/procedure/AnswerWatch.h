@@ -13,16 +13,16 @@ class AnswerWatch {
     static constexpr double Patience_s = 1.0;
 
     /// Notes how a reading went. @param now_s time of the procedure's timer @throws BoardError
-    void Note(AIBStatus status, double now_s) {
-        if (status == Status::NoError) {
+    void Note(const BoardAnswer& answer, double now_s) {
+        if (answer.Taken()) {
             m_FailingSince_s.reset();
             return;
         }
         if (!m_FailingSince_s)
             m_FailingSince_s = now_s;
         if (now_s - *m_FailingSince_s >= Patience_s)
-            throw BoardError("The board does not answer: " + AIB::AIBErrorStr(status) +
-                             ".\r\n\r\nPlease check its cable and its power, then detect the "
+            throw BoardError("The board does not answer: " + answer.Sentence() +
+                             "\r\n\r\nPlease check its cable and its power, then detect the "
                              "boards again.");
     }
 

@@ -67,24 +67,24 @@ float AirChannelControl::FlowOfReading(std::int32_t channel, std::int32_t bits) 
 }
 
 std::optional<float> AirChannelControl::CurrentChannelAir_ml_m(std::int32_t channel,
-                                                               AIBStatus* status) {
-    const auto bits = m_AIB->Reading(channel, status);
+                                                               BoardAnswer* answer) {
+    const auto bits = m_AIB->Reading(channel, answer);
     return bits ? std::optional(FlowOfReading(channel, *bits)) : std::nullopt;
 }
 
-std::optional<float> AirChannelControl::FlowOfBothChannels_ml_m(AIBStatus* status) {
-    const auto first = CurrentChannelAir_ml_m(0, status);
+std::optional<float> AirChannelControl::FlowOfBothChannels_ml_m(BoardAnswer* answer) {
+    const auto first = CurrentChannelAir_ml_m(0, answer);
     if (!first)
         return std::nullopt;
-    const auto second = CurrentChannelAir_ml_m(1, status);
+    const auto second = CurrentChannelAir_ml_m(1, answer);
     return second ? std::optional(*first + *second) : std::nullopt;
 }
 
-std::optional<float> AirChannelControl::LineFlow_ml_m(AIBStatus* status) {
+std::optional<float> AirChannelControl::LineFlow_ml_m(BoardAnswer* answer) {
     if (Record().HasSolenoidValves == 0)
-        return FlowOfBothChannels_ml_m(status);
+        return FlowOfBothChannels_ml_m(answer);
     // The state is the valves' output; the channel that it lets through is the other number.
-    return CurrentChannelAir_ml_m(OtherChannel(m_ValveState), status);
+    return CurrentChannelAir_ml_m(OtherChannel(m_ValveState), answer);
 }
 
 float AirChannelControl::CurrentAir_mms(bool zeroCutOff) {
@@ -242,9 +242,9 @@ void AirChannelControl::Enter(ChangeOverState state, std::int32_t active, std::i
     StartState(state);
 }
 
-std::optional<float> AirChannelControl::PressureGet_mBar(AIBStatus* status) {
-    const auto raw = m_AIB->Reading(ACUWiring::PressureInput, status);
-    const auto flow_ml_m = raw ? LineFlow_ml_m(status) : std::nullopt;
+std::optional<float> AirChannelControl::PressureGet_mBar(BoardAnswer* answer) {
+    const auto raw = m_AIB->Reading(ACUWiring::PressureInput, answer);
+    const auto flow_ml_m = raw ? LineFlow_ml_m(answer) : std::nullopt;
     if (!flow_ml_m)
         return std::nullopt;
     // In Double: damaged coefficients must not overflow the 32 bits.
@@ -253,10 +253,10 @@ std::optional<float> AirChannelControl::PressureGet_mBar(AIBStatus* status) {
     return static_cast<float>(static_cast<double>(Record().PressureScale) * bits);
 }
 
-bool AirChannelControl::PressureZero(AIBStatus* status) {
-    const auto raw = m_AIB->Reading(ACUWiring::PressureInput, status);
+bool AirChannelControl::PressureZero(BoardAnswer* answer) {
+    const auto raw = m_AIB->Reading(ACUWiring::PressureInput, answer);
     // Of both channels, whether the unit has valves or not.
-    const auto flow_ml_m = raw ? FlowOfBothChannels_ml_m(status) : std::nullopt;
+    const auto flow_ml_m = raw ? FlowOfBothChannels_ml_m(answer) : std::nullopt;
     if (!flow_ml_m)
         return false;
     m_Unit.PressureZero(

@@ -71,8 +71,9 @@ class AirChannelControl {
     ///         with solenoid valves, of both without
     float CurrentAir_mms(bool zeroCutOff);
     /// The channel's present flow in ml/min, 0 below 1 % of full scale; nothing when it cannot be
-    /// read. @param status takes how the reading went, when given, here and below
-    std::optional<float> CurrentChannelAir_ml_m(std::int32_t channel, AIBStatus* status = nullptr);
+    /// read. @param answer takes how the reading went, when given, here and below
+    std::optional<float> CurrentChannelAir_ml_m(std::int32_t channel,
+                                                BoardAnswer* answer = nullptr);
     /// The flow of a channel that reads so many bits, 0 below 1 % of full scale.
     float FlowOfReading(std::int32_t channel, std::int32_t bits) const;
 
@@ -103,9 +104,9 @@ class AirChannelControl {
 
     /// The present pressure in mBar, without the back-pressure of the flow and the zero; nothing
     /// when the sensor or the flow cannot be read.
-    std::optional<float> PressureGet_mBar(AIBStatus* status = nullptr);
+    std::optional<float> PressureGet_mBar(BoardAnswer* answer = nullptr);
     /// Takes the present pressure reading as zero. False when it cannot be read.
-    bool PressureZero(AIBStatus* status = nullptr);
+    bool PressureZero(BoardAnswer* answer = nullptr);
 
   private:
     struct ChannelDemand {
@@ -130,8 +131,8 @@ class AirChannelControl {
     float DemandFromCalibration(float flow_ml_m, std::int32_t channel) const;
     float Flow_ml_m(std::int32_t channel, std::int32_t bits, bool zeroCutOff) const;
     float Capacity(std::int32_t channel) const;
-    std::optional<float> FlowOfBothChannels_ml_m(AIBStatus* status);
-    std::optional<float> LineFlow_ml_m(AIBStatus* status);
+    std::optional<float> FlowOfBothChannels_ml_m(BoardAnswer* answer);
+    std::optional<float> LineFlow_ml_m(BoardAnswer* answer);
     static std::int32_t OtherChannel(std::int32_t channel) { return channel == 0 ? 1 : 0; }
     ChangeOverInputs InputsOf(std::int32_t channel);
     void Enter(ChangeOverState state, std::int32_t active, std::int32_t other);

@@ -85,9 +85,9 @@ AIBStatus MeasuringLoop::AskForAnswer() {
 }
 
 std::optional<std::int32_t> MeasuringLoop::Read(std::int32_t channel) {
-    AIBStatus status = Status::NoError;
-    const auto bits = m_AIB->Reading(channel, &status);
-    m_Watch.Note(m_AIB->Reaches(channel) ? status : AskForAnswer(), MonotonicSeconds(m_Clock));
+    BoardAnswer answer;
+    const auto bits = m_AIB->Reading(channel, &answer);
+    m_Watch.Note(answer, MonotonicSeconds(m_Clock));
     return bits;
 }
 
@@ -95,7 +95,7 @@ void MeasuringLoop::AwaitAnswer() {
     HiResTimer timer(m_Clock);
     for (AIBStatus status = AskForAnswer(); status != Status::NoError && !m_Wait.Ended();
          status = AskForAnswer()) {
-        m_Watch.Note(status, MonotonicSeconds(m_Clock));
+        m_Watch.Note({status}, MonotonicSeconds(m_Clock));
         m_Wait.Pass(timer, timer.ElapsedTime() + AnswerWatch::Patience_s);
     }
 }

@@ -142,9 +142,9 @@ bool PressureRun::Pass(HiResTimer& timer, double duration_s, const std::function
 
 void PressureRun::TakeZero() {
     HiResTimer timer(m_World.Time);
-    AIBStatus status = Status::NoError;
-    while (!m_Air.PressureZero(&status) && GoesOn()) {
-        m_Watch.Note(status, MonotonicSeconds(m_World.Time));
+    BoardAnswer answer;
+    while (!m_Air.PressureZero(&answer) && GoesOn()) {
+        m_Watch.Note(answer, MonotonicSeconds(m_World.Time));
         m_Wait.Pass(timer, timer.ElapsedTime() + DisplaySpacing_s);
     }
 }
@@ -157,11 +157,11 @@ void PressureRun::ShowPressure() {
 }
 
 std::optional<PressureRun::Reading> PressureRun::Read() {
-    AIBStatus status = Status::NoError;
+    BoardAnswer answer;
     Reading reading;
-    const auto bits = m_Station.CurrentAIB->Reading(ACUWiring::PressureInput, &status);
-    auto pressure_mBar = bits && IsAudit() ? m_Air.PressureGet_mBar(&status) : std::optional(0.0F);
-    m_Watch.Note(status, MonotonicSeconds(m_World.Time));
+    const auto bits = m_Station.CurrentAIB->Reading(ACUWiring::PressureInput, &answer);
+    auto pressure_mBar = bits && IsAudit() ? m_Air.PressureGet_mBar(&answer) : std::optional(0.0F);
+    m_Watch.Note(answer, MonotonicSeconds(m_World.Time));
     if (!bits || !pressure_mBar)
         return std::nullopt;
     return Reading{*bits, *pressure_mBar};

@@ -69,7 +69,7 @@ void DACChannel::LayOut() {
     layout->addWidget(m_Text, row++, 0, 1, 2, Qt::AlignHCenter);
 }
 
-void DACChannel::ShowOutput(std::int32_t taken_bits, const OutputAnswer& answer, NumberBase base) {
+void DACChannel::ShowOutput(std::int32_t taken_bits, const BoardAnswer& answer, NumberBase base) {
     m_Slider->setValue(SliderScale::PositionOf(taken_bits));
     m_Text->setText(QString::number(taken_bits));
     if (answer.Taken())
@@ -79,12 +79,12 @@ void DACChannel::ShowOutput(std::int32_t taken_bits, const OutputAnswer& answer,
 }
 
 void DACChannel::ShowInput(AIB& board, NumberBase base) {
-    AIBStatus status = Status::NoError;
-    const auto reading = board.Reading(m_Channel, &status);
+    BoardAnswer answer;
+    const auto reading = board.Reading(m_Channel, &answer);
     if (reading)
         m_Input->ShowValue(NumberText(*reading, base));
     else
-        m_Input->ShowFailure(ToQt(OutputAnswer{status, !board.Reaches(m_Channel)}.Text()));
+        m_Input->ShowFailure(ToQt(answer.Text()));
     m_Bar->Draw(reading, board.DAC(m_Channel));
 }
 
@@ -200,7 +200,7 @@ void DACPanel::ShowChange(const OutputChange& change) {
 
 void DACPanel::SetDigitalSetup(bool digital) {
     Guarded(m_Station.World.Messages, [&] {
-        const OutputAnswer answer = m_Station.Outputs.SetDigitalSetup(Board(), digital);
+        const BoardAnswer answer = m_Station.Outputs.SetDigitalSetup(Board(), digital);
         if (!answer.Taken())
             m_Station.World.Messages.Ask({"The air channels could not be brought to zero: " +
                                               answer.Text() + "\r\n\r\nThe setup stays as it was.",

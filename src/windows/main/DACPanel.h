@@ -28,7 +28,7 @@ class DACChannel final : public QWidget {
     DACChannel(int channel, QWidget* parent);
 
     /// What the board has taken, and how it took the last demand.
-    void ShowOutput(std::int32_t taken_bits, const OutputAnswer& answer, NumberBase base);
+    void ShowOutput(std::int32_t taken_bits, const BoardAnswer& answer, NumberBase base);
     /// Reads the input and shows it.
     void ShowInput(AIB& board, NumberBase base);
     /// Air channels take values only while the MFCs are ready.

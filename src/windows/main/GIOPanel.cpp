@@ -124,8 +124,8 @@ void GIOPanel::ShowBoard() {
         power->setEnabled(Board().IsUsb());
 }
 
-bool GIOPanel::Tell(const QString& output, const std::function<OutputAnswer()>& tell) {
-    OutputAnswer answer{Status::AccessDenied};
+bool GIOPanel::Tell(const QString& output, const std::function<BoardAnswer()>& tell) {
+    BoardAnswer answer{Status::AccessDenied};
     Guarded(m_Station.World.Messages, [&] {
         m_Station.Claims.Require(Board().DevSerialNum());
         answer = tell();
@@ -134,7 +134,7 @@ bool GIOPanel::Tell(const QString& output, const std::function<OutputAnswer()>& 
     return answer.Taken();
 }
 
-void GIOPanel::ShowAnswer(const QString& output, const OutputAnswer& answer) {
+void GIOPanel::ShowAnswer(const QString& output, const BoardAnswer& answer) {
     m_Answer->ShowValue(answer.Taken() ? QString() : tr("%1: %2").arg(output, ToQt(answer.Text())));
 }
 

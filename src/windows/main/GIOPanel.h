@@ -40,8 +40,8 @@ class GIOPanel final : public QGroupBox {
     QCheckBox* MakePowerBox(int index, const QString& caption, QWidget* parent);
     void TickFirstPinOnly();
     /// Has the board told something, and shows what it refuses.
-    bool Tell(const QString& output, const std::function<OutputAnswer()>& tell);
-    void ShowAnswer(const QString& output, const OutputAnswer& answer);
+    bool Tell(const QString& output, const std::function<BoardAnswer()>& tell);
+    void ShowAnswer(const QString& output, const BoardAnswer& answer);
     /// What was refused is not shown as done.
     static void PutBack(QCheckBox& box);
     std::int32_t TickedPins() const;

@@ -194,7 +194,7 @@ void UARTsWindow::Set(int channel, std::int32_t value) {
     Guarded(m_Station.World.Messages, [&] {
         m_Station.Claims.Require(m_Board->DevSerialNum());
         m_Taken.at(static_cast<std::size_t>(channel)) = true;
-        const OutputAnswer answer = m_Station.Outputs.SetDigital(*m_Board, channel, value);
+        const BoardAnswer answer = m_Station.Outputs.SetDigital(*m_Board, channel, value);
         ReportUARTResult(answer, fmt::format("Set({})", channel));
         if (answer.Taken())
             m_Channels.at(static_cast<std::size_t>(channel))->ShowSent(value);
@@ -204,7 +204,7 @@ void UARTsWindow::Set(int channel, std::int32_t value) {
 void UARTsWindow::Get(int channel) {
     const bool done = Guarded(m_Station.World.Messages, [&] {
         std::int32_t value = 0;
-        const OutputAnswer answer{m_Board->GetADC_UART(channel, value), !m_Board->MFCReady()};
+        const BoardAnswer answer{m_Board->GetADC_UART(channel, value), !m_Board->MFCReady()};
         ReportUARTResult(answer, fmt::format("Get({})", channel));
         m_Channels.at(static_cast<std::size_t>(channel))
             ->ShowRead(answer.Taken() ? std::optional(value) : std::nullopt, ToQt(answer.Text()));
@@ -224,7 +224,7 @@ void UARTsWindow::ReadTickedChannels() {
     m_Reading = false;
 }
 
-void UARTsWindow::ReportUARTResult(const OutputAnswer& answer, const std::string& text) {
+void UARTsWindow::ReportUARTResult(const BoardAnswer& answer, const std::string& text) {
     if (answer.Taken())
         return;
     m_Errors->addItem(

@@ -80,7 +80,7 @@ class UARTsWindow final : public QWidget {
     void Set(int channel, std::int32_t value);
     void Get(int channel);
     void ReadTickedChannels();
-    void ReportUARTResult(const OutputAnswer& answer, const std::string& text);
+    void ReportUARTResult(const BoardAnswer& answer, const std::string& text);
     void GiveChannelsBack();
     void ProcedureRunning(bool running);
 

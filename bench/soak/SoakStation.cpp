@@ -26,7 +26,7 @@ Answer SoakOperator::Ask(const Message& message) {
     m_Shown += message.Text + "\n";
     switch (message.Buttons) {
     case MessageButtons::YesNo:
-    case MessageButtons::YesNoCancel: return message.AsksRetry ? Answer::No : Answer::Yes;
+    case MessageButtons::YesNoCancel: return message.DeclinedUnattended ? Answer::No : Answer::Yes;
     case MessageButtons::RetryCancel: return Answer::Cancel;
     default: return Answer::Ok;
     }

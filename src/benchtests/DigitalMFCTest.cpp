@@ -219,7 +219,7 @@ void DigitalMFCTest::Store(const BenchTestView& view, Outcome& outcome) {
     AIB& board = *m_Station.CurrentAIB;
     TestLog log(m_Station,
                 fmt::format("{}{}_{}_{}.csv", Paths::DigitalMFCTest, board.SerialNumber(),
-                            FileNamePart(m_Station.Calibration().Record().ACUMFCNumber()),
+                            m_Station.Calibration().Record().NumberInNames(),
                             TestLog::Stamp(m_Station)),
                 outcome);
     log.WriteLine(DigitalMFCTable::Header());

@@ -33,7 +33,7 @@ std::string HealthCheckReport::Open() {
 }
 
 HealthCheckReport::Saved HealthCheckReport::Save(const ACU& unit, OleDate date) {
-    const std::string name = fmt::format("{}_ACU{}_{}", unit.Record.MFCSerialNumber_Clean(),
+    const std::string name = fmt::format("{}_ACU{}_{}", unit.Record.CleanNumberInNames(),
                                          unit.Serial, DateText(date, "yyyymmdd_hhnnss"));
     try {
         Book().Sheet(HealthCheckLayout::DataSheet).SetVisible(SheetVisibility::Hidden);
@@ -58,7 +58,7 @@ HealthCheckReport::Saved HealthCheckReport::SaveInUnitFolder(const ACU& unit,
         return {path, files.RealPath(path), {}};
     }
     const std::string shown =
-        fmt::format("{:05}_{}\\'", unit.Serial, unit.Record.MFCSerialNumber_Clean());
+        fmt::format("{:05}_{}\\'", unit.Serial, unit.Record.CleanNumberInNames());
     const std::string warning =
         std::string("Unable to Save Excel File in following locations:\r\n\r\n   '") +
         Paths::ShareReports + shown + "\r\n\r\n'" + Paths::LocalReports + shown +
@@ -88,7 +88,7 @@ bool GetACUFolder(Station& station, std::string& folder) {
 bool GetUnitFolder(Station& station, const ACU& unit, std::string& folder) {
     if (!GetSaveRootFolder(station, folder))
         return false;
-    folder += fmt::format("ACU{:05}_{}\\", unit.Serial, unit.Record.MFCSerialNumber_Clean());
+    folder += fmt::format("ACU{:05}_{}\\", unit.Serial, unit.Record.CleanNumberInNames());
     return CheckFolderExists(station.World.Files, station.World.Messages, folder,
                              FolderMode::Create);
 }

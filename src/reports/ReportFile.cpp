@@ -176,7 +176,7 @@ class WorkbookSaving {
                          "\r\n\r\n" +
                              reason + "\r\n\r\nWould you like to retry saving the data?",
                          MessageIcon::Question, MessageButtons::YesNo};
-        question.AsksRetry = true;
+        question.DeclinedUnattended = true;
         return AskYesNo(question);
     }
 

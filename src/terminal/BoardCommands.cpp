@@ -192,6 +192,7 @@ CommandResult RunIdentity(CommandContext& context, std::int32_t serial, const st
 }
 
 CommandResult RunMFCNumber(CommandContext& context, const std::string& number) {
+    RequireMFCNumber(number);
     AIB& board = ChosenBoard(context);
     CommandResult result;
     try {

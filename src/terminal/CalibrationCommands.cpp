@@ -60,6 +60,10 @@ CommandResult RunVelocityInit(CommandContext& context, const std::string& mfcNum
     TerminalSetUp terminal(context);
     std::string number =
         mfcNumber.empty() ? NumberInUse(context.TheStation.Calibration().Record()) : mfcNumber;
+    if (number == ACUSetUp::MFCNumberPlaceholder && context.Messages.Unattended())
+        throw CommandError(ExitStatus::WrongUsage,
+                           "The unit has no MFC number yet: give it with --mfc-number.");
+    RequireMFCNumber(number);
     const ACUSetUp::Initialisation outcome =
         terminal.SetUp.RunACUInitialisation(number, true, false);
     CommandResult result;

@@ -10,6 +10,11 @@ ExitStatus StatusOf(const Outcome& outcome) {
     }
 }
 
+void RequireMFCNumber(const std::string& number) {
+    if (!ACURecord::IsMFCNumber(number))
+        throw CommandError(ExitStatus::WrongUsage, ACURecord::TooLongText(number));
+}
+
 void AddFiles(CommandResult& result, const std::vector<std::filesystem::path>& files) {
     result.Json["files"] = nlohmann::ordered_json::array();
     for (const auto& file : files) {

@@ -58,6 +58,9 @@ AIB& ChosenBoard(CommandContext& context);
 
 ExitStatus StatusOf(const Outcome& outcome);
 
+/// @throws CommandError for a number that a unit cannot hold
+void RequireMFCNumber(const std::string& number);
+
 /// Adds the key "files" and, to the readable text, a line for each file.
 void AddFiles(CommandResult& result, const std::vector<std::filesystem::path>& files);
 

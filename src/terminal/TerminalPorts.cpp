@@ -105,7 +105,8 @@ Answer TerminalOperator::Ask(const Message& message) {
     if (choices.size() == 1)
         return choices.front().Value;
     if (m_Yes) {
-        const bool declines = message.AsksRetry || message.Buttons == MessageButtons::RetryCancel;
+        const bool declines =
+            message.DeclinedUnattended || message.Buttons == MessageButtons::RetryCancel;
         return declines ? Refusal(choices) : choices.front().Value;
     }
     std::string offer;

@@ -139,7 +139,7 @@ TEST_F(CalibrationWorkbooksTest, AFullDiskLosesNothing) {
     ASSERT_EQ(Shown().size(), 4U);
     for (const std::size_t attempt : {0U, 1U}) {
         EXPECT_EQ(Shown()[attempt].Text, RetryQuestion);
-        EXPECT_TRUE(Shown()[attempt].AsksRetry);
+        EXPECT_TRUE(Shown()[attempt].DeclinedUnattended);
         EXPECT_EQ(Shown()[attempt].Buttons, MessageButtons::YesNo);
     }
     EXPECT_NE(Shown()[2].Text.find("No space left on device"), std::string::npos);

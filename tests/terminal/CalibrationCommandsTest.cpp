@@ -32,15 +32,19 @@ TEST_F(OmbrixctlTest, VelocityInitTakesAFreshUnitToItsDates) {
     EXPECT_EQ(Run(fresh + "info").Result["mfcNumber"], "M9200777A");
 }
 
-TEST_F(OmbrixctlTest, AnUnattendedStationIsAskedForTheNumberOnce) {
-    const Outcome outcome =
-        Run("--simulate=fresh --yes --time-scale max --fault unplug@1 calibrate velocity-init");
+TEST_F(OmbrixctlTest, AnUnattendedInitialisationNeedsANumberThatFits) {
+    const std::string line = "--simulate=fresh --yes --time-scale max calibrate velocity-init";
+    EXPECT_EQ(Run(line).Status, 2);
+    EXPECT_EQ(Run(line + " --mfc-number M9200302ABCDE").Status, 2);
+    EXPECT_EQ(Run("--simulate=fresh --yes mfc-number M9200302ABCDE").Status, 2);
+    const Outcome outcome = Run("--simulate=fresh --yes --time-scale max --fault unplug@1 "
+                                "calibrate velocity-init --mfc-number M1");
     EXPECT_EQ(outcome.Status, 1);
     EXPECT_EQ(outcome.Result["stages"][0]["result"], "Run: Failed");
     EXPECT_EQ(outcome.Result["stages"][1]["result"], "Pending");
     EXPECT_NE(outcome.Result["error"].get<std::string>().find("does not answer"),
               std::string::npos);
-    EXPECT_EQ(Run("--simulate=fresh info").Result["mfcNumber"], "M9200123Z");
+    EXPECT_EQ(Run("--simulate=fresh info").Result["mfcNumber"], "M1");
 }
 
 TEST_F(OmbrixctlTest, ASingleRunTellsWhatItCameTo) {

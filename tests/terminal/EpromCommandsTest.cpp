@@ -76,16 +76,16 @@ TEST_P(EpromWriterTest, WritesAndDrivesNothingThatCannotBeSavedFirst) {
     EXPECT_EQ(Eprom(), m_Before);
 }
 
-INSTANTIATE_TEST_SUITE_P(Lines, EpromWriterTest,
-                         ::testing::Values(Writer{"mfc-number M1", "1024 MFC number"},
-                                           Writer{"eprom write 48 1", "48 Demand 1"},
-                                           Writer{"eprom fill 0", "8 Data version"},
-                                           Writer{"eprom restore image.bin", "8 Data version"},
-                                           Writer{"clear-pressure", "600 Pressure present"},
-                                           Writer{"calibrate velocity-init", "1024 MFC number"},
-                                           Writer{"calibrate pressure-system", "748 Base diameter"},
-                                           Writer{"calibrate pressure-audit",
-                                                  "652 Pressure audit date"}));
+INSTANTIATE_TEST_SUITE_P(
+    Lines, EpromWriterTest,
+    ::testing::Values(Writer{"mfc-number M1", "1024 MFC number"},
+                      Writer{"eprom write 48 1", "48 Demand 1"},
+                      Writer{"eprom fill 0", "8 Data version"},
+                      Writer{"eprom restore image.bin", "8 Data version"},
+                      Writer{"clear-pressure", "600 Pressure present"},
+                      Writer{"calibrate velocity-init --mfc-number M1", "1024 MFC number"},
+                      Writer{"calibrate pressure-system", "748 Base diameter"},
+                      Writer{"calibrate pressure-audit", "652 Pressure audit date"}));
 
 } // namespace
 } // namespace ombrix

@@ -4,6 +4,8 @@
 #include "board/unit/RecordCoding.h"
 #include "platform/text/Text.h"
 
+#include <stdexcept>
+
 namespace ombrix {
 
 namespace {
@@ -45,7 +47,10 @@ bool ACUCalibration::ReadEPROMValues_v02() {
     if (!HasCapacities(m_Record)) {
         const Message question{"This ACU has not been initialised.\r\n\r\n"
                                "Would you like to Initialise the EPROM now?",
-                               MessageIcon::Question, MessageButtons::YesNo};
+                               MessageIcon::Question,
+                               MessageButtons::YesNo,
+                               {},
+                               true}; // nobody has asked for anything to be written
         if (m_World.Messages.Ask(question) != Answer::Yes || !InitialiseBlank())
             return false;
     }
@@ -59,8 +64,8 @@ bool ACUCalibration::ReadEPROMValues_v02() {
         Tell("Un-recognised Pressure Value: " + GeneralText(*unknown) +
                  "\r\n\r\nUsing Default of 1000mBar",
              MessageIcon::Information);
-    // The valves of a unit that another program has are that program's to set up. A refusal shows
-    // in the status of the board.
+    // The valves of a unit that another program has are that program's to set up. Whoever drives
+    // makes sure of the pin (Outputs::PrepareValve): a refusal here does no harm.
     if (m_Board.IsFireWire() && m_Claims.ClaimUnlessTaken(m_Board.DevSerialNum()))
         m_Board.ConfigureGPIO(m_Record.HasSolenoidValves != 0 ? 1 : 0);
     return true;
@@ -100,6 +105,8 @@ void ACUCalibration::SaveFreshHeader(EpromGuard& guard) {
 }
 
 void ACUCalibration::SaveMFCNumber(EpromGuard& guard, const std::string& mfcNumber) {
+    if (!ACURecord::IsMFCNumber(mfcNumber))
+        throw std::invalid_argument(ACURecord::TooLongText(mfcNumber));
     Store(guard, [&](ACURecord& record, EpromSink& words) {
         WriteEPROM_MFCNumber(words, record, mfcNumber);
     });

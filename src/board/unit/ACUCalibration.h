@@ -31,7 +31,8 @@ class ACUCalibration {
 
     /// Writes the header of a fresh unit: 5000 and 200 ml/min, 10 points, solenoid valves.
     void SaveFreshHeader(EpromGuard& guard);
-    /// Writes the MFC number; an empty one rewrites the present one.
+    /// Writes the MFC number; an empty one rewrites the present one. @throws std::invalid_argument
+    /// for one that is too long
     void SaveMFCNumber(EpromGuard& guard, const std::string& mfcNumber);
     /// Replaces the stored tables by measured ones, with date and user.
     void SaveVelocitySystemCalibration(EpromGuard& guard,

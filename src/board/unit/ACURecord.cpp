@@ -1,13 +1,47 @@
 #include "board/unit/ACURecord.h"
 
+#include "platform/text/Paths.h"
 #include "platform/text/Text.h"
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <utility>
+
 namespace ombrix {
+
+bool ACURecord::IsMFCNumber(std::string_view number) {
+    const auto characters = std::count_if(number.begin(), number.end(), [](char byte) {
+        constexpr unsigned continuation = 0x80U;
+        constexpr unsigned highBits = 0xC0U;
+        return (static_cast<unsigned char>(byte) & highBits) != continuation;
+    });
+    return characters <= ACUMemoryMap::MFCNumberLength;
+}
+
+std::string ACURecord::TooLongText(const std::string& number) {
+    return fmt::format("The MFC number \"{}\" is too long: a unit holds {} characters.", number,
+                       ACUMemoryMap::MFCNumberLength);
+}
 
 std::string ACURecord::ACUMFCNumber() const {
     return Trimmed(MFCNumber);
+}
+
+namespace {
+
+std::string InNames(std::string number) {
+    return number.empty() ? "UNKNOWN" : FileNamePart(std::move(number));
+}
+
+} // namespace
+
+std::string ACURecord::NumberInNames() const {
+    return InNames(ACUMFCNumber());
+}
+
+std::string ACURecord::CleanNumberInNames() const {
+    return InNames(MFCSerialNumber_Clean());
 }
 
 std::string ACURecord::MFCSerialNumber_Clean() const {

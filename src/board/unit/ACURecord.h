@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace ombrix {
 
@@ -92,8 +93,16 @@ struct ACURecord {
     /// Zero of the pressure reading in bits; never stored.
     std::int32_t PressureZero = 0;
 
+    /// The number is not longer than the 12 characters that are stored.
+    static bool IsMFCNumber(std::string_view number);
+    /// Why it is refused.
+    static std::string TooLongText(const std::string& number);
     /// The MFC number without surrounding blanks.
     std::string ACUMFCNumber() const;
+    /// As a part of names of files and folders: "UNKNOWN" for a unit without one.
+    std::string NumberInNames() const;
+    /// The same of MFCSerialNumber_Clean.
+    std::string CleanNumberInNames() const;
     /// The MFC number reduced to A–Z and 0–9, as it stands in file and folder names.
     std::string MFCSerialNumber_Clean() const;
     LastCalibration LastCalDone_Velocity_System() const;

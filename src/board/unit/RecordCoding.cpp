@@ -51,11 +51,12 @@ std::string ReadText(EpromSource& from, std::int32_t address, std::int32_t lengt
     return FixedWidth(value, static_cast<std::size_t>(length));
 }
 
-std::string ReadVelocityUser(EpromSource& from, std::int32_t address) {
-    const std::string user = ReadText(from, address, Map::UserLength);
+/// An erased text is empty.
+std::string ReadWrittenText(EpromSource& from, std::int32_t address, std::int32_t length) {
+    const std::string text = ReadText(from, address, length);
     constexpr std::string_view erasedCharacter = "\u00FF";
-    return FixedWidth(user.starts_with(erasedCharacter) ? "" : user,
-                      static_cast<std::size_t>(Map::UserLength));
+    return FixedWidth(text.starts_with(erasedCharacter) ? "" : text,
+                      static_cast<std::size_t>(length));
 }
 
 constexpr bool IsSet(OleDate date) {
@@ -217,12 +218,13 @@ void ReadHeader(EpromSource& from, ACURecord& record) {
     record.HasSolenoidValves = ReadLong(from, Map::HasSolenoidValves);
     record.DigitalMFCConfig = ReadLong(from, Map::DigitalMFCConfig);
     record.DigitalPressureConfig = ReadLong(from, Map::DigitalPressureConfig);
-    record.MFCNumber = ReadText(from, Map::MFCNumber, Map::MFCNumberLength);
+    record.MFCNumber = ReadWrittenText(from, Map::MFCNumber, Map::MFCNumberLength);
 }
 
 void ReadEPROMValues_Velocity(EpromSource& from, ACURecord& record) {
     // What is no longer in the EPROM must not show from an earlier reading.
     record.VelocityAuditDate = OleDate();
+    record.VelocitySystemPassed = record.VelocityAuditPassed = 0;
     record.VelocitySystemDate = ReadDate(from, Map::VelocitySystemDate);
     if (!IsSet(record.VelocitySystemDate))
         return;
@@ -230,12 +232,12 @@ void ReadEPROMValues_Velocity(EpromSource& from, ACURecord& record) {
     const bool hasPassedFlags = record.DataVersion > 1;
     if (hasPassedFlags)
         record.VelocitySystemPassed = ReadLong(from, Map::VelocitySystemPassed);
-    record.VelocitySystemUser = ReadVelocityUser(from, Map::VelocitySystemUser);
+    record.VelocitySystemUser = ReadWrittenText(from, Map::VelocitySystemUser, Map::UserLength);
     record.VelocityAuditDate = ReadDate(from, Map::VelocityAuditDate);
     if (IsSet(record.VelocityAuditDate)) {
         if (hasPassedFlags)
             record.VelocityAuditPassed = ReadLong(from, Map::VelocityAuditPassed);
-        record.VelocityAuditUser = ReadVelocityUser(from, Map::VelocityAuditUser);
+        record.VelocityAuditUser = ReadWrittenText(from, Map::VelocityAuditUser, Map::UserLength);
     }
     ReadVelocityTables(from, record);
 }
@@ -245,12 +247,12 @@ std::optional<float> ReadEPROMValues_Pressure(EpromSource& from, ACURecord& reco
     record.PressurePresentCode = ReadLong(from, Map::PressurePresent);
     record.PressurePresent = record.PressurePresentCode == Map::PressurePresentCode;
     record.MaxPressure = ReadSingle(from, Map::MaxPressure);
-    // 0 is a sensor whose range was never entered; it gets the default below, silently.
-    const bool isKnown =
-        record.MaxPressure == 0.0F || record.MaxPressure == 400.0F || record.MaxPressure == 1000.0F;
+    // 0 is a sensor whose range was never entered; it gets the default silently.
+    const bool isKnown = record.MaxPressure == 400.0F || record.MaxPressure == 1000.0F;
     std::optional<float> unknown;
     if (record.PressurePresent && !isKnown) {
-        unknown = record.MaxPressure;
+        if (record.MaxPressure != 0.0F)
+            unknown = record.MaxPressure;
         record.MaxPressure = 1000.0F;
     }
     if (!IsSet(record.VelocitySystemDate) || !record.PressurePresent)
@@ -271,8 +273,6 @@ std::optional<float> ReadEPROMValues_Pressure(EpromSource& from, ACURecord& reco
         record.PressureAuditPassed = ReadLong(from, Map::PressureAuditPassed);
         record.PressureAuditUser = ReadText(from, Map::PressureAuditUser, Map::UserLength);
     }
-    if (record.MaxPressure == 0.0F)
-        record.MaxPressure = 1000.0F;
     record.CalculatePressureScaling();
     return unknown;
 }

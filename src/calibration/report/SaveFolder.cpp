@@ -19,9 +19,8 @@ std::string TimeStamp(Station& station) {
 } // namespace
 
 std::string AutoSaveFolderName(Station& station, const ACU& unit) {
-    const std::string mfcNumber = FileNamePart(unit.Record.ACUMFCNumber());
-    return Paths::DriveC + unit.SerialNumberStr() + "\\" +
-           (mfcNumber.empty() ? "UNKNOWN" : mfcNumber) + "_" + TimeStamp(station);
+    return Paths::DriveC + unit.SerialNumberStr() + "\\" + unit.Record.NumberInNames() + "_" +
+           TimeStamp(station);
 }
 
 bool MakeAutoSaveFolder(Station& station, const ACU& unit) {
@@ -37,7 +36,7 @@ std::string AutoSaveName(Station& station, const ACU& unit, const std::string& p
     if (!MakeAutoSaveFolder(station, unit))
         return "";
     return AddBackslash(station.AutoSaveFolder) + prefix + unit.SerialNumberStr() + "_" +
-           FileNamePart(unit.Record.ACUMFCNumber()) + "_" + TimeStamp(station) + ending;
+           unit.Record.NumberInNames() + "_" + TimeStamp(station) + ending;
 }
 
 OwnSaveFolder::OwnSaveFolder(Station& station, const ACU& unit)

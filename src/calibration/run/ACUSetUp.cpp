@@ -59,21 +59,29 @@ bool ACUSetUp::SetAIBSerialNumber(std::int32_t& serial, bool digital, bool analo
             break;
     }
     ProcedureLog log(m_Station.World, "Writing of the board's identity");
-    WriteIdentity(m_Station, serial, MFCSetupOf(digital, analog));
+    const AIBStatus status = WriteIdentity(m_Station, serial, MFCSetupOf(digital, analog));
+    if (status != Status::NoError)
+        throw BoardError("The identity could not be written: " + AIB::AIBErrorStr(status));
     log.Ended("serial number " + std::to_string(serial));
     return true;
 }
 
-void ACUSetUp::AskMFCNumber(std::string& mfcNumber) {
+bool ACUSetUp::AskMFCNumber(std::string& mfcNumber) {
     Operator& messages = m_Station.World.Messages;
     // A record without a number shows as the letters of "NOT SET".
-    while (mfcNumber == MFCNumberPlaceholder || mfcNumber == "NOTSET") {
-        mfcNumber =
-            messages.AskText("Please enter the MFC Number", MFCNumberPlaceholder, "").value_or("");
-        // An unattended station has no other number to give.
-        if (messages.Unattended())
-            break;
+    while (mfcNumber == MFCNumberPlaceholder || mfcNumber == "NOTSET" ||
+           !ACURecord::IsMFCNumber(mfcNumber)) {
+        if (!ACURecord::IsMFCNumber(mfcNumber))
+            messages.Ask(
+                {ACURecord::TooLongText(mfcNumber), MessageIcon::Warning, MessageButtons::Ok});
+        const auto entered =
+            messages.AskText("Please enter the MFC Number", MFCNumberPlaceholder, "");
+        // An unattended station has no number to give.
+        if (!entered || messages.Unattended())
+            return false;
+        mfcNumber = *entered;
     }
+    return true;
 }
 
 ACUSetUp::Initialisation ACUSetUp::RunACUInitialisation(std::string& mfcNumber, bool velocity,
@@ -82,10 +90,10 @@ ACUSetUp::Initialisation ACUSetUp::RunACUInitialisation(std::string& mfcNumber, 
     Sequence sequence{EpromGuard(m_Station, velocity ? "Velocity Initialisation" : "MFC Number"),
                       DrivingProcedure(m_Station, "initial calibrations", {m_Station.CurrentAIB})};
     sequence.Running.Begin();
-    AskMFCNumber(mfcNumber);
+    const bool hasNumber = AskMFCNumber(mfcNumber);
     Initialisation result;
     // A prompt that the end of the program has closed was not answered.
-    if (m_Station.World.Events.ProgramEnding())
+    if (!hasNumber || m_Station.World.Events.ProgramEnding())
         NoteCancel(result);
     else if (StoreOrTell(result,
                          [&] { m_Station.Calibration().SaveMFCNumber(sequence.Guard, mfcNumber); }))

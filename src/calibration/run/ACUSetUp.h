@@ -27,7 +27,7 @@ class ACUSetUp {
         : m_Reports(std::move(reports)), m_Stages(stages), m_Station(m_Reports.TheStation) {}
 
     /// Asks for the serial number and writes the board's identity. False when the operator
-    /// declines; the identity is read again by the next detection only.
+    /// declines; the identity is read again by the next detection only. @throws BoardError
     bool SetAIBSerialNumber(std::int32_t& serial, bool digital, bool analog);
 
     /// What became of an initialisation: passed when every run of the sequence was made and
@@ -59,7 +59,8 @@ class ACUSetUp {
         DrivingProcedure Running;
     };
 
-    void AskMFCNumber(std::string& mfcNumber);
+    /// False when there is none to be had.
+    bool AskMFCNumber(std::string& mfcNumber);
     void ListAndRunStages(Sequence& sequence, bool velocity, bool pressure, Initialisation& result);
     void RunStages(Sequence& sequence, bool velocity, bool pressure, Initialisation& result);
     void RunVelocityStages(Sequence& sequence, Initialisation& result);

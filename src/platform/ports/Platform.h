@@ -31,9 +31,9 @@ struct Message {
     MessageIcon Icon = MessageIcon::Information;
     MessageButtons Buttons = MessageButtons::Ok;
     std::string Title = {};
-    /// The question is whether to try something again: an unattended station declines it, so
-    /// that nothing runs for ever.
-    bool AsksRetry = false;
+    /// An unattended station declines: to try something again, so that nothing runs for ever, and
+    /// to store what somebody ought to have looked at.
+    bool DeclinedUnattended = false;
 };
 
 /// The person at the bench: told of failures and asked for decisions.

@@ -104,7 +104,6 @@ void CalibrationPanel::HoldHintLines() {
 
 QLayout* CalibrationPanel::MakeNumberRow() {
     m_MFCNumber->setText(QLatin1String(ACUSetUp::MFCNumberPlaceholder));
-    m_MFCNumber->setMaxLength(ACUMemoryMap::MFCNumberLength);
     m_MFCNumber->setToolTip(tr("The MFC number in the ACU's record. The commands that initialise "
                                "write it."));
     m_Commands.push_back(m_MFCNumber);

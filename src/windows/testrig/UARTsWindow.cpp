@@ -182,7 +182,7 @@ bool UARTsWindow::FindBoard() {
         const Message question{.Text = "No AIBs Detected",
                                .Icon = MessageIcon::Warning,
                                .Buttons = MessageButtons::RetryCancel,
-                               .AsksRetry = true};
+                               .DeclinedUnattended = true};
         if (m_Station.World.Messages.Ask(question) != Answer::Retry)
             return false;
     }

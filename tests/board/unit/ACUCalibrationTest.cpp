@@ -82,6 +82,8 @@ TEST_F(ACUCalibrationTest, AFireWireBoardKeepsItsVersionElsewhere) {
 }
 
 TEST_F(ACUCalibrationTest, AVersion1RecordHasNoPassedFlags) {
+    Read();
+    EXPECT_TRUE(Record().LastCalDone_Velocity_System().Passed);
     Put(Map::DataVersion_USB, 1);
     Read();
     EXPECT_FALSE(Record().LastCalDone_Velocity_System().Passed);
@@ -157,6 +159,10 @@ TEST_F(ACUCalibrationTest, AnUnknownSensorRangeIsToldAndReplaced) {
     Read();
     EXPECT_EQ(Shown().size(), 1U) << "0 is replaced silently";
     EXPECT_FLOAT_EQ(Record().MaxPressure, 1000.0F);
+    Put(Map::PressureSystemDate, 0);
+    Put(Map::PressureSystemDate + 4, 0);
+    Read();
+    EXPECT_FLOAT_EQ(Record().MaxPressure, 1000.0F) << "before any calibration too";
 }
 
 TEST_F(ACUCalibrationTest, AnErasedUserIsNobody) {
@@ -191,16 +197,22 @@ TEST_F(ACUCalibrationTest, WritingTheWholeRecordStoresWhatWasRead) {
     }
 }
 
-TEST_F(ACUCalibrationTest, TheMFCNumberIsCutPaddedAndKept) {
+TEST_F(ACUCalibrationTest, TheMFCNumberIsPaddedAndKeptAndNeverCut) {
     Read();
     EpromGuard guard(m_Bench->TheStation, "test");
-    Calibration().SaveMFCNumber(guard, "m92-001 23Z and more");
+    EXPECT_THROW(Calibration().SaveMFCNumber(guard, "m92-001 23Z and more"), std::invalid_argument);
+    Calibration().SaveMFCNumber(guard, "m92-001 23Z");
     EXPECT_EQ(Word(Map::MFCNumber + 8), 0x205A3332) << "\"23Z \"";
     EXPECT_EQ(Record().MFCSerialNumber_Clean(), "9200123Z");
     Calibration().SaveMFCNumber(guard, "M1");
     Put(Map::MFCNumber, 0);
     Calibration().SaveMFCNumber(guard, "");
     EXPECT_EQ(Word(Map::MFCNumber), 0x2020314D) << "an empty number rewrites the present one";
+    for (const std::int32_t word : {0, 4, 8})
+        Put(Map::MFCNumber + word, -1);
+    Read();
+    EXPECT_EQ(Record().ACUMFCNumber(), "") << "erased";
+    EXPECT_EQ(Record().NumberInNames(), "UNKNOWN");
 }
 
 TEST_F(ACUCalibrationTest, AnUncalibratedPressureStoresOnlyItsMark) {

@@ -98,10 +98,24 @@ TEST(SetUpCommands, MFCNumberIsAskedForUntilThereIsOneAndWrittenUnchanged) {
     }
 }
 
-TEST(SetUpCommands, MFCNumberHasNoMoreCharactersThanTheRecord) {
+TEST(SetUpCommands, MFCNumberThatIsTooLongIsRefusedAndCancelEndsTheCommand) {
     WindowBench bench;
+    const std::string before = StoredMFCNumber(bench);
     EnterMFCNumber(bench, "1234567890123456");
-    EXPECT_EQ(bench.Find<QLineEdit>("txtMFCNumber").text(), "123456789012");
+    bench.Bench.Messages.Texts = {std::nullopt};
+    bench.Click("cmdVelocity_Init");
+    EXPECT_NE(bench.Bench.Messages.Shown.at(0).Text.find("too long"), std::string::npos);
+    EXPECT_EQ(bench.Bench.Messages.Prompts.size(), 1U);
+    EXPECT_EQ(StoredMFCNumber(bench), before);
+    EXPECT_EQ(StageWindow(), nullptr);
+}
+
+TEST(SetUpCommands, IdentityThatTheBoardRefusesIsNotSaidToBeProgrammed) {
+    WindowBench bench("acu", {"status:32@WriteAIBInfo"});
+    bench.Bench.Messages.Texts = {"12"};
+    bench.Click("cmdSetSerial_0");
+    EXPECT_EQ(Texts(bench.Bench.Messages.Shown),
+              std::vector<std::string>{"The identity could not be written: AIB Timeout"});
 }
 
 TEST(SetUpCommands, ClearPressureAsksAndZeroesThePressurePartOnly) {

@@ -163,14 +163,19 @@ TEST_F(VelocityRunTest, AGainErrorIsCalibratedAwayUnlessItComesLater) {
     EXPECT_TRUE(Run(Kind::Audit).Passed);
 }
 
-TEST_F(VelocityRunTest, WithoutAirTheOperatorIsWarned) {
+TEST_F(VelocityRunTest, WithoutAirItFailsAndIsStoredOnlyByAnOperatorWhoInsists) {
     Use("acu", {"no-air"});
     EXPECT_FALSE(Run(Kind::Audit).Passed);
-    AnswerWith({Answer::Ok, Answer::No, Answer::Yes}); // not to be saved; sure
+    AnswerWith({Answer::Ok, Answer::No});
     const CalibrationOutcome outcome = Run(Kind::System);
-    EXPECT_TRUE(outcome.Passed) << "the verdict is that of the checks";
+    EXPECT_EQ(outcome.Ended, End::Failed);
     EXPECT_FALSE(outcome.Saved);
+    const Message& question = *(m_Bench->Bench.Messages.Shown.end() - 2);
+    EXPECT_EQ(question.Text, "Channel 1 does not follow the demand: the readings do not rise with "
+                             "the demand.\r\n\r\nWould you like to save the calibration?");
+    EXPECT_TRUE(question.DefaultsToRefusal && question.DeclinedUnattended);
     EXPECT_TRUE(Told("Calibration Coefficients NOT Saved"));
+    EXPECT_EQ(m_Bench->Stages.Results.back(), "Run: Failed");
     ASSERT_EQ(m_Bench->Stages.Warnings.size(), 2U);
     EXPECT_TRUE(
         Contains(outcome, "Warning: The readings of channel 1 do not rise with the demand."));

@@ -153,6 +153,16 @@ bool ReadingsRiseWithDemand(const ChannelMeasurement& measured) {
 
 namespace {
 
+std::string NotFollowing(const ChannelMeasurement& measured, const Line& bestFit) {
+    if (!ReadingsRiseWithDemand(measured))
+        return "the readings do not rise with the demand";
+    if (!(bestFit.Slope >= SmallestSlope && bestFit.Slope <= LargestSlope))
+        return fmt::format("the slope of the best fit is {}, and not within {} and {}",
+                           GeneralText(bestFit.Slope), GeneralText(SmallestSlope),
+                           GeneralText(LargestSlope));
+    return {};
+}
+
 void JudgeSystem(const ChannelMeasurement& measured, std::size_t channel, ChannelVerdict& verdict) {
     LogLines& log = verdict.Log;
     if (!ReadingsRiseWithDemand(measured))
@@ -166,6 +176,7 @@ void JudgeSystem(const ChannelMeasurement& measured, std::size_t channel, Channe
                                   channel + 1));
         return;
     }
+    verdict.NotFollowing = NotFollowing(measured, verdict.BestFit);
     verdict.NewVelocityCal = FitSegments(measured);
     for (std::size_t segment = 0; segment + 1 < measured.Demand.size(); ++segment)
         log.push_back(fmt::format("Segment {},{},{}", segment,
@@ -208,12 +219,23 @@ ChannelVerdict JudgeChannel(const ChannelMeasurement& measured, CalibrationKind 
     return verdict;
 }
 
+bool HasTable(const VelocityResult& result) {
+    return result.Measured.Kind == CalibrationKind::System &&
+           std::all_of(result.Verdicts.begin(), result.Verdicts.end(),
+                       [](const auto& verdict) { return verdict && verdict->DataAcceptable; });
+}
+
 std::string ReasonOfFailure(const VelocityResult& result) {
     for (std::size_t channel = 0; channel < AirChannels; ++channel) {
         const auto& verdict = result.Verdicts.at(channel);
         if (!verdict || !verdict->DataAcceptable)
             return fmt::format("The data collected from channel {} was not acceptable",
                                channel + 1);
+    }
+    for (std::size_t channel = 0; channel < AirChannels; ++channel) {
+        const std::string& reason = result.Verdicts.at(channel)->NotFollowing;
+        if (!reason.empty())
+            return fmt::format("Channel {} does not follow the demand: {}", channel + 1, reason);
     }
     for (std::size_t channel = 0; channel < AirChannels; ++channel) {
         if (result.Measured.Kind == CalibrationKind::Audit &&
@@ -237,6 +259,14 @@ PressureVerdict FitPressure(std::span<const PressureReading> points) {
     }
     std::copy(coefficients.begin(), coefficients.end(), verdict.Coefficients.begin());
     verdict.Log = FitLines(points, coefficients);
+    const bool rises =
+        std::adjacent_find(points.begin(), points.end(), [](const auto& lower, const auto& higher) {
+            return higher.Reading <= lower.Reading;
+        }) == points.end();
+    if (!rises) {
+        verdict.Passed = false;
+        verdict.NotFollowing = "The pressure does not rise with the flow";
+    }
     return verdict;
 }
 

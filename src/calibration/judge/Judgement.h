@@ -26,6 +26,9 @@ inline constexpr double LowError_share = 0.001;
 /// Up to this share of full scale an audit point is judged by full scale, not by its reading.
 inline constexpr int LowPoint_percent = 10;
 inline constexpr float Pressure_mBar = 0.5F;
+/// Of the best fit of readings to demands, both in bits.
+inline constexpr float SmallestSlope = 0.5F;
+inline constexpr float LargestSlope = 2.0F;
 
 } // namespace AcceptanceLimits
 
@@ -40,6 +43,9 @@ struct ChannelVerdict {
     /// Every reading is there and, of a system run, rising and falling ones agree.
     bool DataAcceptable = false;
     bool AuditPassed = false;
+    /// Why readings that agree do not follow the demand all the same, of a system run; empty when
+    /// they do: "the readings do not rise with the demand".
+    std::string NotFollowing{};
     /// Best-fit line through all readings in bits against demand in bits; system runs only.
     Line BestFit;
     /// The segments between the points; made of acceptable data only.
@@ -61,6 +67,8 @@ ChannelVerdict JudgeChannel(const ChannelMeasurement& measured, CalibrationKind 
 
 /// Why a velocity run has not passed, for the operator; empty when it has.
 std::string ReasonOfFailure(const VelocityResult& result);
+/// All data of a system run are acceptable, so that its table could be stored.
+bool HasTable(const VelocityResult& result);
 
 /// Judges what a system run has measured on a channel: at every point the rising and the falling
 /// reading must agree within 0.2 % of full scale. Points that deviate from the best-fit straight
@@ -78,6 +86,8 @@ bool ReadingsRiseWithDemand(const ChannelMeasurement& measured);
 /// What was made of a pressure measurement.
 struct PressureVerdict {
     bool Passed = false;
+    /// Why a polynomial that was found is not to be trusted; empty when it is.
+    std::string NotFollowing{};
     /// The back-pressure's polynomial, of a system run that has passed; slot 3 is not used.
     std::array<float, 4> Coefficients{};
     /// Every step of the judgement.

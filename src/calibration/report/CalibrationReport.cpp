@@ -33,7 +33,10 @@ void WriteHeads(Worksheet& report, const VelocityResult& result, std::size_t cha
     const ChannelState state = StateOf(result, channel);
     std::string text = StateText(state, kind);
     const bool isComplete = state == ChannelState::Failed || state == ChannelState::Passed;
-    if (isComplete && !ReadingsRiseWithDemand(result.Measured.Channels.at(channel)))
+    const auto& verdict = result.Verdicts.at(channel);
+    if (isComplete && !verdict->NotFollowing.empty())
+        text = std::string(StateText(ChannelState::Passed, kind)) + "; " + verdict->NotFollowing;
+    else if (isComplete && !ReadingsRiseWithDemand(result.Measured.Channels.at(channel)))
         text += "; the readings do not rise with the demand";
     report.SetValue(Cell(Columns::State, rows.Title), text);
     report.SetValue(Cell(Columns::RisingDeviation, rows.Heads),

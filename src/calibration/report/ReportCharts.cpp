@@ -91,7 +91,7 @@ ChannelState StateOf(const VelocityResult& result, std::size_t channel) {
     // A run that is cancelled after its last reading has all of them but no judgement.
     if (!AllValid(measured.Rising) || !AllValid(measured.Falling) || !verdict)
         return ChannelState::Incomplete;
-    const bool passed = verdict->DataAcceptable &&
+    const bool passed = verdict->DataAcceptable && verdict->NotFollowing.empty() &&
                         (result.Measured.Kind == CalibrationKind::System || verdict->AuditPassed);
     return passed ? ChannelState::Passed : ChannelState::Failed;
 }

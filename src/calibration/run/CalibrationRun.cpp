@@ -104,6 +104,13 @@ Answer CalibrationRun::AskYesNo(const std::string& text) const {
     return m_World.Messages.Ask({text, MessageIcon::Question, MessageButtons::YesNo});
 }
 
+bool CalibrationRun::AskAgainstReason(const std::string& reason,
+                                      const std::string& question) const {
+    Message message{reason + ".\r\n\r\n" + question, MessageIcon::Warning, MessageButtons::YesNo};
+    message.DeclinedUnattended = message.DefaultsToRefusal = true;
+    return m_World.Messages.Ask(message) == Answer::Yes;
+}
+
 void CalibrationRun::Log(const LogLines& lines) {
     for (const std::string& line : lines)
         m_Log.LogCalibration(line);

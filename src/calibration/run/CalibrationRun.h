@@ -69,6 +69,9 @@ class CalibrationRun {
     /// An interrupt and the end of the program refuse a question, and do not mean its No.
     bool NoteIfUnanswered();
     Answer AskYesNo(const std::string& text) const;
+    /// Whether the operator wants what a reason speaks against; No is the default, and what an
+    /// unattended station answers.
+    bool AskAgainstReason(const std::string& reason, const std::string& question) const;
     void Log(const LogLines& lines);
 
     const RunContext& m_Context;

@@ -87,8 +87,9 @@ void PressureRun::CalibratePressureBase() {
     const PressureVerdict verdict =
         IsAudit() ? CheckPressure(m_Points, BaseDiameter_mm) : FitPressure(m_Points);
     Log(verdict.Log);
-    if (!IsAudit() && verdict.Passed)
+    if (!IsAudit())
         m_Cal.Coefficients = verdict.Coefficients;
+    m_NotFollowing = verdict.NotFollowing;
     m_Outcome.Passed = verdict.Passed;
 }
 
@@ -224,8 +225,14 @@ void PressureRun::Store() {
 }
 
 void PressureRun::FinishSystem() {
-    if (!m_Outcome.Passed) {
-        TellOperator(m_World, "ACU Pressure System Caibration Failed");
+    // What has not passed can be stored all the same where there is a polynomial.
+    const bool isWanted =
+        m_Outcome.Passed ||
+        (!m_NotFollowing.empty() &&
+         AskAgainstReason(m_NotFollowing, "Would you like to save the calibration?"));
+    if (!isWanted) {
+        TellOperator(m_World, "ACU Pressure System Caibration Failed" +
+                                  (m_NotFollowing.empty() ? "" : "\r\n\r\n" + m_NotFollowing));
         return;
     }
     m_Outcome.Saved = TryToStore(
@@ -234,7 +241,9 @@ void PressureRun::FinishSystem() {
         return;
     m_Recorder.NoteStored();
     m_Log.LogCalibration("Values Written to EPROM");
-    TellOperator(m_World, "ACU Pressure System Caibration Passed");
+    TellOperator(m_World, m_Outcome.Passed
+                              ? "ACU Pressure System Caibration Passed"
+                              : "The calibration has been saved although it has not passed.");
 }
 
 void PressureRun::FinishAudit() {
@@ -258,7 +267,9 @@ HistoryEntry PressureRun::Measured() const {
     HistoryEntry entry;
     entry.Pressure.assign(m_Points.begin(),
                           m_Points.begin() + static_cast<std::ptrdiff_t>(m_PointsMeasured));
-    if (!m_Outcome.Passed && !WasCancelled() && !WasStopped())
+    if (!m_NotFollowing.empty())
+        entry.Reasons.push_back(m_NotFollowing);
+    else if (!m_Outcome.Passed && !WasCancelled() && !WasStopped())
         entry.Reasons.emplace_back(IsAudit() ? "A point deviates by more than its limit"
                                              : "The points do not determine a polynomial");
     return entry;

@@ -52,6 +52,8 @@ class PressureRun final : public CalibrationRun {
     AnswerWatch m_Watch;
     std::array<PressureReading, Points> m_Points{};
     std::size_t m_PointsMeasured = 0;
+    /// PressureVerdict::NotFollowing
+    std::string m_NotFollowing;
     /// Base and polynomial: as the unit has them, and what a system run makes of them.
     PressureCal m_Cal;
 };

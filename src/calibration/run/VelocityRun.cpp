@@ -92,23 +92,27 @@ void VelocityRun::Store() {
 }
 
 void VelocityRun::FinishSystem() {
-    if (!m_Outcome.Passed) {
+    const bool canBeStored = m_Outcome.Passed || (GoesOn() && HasTable(m_Result));
+    if (!canBeStored || (!m_Outcome.Passed && m_Context.Unattended)) {
         if (GoesOn() && !m_Context.Unattended)
             TellOperator(m_World,
                          "The System Calibration Failed\r\n\r\n" + ReasonOfFailure(m_Result));
+    } else if (m_Context.Unattended || AskToSave()) {
+        SaveCoefficients();
     } else {
-        if (m_Context.Unattended || AskToSave())
-            SaveCoefficients();
-        else
-            TellOperator(m_World, "Calibration Coefficients NOT Saved");
+        TellOperator(m_World, "Calibration Coefficients NOT Saved");
     }
     SaveReport();
 }
 
 bool VelocityRun::AskToSave() {
+    const std::string question = "Would you like to save the calibration?";
+    // Data that do not follow the demand are kept by nobody's mistake.
     const bool wanted =
-        AskYesNo("Would you like to save the calibration?") == Answer::Yes ||
-        AskYesNo("Are you sure you want to lose the calibration data?") != Answer::Yes;
+        m_Outcome.Passed
+            ? AskYesNo(question) == Answer::Yes ||
+                  AskYesNo("Are you sure you want to lose the calibration data?") != Answer::Yes
+            : AskAgainstReason(ReasonOfFailure(m_Result), question);
     return !NoteIfUnanswered() && wanted;
 }
 

@@ -34,6 +34,8 @@ struct Message {
     /// An unattended station declines: to try something again, so that nothing runs for ever, and
     /// to store what somebody ought to have looked at.
     bool DeclinedUnattended = false;
+    /// The refusing button is the one that Enter presses.
+    bool DefaultsToRefusal = false;
 };
 
 /// The person at the bench: told of failures and asked for decisions.

@@ -88,6 +88,9 @@ Answer QtOperator::Ask(const Message& message) {
     box.setObjectName(QStringLiteral("messageBox"));
     box.setTextFormat(Qt::PlainText);
     FitToLines(box);
+    if (message.DefaultsToRefusal)
+        box.setDefaultButton(message.Buttons == MessageButtons::YesNo ? QMessageBox::No
+                                                                      : QMessageBox::Cancel);
     const int button = box.exec();
     // A box that was taken away has no button clicked.
     return m_NobodyIsThere ? RefusalOf(message.Buttons) : AnswerOf(button);

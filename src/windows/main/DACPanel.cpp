@@ -139,6 +139,7 @@ QWidget* DACPanel::MakeSideColumn() {
     m_Pressure = new PressurePanel(m_Station, column);
     m_Record = new RecordingBox(m_Station, column);
     m_Recorded = new ValueLabel(QStringLiteral("lblRecorded"), tr("Recording"), column);
+    m_Recorded->CutToFit();
     connect(m_Record, &RecordingBox::Recorded, m_Recorded, &ValueLabel::ShowValue);
     auto* speed = MakeButton(QStringLiteral("cmdTestSpeed"), tr("Speed"), column);
     speed->setToolTip(tr("Drives both air channels 2000 times in analog, then in digital mode."));

@@ -37,10 +37,10 @@ void RecordingBox::Clicked(bool ticked) {
 }
 
 void RecordingBox::ShowRecorded() {
-    emit Recorded(m_Recorder.FailedReadings() == 0 ? tr("%1 lines").arg(m_Recorder.Lines())
-                                                   : tr("%1 lines, %2 readings failed")
-                                                         .arg(m_Recorder.Lines())
-                                                         .arg(m_Recorder.FailedReadings()));
+    emit Recorded(
+        m_Recorder.FailedReadings() == 0
+            ? tr("%1 lines").arg(m_Recorder.Lines())
+            : tr("%1 lines, %2 failed").arg(m_Recorder.Lines()).arg(m_Recorder.FailedReadings()));
 }
 
 void RecordingBox::StopRecording() {

@@ -45,7 +45,7 @@ TEST_F(RecordingBoxTest, GoesOnDuringAProcedureAndCountsWhatFailed) {
     m_Bench.Bench.Bench.SetFaults(Faults::Parse(std::vector<std::string>{"status:32@ReadReg"}));
     QTest::qWait(Moment_ms);
     EXPECT_GT(LineCount(m_File), before + 5);
-    EXPECT_TRUE(m_Bench.LabelText("lblRecorded").contains("readings failed"));
+    EXPECT_TRUE(m_Bench.LabelText("lblRecorded").contains("failed"));
 }
 
 TEST_F(RecordingBoxTest, EndsWithTheWindow) {

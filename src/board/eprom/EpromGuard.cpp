@@ -118,12 +118,9 @@ bool EpromGuard::Write(const EpromWords& words, const Progress& progress) {
         MakeReady();
     const EpromImage before = m_Content;
     Written written;
+    bool whole = false;
     try {
-        const bool whole = WriteWords(words, progress, written);
-        ReadBack(written);
-        return whole;
-    } catch (const EpromError&) {
-        throw;
+        whole = WriteWords(words, progress, written);
     } catch (const std::exception& error) {
         // The log is to say what has been changed, and the operator that it is a part only.
         ReadBack(written);
@@ -134,6 +131,8 @@ bool EpromGuard::Write(const EpromWords& words, const Progress& progress) {
             "Please repeat \"{}\", or restore the content from before, which lies in\r\n\r\n   {}",
             m_Unit, error.what(), m_Purpose, m_World.Files.RealPath(m_Backup).string()));
     }
+    ReadBack(written);
+    return whole;
 }
 
 bool EpromGuard::WriteWords(const EpromWords& words, const Progress& progress, Written& written) {
@@ -141,8 +140,9 @@ bool EpromGuard::WriteWords(const EpromWords& words, const Progress& progress, W
     for (const EpromWords::Word& word : words.All()) {
         if (progress && !progress(word.Address))
             return false;
-        written.Words.insert_or_assign(word.Address, word.Value);
+        // A call that throws has left its own reason, and the word as it was.
         const AIBStatus status = m_Board.WriteEPROM(word.Address, word.Value);
+        written.Words.insert_or_assign(word.Address, word.Value);
         if (written.Failure == Status::NoError)
             written.Failure = status;
     }

@@ -71,7 +71,12 @@ void CalibrationRun::Refuse(const std::string& unready) {
 }
 
 void CalibrationRun::MeasureAndStore() {
-    Attempt([this] { Measure(); });
+    Attempt([this] {
+        // A pin that is an input moves no valve: both channels would be measured through one.
+        if (m_Unit.Record().HasSolenoidValves != 0)
+            m_Station.Outputs.PrepareValve(*m_Station.CurrentAIB);
+        Measure();
+    });
     if (!GoesOn())
         NoteCancel(m_Outcome);
     if (!WasStopped() || DatesWhatWasStopped())

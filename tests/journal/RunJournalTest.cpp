@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <sstream>
 
 namespace ombrix {
 namespace {
@@ -79,6 +80,53 @@ INSTANTIATE_TEST_SUITE_P(
                       ReportCase{"BoardLost", "acu", {"unplug@97"}, true, Kind::Audit},
                       ReportCase{"PressureAudit", "plain", {}, false, Kind::Audit}),
     [](const auto& info) { return info.param.Name; });
+
+class JournalledMeansTest : public ::testing::TestWithParam<RunKind> {};
+
+TEST_P(JournalledMeansTest, EveryResultIsTheMeanOfItsLastSamplesAndNoOtherIsAccepted) {
+    CalibrationBench bench("plain");
+    const Kind kind = CalibrationKindOf(GetParam());
+    if (IsVelocity(GetParam()))
+        bench.SetUp.RunVelocity(kind);
+    else
+        bench.SetUp.RunPressure(kind);
+    std::istringstream lines(bench.JournalText());
+    const std::size_t column = GetParam() == RunKind::PressureAudit ? 2 : 1;
+    const std::size_t result = IsVelocity(GetParam()) ? 0 : 1;
+    const double rounding = IsVelocity(GetParam()) ? 0.5 : 1e-3;
+    std::string kept;
+    std::vector<SingleJson> samples;
+    double seconds = 0.0;
+    std::size_t checked = 0;
+    for (std::string text; std::getline(lines, text); kept += text + "\n") {
+        const SingleJson line = SingleJson::parse(text);
+        if (line.contains("reading")) {
+            seconds = line.at("seconds").get<double>();
+            samples.clear();
+        } else if (line.contains("samples")) {
+            samples.insert(samples.end(), line.at("samples").begin(), line.at("samples").end());
+        } else if (line.contains("result")) {
+            double sum = 0.0;
+            int count = 0;
+            for (const SingleJson& sample : samples) {
+                if (seconds - sample.at(0).get<double>() >= 3.0)
+                    continue;
+                sum += sample.at(column).get<double>();
+                ++count;
+            }
+            ASSERT_GE(count, 28);
+            EXPECT_NEAR(line.at("result").at(result).get<double>(), sum / count, rounding);
+            SingleJson other = line;
+            other["result"][result] = line.at("result").at(result).get<double>() + 1.0;
+            EXPECT_THROW(ReadJournal(kept + LineOf(other) + "\n"), JournalError);
+            ++checked;
+        }
+    }
+    EXPECT_GE(checked, 5U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, JournalledMeansTest, ::testing::ValuesIn(RunKinds),
+                         [](const auto& info) { return std::to_string(info.index); });
 
 TEST(RunJournalTest, ACutAtAnyByteLosesWhatStandsBehindItOnly) {
     CalibrationBench bench("acu");

@@ -36,9 +36,6 @@ ChangeOverState NextChangeOverState(ChangeOverState present, const ChangeOverInp
 
 namespace {
 
-/// 1 % of full scale.
-constexpr double CutOff_bits = 655.34;
-
 std::int32_t PressureFlowOffset(const ACURecord& record, float flow_ml_m) {
     const double flow = flow_ml_m;
     const auto sum =
@@ -58,18 +55,14 @@ float AirChannelControl::Capacity(std::int32_t channel) const {
     return Record().ChannelCapacity.at(static_cast<std::size_t>(channel));
 }
 
-float AirChannelControl::Flow_ml_m(std::int32_t channel, std::int32_t bits, bool zeroCutOff) const {
-    return FlowOfBits(zeroCutOff && bits < CutOff_bits ? 0 : bits, Capacity(channel));
-}
-
-float AirChannelControl::FlowOfReading(std::int32_t channel, std::int32_t bits) const {
-    return Flow_ml_m(channel, bits, true);
+float AirChannelControl::FlowOf(std::int32_t channel, std::int32_t bits) const {
+    return FlowOfReading(bits, Capacity(channel));
 }
 
 std::optional<float> AirChannelControl::CurrentChannelAir_ml_m(std::int32_t channel,
                                                                BoardAnswer* answer) {
     const auto bits = m_AIB->Reading(channel, answer);
-    return bits ? std::optional(FlowOfReading(channel, *bits)) : std::nullopt;
+    return bits ? std::optional(FlowOf(channel, *bits)) : std::nullopt;
 }
 
 std::optional<float> AirChannelControl::FlowOfBothChannels_ml_m(BoardAnswer* answer) {
@@ -91,7 +84,8 @@ float AirChannelControl::CurrentAir_mms(bool zeroCutOff) {
     std::array<float, 2> flow_ml_m{};
     for (const std::int32_t channel : {0, 1}) {
         if (const auto bits = m_AIB->Reading(channel))
-            flow_ml_m.at(static_cast<std::size_t>(channel)) = Flow_ml_m(channel, *bits, zeroCutOff);
+            flow_ml_m.at(static_cast<std::size_t>(channel)) =
+                zeroCutOff ? FlowOf(channel, *bits) : FlowOfBits(*bits, Capacity(channel));
     }
     if (Record().VelocitySystemDate != OleDate() && m_ChangeOverBusy)
         UpdateChannelChangeOver();

@@ -75,7 +75,7 @@ class AirChannelControl {
     std::optional<float> CurrentChannelAir_ml_m(std::int32_t channel,
                                                 BoardAnswer* answer = nullptr);
     /// The flow of a channel that reads so many bits, 0 below 1 % of full scale.
-    float FlowOfReading(std::int32_t channel, std::int32_t bits) const;
+    float FlowOf(std::int32_t channel, std::int32_t bits) const;
 
     /// Sets the air to a flow in ml/min or a velocity in mm/s. Nothing is changed when channel 0
     /// is not the larger one.
@@ -129,7 +129,6 @@ class AirChannelControl {
     bool NothingIsDemanded() const;
     ChannelDemand GetAirChannelAndDemand(float velocity_mms, std::int32_t channel) const;
     float DemandFromCalibration(float flow_ml_m, std::int32_t channel) const;
-    float Flow_ml_m(std::int32_t channel, std::int32_t bits, bool zeroCutOff) const;
     float Capacity(std::int32_t channel) const;
     std::optional<float> FlowOfBothChannels_ml_m(BoardAnswer* answer);
     std::optional<float> LineFlow_ml_m(BoardAnswer* answer);

@@ -32,6 +32,11 @@ float FlowOfBits(std::int32_t bits, float capacity_ml_m) {
     return static_cast<float>(static_cast<double>(capacity_ml_m) / FullScale_bits * bits);
 }
 
+float FlowOfReading(std::int32_t bits, float capacity_ml_m) {
+    constexpr double cutOff_bits = 655.34;
+    return bits < cutOff_bits ? 0.0F : FlowOfBits(bits, capacity_ml_m);
+}
+
 float DemandFromTable(float flow_ml_m, float capacity_ml_m, const ACUChannelCal& table,
                       std::int32_t points) {
     const auto usable = std::min(points, static_cast<std::int32_t>(MaxCalibrationPoints));

@@ -22,6 +22,8 @@ float VelocityToFlow(float velocity_mms, float diameter_mm = StandardBase_mm);
 
 /// The flow in ml/min that a reading in bits stands for.
 float FlowOfBits(std::int32_t bits, float capacity_ml_m);
+/// The same of a channel in use: below 1 % of full scale it counts as closed.
+float FlowOfReading(std::int32_t bits, float capacity_ml_m);
 
 /// The demand in bits, 0 to 65534, at which a calibrated channel delivers a flow: the segment
 /// of its table that reaches the flow first, solved for the demand. Flows below and above the

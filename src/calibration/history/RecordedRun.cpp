@@ -10,6 +10,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace ombrix {
@@ -27,7 +28,10 @@ class JournalReader {
         std::string Sweep;
         std::size_t Point = 0;
         PointDemand Demand;
-        PointReading Reading;
+        /// Journals of older versions do not tell it.
+        std::optional<double> Duration_s;
+        PointReading Reading{};
+        std::vector<PressureSample> Pressures{};
     };
 
     void TakeHeader(const SingleJson& line);
@@ -36,6 +40,8 @@ class JournalReader {
     void TakeSamples(const SingleJson& samples);
     void TakeResult(const SingleJson& line);
     void TakeMeasured(const SingleJson& line);
+    /// @throws std::runtime_error when a result is not what its samples make
+    void CheckResult(const OpenReading& open);
     void Store();
     ChannelMeasurement& Channel() { return m_Run.Velocity.Measured.Channels.at(m_Channel); }
 
@@ -96,15 +102,23 @@ void JournalReader::TakeReading(const SingleJson& line) {
     m_Open = OpenReading{line.at("reading").get<std::string>(),
                          line.at("point").get<std::size_t>(),
                          DemandOf(line.at("demand")),
+                         {},
+                         {},
                          {}};
+    if (line.contains("seconds"))
+        m_Open->Duration_s = SingleOf(line.at("seconds"));
     if (m_Open->Sweep == Sweeps::Rising || m_Open->Sweep == Sweeps::Falling)
         Channel().Demand.at(m_Open->Point) = m_Open->Demand;
 }
 
 void JournalReader::TakeSamples(const SingleJson& samples) {
-    for (const SingleJson& sample : samples)
-        m_Open.value().Reading.Trace.push_back(
-            {SingleOf(sample.at(0)), sample.at(1).get<std::int32_t>()});
+    OpenReading& open = m_Open.value();
+    for (const SingleJson& sample : samples) {
+        const float time_s = SingleOf(sample.at(0));
+        const auto bits = sample.at(1).get<std::int32_t>();
+        open.Reading.Trace.push_back({time_s, bits});
+        open.Pressures.push_back({time_s, bits, sample.size() > 2 ? SingleOf(sample.at(2)) : 0.0F});
+    }
 }
 
 void JournalReader::TakeResult(const SingleJson& line) {
@@ -113,7 +127,20 @@ void JournalReader::TakeResult(const SingleJson& line) {
     reading.Reading_bits = result.Bits;
     reading.Flow_ml_m = result.Flow_ml_m;
     reading.Valid = line.at("valid").get<bool>();
+    CheckResult(*m_Open);
     Store();
+}
+
+void JournalReader::CheckResult(const OpenReading& open) {
+    if (!open.Reading.Valid || !open.Duration_s)
+        return;
+    PointReading made = open.Reading;
+    if (IsVelocity(m_Run.Kind))
+        TakeMeans(made, *open.Duration_s, Channel().Capacity_ml_m);
+    else
+        made.Flow_ml_m = MeanOf(open.Pressures, CalibrationKindOf(m_Run.Kind)).value_or(NAN);
+    if (made.Reading_bits != open.Reading.Reading_bits || made.Flow_ml_m != open.Reading.Flow_ml_m)
+        throw std::runtime_error("its result is not the mean of its samples");
 }
 
 void JournalReader::TakeMeasured(const SingleJson& line) {

@@ -49,14 +49,26 @@ void RunRecorder::ChannelBegins(std::size_t channel, const ChannelMeasurement& m
                           {"demands", std::move(demands)}}));
 }
 
-void RunRecorder::ReadingBegins(const char* sweep, std::size_t point, const PointDemand& demand) {
+void RunRecorder::ReadingBegins(const char* sweep, std::size_t point, const PointDemand& demand,
+                                double duration_s) {
     m_Reading = true;
-    m_Journal.Add(LineOf({{"reading", sweep}, {"point", point}, {"demand", DemandJson(demand)}}));
+    m_Journal.Add(LineOf({{"reading", sweep},
+                          {"point", point},
+                          {"demand", DemandJson(demand)},
+                          {"seconds", ToJson(static_cast<float>(duration_s))}}));
 }
 
 void RunRecorder::Sample(const TraceSample& sample) {
     if (m_Reading)
         m_Journal.Sample(SingleJson{ToJson(sample.Time_s), sample.Reading_bits}.dump());
+}
+
+void RunRecorder::Sample(const PressureSample& sample) {
+    SingleJson values = {ToJson(sample.Time_s), sample.Reading_bits};
+    if (m_Kind == RunKind::PressureAudit)
+        values.push_back(ToJson(sample.Pressure_mBar));
+    if (m_Reading)
+        m_Journal.Sample(values.dump());
 }
 
 void RunRecorder::ReadingEnds(const PointReading& reading) {

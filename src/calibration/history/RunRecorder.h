@@ -27,8 +27,11 @@ class RunRecorder {
     // What is measured, as it is measured. A reading that is begun again replaces the one that
     // has not ended; samples outside a reading are of no use.
     void ChannelBegins(std::size_t channel, const ChannelMeasurement& measured);
-    void ReadingBegins(const char* sweep, std::size_t point, const PointDemand& demand);
+    /// @param duration_s of the reading, in whose last seconds its mean lies
+    void ReadingBegins(const char* sweep, std::size_t point, const PointDemand& demand,
+                       double duration_s);
     void Sample(const TraceSample& sample);
+    void Sample(const PressureSample& sample);
     void ReadingEnds(const PointReading& reading);
     /// The data of the channel are complete and have been judged.
     void ChannelJudged();

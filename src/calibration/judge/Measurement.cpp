@@ -31,6 +31,32 @@ PointDemand DemandOfPoint(std::int32_t point, CalibrationKind kind, float capaci
     return {bits, FlowOfBits(bits, capacity_ml_m)};
 }
 
+void TakeMeans(PointReading& reading, double duration_s, float capacity_ml_m) {
+    std::int64_t bits = 0;
+    double flow_ml_m = 0.0;
+    std::int32_t count = 0;
+    for (const TraceSample& sample : reading.Trace) {
+        if (duration_s - static_cast<double>(sample.Time_s) >= MeanTime_s)
+            continue;
+        bits += sample.Reading_bits;
+        flow_ml_m += static_cast<double>(FlowOfReading(sample.Reading_bits, capacity_ml_m));
+        ++count;
+    }
+    reading.Valid = count > 0;
+    reading.Reading_bits = reading.Valid ? RoundHalfEven(static_cast<double>(bits) / count) : 0;
+    reading.Flow_ml_m = reading.Valid ? static_cast<float>(flow_ml_m / count) : 0.0F;
+}
+
+std::optional<float> MeanOf(std::span<const PressureSample> samples, CalibrationKind kind) {
+    if (samples.empty())
+        return std::nullopt;
+    double sum = 0.0;
+    for (const PressureSample& sample : samples)
+        sum += kind == CalibrationKind::Audit ? static_cast<double>(sample.Pressure_mBar)
+                                              : sample.Reading_bits;
+    return static_cast<float>(sum / static_cast<double>(samples.size()));
+}
+
 namespace {
 
 struct Names {

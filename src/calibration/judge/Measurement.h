@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -20,14 +21,23 @@ struct TraceSample {
     std::int32_t Reading_bits = 0;
 };
 
-/// What was read at one demand: the mean of the last seconds, and the trace up to then.
+/// Of how many last seconds the samples make a reading.
+inline constexpr double MeanTime_s = 3.0;
+
+/// What was read at one demand: the means of the last samples, and the trace that they end.
 struct PointReading {
     std::int32_t Reading_bits = 0;
     float Flow_ml_m = 0.0F;
-    /// At least one reading went into the means.
+    /// At least one sample went into the means.
     bool Valid = false;
     std::vector<TraceSample> Trace{};
 };
+
+/// Makes a reading of its trace alone, so that whoever has the trace can make it again: the mean
+/// in bits, rounded, and the mean of the samples' flows in ml/min, of the last seconds. A trace
+/// without samples there makes none.
+/// @param duration_s from the demand to the end of the trace
+void TakeMeans(PointReading& reading, double duration_s, float capacity_ml_m);
 
 /// What an air channel is told at a calibration point.
 struct PointDemand {
@@ -73,6 +83,18 @@ struct PressureReading {
     /// Bits in a system run, mBar in an audit.
     float Reading = 0.0F;
 };
+
+/// A sample of the line's pressure.
+struct PressureSample {
+    float Time_s = 0.0F;
+    std::int32_t Reading_bits = 0;
+    /// Measured in an audit only.
+    float Pressure_mBar = 0.0F;
+};
+
+/// The mean that a pressure point is judged by: of the bits in a system run, of the pressures in
+/// mBar in an audit; nothing without samples.
+std::optional<float> MeanOf(std::span<const PressureSample> samples, CalibrationKind kind);
 
 /// What a calibration run calibrates or verifies.
 enum class RunKind { VelocitySystem, VelocityAudit, PressureSystem, PressureAudit };

@@ -130,9 +130,10 @@ void ChannelVelocityRun::Sweep(ChannelMeasurement& result, std::vector<PointRead
         const std::size_t point = rising ? step : sweep.size() - 1 - step;
         PointDemand& demand = result.Demand.at(point);
         SetDemand(demand);
-        m_Services.Recorder.ReadingBegins(rising ? Sweeps::Rising : Sweeps::Falling, point, demand);
-        sweep.at(point) =
-            m_Services.Loop.Measure(m_Channel, MeasuringTime_s(point), display, Samples());
+        const double time_s = MeasuringTime_s(point);
+        m_Services.Recorder.ReadingBegins(rising ? Sweeps::Rising : Sweeps::Falling, point, demand,
+                                          time_s);
+        sweep.at(point) = m_Services.Loop.Measure(m_Channel, time_s, display, Samples());
         m_Services.Recorder.ReadingEnds(sweep.at(point));
         if (!m_Services.Wait.Ended())
             LogPoint(point, demand, sweep.at(point));
@@ -182,7 +183,7 @@ StepMeasurement ChannelVelocityRun::MeasureCalibrationPoint(std::int32_t point) 
     };
     const auto tell = [this, &step] {
         m_Services.Recorder.ReadingBegins(Sweeps::Step, static_cast<std::size_t>(step.Point),
-                                          step.Demand);
+                                          step.Demand, PointTime_s);
     };
     tell();
     if (wait(ZeroTime_s, {}).Valid) {

@@ -25,9 +25,8 @@ using SampleSink = std::function<void(const TraceSample&)>;
 /// going on, and ends early when the operator cancels.
 class MeasuringLoop {
   public:
-    /// The trace keeps a reading every so often; the means are those of the last seconds.
+    /// The trace keeps a reading every so often.
     static constexpr double SampleSpacing_s = 0.1;
-    static constexpr double MeanTime_s = 3.0;
     /// Often enough for an eye, rarely enough for a processor.
     static constexpr double DisplaySpacing_s = 0.05;
 
@@ -56,6 +55,7 @@ class MeasuringLoop {
     void PollChangeOver();
 
     std::shared_ptr<AIB> m_AIB;
+    const ACUCalibration& m_Unit;
     AirChannelControl& m_Air;
     ProcedureWait& m_Wait;
     const Clock& m_Clock;

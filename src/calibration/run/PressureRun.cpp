@@ -17,10 +17,9 @@ namespace {
 
 constexpr float BaseDiameter_mm = 50.0F;
 constexpr float LineSettles_s = 15.0F;
-constexpr float RecordTime_s = 3.0F;
+constexpr float RecordTime_s = MeanTime_s;
 constexpr double DisplaySpacing_s = 0.05;
-/// Of the readings that the journal keeps.
-constexpr double SampleSpacing_s = 0.1;
+constexpr float SampleSpacing_s = 0.1F;
 
 std::string Fixed(float value, int decimals) {
     return FixedText(static_cast<double>(value), decimals);
@@ -114,7 +113,7 @@ void PressureRun::MeasurePoints() {
                                      {std::to_string(i + 1), std::to_string(Points)}));
         point.Flow_ml_m = largest_ml_m / static_cast<float>(Points) * static_cast<float>(i);
         m_Log.LogCalibration("Flow Rate: " + Fixed(point.Flow_ml_m, 2) + " lm/min");
-        m_Recorder.ReadingBegins(Sweeps::Pressure, i, {0, point.Flow_ml_m});
+        m_Recorder.ReadingBegins(Sweeps::Pressure, i, {0, point.Flow_ml_m}, RecordTime_s);
         const auto reading = RecordPressurePoint(point.Flow_ml_m);
         m_Recorder.ReadingEnds({0, reading.value_or(0.0F), reading.has_value()});
         if (!reading)
@@ -157,15 +156,14 @@ void PressureRun::ShowPressure() {
                           " mBar");
 }
 
-std::optional<PressureRun::Reading> PressureRun::Read() {
+std::optional<PressureSample> PressureRun::Read() {
     BoardAnswer answer;
-    Reading reading;
     const auto bits = m_Station.CurrentAIB->Reading(ACUWiring::PressureInput, &answer);
     auto pressure_mBar = bits && IsAudit() ? m_Air.PressureGet_mBar(&answer) : std::optional(0.0F);
     m_Watch.Note(answer, MonotonicSeconds(m_World.Time));
     if (!bits || !pressure_mBar)
         return std::nullopt;
-    return Reading{*bits, *pressure_mBar};
+    return PressureSample{0.0F, *bits, *pressure_mBar};
 }
 
 std::optional<float> PressureRun::RecordPressurePoint(float flow_ml_m) {
@@ -176,35 +174,35 @@ std::optional<float> PressureRun::RecordPressurePoint(float flow_ml_m) {
     m_Stages.ShowLine(StageLine::Reading, "Flow rate: " + Fixed(flow_ml_m, 0) + " ml/min");
     m_Stages.ShowLine(StageLine::Remaining, "");
     HiResTimer timer(m_World.Time);
-    double sum = 0.0;
-    double sampleDue_s = 0.0;
-    std::int32_t count = 0;
+    std::vector<PressureSample> samples;
     bool complete = Pass(timer, LineSettles_s, [&] { Read(); });
     if (complete) {
         m_Stages.ShowLine(StageLine::Demand, "Recording Calibration Data");
         m_Air.SetChannelOutput(0);
         m_Stages.BeginProgress(RecordTime_s);
         timer.StartTimer(true);
-        complete = Pass(timer, RecordTime_s, [&] {
-            const auto reading = Read();
-            if (!reading)
-                return;
-            if (const double elapsed_s = timer.ElapsedTime(); elapsed_s >= sampleDue_s) {
-                sampleDue_s = elapsed_s + SampleSpacing_s;
-                m_Recorder.Sample({static_cast<float>(elapsed_s), reading->Bits});
-            }
-            sum += IsAudit() ? static_cast<double>(reading->Pressure_mBar) : reading->Bits;
-            ++count;
-        });
+        complete = Pass(timer, RecordTime_s, [&] { TakeSample(timer, samples); });
     }
     m_Stages.ShowLine(StageLine::Reading, "");
     m_Stages.ShowLine(StageLine::Remaining, "");
     m_Stages.EndProgress();
     if (!complete)
         return std::nullopt;
-    if (count == 0)
+    const auto mean = MeanOf(samples, IsAudit() ? CalibrationKind::Audit : CalibrationKind::System);
+    if (!mean)
         throw BoardError("The pressure could not be read.");
-    return static_cast<float>(sum / count);
+    return mean;
+}
+
+void PressureRun::TakeSample(HiResTimer& timer, std::vector<PressureSample>& samples) {
+    auto sample = Read();
+    const auto elapsed_s = static_cast<float>(timer.ElapsedTime());
+    const float sampled_s = samples.empty() ? 0.0F : samples.back().Time_s;
+    if (!sample || elapsed_s - sampled_s < SampleSpacing_s)
+        return;
+    sample->Time_s = elapsed_s;
+    samples.push_back(*sample);
+    m_Recorder.Sample(*sample);
 }
 
 void PressureRun::SetChannelAir_ml_m(std::int32_t channel, float flow_ml_m) {

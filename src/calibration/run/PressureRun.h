@@ -32,13 +32,10 @@ class PressureRun final : public CalibrationRun {
     void CalibratePressureBase();
     void AskForHose();
     void MeasurePoints();
-    /// What the sensor reads: its bits and, of an audit, the pressure.
-    struct Reading {
-        std::int32_t Bits = 0;
-        float Pressure_mBar = 0.0F;
-    };
-    /// Nothing when a reading has failed. @throws BoardError
-    std::optional<Reading> Read();
+    /// What the sensor reads; nothing when a reading has failed. @throws BoardError
+    std::optional<PressureSample> Read();
+    /// Adds a sample when one is due.
+    void TakeSample(HiResTimer& timer, std::vector<PressureSample>& samples);
     /// The mean of a point; nothing when the operator has cancelled. @throws BoardError
     std::optional<float> RecordPressurePoint(float flow_ml_m);
     /// @throws BoardError when the sensor cannot be read

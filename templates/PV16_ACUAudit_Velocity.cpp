@@ -27,7 +27,8 @@ void LayOutHeader(SheetBuilder& sheet) {
     sheet.Format("D13", Section);
 }
 
-/// Differences show nothing until something has been recorded.
+/// Differences show nothing until something has been recorded. Percentages are of the reading,
+/// which the run judges by.
 void LayOutDifference(SheetBuilder& sheet, const ChannelColumns& channel, int row) {
     const std::string recorded = Cell(channel.Recorded, row);
     const std::string expected = Cell(channel.Expected, row);
@@ -35,12 +36,19 @@ void LayOutDifference(SheetBuilder& sheet, const ChannelColumns& channel, int ro
                   fmt::format("IF({0}=\"\",\"\",ABS({0}-{1}))", recorded, expected),
                   Boxed("0.000"));
     sheet.Formula(Cell(channel.Percent, row),
-                  fmt::format("IF({0}=\"\",\"\",IF({1}=0,\"-\",{2}/{1}*100))", recorded, expected,
+                  fmt::format("IF({0}=\"\",\"\",IF({0}=0,\"-\",{1}/{0}*100))", recorded,
                               Cell(channel.Difference, row)),
                   Boxed("0.00"));
     sheet.Format(recorded,
                  WithNumber(With({.Bold = true, .Horizontal = Align::Centre}, BoxLines), "0.000"));
 }
+
+/// The columns of results are lettered from A on; criteria name them so.
+constexpr char LetterOf(char column) {
+    return static_cast<char>('A' + (column - Channels.front().Expected));
+}
+static_assert(LetterOf(Channels[0].Percent) == Channels[0].PercentName &&
+              LetterOf(Channels[1].Difference) == Channels[1].DifferenceName);
 
 void LayOutPoints(SheetBuilder& sheet, const std::string& title, const ChannelColumns& channel) {
     const Look head = With(HeadCell, BoxLines);
@@ -49,6 +57,8 @@ void LayOutPoints(SheetBuilder& sheet, const std::string& title, const ChannelCo
     };
     sheet.Merge(across(TitleRow), head).Text(Cell(channel.Expected, TitleRow), title, head);
     sheet.Format(across(HeadRow), head);
+    for (char column = channel.Expected; column <= channel.Result; ++column)
+        sheet.Text(Cell(column, LetterRow), std::string(1, LetterOf(column)), Boxed());
     for (int row = FirstPointRow; row <= LastPointRow; ++row) {
         sheet.Formula(
             Cell(channel.Expected, row),

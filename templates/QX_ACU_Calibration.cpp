@@ -181,7 +181,7 @@ void LayOutTraces(SheetBuilder& sheet, std::size_t channel) {
 /// What the charts are drawn from: a set of columns for each channel.
 void LayOutChartData(SheetBuilder& sheet) {
     sheet.Pages(Pages).FreezeRows(1).RowHeight(1, 34);
-    sheet.Column("A:Q", 12, Values("0.00")).Format("A1:H1", HeadCell).Format("J1:Q1", HeadCell);
+    sheet.Column("A:R", 12, Values("0.00")).Format("A1:R1", HeadCell);
 }
 
 } // namespace

@@ -2,8 +2,13 @@
 
 #include "calibration/CalibrationBench.h"
 #include "calibration/MeasuredChannels.h"
+#include "calibration/report/ReportCharts.h"
+#include "spreadsheet/Cells.h"
+#include "spreadsheet/LibreOfficeConverter.h"
 
 #include <gtest/gtest.h>
+
+#include <cmath>
 
 namespace ombrix {
 namespace {
@@ -56,7 +61,48 @@ TEST_F(AuditSheetsTest, PointsAreJudgedByTheSheet) {
     // The template's own.
     EXPECT_EQ(Cells(book, "Audit", {"D17", "F17", "M26"}),
               (Texts{"=IF(C17=\"\",\"\",C17*$D$8/100)", "=IF(E17=\"\",\"\",ABS(E17-D17))",
-                     "=IF(K26=\"\",\"\",IF(J26=0,\"-\",L26/J26*100))"}));
+                     "=IF(K26=\"\",\"\",IF(K26=0,\"-\",L26/K26*100))"}));
+}
+
+TEST_F(AuditSheetsTest, LogSheetAndChartJudgeAlikeAtTheLimit) {
+    VelocityMeasurement run = GoodRun(CalibrationKind::Audit).Measured;
+    ChannelMeasurement& channel = run.Channels[0];
+    // How much of its limit each point's error is; the sweeps lie on both sides of their mean.
+    const std::array<float, 10> shares = {0.995F, -1.005F, 1.005F,  0.995F,  0.999F,
+                                          1.001F, 1.005F,  -0.995F, -1.001F, -1.005F};
+    for (std::size_t point = 0; point < shares.size(); ++point) {
+        const float demand_ml_m = channel.Demand[point].Flow_ml_m;
+        const float mean_ml_m =
+            point < 3 ? demand_ml_m + shares.at(point) * 0.001F * channel.Capacity_ml_m
+                      : demand_ml_m / (1.0F - shares.at(point) / 100.0F);
+        channel.Rising[point].Flow_ml_m = mean_ml_m - 20.0F;
+        channel.Falling[point].Flow_ml_m = mean_ml_m + 20.0F;
+    }
+    VelocityResult result{run, {}};
+    result.Verdicts[0] = JudgeChannel(channel, CalibrationKind::Audit, 0);
+    const VelocitySeries chart = SeriesOf(result, 0);
+    Sheet(run);
+    WorkbookProbe sheet(
+        LibreOfficeConverter().Convert(ReadWholeFile(m_Report.File.value()), "xlsx", "xlsx"));
+    const auto calculated = [&sheet](const std::string& address) {
+        return std::string(sheet.Cell("Audit", address).child("v").text().get());
+    };
+    for (std::size_t point = 0; point < shares.size(); ++point) {
+        const bool passes = std::abs(shares.at(point)) < 1.0F;
+        EXPECT_EQ(calculated(Cell('I', 17 + static_cast<int>(point))), passes ? "Pass" : "Fail");
+        EXPECT_NE(result.Verdicts[0]->Log.at(point + 1).find(passes ? "Pass (" : "Fail ("),
+                  std::string::npos)
+            << result.Verdicts[0]->Log.at(point + 1);
+        const float deviation = chart.MeanDeviation.at(point).value();
+        EXPECT_EQ(deviation <= chart.UpperLimit.at(point).value() &&
+                      deviation >= chart.LowerLimit.at(point).value(),
+                  passes)
+            << point;
+    }
+    // The letters that the criteria name stand above their columns.
+    EXPECT_EQ(Cells(sheet, "Audit", {"F15", "G15", "L15", "M15"}), (Texts{"C", "D", "I", "J"}));
+    EXPECT_EQ(calculated("H17") + "," + calculated("H20"), "|C|<5,D<1");
+    EXPECT_EQ(calculated("N17") + "," + calculated("N20"), "|I|<0.2,J<1");
 }
 
 TEST_F(AuditSheetsTest, WhatWasNotMeasuredStaysEmpty) {

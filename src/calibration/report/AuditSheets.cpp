@@ -76,8 +76,8 @@ void LoacaliseExcelDocument_PV16(Worksheet& sheet) {
         sheet.SetValue(address, std::string(text));
 }
 
-/// Low demands are judged by their difference from full scale, the others by that from the
-/// demand: near zero a percentage of the demand would be too strict.
+/// Low demands are judged by their difference as a share of full scale, the others as one of the
+/// reading: near zero that would be too strict.
 void WriteCriterion(Worksheet& sheet, const PV16::ChannelColumns& columns, std::int32_t row,
                     std::int32_t percent) {
     const std::string tolerance = GeneralText(AcceptanceLimits::LowError_share);

@@ -13,8 +13,8 @@ namespace ombrix {
 
 namespace {
 
-constexpr auto ShareOfFullScale = static_cast<float>(AcceptanceLimits::LowError_share);
-constexpr auto ShareOfDemand = static_cast<float>(AcceptanceLimits::Error_share);
+using AcceptanceLimits::Error_share;
+using AcceptanceLimits::LowError_share;
 
 std::optional<float> Value(const std::vector<PointReading>& readings, std::size_t point,
                            CalibrationKind kind) {
@@ -35,17 +35,32 @@ std::optional<float> ExpectedAt(const std::optional<ChannelVerdict>& verdict, fl
     return verdict->BestFit.Slope * demand + verdict->BestFit.Intercept;
 }
 
-float Limit(const ChannelMeasurement& measured, std::size_t point, float demand,
-            CalibrationKind kind) {
+/// The deviations from the demand between which the mean of a point is good.
+struct Limits {
+    double Lower;
+    double Upper;
+};
+
+Limits LimitsOf(const ChannelMeasurement& measured, std::size_t point, CalibrationKind kind) {
     if (kind == CalibrationKind::System)
-        return ShareOfFullScale * FullScale_bits;
+        return {-LowError_share * FullScale_bits, LowError_share * FullScale_bits};
     const int percent = CalPointPrecentage(static_cast<std::int32_t>(point), kind);
-    return percent > AcceptanceLimits::LowPoint_percent ? ShareOfDemand * demand
-                                                        : ShareOfFullScale * measured.Capacity_ml_m;
+    if (percent <= AcceptanceLimits::LowPoint_percent) {
+        const double capacity_ml_m = measured.Capacity_ml_m;
+        return {-LowError_share * capacity_ml_m, LowError_share * capacity_ml_m};
+    }
+    // The reading at which the error just is its share of the reading itself.
+    const double demand_ml_m = measured.Demand[point].Flow_ml_m;
+    return {demand_ml_m / (1.0 + Error_share) - demand_ml_m,
+            demand_ml_m / (1.0 - Error_share) - demand_ml_m};
 }
 
 std::optional<float> Difference(std::optional<float> value, std::optional<float> from) {
     return value && from ? std::optional(*value - *from) : std::nullopt;
+}
+
+std::optional<float> Mean(std::optional<float> first, std::optional<float> second) {
+    return first && second ? std::optional((*first + *second) / 2.0F) : std::nullopt;
 }
 
 bool AllValid(const std::vector<PointReading>& readings) {
@@ -70,11 +85,16 @@ VelocitySeries SeriesOf(const VelocityResult& result, std::size_t channel) {
         series.Expected.push_back(ExpectedAt(result.Verdicts.at(channel), demand, kind));
         series.Rising.push_back(Value(measured.Rising, point, kind));
         series.Falling.push_back(Value(measured.Falling, point, kind));
-        series.Limit.emplace_back(Limit(measured, point, demand, kind));
+        const Limits limits = LimitsOf(measured, point, kind);
+        series.LowerLimit.emplace_back(static_cast<float>(limits.Lower));
+        series.UpperLimit.emplace_back(static_cast<float>(limits.Upper));
         series.Difference.push_back(Difference(series.Falling.back(), series.Rising.back()));
         series.RisingDeviation.push_back(Difference(series.Rising.back(), series.Expected.back()));
         series.FallingDeviation.push_back(
             Difference(series.Falling.back(), series.Expected.back()));
+        if (kind == CalibrationKind::Audit)
+            series.MeanDeviation.push_back(
+                Mean(series.RisingDeviation.back(), series.FallingDeviation.back()));
     }
     return series;
 }
@@ -101,13 +121,6 @@ namespace {
 namespace Layout = VelocityReportLayout;
 namespace ChartData = Layout::ChartData;
 
-PointValues Negative(PointValues values) {
-    for (std::optional<float>& value : values)
-        if (value)
-            value = -*value;
-    return values;
-}
-
 /// Lines that are compared come in pairs: first what the readings should be, then the readings.
 void WriteData(Worksheet& data, std::size_t channel, const VelocitySeries& series,
                CalibrationKind kind) {
@@ -123,11 +136,13 @@ void WriteData(Worksheet& data, std::size_t channel, const VelocitySeries& serie
     write(ChartData::Expected, (isAudit ? "Demand (" : "Best fit (") + unit + ")", series.Expected);
     write(ChartData::Rising, "Rising (" + unit + ")", series.Rising);
     write(ChartData::Falling, "Falling (" + unit + ")", series.Falling);
-    write(ChartData::UpperLimit, "Upper limit (" + unit + ")", series.Limit);
+    write(ChartData::UpperLimit, "Upper limit (" + unit + ")", series.UpperLimit);
     write(ChartData::RisingDeviation, "Rising, deviation (" + unit + ")", series.RisingDeviation);
-    write(ChartData::LowerLimit, "Lower limit (" + unit + ")", Negative(series.Limit));
+    write(ChartData::LowerLimit, "Lower limit (" + unit + ")", series.LowerLimit);
     write(ChartData::FallingDeviation, "Falling, deviation (" + unit + ")",
           series.FallingDeviation);
+    if (isAudit)
+        write(ChartData::MeanDeviation, "Mean, deviation (" + unit + ")", series.MeanDeviation);
 }
 
 /// @param columns the first is x, each further one a line
@@ -148,6 +163,8 @@ void AddChart(Worksheet& charts, const Worksheet& data, const char* place,
 
 constexpr double ReferenceLine_pt = 1.0;
 constexpr double ReadingLine_pt = 1.75;
+/// Of a sweep beside the mean that is judged.
+constexpr double SweepLine_pt = 0.75;
 
 } // namespace
 
@@ -172,11 +189,16 @@ void DrawReportCharts(Worksheet& charts, Worksheet& data, std::size_t channel,
     if (std::none_of(series.Expected.begin(), series.Expected.end(),
                      [](const auto& value) { return value.has_value(); }))
         return;
-    AddChart(charts, data, places.Deviations,
-             columns(ChartData::UpperLimit, ChartData::FallingDeviation),
-             {ReferenceLine_pt, ReadingLine_pt, ReferenceLine_pt, ReadingLine_pt},
-             fmt::format("Channel {}: deviation from the {}", channel + 1,
-                         kind == CalibrationKind::Audit ? "demand" : "best fit"));
+    if (kind == CalibrationKind::Audit)
+        AddChart(charts, data, places.Deviations,
+                 columns(ChartData::UpperLimit, ChartData::MeanDeviation),
+                 {ReferenceLine_pt, SweepLine_pt, ReferenceLine_pt, SweepLine_pt, ReadingLine_pt},
+                 fmt::format("Channel {}: deviation from the demand", channel + 1));
+    else
+        AddChart(charts, data, places.Deviations,
+                 columns(ChartData::UpperLimit, ChartData::FallingDeviation),
+                 {ReferenceLine_pt, ReadingLine_pt, ReferenceLine_pt, ReadingLine_pt},
+                 fmt::format("Channel {}: deviation from the best fit", channel + 1));
 }
 
 void DrawStepCharts(Worksheet& charts, const Worksheet& traces, std::size_t channel,

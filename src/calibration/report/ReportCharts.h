@@ -24,8 +24,12 @@ struct VelocitySeries {
     /// Readings less what was expected.
     PointValues RisingDeviation;
     PointValues FallingDeviation;
-    /// By how much a reading may deviate; a system run only warns beyond it.
-    PointValues Limit;
+    /// Of the mean of both sweeps, which an audit is judged by; empty in a system run.
+    PointValues MeanDeviation;
+    /// Between which it may lie; a system run only warns of what lies beyond. An audit's limits are
+    /// a share of the reading, so they are not alike.
+    PointValues UpperLimit;
+    PointValues LowerLimit;
 };
 
 VelocitySeries SeriesOf(const VelocityResult& result, std::size_t channel);

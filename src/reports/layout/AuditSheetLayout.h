@@ -24,7 +24,9 @@ namespace PV16 {
 inline constexpr const char* Template = "PV16_ACUAudit_Velocity.xlt";
 
 inline constexpr int Points = 10;
-inline constexpr int TitleRow = 15;
+inline constexpr int TitleRow = 14;
+/// The letters that the criteria name the columns by.
+inline constexpr int LetterRow = 15;
 inline constexpr int HeadRow = 16;
 inline constexpr int FirstPointRow = 17;
 inline constexpr int LastPointRow = FirstPointRow + Points - 1;
@@ -48,15 +50,15 @@ struct ChannelColumns {
     char Percent;
     char Criterion;
     char Result;
-    /// Letters that the criteria name the columns by.
-    const char* PercentName;
-    const char* DifferenceName;
+    /// As the criteria name them.
+    char PercentName;
+    char DifferenceName;
     /// The cell with the channel's full scale, for formulas.
     const char* FullScale;
 };
 inline constexpr std::array<ChannelColumns, 2> Channels = {
-    {{'D', 'E', 'F', 'G', 'H', 'I', "D", "C", "$D$8"},
-     {'J', 'K', 'L', 'M', 'N', 'O', "J", "I", "$D$9"}}};
+    {{'D', 'E', 'F', 'G', 'H', 'I', 'D', 'C', "$D$8"},
+     {'J', 'K', 'L', 'M', 'N', 'O', 'J', 'I', "$D$9"}}};
 } // namespace PV16
 
 /// The pressure audit's sheet.

@@ -110,12 +110,14 @@ enum Series : int {
     RisingDeviation,
     LowerLimit,
     FallingDeviation,
+    /// An audit's alone.
+    MeanDeviation,
     SeriesCount
 };
 
-/// Column of a series, from 0; an empty column stands between the channels. @param channel from 0
+/// Column of a series, from 0. @param channel from 0
 constexpr int Column(std::size_t channel, Series series) {
-    return static_cast<int>(channel) * (SeriesCount + 1) + series;
+    return static_cast<int>(channel) * SeriesCount + series;
 }
 } // namespace ChartData
 

@@ -104,6 +104,18 @@ std::string Assembly::OptionsText() const {
     return text + fmt::format("Board {}\n", m_Options.Board);
 }
 
+std::string Assembly::SimulationText() const {
+    if (!IsSimulated())
+        return {};
+    std::string text = m_Options.Bench;
+    for (const std::string& fault : m_Options.FaultTexts)
+        text += ", " + fault;
+    if (m_Options.TimeScale != 1.0)
+        text += m_Options.TimeScale > 0.0 ? fmt::format(", time × {}", m_Options.TimeScale)
+                                          : ", virtual time";
+    return text;
+}
+
 std::unique_ptr<AIBControl> Assembly::MakeLibrary() const {
     if (!IsSimulated())
         return std::make_unique<LoadedAIBControl>(m_Options.Library);

@@ -38,6 +38,8 @@ class Assembly {
     ReportTools Reports(OpenExcelView& wait);
     /// The options in use, a line each.
     std::string OptionsText() const;
+    /// What is simulated, in a line ("acu, no-air, time × 60"); empty for real boards.
+    std::string SimulationText() const;
 
   private:
     bool IsSimulated() const { return !m_Options.Bench.empty(); }

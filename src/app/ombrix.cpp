@@ -55,7 +55,7 @@ int RunWindows(const StationOptions& options, SafeApplication& application,
             assembly.TheStation(),
             {[&events] { events.EndProgram(); },
              [&assembly](OpenExcelView& wait) { return assembly.Reports(wait); }, ReadersOfJournals,
-             OMBRIX_VERSION, assembly.OptionsText()});
+             OMBRIX_VERSION, assembly.OptionsText(), assembly.SimulationText()});
         end.BeforeEnd = [&assembly] { SwitchAllOff(assembly.TheStation()); };
         const AtExit withoutDisplay([&] { EndWithoutDisplay(assembly.TheStation(), messages); });
         SafeEnd safeEnd(assembly.TheStation(), messages, stopSignals,

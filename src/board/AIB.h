@@ -138,6 +138,8 @@ class AIB final : public EpromSource, public EpromSink {
     /// An output was told something else than zero and the board has not taken all the zeros of
     /// SwitchOutputsOff since.
     bool MayDrive() const { return m_MayDrive; }
+    /// An output stands above zero, as far as the board has taken what it was told.
+    bool Drives() const;
     AIBStatus GetADC(std::int32_t channel, std::int32_t& value);
     /// The value of GetADC; its status is dropped.
     std::int32_t MyGetADC(std::int32_t channel);

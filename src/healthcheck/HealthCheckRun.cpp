@@ -39,6 +39,7 @@ HealthCheckResult HealthCheckRun::Run(std::span<const HealthCheckOption> options
         Save(result);
     m_Recorder.End(EndText(result), result.Files);
     log.Ended(EndText(result));
+    m_Station.Procedures.TellEnd(result, StageText(result.Ended));
     return result;
 }
 
@@ -74,13 +75,15 @@ void HealthCheckRun::RunOne(const SequencePlan& plan, const HealthCheckView& vie
     MFCSequence sequence;
     for (const StepPlan& step : plan.Steps)
         sequence.AddStep(step.Ch1Demand, step.Ch2Demand, step.Duration_s);
-    SequenceView sequenceView{view.Graphs, view.Labels, view.Steps, {}, &m_Recorder};
-    if (view.Progress)
-        sequenceView.Progress = [&](double elapsed_s) {
-            view.Progress((done_s + elapsed_s) / total_s);
-        };
-    ProcedureWait wait(m_Station);
     const std::string sheet = DistinctSheetName(plan.SheetName, result.Sequences);
+    SequenceView sequenceView{view.Graphs, view.Labels, view.Steps, {}, &m_Recorder};
+    sequenceView.Progress = [&](double elapsed_s) {
+        const double share = (done_s + elapsed_s) / total_s;
+        m_Station.Procedures.Tell({sheet, share, total_s - done_s - elapsed_s});
+        if (view.Progress)
+            view.Progress(share);
+    };
+    ProcedureWait wait(m_Station);
     const auto note = [&] {
         result.Sequences.push_back({sheet, sequence.StepCount(), sequence.TotalTime_s(),
                                     sequence.SampleCount(), sequence.RecordFull()});

@@ -14,15 +14,15 @@ TEST(ProcedureGate, MakesSafeAndGivesTheCommandsBackWhateverHappens) {
     const auto listener =
         gate.Listen([&](bool running) { story.emplace_back(running ? "running" : "free"); });
     try {
-        const RunningProcedure procedure(gate, [&] { story.emplace_back("safe"); });
+        const RunningProcedure procedure(gate, "test", [&] { story.emplace_back("safe"); });
         gate.Cancel();
-        EXPECT_THROW(RunningProcedure(gate, [] {}), std::logic_error);
+        EXPECT_THROW(RunningProcedure(gate, "second"), std::logic_error);
         throw std::runtime_error("the board is gone");
     } catch (const std::runtime_error&) {
         story.emplace_back("told");
     }
     EXPECT_EQ(story, (std::vector<std::string>{"running", "safe", "free", "told"}));
-    const RunningProcedure next(gate);
+    const RunningProcedure next(gate, "test");
     EXPECT_FALSE(gate.CancelRequested()) << "the cancel was for the one before";
 }
 
@@ -32,7 +32,7 @@ TEST(ProcedureGate, AListenerThatIsGoneIsNotTold) {
     {
         const auto listener = gate.Listen([&told](bool) { ++told; });
     }
-    const RunningProcedure procedure(gate, [] {});
+    const RunningProcedure procedure(gate, "test");
     EXPECT_EQ(told, 0);
 }
 
@@ -41,7 +41,7 @@ TEST(ProcedureWait, SeesACancelAndTheEndOfTheProgramWithinAPass) {
     ProcedureGate& gate = bench.TheStation.Procedures;
     gate.Cancel();
     EXPECT_FALSE(gate.CancelRequested()) << "nothing runs";
-    const RunningProcedure procedure(gate);
+    const RunningProcedure procedure(gate, "test");
     ProcedureWait wait(bench.TheStation);
     HiResTimer timer(bench.Time);
     bench.Events.At(0.0105, [&gate] { gate.Cancel(); });

@@ -19,7 +19,7 @@ class MFCSequenceTest : public ::testing::Test {
 
     bool Run(const SequenceView& view = {}) {
         Station& station = m_Bench->TheStation;
-        const RunningProcedure procedure(station.Procedures);
+        const RunningProcedure procedure(station.Procedures, "test");
         ProcedureWait wait(station);
         std::int32_t row = 7;
         return m_Sequence.RunSequence(station, wait, view, nullptr, "", row);

@@ -4,7 +4,8 @@
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Without a window manager but where a test needs one.
+    qputenv("QT_QPA_PLATFORM", qEnvironmentVariable("OMBRIX_TEST_PLATFORM", "offscreen").toUtf8());
     // Where a run asks for larger fonts, the toolkit would magnify everything with them.
     if (qEnvironmentVariableIsSet("QT_FONT_DPI"))
         qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");

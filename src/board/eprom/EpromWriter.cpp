@@ -28,7 +28,7 @@ namespace {
 
 EpromEnd WriteImage(Station& station, const char* purpose, const EpromImage& image,
                     const EpromProgress& progress) {
-    const RunningProcedure running(station.Procedures);
+    const RunningProcedure running(station.Procedures, "writing of the EPROM");
     EpromWords words;
     for (std::int32_t address = 0; address < EpromBytes; address += EpromWordBytes)
         words.WriteEPROM(address, image.Word(address));

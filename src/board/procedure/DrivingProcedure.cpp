@@ -28,7 +28,7 @@ void RequireSameIdentity(const AIB& board) {
 
 DrivingProcedure::DrivingProcedure(Station& station, std::string name, Boards driven)
     : m_Station(station), m_Name(std::move(name)), m_Driven(std::move(driven)),
-      m_Running(station.Procedures, [this] { SwitchOffNow(); }) {}
+      m_Running(station.Procedures, m_Name, [this] { SwitchOffNow(); }) {}
 
 void DrivingProcedure::Begin() {
     for (const auto& board : m_Driven) {
@@ -92,6 +92,7 @@ void RunBenchProcedure(Station& station, const std::string& name, Boards driven,
         fail(End::Stopped, error.what());
     }
     log.Ended(EndText(outcome));
+    station.Procedures.TellEnd(outcome, StageText(outcome.Ended));
 }
 
 } // namespace ombrix

@@ -77,6 +77,11 @@ bool SwitchAllOff(Station& station) noexcept {
     return allOff;
 }
 
+void StopAir(Station& station) noexcept {
+    station.Procedures.Cancel();
+    SwitchAllOff(station);
+}
+
 std::vector<UnfinishedBoard> SwitchOffUnfinished(Station& station) {
     std::vector<UnfinishedBoard> unfinished;
     for (const auto& board : station.AIBList.Boards()) {

@@ -24,6 +24,9 @@ void TellAirMayFlow(Station& station, const Boards& boards) noexcept;
 /// @return whether every board has taken it
 bool SwitchAllOff(Station& station) noexcept;
 
+/// Cancels the procedure that runs, and switches off at once what all boards drive.
+void StopAir(Station& station) noexcept;
+
 /// A board with the mark of a procedure whose program was gone before its outputs were off.
 struct UnfinishedBoard {
     std::shared_ptr<AIB> Board;

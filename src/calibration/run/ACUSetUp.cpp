@@ -3,6 +3,7 @@
 #include "board/eprom/EpromWriter.h"
 #include "calibration/judge/Measurement.h"
 #include "calibration/report/ACUInformation.h"
+#include "calibration/run/ChannelVelocityRun.h"
 #include "calibration/run/PressureRun.h"
 #include "calibration/run/VelocityRun.h"
 #include "platform/os/ProgramLog.h"
@@ -36,7 +37,7 @@ constexpr std::array<const char*, 4> PressureStages = {
 } // namespace
 
 bool ACUSetUp::SetAIBSerialNumber(std::int32_t& serial, bool digital, bool analog) {
-    const RunningProcedure running(m_Station.Procedures);
+    const RunningProcedure running(m_Station.Procedures, "writing of the board's identity");
     Operator& messages = m_Station.World.Messages;
     const auto askAgain = [&messages](const char* what) {
         const std::string text = std::string("Suspect Serial Number.\r\n\r\n") + what;
@@ -101,6 +102,7 @@ ACUSetUp::Initialisation ACUSetUp::RunACUInitialisation(std::string& mfcNumber, 
     if (result.Ended == End::Passed && !result.Passed)
         result.Ended = End::Failed;
     log.Ended(VerdictText(result) + (result.AllStored ? "" : ", not all stored"));
+    m_Station.Procedures.TellEnd(result, VerdictOf(result.Ended));
     return result;
 }
 
@@ -152,13 +154,18 @@ void ACUSetUp::RunStages(Sequence& sequence, bool velocity, bool pressure, Initi
 }
 
 void ACUSetUp::RunVelocityStages(Sequence& sequence, Initialisation& result) {
-    const RunContext context{m_Reports, m_Stages, sequence.Running, sequence.Guard, true};
+    const double run_s = VelocityRunTime_s(m_Station.Calibration().Record());
+    const double whole_s = run_s * VelocityStages.size();
+    double after_s = whole_s;
     result.Passed = true;
     for (const Stage& stage : VelocityStages) {
         // There is nothing to audit in a unit that has got no table.
         if (stage.Kind == CalibrationKind::Audit &&
             m_Station.Calibration().Record().VelocitySystemDate == OleDate())
             break;
+        after_s -= run_s;
+        const RunContext context{m_Reports, m_Stages, sequence.Running, sequence.Guard,
+                                 true,      after_s,  whole_s};
         const CalibrationOutcome outcome = VelocityRun(context, stage.Kind).Run();
         result.Passed = result.Passed && outcome.Passed;
         if (!outcome.Passed)
@@ -200,13 +207,14 @@ ACUSetUp::RunAlone(const char* stage,
     if (outcome.NothingDriven)
         running.LeaveOutputs();
     m_Stages.Close();
+    m_Station.Procedures.TellEnd(outcome, VerdictOf(outcome.Ended));
     log.Ended(VerdictText(outcome) + (outcome.Saved ? ", saved" : "") +
               (outcome.AllStored ? "" : ", not all stored"));
     return outcome;
 }
 
 bool ACUSetUp::ClearPressure(const std::function<void(std::int32_t address)>& progress) {
-    const RunningProcedure running(m_Station.Procedures);
+    const RunningProcedure running(m_Station.Procedures, "clearing of the pressure calibration");
     Platform& world = m_Station.World;
     if (world.Messages.Ask({"Are you sure you want to Clear the Pressure Calibration?",
                             MessageIcon::Question, MessageButtons::YesNo}) != Answer::Yes)
@@ -227,7 +235,7 @@ bool ACUSetUp::ClearPressure(const std::function<void(std::int32_t address)>& pr
 }
 
 InformationReport ACUSetUp::CreateACUInfoDoc() {
-    const RunningProcedure running(m_Station.Procedures);
+    const RunningProcedure running(m_Station.Procedures, "ACU information workbook");
     ProcedureLog log(m_Station.World, "ACU information workbook");
     const InformationReport workbook = OutputACUData(m_Reports);
     log.Ended(workbook.WhereItBelongs ? "stored" : "not stored where it belongs");

@@ -45,6 +45,10 @@ struct RunContext {
     /// One of several runs that were started together: no prompts, and good data are saved without
     /// asking.
     bool Unattended = false;
+    /// What follows this run in the procedure, and the whole of it, in seconds; a run that stands
+    /// alone is the whole.
+    double After_s = 0.0;
+    double Whole_s = 0.0;
 };
 
 /// The frame that velocity and pressure runs have in common. It asks, makes the EPROM ready, has

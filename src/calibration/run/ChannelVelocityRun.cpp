@@ -27,12 +27,40 @@ constexpr std::array<std::int32_t, 2> StepPoints = {1, 3};
 /// A fit needs a segment.
 constexpr std::int32_t FewestPoints = 2;
 
+double PointTimeOf(std::size_t point, bool hasValves) {
+    return point == 0 && !hasValves ? LowestPointTime_s : PointTime_s;
+}
+
+/// A damaged EPROM may claim any number of points.
+std::int32_t PointsOf(const ACURecord& record) {
+    return std::min(record.CalibrationPoints, static_cast<std::int32_t>(MaxCalibrationPoints));
+}
+
 } // namespace
+
+double ChannelTime_s(const ACURecord& record, std::size_t channel) {
+    const std::int32_t points = PointsOf(record);
+    if (!(record.ChannelCapacity.at(channel) > 0.0F) || points < FewestPoints)
+        return 0.0;
+    const bool hasValves = record.HasSolenoidValves != 0;
+    double time_s = hasValves ? 0.0 : PreFlowTime_s;
+    for (std::size_t point = 0; point < static_cast<std::size_t>(points); ++point)
+        time_s += 2.0 * PointTimeOf(point, hasValves);
+    return time_s + StepPoints.size() * (ZeroTime_s + PointTime_s);
+}
+
+double VelocityRunTime_s(const ACURecord& record) {
+    double time_s = 0.0;
+    for (std::size_t channel = 0; channel < AirChannels; ++channel)
+        time_s += ChannelTime_s(record, channel);
+    return time_s;
+}
 
 ChannelVelocityRun::ChannelVelocityRun(const ChannelRunServices& services, CalibrationKind kind,
                                        std::int32_t channel)
     : m_Services(services), m_Kind(kind), m_Channel(channel),
       m_Capacity_ml_m(services.Record.ChannelCapacity.at(static_cast<std::size_t>(channel))),
+      m_Whole_s(ChannelTime_s(services.Record, static_cast<std::size_t>(channel))),
       m_Timer(services.Loop.Time()) {}
 
 std::string ChannelVelocityRun::Heading() const {
@@ -43,9 +71,7 @@ std::string ChannelVelocityRun::Heading() const {
 bool ChannelVelocityRun::CalibrateChannelVelocity(ChannelMeasurement& result) {
     result.Capacity_ml_m = m_Capacity_ml_m;
     m_Services.Log.LogCalibration(fmt::format("> > Calibrating Channel: {} < <", m_Channel));
-    // A damaged EPROM may claim any number of points.
-    const std::int32_t points = std::min(m_Services.Record.CalibrationPoints,
-                                         static_cast<std::int32_t>(MaxCalibrationPoints));
+    const std::int32_t points = PointsOf(m_Services.Record);
     if (SkipsUnmeasurable(points)) {
         m_Services.Recorder.ChannelBegins(static_cast<std::size_t>(m_Channel), result);
         return false;
@@ -96,17 +122,19 @@ void ChannelVelocityRun::MeasureAll(ChannelMeasurement& result) {
 }
 
 double ChannelVelocityRun::MeasuringTime_s(std::size_t point) const {
-    return point == 0 && !HasValves() ? LowestPointTime_s : PointTime_s;
+    return PointTimeOf(point, HasValves());
 }
 
-double ChannelVelocityRun::WholeTime_s(const ChannelMeasurement& result) const {
-    double time_s = HasValves() ? 0.0 : PreFlowTime_s;
-    for (std::size_t point = 0; point < result.Demand.size(); ++point)
-        time_s += 2.0 * MeasuringTime_s(point);
-    return time_s + StepPoints.size() * (ZeroTime_s + PointTime_s);
+void ChannelVelocityRun::Tell(const std::string& step) {
+    const double channel_s = std::max(0.0, m_Whole_s - m_Timer.ElapsedTime());
+    const double left_s = channel_s + m_Services.After_s;
+    m_Services.Gate.Tell({fmt::format("channel {}, {}", m_Channel + 1, step),
+                          m_Services.Whole_s > 0.0 ? 1.0 - left_s / m_Services.Whole_s : 0.0,
+                          left_s});
 }
 
 void ChannelVelocityRun::PreFlow() {
+    Tell("pre-flow");
     m_Services.Air.SetChannelDAC(m_Channel, PreFlow_bits);
     m_Services.Stages.ShowLine(StageLine::Demand, fmt::format("Pre-flow:  {} bits", PreFlow_bits));
     m_Services.Loop.Wait(m_Channel, PreFlowTime_s, [this](const LiveReading& live) {
@@ -117,19 +145,20 @@ void ChannelVelocityRun::PreFlow() {
 
 void ChannelVelocityRun::Sweep(ChannelMeasurement& result, std::vector<PointReading>& sweep,
                                bool rising) {
-    const double wholeTime_s = WholeTime_s(result);
-    const auto display = [this, wholeTime_s](const LiveReading& live) {
+    const auto display = [this](const LiveReading& live) {
         const double elapsed_s = m_Timer.ElapsedTime();
         ShowReading(live);
         m_Services.Stages.ShowLine(
             StageLine::Remaining,
-            fmt::format("Time left:  {:.0f} s", std::max(0.0, std::ceil(wholeTime_s - elapsed_s))));
+            fmt::format("Time left:  {:.0f} s", std::max(0.0, std::ceil(m_Whole_s - elapsed_s))));
         m_Services.Stages.ShowProgress(static_cast<float>(elapsed_s));
     };
     for (std::size_t step = 0; step < sweep.size() && !m_Services.Wait.Ended(); ++step) {
         const std::size_t point = rising ? step : sweep.size() - 1 - step;
         PointDemand& demand = result.Demand.at(point);
         SetDemand(demand);
+        Tell(fmt::format("{}, point {} of {}", rising ? "rising" : "falling", point + 1,
+                         sweep.size()));
         const double time_s = MeasuringTime_s(point);
         m_Services.Recorder.ReadingBegins(rising ? Sweeps::Rising : Sweeps::Falling, point, demand,
                                           time_s);
@@ -167,6 +196,7 @@ StepMeasurement ChannelVelocityRun::MeasureCalibrationPoint(std::int32_t point) 
     CalibrationView& stages = m_Services.Stages;
     StepMeasurement step{point, DemandOfPoint(point, m_Kind, m_Capacity_ml_m), {}};
     m_Services.Air.AllChannelsOff();
+    Tell(fmt::format("from zero air to point {}", point + 1));
     stages.ShowLine(StageLine::Phase, Heading());
     stages.ShowLine(StageLine::Demand, "Waiting at zero demand...");
     if (HasValves())

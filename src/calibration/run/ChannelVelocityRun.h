@@ -20,7 +20,17 @@ struct ChannelRunServices {
     CalibrationView& Stages;
     CalibrationLog& Log;
     RunRecorder& Recorder;
+    ProcedureGate& Gate;
+    /// What follows this channel, of the whole procedure, in seconds.
+    double After_s = 0.0;
+    /// The whole procedure.
+    double Whole_s = 0.0;
 };
+
+/// How long the measuring of a channel takes, in seconds; 0 for one that is not there.
+double ChannelTime_s(const ACURecord& record, std::size_t channel);
+/// How long a velocity run takes, without what the operator takes to answer.
+double VelocityRunTime_s(const ACURecord& record);
 
 /// The measurement of one air channel: a rising and a falling sweep over the calibration points
 /// and two steps from zero air.
@@ -42,7 +52,8 @@ class ChannelVelocityRun {
     bool SkipsUnmeasurable(std::int32_t points) const;
     void BuildDemands(std::int32_t points, ChannelMeasurement& result) const;
     void MeasureAll(ChannelMeasurement& result);
-    double WholeTime_s(const ChannelMeasurement& result) const;
+    /// Tells what is measured now, and how much is left.
+    void Tell(const std::string& step);
     double MeasuringTime_s(std::size_t point) const;
     void PreFlow();
     void Sweep(ChannelMeasurement& result, std::vector<PointReading>& sweep, bool rising);
@@ -57,6 +68,8 @@ class ChannelVelocityRun {
     CalibrationKind m_Kind;
     std::int32_t m_Channel;
     float m_Capacity_ml_m;
+    /// Of this channel.
+    double m_Whole_s;
     HiResTimer m_Timer;
 };
 

@@ -111,6 +111,10 @@ void PressureRun::MeasurePoints() {
         m_Stages.ShowLine(StageLine::Phase,
                           FormatArgs("Air Pressure Calibration - Phase [1] of [2]",
                                      {std::to_string(i + 1), std::to_string(Points)}));
+        const auto pointsLeft = static_cast<double>(Points - i);
+        m_Station.Procedures.Tell({fmt::format("point {} of {}", i + 1, Points),
+                                   1.0 - pointsLeft / (Points + 1.0),
+                                   pointsLeft * static_cast<double>(LineSettles_s + RecordTime_s)});
         point.Flow_ml_m = largest_ml_m / static_cast<float>(Points) * static_cast<float>(i);
         m_Log.LogCalibration("Flow Rate: " + Fixed(point.Flow_ml_m, 2) + " lm/min");
         m_Recorder.ReadingBegins(Sweeps::Pressure, i, {0, point.Flow_ml_m}, RecordTime_s);

@@ -58,7 +58,12 @@ void VelocityRun::MeasureChannels() {
 
 void VelocityRun::MeasureChannel(std::size_t channel, MeasuringLoop& loop) {
     ChannelMeasurement& measured = m_Result.Measured.Channels.at(channel);
-    ChannelVelocityRun run({m_Unit.Record(), m_Air, loop, m_Wait, m_Stages, m_Log, m_Recorder},
+    double after_s = m_Context.After_s;
+    for (std::size_t next = channel + 1; next < AirChannels; ++next)
+        after_s += ChannelTime_s(m_Unit.Record(), next);
+    const double whole_s = std::max(m_Context.Whole_s, VelocityRunTime_s(m_Unit.Record()));
+    ChannelVelocityRun run({m_Unit.Record(), m_Air, loop, m_Wait, m_Stages, m_Log, m_Recorder,
+                            m_Station.Procedures, after_s, whole_s},
                            Kind(), static_cast<std::int32_t>(channel));
     if (run.CalibrateChannelVelocity(measured)) {
         ChannelVerdict verdict = JudgeChannel(measured, Kind(), channel);

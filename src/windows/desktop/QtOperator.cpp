@@ -1,12 +1,14 @@
 #include "windows/desktop/QtOperator.h"
 
 #include "platform/text/Text.h"
+#include "windows/desktop/KeepAbove.h"
 #include "windows/widgets/QtText.h"
 
 #include <QApplication>
 #include <QGridLayout>
 #include <QGuiApplication>
 #include <QInputDialog>
+#include <QMainWindow>
 #include <QMessageBox>
 #include <QSpacerItem>
 
@@ -62,6 +64,28 @@ QString TitleOf(const std::string& title) {
     return title.empty() ? QGuiApplication::applicationDisplayName() : ToQt(title);
 }
 
+/// What a question belongs to. Without one it could lie behind the windows that wait for it.
+QWidget* Asker() {
+    if (QWidget* active = QApplication::activeWindow())
+        return active;
+    if (QWidget* procedure = ProcedureWindow())
+        return procedure;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto isMain = [](const QWidget* window) {
+        return window->isVisible() && qobject_cast<const QMainWindow*>(window) != nullptr;
+    };
+    const auto main = std::find_if(windows.begin(), windows.end(), isMain);
+    return main == windows.end() ? nullptr : *main;
+}
+
+/// The question has taken the front; the procedure goes on where it can be seen.
+void RaiseProcedure() {
+    if (QWidget* procedure = ProcedureWindow()) {
+        procedure->raise();
+        procedure->activateWindow();
+    }
+}
+
 /// Widens a box to its longest line, so that a path is not broken behind its drive letter.
 void FitToLines(QMessageBox& box) {
     constexpr int widest = 900;
@@ -84,7 +108,7 @@ Answer QtOperator::Ask(const Message& message) {
         return RefusalOf(message.Buttons);
     }
     QMessageBox box(IconOf(message.Icon), TitleOf(message.Title), LinesToQt(message.Text),
-                    ButtonsOf(message.Buttons), QApplication::activeWindow());
+                    ButtonsOf(message.Buttons), Asker());
     box.setObjectName(QStringLiteral("messageBox"));
     box.setTextFormat(Qt::PlainText);
     FitToLines(box);
@@ -92,6 +116,7 @@ Answer QtOperator::Ask(const Message& message) {
         box.setDefaultButton(message.Buttons == MessageButtons::YesNo ? QMessageBox::No
                                                                       : QMessageBox::Cancel);
     const int button = box.exec();
+    RaiseProcedure();
     // A box that was taken away has no button clicked.
     return m_NobodyIsThere ? RefusalOf(message.Buttons) : AnswerOf(button);
 }
@@ -101,12 +126,14 @@ std::optional<std::string> QtOperator::AskText(const std::string& prompt,
                                                const std::string& title) {
     if (m_NobodyIsThere)
         return std::nullopt;
-    QInputDialog box(QApplication::activeWindow());
+    QInputDialog box(Asker());
     box.setObjectName(QStringLiteral("inputBox"));
     box.setWindowTitle(TitleOf(title));
     box.setLabelText(LinesToQt(prompt));
     box.setTextValue(ToQt(proposed));
-    if (box.exec() != QDialog::Accepted)
+    const bool accepted = box.exec() == QDialog::Accepted;
+    RaiseProcedure();
+    if (!accepted)
         return std::nullopt;
     return box.textValue().toStdString();
 }

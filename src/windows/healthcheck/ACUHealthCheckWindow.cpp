@@ -1,6 +1,7 @@
 #include "windows/healthcheck/ACUHealthCheckWindow.h"
 
 #include "healthcheck/HealthCheckReport.h"
+#include "windows/desktop/KeepAbove.h"
 #include "windows/desktop/QtOperator.h"
 #include "windows/healthcheck/GraphWidget.h"
 #include "windows/widgets/Controls.h"
@@ -101,6 +102,7 @@ ACUHealthCheckWindow::ACUHealthCheckWindow(Station& station,
     : m_Station(station), m_Options(new HealthCheckOptionsPanel(this)),
       m_Steps(new StepListWidget(this)), m_Progress(new QProgressBar(this)),
       m_Graphs(new GraphColumn(this)), m_Wait(nullptr), m_Reports(tools(m_Wait)) {
+    KeepAbove(m_Wait, *this);
     Named(this, QStringLiteral("frmACUHealthCheck"), tr("Health Checking"));
     setWindowTitle(tr("Health Checking"));
     Named(m_Progress, QStringLiteral("prgRun"), tr("Progress of the run"));

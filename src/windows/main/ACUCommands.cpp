@@ -1,6 +1,7 @@
 #include "windows/main/ACUCommands.h"
 
 #include "journal/UnfinishedRuns.h"
+#include "windows/desktop/KeepAbove.h"
 #include "windows/main/BoardPanel.h"
 #include "windows/main/CalibrationPanel.h"
 #include "windows/main/IdentityPanel.h"
@@ -9,8 +10,10 @@
 namespace ombrix {
 
 ACUCommands::ACUCommands(Station& station, BoardPanel& board,
-                         const std::function<ReportTools(OpenExcelView&)>& tools)
-    : m_Station(station), m_Board(board), m_Wait(nullptr), m_Reports(tools(m_Wait)) {
+                         const std::function<ReportTools(OpenExcelView&)>& tools, QWidget& owner)
+    : m_Station(station), m_Board(board), m_Owner(owner), m_Wait(nullptr),
+      m_Reports(tools(m_Wait)) {
+    KeepAbove(m_Wait, owner);
     CalibrationPanel& panel = board.Calibration();
     connect(&panel, &CalibrationPanel::InitialisationWanted, this, &ACUCommands::Initialise);
     connect(&panel, &CalibrationPanel::ClearPressureWanted, this, &ACUCommands::ClearPressure);
@@ -19,8 +22,11 @@ ACUCommands::ACUCommands(Station& station, BoardPanel& board,
 }
 
 CalibrationView& ACUCommands::Stages() {
-    if (!m_Stages)
+    if (!m_Stages) {
         m_Stages = std::make_unique<ACUCalibrationWindow>(m_Station);
+        KeepAbove(*m_Stages, m_Owner);
+        MarkAsProcedureWindow(*m_Stages);
+    }
     return *m_Stages;
 }
 
@@ -53,7 +59,7 @@ void ACUCommands::OfferUnfinished(
     if (m_Station.Procedures.Running())
         return;
     Guarded(m_Station.World.Messages, [&] {
-        const RunningProcedure offering(m_Station.Procedures);
+        const RunningProcedure offering(m_Station.Procedures, "unfinished runs");
         OfferUnfinishedRuns(m_Station.World, readers(m_Reports));
     });
     m_Wait.Close();

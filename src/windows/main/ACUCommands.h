@@ -22,8 +22,9 @@ class ACUCommands final : public QObject {
   public:
     /// @param board the panel whose buttons are served
     /// @param tools has report files made, with the wait window of these commands
+    /// @param owner of the windows that the commands open
     ACUCommands(Station& station, BoardPanel& board,
-                const std::function<ReportTools(OpenExcelView&)>& tools);
+                const std::function<ReportTools(OpenExcelView&)>& tools, QWidget& owner);
 
     void CalibratePressure(CalibrationKind kind);
     /// Asks what to do with runs that an earlier program did not finish.
@@ -39,6 +40,7 @@ class ACUCommands final : public QObject {
 
     Station& m_Station;
     BoardPanel& m_Board;
+    QWidget& m_Owner;
     /// Made on first use.
     std::unique_ptr<ACUCalibrationWindow> m_Stages;
     OpenExcelWindow m_Wait;

@@ -4,6 +4,7 @@
 #include "platform/ports/Folders.h"
 #include "platform/text/Paths.h"
 #include "windows/calibration/CalibrationHistoryWindow.h"
+#include "windows/desktop/KeepAbove.h"
 #include "windows/desktop/QtOperator.h"
 #include "windows/healthcheck/ACUHealthCheckWindow.h"
 #include "windows/main/ACUCommands.h"
@@ -12,6 +13,9 @@
 #include "windows/main/DACPanel.h"
 #include "windows/main/InfoPanel.h"
 #include "windows/main/ToolWindows.h"
+#include "windows/procedure/BoardNotices.h"
+#include "windows/procedure/ProcedureBar.h"
+#include "windows/procedure/StopKeys.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/Guarded.h"
 #include "windows/widgets/QtText.h"
@@ -54,9 +58,12 @@ QTimer* MakeTimer(const char* objectName, int interval_ms, QObject* parent) {
 
 AIBAccessoriesWindow::AIBAccessoriesWindow(Station& station, MainWindowServices services)
     : m_Station(station), m_Services(std::move(services)), m_Tabs(new QTabBar(this)),
+      m_Notices(new BoardNotices(station, *m_Tabs, m_Services.Simulation, this)),
       m_NoBoards(new NoBoardPanel(this)), m_Info(new InfoPanel(this)),
-      m_Board(new BoardPanel(station, this)), m_UpdateInput(MakeTimer("timUpdateInput", 50, this)),
-      m_Tools(std::make_unique<ToolWindows>(station)) {
+      m_Board(new BoardPanel(station, this)), m_Foot(new ProcedureBar(station, this)),
+      m_StopKeys(std::make_unique<StopKeys>(station)),
+      m_UpdateInput(MakeTimer("timUpdateInput", 50, this)),
+      m_Tools(std::make_unique<ToolWindows>(station, *this)) {
     QCoreApplication::setApplicationName(tr("AIB Test Form"));
     const QString caption = ToQt(WindowCaption(m_Services.Version));
     Named(this, QStringLiteral("frmAIBAccessories"), caption);
@@ -72,7 +79,13 @@ AIBAccessoriesWindow::AIBAccessoriesWindow(Station& station, MainWindowServices 
     connect(m_Board, &BoardPanel::HealthCheckWanted, this, &AIBAccessoriesWindow::ShowHealthCheck);
     connect(m_Board, &BoardPanel::UpdateWanted, this, &AIBAccessoriesWindow::Tick);
     connect(m_UpdateInput, &QTimer::timeout, this, &AIBAccessoriesWindow::Tick);
-    m_ACUCommands = std::make_unique<ACUCommands>(station, *m_Board, m_Services.Reports);
+    connect(m_Foot, &ProcedureBar::StopAirWanted, this, &AIBAccessoriesWindow::StopAllAir);
+    connect(m_StopKeys.get(), &StopKeys::StopAirWanted, this, &AIBAccessoriesWindow::StopAllAir);
+    constexpr int marksSpacing_ms = 200;
+    QTimer* marks = MakeTimer("timMarks", marksSpacing_ms, this);
+    connect(marks, &QTimer::timeout, this, &AIBAccessoriesWindow::MarkDriving);
+    marks->start();
+    m_ACUCommands = std::make_unique<ACUCommands>(station, *m_Board, m_Services.Reports, *this);
     m_BenchTests = std::make_unique<BenchTestCommands>(station, *m_Board, *m_Info);
     connect(m_Info, &InfoPanel::TestRigWanted, m_Tools.get(), &ToolWindows::ShowTestRigOptions);
     connect(m_Tools.get(), &ToolWindows::RigShown, this, &AIBAccessoriesWindow::RigShown);
@@ -127,10 +140,12 @@ void AIBAccessoriesWindow::LayOut() {
     auto* layout = new QVBoxLayout(central);
     constexpr int margin = 8;
     layout->setContentsMargins(margin, margin, margin, margin);
+    layout->addWidget(m_Notices);
     layout->addWidget(m_Tabs);
     layout->addWidget(m_NoBoards, 1);
     layout->addWidget(m_Board, 1);
     layout->addWidget(m_Info);
+    layout->addWidget(m_Foot);
     setCentralWidget(central);
     constexpr QSize comfortable(1280, 700);
     resize(ScaledToFonts(*this, comfortable));
@@ -144,7 +159,7 @@ bool AIBAccessoriesWindow::DetectAndProgramAIBs() {
     m_Tools->CloseAll(); // they work with the boards that are there now
     m_Board->StopTimers();
     Guarded(m_Station.World.Messages, [this] {
-        const RunningProcedure detection(m_Station.Procedures, [] {});
+        const RunningProcedure detection(m_Station.Procedures, "detection of the boards");
         m_BoardsFound = Detect();
     });
     ShowPanels(m_BoardsFound);
@@ -184,6 +199,8 @@ void AIBAccessoriesWindow::ResetPanels() {
 
 void AIBAccessoriesWindow::SelectBoard(int tab) {
     m_Station.CurrentAIB = m_Station.AIBList.AIB(tab);
+    m_Notices->Reset();
+    m_Board->ShowLost(false);
     m_Board->ShowBoard();
 }
 
@@ -199,7 +216,8 @@ void AIBAccessoriesWindow::ShowPanels(bool boardsFound) {
 void AIBAccessoriesWindow::Tick() {
     Guarded(m_Station.World.Messages, [this] {
         try {
-            m_Board->Refresh();
+            m_Notices->NoteAnswer(m_Board->Refresh());
+            m_Board->ShowLost(m_Notices->IsLost());
         } catch (const std::exception&) {
             m_UpdateInput->stop(); // told once, not twenty times a second
             throw;
@@ -231,17 +249,33 @@ void AIBAccessoriesWindow::UpdateCommands() {
         m_UpdateInput->stop();
 }
 
+void AIBAccessoriesWindow::StopAllAir() {
+    StopAir(m_Station);
+    m_Board->Sliders().ShowBoard();
+    MarkDriving();
+}
+
+void AIBAccessoriesWindow::MarkDriving() {
+    const bool drives = m_Notices->MarkTabs();
+    const QString caption = ToQt(WindowCaption(m_Services.Version));
+    setWindowTitle(drives ? tr("%1 – outputs on").arg(caption) : caption);
+}
+
 void AIBAccessoriesWindow::ShowHealthCheck() {
-    if (!m_HealthCheck)
+    if (!m_HealthCheck) {
         m_HealthCheck = std::make_unique<ACUHealthCheckWindow>(m_Station, m_Services.Reports);
+        KeepAbove(*m_HealthCheck, *this);
+    }
     m_HealthCheck->show();
     m_HealthCheck->raise();
     m_HealthCheck->activateWindow();
 }
 
 void AIBAccessoriesWindow::ShowHistory() {
-    if (!m_History)
+    if (!m_History) {
         m_History = std::make_unique<CalibrationHistoryWindow>(m_Station);
+        KeepAbove(*m_History, *this);
+    }
     m_History->Open();
 }
 

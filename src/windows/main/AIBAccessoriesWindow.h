@@ -23,9 +23,12 @@ std::string WindowCaption(std::string_view version);
 
 class ACUCommands;
 class BenchTestCommands;
+class BoardNotices;
 class BoardPanel;
 class InfoPanel;
 class NoBoardPanel;
+class ProcedureBar;
+class StopKeys;
 class ToolWindows;
 class ACUHealthCheckWindow;
 class CalibrationHistoryWindow;
@@ -42,6 +45,8 @@ struct MainWindowServices {
     std::string Version;
     /// The program's options in use, a line each.
     std::string Options{};
+    /// What is simulated, in a line; empty for real boards.
+    std::string Simulation{};
 };
 
 /// The main window: one tab for each board, and the panels that show and drive the board of the
@@ -79,6 +84,8 @@ class AIBAccessoriesWindow final : public QMainWindow, private DetectionView {
     void ShowHealthCheck();
     void ShowHistory();
     void RigShown(bool open);
+    void StopAllAir();
+    void MarkDriving();
     void OpenDataFolder();
     void ShowAbout();
 
@@ -90,9 +97,12 @@ class AIBAccessoriesWindow final : public QMainWindow, private DetectionView {
     Station& m_Station;
     MainWindowServices m_Services;
     QTabBar* m_Tabs;
+    BoardNotices* m_Notices;
     NoBoardPanel* m_NoBoards;
     InfoPanel* m_Info;
     BoardPanel* m_Board;
+    ProcedureBar* m_Foot;
+    std::unique_ptr<StopKeys> m_StopKeys;
     QAction* m_DetectAction = nullptr;
     std::array<QAction*, 2> m_PressureActions{};
     QAction* m_UARTsAction = nullptr;

@@ -10,6 +10,8 @@
 #include "windows/widgets/Guarded.h"
 #include "windows/widgets/QtText.h"
 
+#include <fmt/format.h>
+
 namespace ombrix {
 
 BenchTestCommands::BenchTestCommands(Station& station, BoardPanel& board, InfoPanel& info)
@@ -35,6 +37,39 @@ void BenchTestCommands::Run(const std::function<void()>& test,
     showRunning(false);
 }
 
+bool BenchTestCommands::MayDrive(const QString& command) {
+    if (m_Station.Procedures.Running())
+        return false;
+    const ACU unit = m_Station.Calibration().Unit();
+    const std::string text = fmt::format("{} drives the air of {}.\r\n\r\nIs its air supply ready, "
+                                         "and may the air flow?",
+                                         command.toStdString(), unit.SerialNumberStr());
+    return m_Station.World.Messages.Ask({text, MessageIcon::Question, MessageButtons::OkCancel}) ==
+           Answer::Ok;
+}
+
+BenchTestView BenchTestCommands::Telling(const BenchTestView& view) {
+    ProcedureGate& gate = m_Station.Procedures;
+    const auto tellStep = [&gate](const std::string& text) {
+        gate.Tell({text, gate.Progress().Share, std::nullopt});
+    };
+    return {.Caption =
+                [=](const std::string& text) {
+                    tellStep(text);
+                    view.Caption(text);
+                },
+            .Stage =
+                [=](const std::string& text) {
+                    tellStep(text);
+                    view.Stage(text);
+                },
+            .Progress =
+                [&gate, view](double share) {
+                    gate.Tell({gate.Progress().Step, share, std::nullopt});
+                    view.Progress(share);
+                }};
+}
+
 void BenchTestCommands::Cancel() {
     if (m_Running)
         m_Station.Procedures.Cancel();
@@ -43,9 +78,9 @@ void BenchTestCommands::Cancel() {
 void BenchTestCommands::TestDigitalMFCs() {
     TestsPanel& panel = m_Board.Tests();
     DigitalMFCTest test(m_Station);
-    const BenchTestView view{
-        .Caption = [&panel](const std::string& text) { panel.ShowCaption(ToQt(text)); },
-        .Stage = [&panel](const std::string& text) { panel.ShowStage(ToQt(text)); }};
+    const BenchTestView view =
+        Telling({.Caption = [&panel](const std::string& text) { panel.ShowCaption(ToQt(text)); },
+                 .Stage = [&panel](const std::string& text) { panel.ShowStage(ToQt(text)); }});
     Run([&] { test.Run(view); },
         [&](bool running) {
             panel.ShowRunning(running);
@@ -56,28 +91,34 @@ void BenchTestCommands::TestDigitalMFCs() {
 void BenchTestCommands::TestSpeed() {
     TestsPanel& panel = m_Board.Tests();
     DACPanel& sliders = m_Board.Sliders();
+    if (!MayDrive(tr("\"Speed\"")))
+        return;
     SpeedTest test(m_Station, [&sliders] { sliders.ShowDigitalSetup(); });
-    const BenchTestView view{
-        .Stage = [&panel](const std::string& text) { panel.ShowStage(ToQt(text)); }};
+    const BenchTestView view =
+        Telling({.Stage = [&panel](const std::string& text) { panel.ShowStage(ToQt(text)); }});
     Run([&] { test.Run(view); }, [&panel](bool running) { panel.ShowRunning(running); });
 }
 
 void BenchTestCommands::SweepOutputs(AirTestPanel::Command command) {
     AirTestPanel& panel = m_Board.AirTests();
     const bool all = command == AirTestPanel::Command::All;
+    if (!MayDrive(all ? tr("\"Run Air Test All\"") : tr("\"Run Air Test Hi\"")))
+        return;
     const SweepPlan plan = all ? panel.SteppedSweep() : SweepPlan::UpperHalf();
     OutputSweep test(m_Station);
-    const BenchTestView view{.Caption = [&panel, command](const std::string& text) {
+    const BenchTestView view = Telling({.Caption = [&panel, command](const std::string& text) {
         panel.ShowCaption(command, ToQt(text));
-    }};
+    }});
     Run([&] { test.Run(plan, view); },
         [&panel, command](bool running) { panel.ShowRunning(command, running); });
 }
 
 void BenchTestCommands::TestAirFlow() {
+    if (!MayDrive(tr("\"Test Air Flow\"")))
+        return;
     AirFlowTest test(m_Station);
-    const BenchTestView view{
-        .Caption = [this](const std::string& text) { m_Info.ShowAirFlowCaption(ToQt(text)); }};
+    const BenchTestView view = Telling(
+        {.Caption = [this](const std::string& text) { m_Info.ShowAirFlowCaption(ToQt(text)); }});
     Run([&] { test.TestAirFlow(view); }, [this](bool running) { m_Info.ShowAirFlowTest(running); });
 }
 

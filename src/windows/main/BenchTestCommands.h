@@ -1,5 +1,6 @@
 #pragma once
 
+#include "benchtests/BenchTest.h"
 #include "board/Station.h"
 #include "windows/main/TestPanels.h"
 
@@ -26,6 +27,10 @@ class BenchTestCommands final : public QObject {
     void SweepOutputs(AirTestPanel::Command command);
     void TestAirFlow();
     void Cancel();
+    /// Asks before air is driven by a command that has no question of its own.
+    bool MayDrive(const QString& command);
+    /// The view, whose progress the foot of the main window shows as well.
+    BenchTestView Telling(const BenchTestView& view);
     /// @param showRunning told when the test begins and when it is over
     void Run(const std::function<void()>& test,
              const std::function<void(bool running)>& showRunning);

@@ -77,9 +77,14 @@ void BoardPanel::StopTimers() {
     m_EPROM->StopPolling();
 }
 
-void BoardPanel::Refresh() {
-    m_DAC->Refresh();
+bool BoardPanel::Refresh() {
+    const bool answered = m_DAC->Refresh();
     m_GIO->Refresh();
+    return answered;
+}
+
+void BoardPanel::ShowLost(bool lost) {
+    m_Calibration->setEnabled(!lost);
 }
 
 void BoardPanel::TakeCommands(bool take) {

@@ -37,8 +37,10 @@ class BoardPanel final : public QWidget {
     void Reset();
     /// Ends the recording and what else the timers of the panels do.
     void StopTimers();
-    /// Reads and shows the live values of the current board.
-    void Refresh();
+    /// Reads and shows the live values of the current board. False when it has answered nothing.
+    bool Refresh();
+    /// What was known of the unit is of no use while its board does not answer.
+    void ShowLost(bool lost);
     /// While a procedure runs nothing here can be operated: it would disturb the measurement.
     void TakeCommands(bool take);
 

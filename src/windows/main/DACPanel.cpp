@@ -78,7 +78,7 @@ void DACChannel::ShowOutput(std::int32_t taken_bits, const BoardAnswer& answer, 
         m_Output->ShowFailure(ToQt(answer.Text()));
 }
 
-void DACChannel::ShowInput(AIB& board, NumberBase base) {
+bool DACChannel::ShowInput(AIB& board, NumberBase base) {
     BoardAnswer answer;
     const auto reading = board.Reading(m_Channel, &answer);
     if (reading)
@@ -86,6 +86,7 @@ void DACChannel::ShowInput(AIB& board, NumberBase base) {
     else
         m_Input->ShowFailure(ToQt(answer.Text()));
     m_Bar->Draw(reading, board.DAC(m_Channel));
+    return reading.has_value();
 }
 
 void DACChannel::TakeValues(bool ready) {
@@ -233,11 +234,13 @@ void DACPanel::ShowDigitalSetup() {
     m_IsDigitalSetup->setChecked(Board().IsDigitalSetup());
 }
 
-void DACPanel::Refresh() {
+bool DACPanel::Refresh() {
     ShowReadiness(Board().CheckMFCReady());
+    bool answered = false;
     for (DACChannel* channel : m_Channels)
-        channel->ShowInput(Board(), Base());
+        answered = channel->ShowInput(Board(), Base()) || answered;
     m_Pressure->Refresh(Board());
+    return answered;
 }
 
 void DACPanel::ShowReadiness(bool ready) {

@@ -29,8 +29,8 @@ class DACChannel final : public QWidget {
 
     /// What the board has taken, and how it took the last demand.
     void ShowOutput(std::int32_t taken_bits, const BoardAnswer& answer, NumberBase base);
-    /// Reads the input and shows it.
-    void ShowInput(AIB& board, NumberBase base);
+    /// Reads the input and shows it. False when the board has not answered.
+    bool ShowInput(AIB& board, NumberBase base);
     /// Air channels take values only while the MFCs are ready.
     void TakeValues(bool ready);
 
@@ -74,8 +74,8 @@ class DACPanel final : public QGroupBox {
     void HoldRecording(bool hold);
     /// Shows whether the current board's MFCs are driven digitally.
     void ShowDigitalSetup();
-    /// Reads and shows what the current board measures.
-    void Refresh();
+    /// Reads and shows what the current board measures. False when it has answered nothing.
+    bool Refresh();
 
   signals:
     void SpeedTestWanted();

@@ -2,12 +2,16 @@
 
 #include "platform/ports/Folders.h"
 #include "reports/Diagnostics.h"
+#include "windows/desktop/KeepAbove.h"
 
 #include <QtGlobal>
 
 namespace ombrix {
 
-ToolWindows::ToolWindows(Station& station) : m_Rig(station), m_RigOptions(m_Rig), m_UARTs(station) {
+ToolWindows::ToolWindows(Station& station, QWidget& owner)
+    : m_Rig(station), m_RigOptions(m_Rig), m_UARTs(station) {
+    for (QWidget* window : std::initializer_list<QWidget*>{&m_RigOptions, &m_Rig, &m_UARTs})
+        KeepAbove(*window, owner);
     connect(&m_RigOptions, &AIBTestRigOptionsWindow::Closed, this, &ToolWindows::RigWindowClosed);
     connect(&m_Rig, &AIBTestRigWindow::Closed, this, &ToolWindows::RigWindowClosed);
 }

@@ -16,7 +16,7 @@ class ToolWindows final : public QObject {
     Q_OBJECT
 
   public:
-    explicit ToolWindows(Station& station);
+    ToolWindows(Station& station, QWidget& owner);
 
     void ShowTestRigOptions();
     void ShowUARTs();

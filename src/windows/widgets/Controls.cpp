@@ -1,6 +1,7 @@
 #include "windows/widgets/Controls.h"
 
 #include <QCheckBox>
+#include <QEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
@@ -94,6 +95,25 @@ QCheckBox* MakeCheckBox(const QString& objectName, const QString& caption, QWidg
     return Named(new QCheckBox(caption, parent), objectName, Spoken(caption));
 }
 
+namespace {
+
+/// Keeps a wheel from a control that has not the focus.
+class WheelNeedsFocus final : public QObject {
+  public:
+    explicit WheelNeedsFocus(QWidget* control) : QObject(control) {}
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        const bool refuses =
+            event->type() == QEvent::Wheel && !static_cast<const QWidget*>(watched)->hasFocus();
+        if (refuses)
+            event->ignore();
+        return refuses;
+    }
+};
+
+} // namespace
+
 QSlider* MakeDemandSlider(const QString& objectName, const QString& accessibleName, int highest,
                           QWidget* parent) {
     constexpr int pageShare = 20;
@@ -105,6 +125,9 @@ QSlider* MakeDemandSlider(const QString& objectName, const QString& accessibleNa
     slider->setSingleStep(highest / fineShare);
     slider->setTickPosition(QSlider::TicksLeft);
     slider->setTickInterval(highest / tickShare);
+    // A wheel that scrolls past must not open the air: it moves the slider in use alone.
+    slider->setFocusPolicy(Qt::StrongFocus);
+    slider->installEventFilter(new WheelNeedsFocus(slider));
     return slider;
 }
 

@@ -149,7 +149,7 @@ TEST_F(StageWindowTest, LinesHaveTheirLabelsAndLongOnesDoNotMoveTheWindow) {
 TEST_F(StageWindowTest, CancelButtonAndEscapeReachTheRunningCalibrationOnce) {
     for (const bool byKey : {false, true}) {
         Add(1);
-        const RunningProcedure procedure(Procedures());
+        const RunningProcedure procedure(Procedures(), "test");
         auto& button = Find<QPushButton>("cmdCancel");
         EXPECT_EQ(button.text(), "Cancel");
         if (byKey)
@@ -167,7 +167,7 @@ TEST_F(StageWindowTest, ClosingInMidRunAsksAndCancelsOnYes) {
     for (const bool answered : {false, true}) {
         Add(1);
         {
-            const RunningProcedure procedure(Procedures());
+            const RunningProcedure procedure(Procedures(), "test");
             EXPECT_FALSE(m_Window.close());
             ASSERT_TRUE(Question() != nullptr && Question()->isVisible());
             EXPECT_EQ(Question()->text(),

@@ -54,7 +54,7 @@ TEST_F(HealthCheckWindowTest, StartWantsAnOptionAndNoOtherProcedure) {
         Tick(box);
     }
     Tick(OptionBoxes.front());
-    const RunningProcedure other(m_Bench->Bench.TheStation.Procedures, [] {});
+    const RunningProcedure other(m_Bench->Bench.TheStation.Procedures, "test");
     EXPECT_FALSE(Find("cmdStart").isEnabled());
     EXPECT_FALSE(Find("cmdCancel").isEnabled());
 }

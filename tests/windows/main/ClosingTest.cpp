@@ -39,7 +39,7 @@ TEST(Closing, AirThatTheSlidersSwitchedOnIsSwitchedOff) {
 
 TEST(Closing, ProcedureThatRunsIsAskedAboutAndGoesOnAfterNo) {
     WindowBench bench;
-    const RunningProcedure procedure(bench.Bench.TheStation.Procedures, [] {});
+    const RunningProcedure procedure(bench.Bench.TheStation.Procedures, "test");
     EXPECT_FALSE(bench.Window.close());
     AnswerQuestion(bench.Window, QMessageBox::No);
     EXPECT_TRUE(bench.Window.isVisible());
@@ -50,7 +50,7 @@ TEST(Closing, ProcedureThatRunsIsAskedAboutAndGoesOnAfterNo) {
 TEST(Closing, WindowGoesOnceTheProcedureHasEnded) {
     WindowBench bench;
     {
-        const RunningProcedure procedure(bench.Bench.TheStation.Procedures, [] {});
+        const RunningProcedure procedure(bench.Bench.TheStation.Procedures, "test");
         bench.Window.close();
         bench.Window.close(); // asked again while the question stands: no second box
         EXPECT_EQ(bench.Window.findChildren<QMessageBox*>().size(), 1);

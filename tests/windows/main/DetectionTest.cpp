@@ -117,7 +117,8 @@ TEST(Detection, CalibrationSummaryShowsInItsColours) {
 TEST(Detection, EveryCommandCanBeGivenButThoseWithoutAFunction) {
     WindowBench bench;
     const QStringList without = {"cmdVelocity_PV16", "cmdPressure_PV17", "cmdACU_PVBoth"};
-    const QStringList cancels = {"cmdCancelTest", "cmdCancelAirTest", "cmdCancelAirFlow"};
+    const QStringList cancels = {"cmdCancelTest", "cmdCancelAirTest", "cmdCancelAirFlow",
+                                 "cmdCancelProcedure"};
     for (const auto* command : bench.Window.findChildren<QPushButton*>()) {
         if (!command->isVisible() || cancels.contains(command->objectName()))
             continue;

@@ -14,7 +14,7 @@ TEST(Diagnostics, AreSavedFromTheMenuAndTheirFolderOffered) {
     EXPECT_NE(files.at("versions.txt").find("Qt 6."), std::string::npos);
     EXPECT_TRUE(files.contains("board0_301.bin"));
     ASSERT_EQ(bench.Bench.Documents.Opened.size(), 1U) << "the folder, as was answered";
-    const RunningProcedure running(bench.Bench.TheStation.Procedures, [] {});
+    const RunningProcedure running(bench.Bench.TheStation.Procedures, "test");
     EXPECT_FALSE(bench.Find<QAction>("mnuSaveDiagnostics").isEnabled());
 }
 

@@ -146,7 +146,7 @@ TEST(LivePanel, NothingCanBeOperatedWhileAProcedureRuns) {
             EXPECT_EQ(bench.Find<QWidget>(name).isEnabled(), usable) << name;
     };
     {
-        const RunningProcedure procedure(bench.Bench.TheStation.Procedures, [] {});
+        const RunningProcedure procedure(bench.Bench.TheStation.Procedures, "test");
         expectUsable(false);
     }
     expectUsable(true);

@@ -40,7 +40,7 @@ TEST_F(RecordingBoxTest, RecordsWhileItIsTicked) {
 
 TEST_F(RecordingBoxTest, GoesOnDuringAProcedureAndCountsWhatFailed) {
     Click();
-    const RunningProcedure procedure(m_Bench.Bench.TheStation.Procedures, [] {});
+    const RunningProcedure procedure(m_Bench.Bench.TheStation.Procedures, "test");
     const std::ptrdiff_t before = LineCount(m_File);
     m_Bench.Bench.Bench.SetFaults(Faults::Parse(std::vector<std::string>{"status:32@ReadReg"}));
     QTest::qWait(Moment_ms);

@@ -88,7 +88,7 @@ TEST_F(UARTConsoleTest, TimerReadsTheTickedChannelsInTurnAndNeverWithinATick) {
 TEST_F(UARTConsoleTest, ConsoleKeepsStillWhileAProcedureRuns) {
     Open();
     {
-        const RunningProcedure procedure(m_Bench->Bench.TheStation.Procedures, [] {});
+        const RunningProcedure procedure(m_Bench->Bench.TheStation.Procedures, "test");
         EXPECT_FALSE(Find<QTimer>("timUpdate").isActive());
         EXPECT_FALSE(Find<QWidget>("cmdSet_0").isEnabled());
         EXPECT_FALSE(m_Bench->Find<QAction>("mnuUARTs").isEnabled());
@@ -120,7 +120,7 @@ TEST_F(UARTConsoleTest, ClosedDuringAProcedureItGivesTheChannelsBackAfterwards) 
     Find<QSlider>("sldDACValue_1").setValue(40000);
     Click("cmdSet_1");
     {
-        const RunningProcedure procedure(m_Bench->Bench.TheStation.Procedures, [] {});
+        const RunningProcedure procedure(m_Bench->Bench.TheStation.Procedures, "test");
         m_Window->close();
         EXPECT_GT(m_Bench->Bench.FlowLater_bits(), 1000) << "the procedure has the board";
     }

@@ -1,0 +1,122 @@
+#include "windows/procedure/BoardNotices.h"
+
+#include "platform/ports/Clock.h"
+#include "platform/text/OleDate.h"
+#include "windows/widgets/Controls.h"
+#include "windows/widgets/QtText.h"
+
+#include <QLabel>
+#include <QPainter>
+#include <QTabBar>
+#include <QVBoxLayout>
+
+namespace ombrix {
+
+namespace {
+
+/// Before the second is over that an operator may wait for it.
+constexpr double Patience_s = 0.8;
+
+constexpr QColor Amber(255, 200, 60);
+constexpr QColor Red(176, 0, 32);
+
+QLabel* MakeStrip(const char* objectName, const QColor& ground, const QColor& text,
+                  QWidget* parent) {
+    auto* strip = new QLabel(parent);
+    strip->setObjectName(QLatin1String(objectName));
+    strip->setTextFormat(Qt::PlainText);
+    strip->setWordWrap(true);
+    strip->setAutoFillBackground(true);
+    QPalette palette = strip->palette();
+    palette.setColor(QPalette::Window, ground);
+    palette.setColor(QPalette::WindowText, text);
+    strip->setPalette(palette);
+    constexpr int margin = 3;
+    strip->setMargin(margin);
+    strip->hide();
+    return strip;
+}
+
+QIcon DrivingIcon() {
+    constexpr int size = 12;
+    QPixmap dot(size, size);
+    dot.fill(Qt::transparent);
+    QPainter painter(&dot);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Red);
+    painter.setPen(Qt::NoPen);
+    painter.drawEllipse(1, 1, size - 2, size - 2);
+    QIcon icon(dot);
+    icon.addPixmap(dot, QIcon::Disabled); // while a procedure runs it counts most
+    return icon;
+}
+
+} // namespace
+
+BoardNotices::BoardNotices(Station& station, QTabBar& tabs, const std::string& simulation,
+                           QWidget* parent)
+    : QWidget(parent), m_Station(station), m_Tabs(tabs),
+      m_Simulation(MakeStrip("lblSimulation", Amber, Qt::black, this)),
+      m_Lost(MakeStrip("lblBoardLost", Red, Qt::white, this)) {
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_Lost);
+    layout->addWidget(m_Simulation);
+    if (simulation.empty())
+        return;
+    m_Simulation->setText(tr("Simulated bench: %1").arg(ToQt(simulation)));
+    m_Simulation->setAccessibleName(m_Simulation->text());
+    m_Simulation->show();
+}
+
+void BoardNotices::NoteAnswer(bool answered) {
+    const double now_s = MonotonicSeconds(m_Station.World.Time);
+    if (answered)
+        m_Since_s.reset();
+    else if (!m_Since_s)
+        m_Since_s = now_s;
+    ShowLost(m_Since_s && now_s - *m_Since_s >= Patience_s);
+}
+
+void BoardNotices::ShowLost(bool lost) {
+    if (lost == IsLost())
+        return;
+    m_Lost->setVisible(lost);
+    if (!lost) {
+        m_Banner.reset();
+        return;
+    }
+    const AIB& board = *m_Station.CurrentAIB;
+    m_Banner = DateText(m_Station.World.Time.Now(), "hh:nn:ss");
+    QString text = tr("Board %1 (%2) has not answered since %3.")
+                       .arg(board.DevSerialNum())
+                       .arg(ToQt(board.BusTypeText()), ToQt(*m_Banner));
+    if (board.MayDrive())
+        text +=
+            tr(" AIR MAY STILL BE FLOWING: close the air supply and switch off the power of the "
+               "Aeration Control Unit.");
+    text += tr(" Check its cable, then detect the boards again (F5).");
+    m_Lost->setText(text);
+    m_Lost->setAccessibleName(text);
+}
+
+bool BoardNotices::MarkTabs() {
+    bool anyDrives = false;
+    for (int tab = 0; tab < m_Tabs.count() && tab < m_Station.AIBList.AIBCount(); ++tab) {
+        const bool drives = m_Station.AIBList.AIB(tab)->Drives();
+        anyDrives = anyDrives || drives;
+        if (drives == !m_Tabs.tabIcon(tab).isNull())
+            continue;
+        m_Tabs.setTabIcon(tab, drives ? DrivingIcon() : QIcon());
+        m_Tabs.setTabToolTip(tab,
+                             drives ? tr("Outputs of this board stand above zero.") : QString());
+    }
+    return anyDrives;
+}
+
+void BoardNotices::Reset() {
+    m_Since_s.reset();
+    ShowLost(false);
+}
+
+} // namespace ombrix

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "board/Station.h"
+
+#include <QWidget>
+
+#include <optional>
+#include <string>
+
+class QLabel;
+class QTabBar;
+
+namespace ombrix {
+
+/// What must not be overlooked, above everything else: that the bench is a simulated one, and that
+/// a board does not answer any more. Marks the tabs of boards whose outputs stand above zero.
+class BoardNotices final : public QWidget {
+    Q_OBJECT
+
+  public:
+    /// @param simulation what is simulated ("acu, time × 60"); empty for real boards
+    BoardNotices(Station& station, QTabBar& tabs, const std::string& simulation, QWidget* parent);
+
+    /// The current board has just been asked. @param answered something was read
+    void NoteAnswer(bool answered);
+    /// The current board has not answered for most of a second.
+    bool IsLost() const { return m_Banner.has_value(); }
+    /// Marks the tabs anew. True when a board drives something.
+    bool MarkTabs();
+    /// Another board is shown, or boards were detected anew.
+    void Reset();
+
+  private:
+    void ShowLost(bool lost);
+
+    Station& m_Station;
+    QTabBar& m_Tabs;
+    QLabel* m_Simulation;
+    QLabel* m_Lost;
+    /// Monotonic seconds since the board has not answered.
+    std::optional<double> m_Since_s;
+    /// The banner's date, while it stands.
+    std::optional<std::string> m_Banner;
+};
+
+} // namespace ombrix

@@ -1,0 +1,161 @@
+#include "windows/procedure/ProcedureBar.h"
+
+#include "platform/ports/Clock.h"
+#include "windows/widgets/Controls.h"
+#include "windows/widgets/Guarded.h"
+#include "windows/widgets/QtText.h"
+
+#include <QHBoxLayout>
+#include <QProgressBar>
+#include <QPushButton>
+
+#include <algorithm>
+#include <cmath>
+
+namespace ombrix {
+
+namespace {
+
+constexpr int ProgressSteps = 1000;
+constexpr int RefreshSpacing_ms = 100;
+
+QString DurationText(double seconds) {
+    const auto whole = static_cast<int>(std::ceil(seconds));
+    constexpr int minute = 60;
+    return ProcedureBar::tr("%1:%2 left")
+        .arg(whole / minute)
+        .arg(whole % minute, 2, 10, QLatin1Char('0'));
+}
+
+/// The workbook of a procedure that has left one, else its first file.
+std::filesystem::path ReportOf(const Outcome& outcome) {
+    const auto& files = outcome.Files;
+    const auto report = std::find_if(files.begin(), files.end(), [](const auto& file) {
+        return file.extension().string().starts_with(".xls");
+    });
+    if (report != files.end())
+        return *report;
+    return files.empty() ? std::filesystem::path() : files.front();
+}
+
+} // namespace
+
+ProcedureBar::ProcedureBar(Station& station, QWidget* parent)
+    : QWidget(parent), m_Station(station),
+      m_What(new ValueLabel(QStringLiteral("lblProcedure"), tr("Procedure"), this)),
+      m_Left(new ValueLabel(QStringLiteral("lblProcedureLeft"), tr("Time left"), this)),
+      m_Progress(Named(new QProgressBar(this), QStringLiteral("prgProcedure"),
+                       tr("Progress of the procedure"))),
+      m_Cancel(MakeButton(QStringLiteral("cmdCancelProcedure"), tr("Cancel"), this)),
+      m_Open(MakeButton(QStringLiteral("cmdOpenReport"), tr("Open Report"), this)),
+      m_Folder(MakeButton(QStringLiteral("cmdShowInFolder"), tr("Show in Folder"), this)),
+      m_StopAir(MakeButton(QStringLiteral("cmdStopAir"), tr("Stop Air"), this)) {
+    Named(this, QStringLiteral("picProcedure"), tr("Procedure"));
+    m_Cancel->setToolTip(tr("Ends the procedure with the outputs at zero (Esc)."));
+    m_StopAir->setToolTip(
+        tr("Brings all outputs of all boards to zero and cancels the procedure (Shift+Esc)."));
+    QFont strong = m_StopAir->font();
+    strong.setBold(true);
+    m_StopAir->setFont(strong);
+    m_Progress->setRange(0, ProgressSteps);
+    m_What->CutToFit();
+    LayOut();
+    connect(m_Cancel, &QPushButton::clicked, this, [this] { m_Station.Procedures.Cancel(); });
+    connect(m_Open, &QPushButton::clicked, this, [this] { OpenReport(false); });
+    connect(m_Folder, &QPushButton::clicked, this, [this] { OpenReport(true); });
+    connect(m_StopAir, &QPushButton::clicked, this, &ProcedureBar::StopAirWanted);
+    connect(&m_Refresh, &QTimer::timeout, this, &ProcedureBar::Refresh);
+    m_Refresh.start(RefreshSpacing_ms);
+    Refresh();
+}
+
+void ProcedureBar::LayOut() {
+    constexpr int progressWidth = 180;
+    m_Progress->setMaximumWidth(progressWidth);
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_What, 1);
+    for (QWidget* widget :
+         std::initializer_list<QWidget*>{m_Left, m_Progress, m_Open, m_Folder, m_Cancel, m_StopAir})
+        layout->addWidget(widget);
+}
+
+void ProcedureBar::Refresh() {
+    const ProcedureGate& gate = m_Station.Procedures;
+    if (gate.Running() && !m_WasRunning)
+        m_Begun_s = MonotonicSeconds(m_Station.World.Time);
+    m_WasRunning = gate.Running();
+    m_Progress->setVisible(gate.Running());
+    m_Left->setVisible(gate.Running() && !gate.CancelRequested());
+    m_Cancel->setEnabled(gate.Running() && !gate.CancelRequested());
+    if (gate.Running())
+        ShowRunning();
+    else
+        ShowEnd();
+}
+
+void ProcedureBar::ShowRunning() {
+    const ProcedureGate& gate = m_Station.Procedures;
+    if (gate.Progress() != m_Told) {
+        m_Told = gate.Progress();
+        m_ToldAt_s = MonotonicSeconds(m_Station.World.Time);
+    }
+    m_Report.clear();
+    m_Open->hide();
+    m_Folder->hide();
+    const QString step = gate.CancelRequested() ? tr("ending…") : ToQt(m_Told.Step);
+    m_What->ShowInPaletteColour();
+    m_What->ShowValue(ToQt(gate.Name()) +
+                      (step.isEmpty() ? QString() : QStringLiteral(": ") + step));
+    const auto left_s = Left_s();
+    m_Left->ShowValue(left_s ? DurationText(*left_s) : QString());
+    m_Progress->setValue(static_cast<int>(m_Told.Share * ProgressSteps));
+}
+
+std::optional<double> ProcedureBar::Left_s() {
+    const double now_s = MonotonicSeconds(m_Station.World.Time);
+    if (m_Told.Left_s)
+        return std::max(0.0, *m_Told.Left_s - (now_s - m_ToldAt_s));
+    // Too early a guess would jump.
+    constexpr double leastShare = 0.02;
+    if (m_Told.Share < leastShare)
+        return std::nullopt;
+    const double whole_s = (m_ToldAt_s - m_Begun_s) / m_Told.Share;
+    return std::max(0.0, whole_s - (now_s - m_Begun_s));
+}
+
+void ProcedureBar::ShowEnd() {
+    const auto& end = m_Station.Procedures.LastEnd();
+    m_Report = end ? ReportOf(end->Result) : std::filesystem::path();
+    m_Open->setVisible(!m_Report.empty());
+    m_Folder->setVisible(!m_Report.empty());
+    if (!end) {
+        m_What->ShowInPaletteColour();
+        m_What->ShowValue({});
+        return;
+    }
+    const bool isGood = end->Result.Ended == End::Passed;
+    constexpr Colour red{192, 0, 0};
+    if (isGood)
+        m_What->ShowInPaletteColour();
+    else
+        m_What->ShowInColour(red);
+    const QString reason = ToQt(end->Result.Error).simplified();
+    m_What->ShowValue(QStringLiteral("%1 %2: %3%4")
+                          .arg(isGood ? QStringLiteral("✓") : QStringLiteral("✗"), ToQt(end->Name),
+                               ToQt(end->Verdict),
+                               reason.isEmpty() ? QString() : QStringLiteral(". ") + reason));
+}
+
+void ProcedureBar::OpenReport(bool folder) {
+    Platform& world = m_Station.World;
+    const std::filesystem::path path = folder ? m_Report.parent_path() : m_Report;
+    Guarded(world.Messages, [&] {
+        if (!world.Documents.OpenDocument(path))
+            world.Messages.Ask(
+                {"The desktop has no program that opens it:\r\n\r\n   " + path.string(),
+                 MessageIcon::Warning, MessageButtons::Ok});
+    });
+}
+
+} // namespace ombrix

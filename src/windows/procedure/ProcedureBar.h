@@ -1,0 +1,58 @@
+#pragma once
+
+#include "board/Station.h"
+#include "windows/widgets/ValueLabel.h"
+
+#include <QElapsedTimer>
+#include <QTimer>
+#include <QWidget>
+
+#include <filesystem>
+#include <optional>
+
+class QProgressBar;
+class QPushButton;
+
+namespace ombrix {
+
+/// The foot of the main window, for every procedure of every window: what runs, what it does, how
+/// long it will take, and its Cancel; afterwards how it ended and why, with its report. Stop air
+/// stands there always.
+class ProcedureBar final : public QWidget {
+    Q_OBJECT
+
+  public:
+    ProcedureBar(Station& station, QWidget* parent);
+
+    /// Shows what the procedure has told since.
+    void Refresh();
+
+  signals:
+    void StopAirWanted();
+
+  private:
+    void LayOut();
+    void ShowRunning();
+    void ShowEnd();
+    /// Nothing while nobody can tell.
+    std::optional<double> Left_s();
+    void OpenReport(bool folder);
+
+    Station& m_Station;
+    ValueLabel* m_What;
+    ValueLabel* m_Left;
+    QProgressBar* m_Progress;
+    QPushButton* m_Cancel;
+    QPushButton* m_Open;
+    QPushButton* m_Folder;
+    QPushButton* m_StopAir;
+    QTimer m_Refresh;
+    /// What was told last, and when, in seconds of the bench.
+    ProcedureProgress m_Told;
+    double m_ToldAt_s = 0.0;
+    double m_Begun_s = 0.0;
+    bool m_WasRunning = false;
+    std::filesystem::path m_Report;
+};
+
+} // namespace ombrix

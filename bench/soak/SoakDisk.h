@@ -22,6 +22,10 @@ class SoakDisk final : public ForwardingDrive {
         RequireRoom();
         return std::make_unique<File>(ForwardingDrive::OpenForWriting(path), *this);
     }
+    std::unique_ptr<OutputFile> OpenNew(std::string_view path) override {
+        RequireRoom();
+        return std::make_unique<File>(ForwardingDrive::OpenNew(path), *this);
+    }
     std::unique_ptr<OutputFile> OpenForAppending(std::string_view path) override {
         RequireRoom();
         return std::make_unique<File>(ForwardingDrive::OpenForAppending(path), *this);

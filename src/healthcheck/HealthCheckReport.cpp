@@ -53,9 +53,8 @@ HealthCheckReport::Saved HealthCheckReport::SaveInUnitFolder(const ACU& unit,
     const Drive& files = m_Tools.TheStation.World.Files;
     std::string folder;
     if (GetUnitFolder(m_Tools.TheStation, unit, folder)) {
-        const std::string path = FreePath(files, folder + name, ReportExtension);
-        Book().SaveAs(path, FileFormat::ByExtension);
-        return {path, files.RealPath(path), {}};
+        Book().SaveAs(folder + name + ReportExtension, FileFormat::ByExtension);
+        return {Book().FullName(), files.RealPath(Book().FullName()), {}};
     }
     const std::string shown =
         fmt::format("{:05}_{}\\'", unit.Serial, unit.Record.CleanNumberInNames());

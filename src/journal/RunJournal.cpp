@@ -29,7 +29,7 @@ void RunJournal::Open(const std::string& name, const std::string& header) {
     try {
         Drive& files = m_World.Files;
         files.CreateFolder(Paths::Journals);
-        m_Path = FreePath(files, Paths::Journals + name, JournalEnding);
+        m_Path = FreePath(files, Paths::Journals + name + JournalEnding);
         const ProgramIdentity& program = m_World.Program;
         m_Running =
             files.TryLock(RunningMarkOf(m_Path), fmt::format("{}, process {} on {}", program.Name,

@@ -1,7 +1,6 @@
 #include "reports/ReportFile.h"
 
 #include "platform/os/ProgramLog.h"
-#include "platform/ports/Folders.h"
 #include "platform/text/OleDate.h"
 #include "platform/text/Paths.h"
 #include "spreadsheet/Spreadsheet.h"
@@ -83,23 +82,11 @@ bool SaveWorkbookAs(Workbook& workbook, const std::string& path, std::string* re
     return true;
 }
 
-namespace {
-
-constexpr std::string_view Extension = ".xlsx";
-
-std::string KeptPath(const Drive& files, const std::string& fileName) {
-    const std::string stem = fileName.substr(0, fileName.size() - Extension.size());
-    return FreePath(files, Paths::Temporary + stem, Extension);
-}
-
-} // namespace
-
 std::optional<std::filesystem::path> KeepWorkbook(Platform& world, Workbook& workbook,
                                                   const std::string& fileName) {
     try {
-        const std::string file = KeptPath(world.Files, fileName);
-        workbook.SaveAs(file, FileFormat::ByExtension);
-        const std::filesystem::path path = world.Files.RealPath(file);
+        workbook.SaveAs(Paths::Temporary + fileName, FileFormat::ByExtension);
+        const std::filesystem::path path = world.Files.RealPath(workbook.FullName());
         TellOperator(world,
                      "The report has been kept in the folder for temporary files:\r\n\r\n   " +
                          path.string() + "\r\n\r\nPlease move it to a safe place.",

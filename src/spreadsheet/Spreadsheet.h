@@ -140,8 +140,9 @@ class Workbook {
     /// By position, from 1.
     virtual Worksheet& Sheet(int position) = 0;
     virtual Worksheet& Sheet(std::string_view name) = 0;
-    /// Stores the workbook under a path of the program ("C:\ACUs\…"). The name holds either
-    /// what it held or the whole workbook.
+    /// Stores the workbook under a path of the program ("C:\ACUs\…"), the whole of it or nothing.
+    /// A file that it has not written itself is not replaced: " (2)", … then stands before the
+    /// extension, as FullName tells.
     virtual void SaveAs(std::string_view path, FileFormat format) = 0;
     /// The path under which the workbook is stored; empty while it is stored nowhere.
     virtual std::string FullName() const = 0;

@@ -1,5 +1,6 @@
 #include "spreadsheet/XlsxWorkbook.h"
 
+#include "platform/ports/Folders.h"
 #include "spreadsheet/XlsxApplication.h"
 #include "spreadsheet/package/WorkbookXml.h"
 #include "spreadsheet/package/XmlPart.h"
@@ -234,8 +235,11 @@ void XlsxWorkbook::Store(const std::string& path, FileFormat format) {
     std::string content = Xlsx();
     if (binary)
         content = m_Application.Converter().Convert(content, "xlsx", "xls");
-    m_Application.Files().ReplaceFile(path, content);
-    m_FullName = path;
+    Drive& files = m_Application.Files();
+    if (path == m_FullName)
+        files.ReplaceFile(path, content); // a file of its own
+    else
+        m_FullName = StoreUnderFreeName(files, path, content);
     m_FailedPath.reset();
 }
 
@@ -252,12 +256,11 @@ void XlsxWorkbook::SaveAs(std::string_view path, FileFormat format) {
 void XlsxWorkbook::KeepUnsaved() {
     if (!m_FailedPath)
         return;
-    const Drive& files = m_Application.Files();
     const std::string& folder = m_Application.CurrentFolder();
     std::string reason;
     for (const std::string& path :
-         {FreePathBeside(*m_FailedPath, folder, m_TemplateName, files),
-          FreePathBeside(FileNameOf(*m_FailedPath), folder, m_TemplateName, files)}) {
+         {PathBeside(*m_FailedPath, folder, m_TemplateName),
+          PathBeside(FileNameOf(*m_FailedPath), folder, m_TemplateName)}) {
         try {
             Store(path, FileFormat::ByExtension);
             return;

@@ -5,6 +5,7 @@
 #include "board/eprom/EpromWriter.h"
 #include "board/unit/CalibrationSummary.h"
 #include "platform/os/FolderDrive.h"
+#include "platform/ports/Folders.h"
 #include "platform/text/Text.h"
 #include "reports/Diagnostics.h"
 #include "terminal/Command.h"
@@ -213,11 +214,14 @@ CommandResult RunMFCNumber(CommandContext& context, const std::string& number) {
 CommandResult RunDiagnostics(CommandContext& context, const std::filesystem::path& file) {
     Platform& world = context.TheStation.World;
     const std::string archive = MakeDiagnostics(context.TheStation, {context.Options});
-    const std::filesystem::path path = file.empty() ? world.Files.RealPath(DiagnosticsPath(world))
-                                                    : std::filesystem::absolute(file);
-    ReplaceWholeFile(path, archive);
     CommandResult result;
-    AddFiles(result, {path});
+    if (file.empty()) {
+        AddFiles(result, {world.Files.RealPath(
+                             StoreUnderFreeName(world.Files, DiagnosticsPath(world), archive))});
+        return result;
+    }
+    ReplaceWholeFile(std::filesystem::absolute(file), archive);
+    AddFiles(result, {std::filesystem::absolute(file)});
     return result;
 }
 

@@ -85,9 +85,14 @@ TEST_F(CalibrationWorkbooksTest, YesOpensTheFileNoClosesWorkbookAndApplication) 
     EXPECT_EQ(opened.Application->WorkbookCount(), 0);
     EXPECT_TRUE(m_Bench.Bench.Documents.Opened.empty());
 
+    const std::string before = ReadWholeFile(Root() / "Bare.xls");
     opened = Open();
-    SaveCalibrationExcelWorkbook(m_Bench.Reports, opened, "Bare.xls", false);
-    EXPECT_EQ(m_Bench.Bench.Documents.Opened, std::vector{report.File.value()});
+    const StoredReport second =
+        SaveCalibrationExcelWorkbook(m_Bench.Reports, opened, "Bare.xls", false);
+    EXPECT_TRUE(second.WhereItBelongs);
+    EXPECT_EQ(second.File, Root() / "Bare (2).xls");
+    EXPECT_EQ(ReadWholeFile(Root() / "Bare.xls"), before) << "of the first one nothing is lost";
+    EXPECT_EQ(m_Bench.Bench.Documents.Opened, std::vector{second.File.value()});
     EXPECT_EQ(opened.Application->WorkbookCount(), 1);
 }
 

@@ -1,5 +1,6 @@
 #include "platform/ports/Folders.h"
 
+#include "support/ForwardingDrive.h"
 #include "support/TestBench.h"
 
 #include <gtest/gtest.h>
@@ -26,6 +27,34 @@ TEST(Folders, FoldersAreMadeWithTheirParents) {
     EXPECT_FALSE(CreateFolderPath(drive, R"(Z:\nowhere\at all)"));
     EXPECT_FALSE(CreateFolderPath(drive, R"(C:\..\outside)"));
     EXPECT_TRUE(bench.Messages.Shown.empty());
+}
+
+/// Shows a file of another program a moment too late.
+class LateDrive final : public ForwardingDrive {
+  public:
+    using ForwardingDrive::ForwardingDrive;
+    bool FileExists(std::string_view path) const override {
+        return ++m_Asked > 1 && ForwardingDrive::FileExists(path);
+    }
+
+  private:
+    mutable int m_Asked = 0;
+};
+
+TEST(Folders, NoFileIsReplacedByOneOfTheSameName) {
+    TestBench bench;
+    bench.Files.CreateFolder(R"(C:\a.b)");
+    for (const auto& [path, second] : {std::pair{R"(C:\a.b\c.d.csv)", R"(C:\a.b\c.d (2).csv)"},
+                                       std::pair{R"(C:\a.b\none)", R"(C:\a.b\none (2))"}}) {
+        EXPECT_EQ(StoreUnderFreeName(bench.Files, path, "first"), path);
+        LateDrive late(bench.Files);
+        EXPECT_EQ(StoreUnderFreeName(late, path, "second"), second);
+        LateDrive again(bench.Files);
+        OpenUnderFreeName(again, path)->Write("third");
+        EXPECT_EQ(bench.Files.ReadFile(path), "first");
+        EXPECT_EQ(bench.Files.ReadFile(second), "second");
+    }
+    EXPECT_THROW(StoreUnderFreeName(bench.Files, R"(C:\no folder\a.csv)", ""), DriveError);
 }
 
 TEST(Folders, AFolderIsMadeOnlyWhenTheOperatorAgrees) {

@@ -15,6 +15,9 @@ class ForwardingDrive : public Drive {
     std::unique_ptr<OutputFile> OpenForWriting(std::string_view path) override {
         return m_Drive.OpenForWriting(path);
     }
+    std::unique_ptr<OutputFile> OpenNew(std::string_view path) override {
+        return m_Drive.OpenNew(path);
+    }
     std::unique_ptr<OutputFile> OpenForAppending(std::string_view path) override {
         return m_Drive.OpenForAppending(path);
     }

@@ -32,13 +32,17 @@ class FullDisk final : public ForwardingDrive {
 
     /// Text files cannot be begun either.
     bool NoNewFiles = false;
-    /// What still goes into text files, all of them together.
+    /// What still goes into text files, all of them together: on C:, and on the others.
     int WritesLeft = std::numeric_limits<int>::max();
+    int WritesLeftElsewhere = std::numeric_limits<int>::max();
 
     std::unique_ptr<OutputFile> OpenForWriting(std::string_view path) override {
-        if (path.starts_with("C:") && NoNewFiles)
-            throw DriveError("No space left on device");
-        return std::make_unique<FileOnFullDisk>(ForwardingDrive::OpenForWriting(path), WritesLeft);
+        RequireRoom(path);
+        return Limited(path, ForwardingDrive::OpenForWriting(path));
+    }
+    std::unique_ptr<OutputFile> OpenNew(std::string_view path) override {
+        RequireRoom(path);
+        return Limited(path, ForwardingDrive::OpenNew(path));
     }
     void ReplaceFile(std::string_view path, std::string_view content) override {
         // The few bytes of a mark find room as long as files can be begun.
@@ -50,6 +54,16 @@ class FullDisk final : public ForwardingDrive {
         if (path.starts_with("C:"))
             throw DriveError("No space left on device");
         ForwardingDrive::CreateFile(path, content);
+    }
+
+  private:
+    void RequireRoom(std::string_view path) const {
+        if (path.starts_with("C:") && NoNewFiles)
+            throw DriveError("No space left on device");
+    }
+    std::unique_ptr<OutputFile> Limited(std::string_view path, std::unique_ptr<OutputFile> file) {
+        return std::make_unique<FileOnFullDisk>(
+            std::move(file), path.starts_with("C:") ? WritesLeft : WritesLeftElsewhere);
     }
 };
 

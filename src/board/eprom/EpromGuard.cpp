@@ -96,13 +96,11 @@ void EpromGuard::ReadSteadily() {
 void EpromGuard::Save() {
     try {
         CreateFolderPath(m_World.Files, Paths::Backups);
-        const std::string path = FreePath(
-            m_World.Files,
-            fmt::format("{}{}_{}_{}", Paths::Backups, m_Unit,
-                        DateText(m_World.Time.Now(), "yyyymmdd_hhnnss"), FileNamePart(m_Purpose)),
-            ".bin");
-        m_World.Files.CreateFile(path, m_Content.Bytes());
-        m_Backup = path;
+        m_Backup = StoreUnderFreeName(m_World.Files,
+                                      fmt::format("{}{}_{}_{}.bin", Paths::Backups, m_Unit,
+                                                  DateText(m_World.Time.Now(), "yyyymmdd_hhnnss"),
+                                                  FileNamePart(m_Purpose)),
+                                      m_Content.Bytes());
     } catch (const DriveError& error) {
         Refuse(fmt::format("Its content cannot be saved first: {}.\r\n\r\nPlease make room on the "
                            "disk, or the folder writable, then try again.",

@@ -66,7 +66,7 @@ FileDescriptor OpenFile(const fs::path& path, int flags) {
 
 class FolderOutputFile final : public OutputFile {
   public:
-    /// @param mode O_TRUNC or O_APPEND
+    /// @param mode O_TRUNC, O_EXCL or O_APPEND
     FolderOutputFile(fs::path path, int mode)
         : m_Path(std::move(path)), m_File(OpenFile(m_Path, O_WRONLY | O_CREAT | mode)) {}
 
@@ -212,6 +212,10 @@ bool FolderDrive::CreateFolder(std::string_view path) {
 
 std::unique_ptr<OutputFile> FolderDrive::OpenForWriting(std::string_view path) {
     return std::make_unique<FolderOutputFile>(RealPath(path), O_TRUNC);
+}
+
+std::unique_ptr<OutputFile> FolderDrive::OpenNew(std::string_view path) {
+    return std::make_unique<FolderOutputFile>(RealPath(path), O_EXCL);
 }
 
 std::unique_ptr<OutputFile> FolderDrive::OpenForAppending(std::string_view path) {

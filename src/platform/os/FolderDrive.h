@@ -19,6 +19,7 @@ class FolderDrive final : public Drive {
     bool FolderExists(std::string_view path) const override;
     bool CreateFolder(std::string_view path) override;
     std::unique_ptr<OutputFile> OpenForWriting(std::string_view path) override;
+    std::unique_ptr<OutputFile> OpenNew(std::string_view path) override;
     std::unique_ptr<OutputFile> OpenForAppending(std::string_view path) override;
     std::string ReadFile(std::string_view path) const override;
     void ReplaceFile(std::string_view path, std::string_view content) override;

@@ -52,6 +52,9 @@ class Drive {
 
     /// Creates a text file, replacing one of that name. @throws DriveError
     virtual std::unique_ptr<OutputFile> OpenForWriting(std::string_view path) = 0;
+    /// Creates a text file under a name that is still free.
+    /// @throws DriveError also when there is a file of that name
+    virtual std::unique_ptr<OutputFile> OpenNew(std::string_view path) = 0;
     /// Goes on with a text file, which is made when there is none; several programs may write
     /// to it at a time. @throws DriveError
     virtual std::unique_ptr<OutputFile> OpenForAppending(std::string_view path) = 0;

@@ -69,11 +69,44 @@ std::string GetSystemFolder(Drive& drive, std::string_view subFolder, std::strin
     return AddBackslash(candidate) + std::string(fileName);
 }
 
-std::string FreePath(const Drive& files, std::string_view stem, std::string_view ending) {
-    std::string path = fmt::format("{}{}", stem, ending);
-    for (int number = 2; files.FileExists(path); ++number)
-        path = fmt::format("{} ({}){}", stem, number, ending);
-    return path;
+std::string FreePath(const Drive& files, std::string_view path) {
+    const std::size_t point = path.find_last_of("\\.");
+    const bool hasExtension = point != std::string_view::npos && path[point] == '.';
+    const std::string_view stem = path.substr(0, hasExtension ? point : path.size());
+    std::string free(path);
+    for (int number = 2; files.FileExists(free); ++number)
+        free = fmt::format("{} ({}){}", stem, number, path.substr(stem.size()));
+    return free;
+}
+
+namespace {
+
+/// Another program may be as quick to find the same name free: then the next one is taken.
+template <class Make>
+auto MakeUnderFreeName(const Drive& files, std::string_view path, const Make& make) {
+    while (true) {
+        const std::string free = FreePath(files, path);
+        try {
+            return make(free);
+        } catch (const DriveError&) {
+            if (!files.FileExists(free))
+                throw;
+        }
+    }
+}
+
+} // namespace
+
+std::unique_ptr<OutputFile> OpenUnderFreeName(Drive& files, std::string_view path) {
+    return MakeUnderFreeName(files, path,
+                             [&files](const std::string& free) { return files.OpenNew(free); });
+}
+
+std::string StoreUnderFreeName(Drive& files, std::string_view path, std::string_view content) {
+    return MakeUnderFreeName(files, path, [&](const std::string& free) {
+        files.CreateFile(free, content);
+        return free;
+    });
 }
 
 bool ShellOpenFile(const Drive& drive, DocumentOpener& opener, std::string_view path) {

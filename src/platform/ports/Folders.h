@@ -2,6 +2,7 @@
 
 #include "platform/ports/Platform.h"
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -27,8 +28,14 @@ bool CreateFolderPath(Drive& drive, std::string_view path);
 /// Path of a file in a sub-folder of the instrument's system folder; makes the sub-folder.
 std::string GetSystemFolder(Drive& drive, std::string_view subFolder, std::string_view fileName);
 
-/// Path of a file that is not there yet: stem and ending, with " (2)", … between them when need be.
-std::string FreePath(const Drive& files, std::string_view stem, std::string_view ending);
+/// The path, where there is such a file with " (2)", " (3)", … before its extension.
+std::string FreePath(const Drive& files, std::string_view path);
+
+/// Creates a text file under its free path. @throws DriveError
+std::unique_ptr<OutputFile> OpenUnderFreeName(Drive& files, std::string_view path);
+
+/// Stores a whole file under its free path. @return that path @throws DriveError
+std::string StoreUnderFreeName(Drive& files, std::string_view path, std::string_view content);
 
 /// Opens a file or folder with its program; true when the desktop could.
 bool ShellOpenFile(const Drive& drive, DocumentOpener& opener, std::string_view path);

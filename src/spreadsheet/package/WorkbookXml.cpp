@@ -1,6 +1,5 @@
 #include "spreadsheet/package/WorkbookXml.h"
 
-#include "platform/ports/Folders.h"
 #include "platform/text/Text.h"
 #include "spreadsheet/package/XmlPart.h"
 #include "spreadsheet/sheet/FormulaText.h"
@@ -56,11 +55,11 @@ bool IsBinary(std::string_view path, FileFormat format) {
     throw SpreadsheetError("the name must end in .xlsx or .xls");
 }
 
-std::string FreePathBeside(std::string_view path, std::string_view currentFolder,
-                           std::string_view otherwise, const Drive& files) {
+std::string PathBeside(std::string_view path, std::string_view currentFolder,
+                       std::string_view otherwise) {
     std::string stem = FullPath(FileNameOf(path).empty() ? otherwise : path, currentFolder);
     stem.resize(stem.size() - Extension(stem).size());
-    return FreePath(files, stem, ".xlsx");
+    return stem + ".xlsx";
 }
 
 } // namespace ombrix::xlsx

@@ -23,10 +23,9 @@ std::string FileNameOf(std::string_view path);
 /// @throws SpreadsheetError for a name of a kind that cannot be written
 bool IsBinary(std::string_view path, FileFormat format);
 
-/// "….xlsx" beside a name, numbered when there is such a file already.
-/// @param otherwise the file's name where the path has none
-std::string FreePathBeside(std::string_view path, std::string_view currentFolder,
-                           std::string_view otherwise, const Drive& files);
+/// "….xlsx" beside a name. @param otherwise the file's name where the path has none
+std::string PathBeside(std::string_view path, std::string_view currentFolder,
+                       std::string_view otherwise);
 
 } // namespace ombrix::xlsx
 

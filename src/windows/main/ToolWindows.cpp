@@ -46,8 +46,7 @@ void SaveDiagnostics(Station& station, const std::string& options) {
     Platform& world = station.World;
     const std::string archive =
         MakeDiagnostics(station, {options, {std::string("Qt ") + qVersion()}});
-    const std::string path = DiagnosticsPath(world);
-    world.Files.ReplaceFile(path, archive);
+    const std::string path = StoreUnderFreeName(world.Files, DiagnosticsPath(world), archive);
     const Answer answer = world.Messages.Ask({"The diagnostics have been saved:\r\n\r\n   " +
                                                   world.Files.RealPath(path).string() +
                                                   "\r\n\r\nDo you want to open the folder?",

@@ -117,13 +117,18 @@ std::string AirFlowTest::MissingBoards() const {
 }
 
 bool AirFlowTest::Measure(const BenchTestView& view, AirFlowResult& result) {
-    TestLog log(m_Station, Paths::AirFlowTest + TestLog::Stamp(m_Station) + ".csv", result);
-    log.WriteLine(Header);
-    if (!result.MissingBoards.empty()) {
-        m_Station.World.Messages.Ask(
-            {result.MissingBoards, MessageIcon::Information, MessageButtons::Ok});
-        return true;
-    }
+    LineFile log = LineFile::Begin(m_Station.World, "file of the air flow test",
+                                   Paths::AirFlowTest + FileStamp(m_Station) + ".csv");
+    log.WriteHeading(Header);
+    if (result.MissingBoards.empty())
+        return RunLogged(log, result, [&] { return RunWhole(log, view, result); });
+    AddFile(result, log);
+    m_Station.World.Messages.Ask(
+        {result.MissingBoards, MessageIcon::Information, MessageButtons::Ok});
+    return true;
+}
+
+bool AirFlowTest::RunWhole(LineFile& log, const BenchTestView& view, AirFlowResult& result) {
     // What a board refuses here and below is told to it again at every pass of the waits.
     m_Station.Outputs.Set(*m_Measure, 0, ReferenceSupply_bits);
     m_Station.Outputs.PrepareValve(*m_Flow);
@@ -202,8 +207,8 @@ AirFlowTest::Inputs AirFlowTest::ReadInputs(HiResTimer& timer) {
         watch.Note(answer, timer.ElapsedTime());
         return value;
     };
-    return {read(*m_Flow, 0, m_FlowWatch), read(*m_Flow, 1, m_FlowWatch),
-            read(*m_Measure, 0, m_MeasureWatch)};
+    return {read(*m_Flow, 0, m_Watches[0]), read(*m_Flow, 1, m_Watches[1]),
+            read(*m_Measure, 0, m_Watches[2])};
 }
 
 void AirFlowTest::SetDemands(const FlowDemand& demand) {

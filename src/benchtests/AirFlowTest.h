@@ -40,7 +40,7 @@ class AirFlowTest {
     };
     /// What the parts of a running test work on.
     struct Running {
-        TestLog& Log;
+        LineFile& Log;
         HiResTimer& Timer;
         const BenchTestView& View;
         AirFlowResult& Result;
@@ -50,6 +50,7 @@ class AirFlowTest {
     void FindBoards();
     std::string MissingBoards() const;
     bool Measure(const BenchTestView& view, AirFlowResult& result);
+    bool RunWhole(LineFile& log, const BenchTestView& view, AirFlowResult& result);
     bool RunSchedule(Running& run);
     /// Samples for a time. False when the operator has cancelled.
     bool SampleFor(Running& run, double duration_s, const std::string& label);
@@ -64,8 +65,8 @@ class AirFlowTest {
     ProcedureWait m_Wait;
     std::shared_ptr<AIB> m_Flow;
     std::shared_ptr<AIB> m_Measure;
-    AnswerWatch m_FlowWatch;
-    AnswerWatch m_MeasureWatch;
+    /// One for each input: an input that answers says nothing of the others.
+    std::array<AnswerWatch, 3> m_Watches;
     /// Of the last line.
     std::int64_t m_LastTick = -1;
 };

@@ -2,11 +2,9 @@
 
 #include "board/Station.h"
 #include "board/procedure/Outcome.h"
-#include "platform/ports/Drive.h"
-#include "platform/text/OleDate.h"
+#include "platform/os/LineFile.h"
 
 #include <functional>
-#include <memory>
 #include <string>
 
 namespace ombrix {
@@ -21,25 +19,19 @@ struct BenchTestView {
     std::function<void(double share)> Progress = [](double) {};
 };
 
-/// The CSV file of a bench test. Each line reaches the disk as a whole when it is written.
-class TestLog {
-  public:
-    /// Creates the file and names it in the outcome. @throws DriveError
-    TestLog(Station& station, const std::string& path, Outcome& outcome)
-        : m_File(station.World.Files.OpenForWriting(path)) {
-        outcome.Files.push_back(m_File->RealPath());
-    }
+/// The present time as it stands in the names of the tests' files.
+std::string FileStamp(const Station& station);
 
-    /// @throws DriveError
-    void WriteLine(const std::string& line) { m_File->Write(line + "\r\n"); }
+/// Names the files in the outcome, and what the operator is to know of them.
+void AddFile(Outcome& outcome, const LineFile& file);
 
-    /// The time of the start as it stands in the names of these files.
-    static std::string Stamp(const Station& station) {
-        return DateText(station.World.Time.Now(), "yyyymmdd_hhnnss");
-    }
+/// The last line of a test that was cancelled, and of one that an error has stopped.
+inline constexpr const char* CancelledLine = "Cancelled by the operator";
+std::string StoppedLine(const std::string& error);
 
-  private:
-    std::unique_ptr<OutputFile> m_File;
-};
+/// Runs a test with its file: whatever way it is left, its last line tells when it was cancelled or
+/// stopped, and the outcome names the file.
+/// @param body returns false when the operator has cancelled
+bool RunLogged(LineFile& file, Outcome& outcome, const std::function<bool()>& body);
 
 } // namespace ombrix

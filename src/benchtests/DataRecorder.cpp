@@ -1,5 +1,6 @@
 #include "benchtests/DataRecorder.h"
 
+#include "benchtests/BenchTest.h"
 #include "board/procedure/DrivingProcedure.h"
 #include "board/procedure/HiResTimer.h"
 #include "board/procedure/ProcedureWait.h"
@@ -31,12 +32,12 @@ void DataRecorder::Start() {
     m_FailedReadings = 0;
     m_Board = m_Station.CurrentAIB;
     // The day stands before the month: scripts that collect these files count on it.
-    m_File = world.Files.OpenForWriting(Paths::Recording +
-                                        DateText(world.Time.Now(), "yyyyddmm_hhnnss") + ".csv");
-    m_Path = m_File->RealPath();
+    m_File.emplace(
+        LineFile::Begin(m_Station.World, "recording",
+                        Paths::Recording + DateText(world.Time.Now(), "yyyyddmm_hhnnss") + ".csv"));
     m_StartOfDay_s = world.Time.SecondsSinceMidnight();
     try {
-        m_File->Write("Timer,CH1 Flow,Ch2 Flow,3v3,Floating\r\n");
+        m_File->WriteHeading("Timer,CH1 Flow,Ch2 Flow,3v3,Floating");
     } catch (const DriveError&) {
         Stop();
         throw;
@@ -57,7 +58,7 @@ void DataRecorder::RecordLine() {
     const AIBStatus status = m_Board->ReadReg(AIB::PressureRegister, pressure);
     add(status == Status::NoError ? std::optional(pressure) : std::nullopt);
     try {
-        m_File->Write(GeneralText(elapsed_s) + fields + "\r\n");
+        m_File->WriteLine(GeneralText(elapsed_s) + fields);
         ++m_Lines;
     } catch (const DriveError&) {
         Stop();
@@ -67,28 +68,10 @@ void DataRecorder::RecordLine() {
 
 RecordingResult TimedRecording::Run(double duration_s,
                                     const std::function<void(double share)>& progress) {
-    constexpr double progressSpacing_s = 0.25;
     RecordingResult outcome;
     RunBenchProcedure(m_Station, "recording", {}, outcome, [&] {
         m_Recorder.Start();
-        outcome.Files.push_back(m_Recorder.File());
-        ProcedureWait wait(m_Station);
-        HiResTimer timer(m_Station.World.Time);
-        double progressDue_s = 0.0;
-        // Due times are multiples of the spacing, so that they do not drift over the hours; a
-        // bench that is slower than that skips some, as the window's timer does.
-        for (double due_s = 0.0; due_s < duration_s; due_s = NextDue_s(due_s, timer)) {
-            do {
-                if (!wait.Pass(timer, due_s))
-                    return false;
-            } while (timer.ElapsedTime() < due_s);
-            m_Recorder.RecordLine();
-            if (due_s >= progressDue_s) {
-                progressDue_s = due_s + progressSpacing_s;
-                progress(due_s / duration_s);
-            }
-        }
-        return !wait.Ended();
+        return RunLogged(m_Recorder.File(), outcome, [&] { return Record(duration_s, progress); });
     });
     m_Recorder.Stop();
     outcome.Lines = m_Recorder.Lines();
@@ -98,6 +81,27 @@ RecordingResult TimedRecording::Run(double duration_s,
         outcome.Error = "The board has answered none of the readings.";
     }
     return outcome;
+}
+
+bool TimedRecording::Record(double duration_s, const std::function<void(double share)>& progress) {
+    constexpr double progressSpacing_s = 0.25;
+    ProcedureWait wait(m_Station);
+    HiResTimer timer(m_Station.World.Time);
+    double progressDue_s = 0.0;
+    // Due times are multiples of the spacing, so that they do not drift over the hours; a
+    // bench that is slower than that skips some, as the window's timer does.
+    for (double due_s = 0.0; due_s < duration_s; due_s = NextDue_s(due_s, timer)) {
+        do {
+            if (!wait.Pass(timer, due_s))
+                return false;
+        } while (timer.ElapsedTime() < due_s);
+        m_Recorder.RecordLine();
+        if (due_s >= progressDue_s) {
+            progressDue_s = due_s + progressSpacing_s;
+            progress(due_s / duration_s);
+        }
+    }
+    return !wait.Ended();
 }
 
 } // namespace ombrix

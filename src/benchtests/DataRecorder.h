@@ -2,12 +2,12 @@
 
 #include "board/Station.h"
 #include "board/procedure/Outcome.h"
-#include "platform/ports/Drive.h"
+#include "platform/os/LineFile.h"
 
 #include <cstdint>
-#include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace ombrix {
 
@@ -18,21 +18,24 @@ class DataRecorder {
   public:
     explicit DataRecorder(Station& station) : m_Station(station) {}
 
-    bool Recording() const { return m_File != nullptr; }
+    bool Recording() const { return m_File && m_File->IsOpen(); }
     /// Begins a new file, named by the time, of the current board. @throws DriveError
     void Start();
     /// Appends a line. A reading that fails is an empty field. @throws DriveError and stops
     /// recording: what was written is whole
     void RecordLine();
-    void Stop() { m_File.reset(); }
+    void Stop() {
+        if (m_File)
+            m_File->Close();
+    }
 
     std::int64_t Lines() const { return m_Lines; }
     /// Of the five of each line, how many the board has not answered.
     std::int64_t FailedReadings() const { return m_FailedReadings; }
     /// There are lines, and nothing in them.
     bool NothingAnswered() const { return m_Lines > 0 && m_FailedReadings == Readings * m_Lines; }
-    /// Real path of the last file.
-    const std::filesystem::path& File() const { return m_Path; }
+    /// The last file; there is one from the first start on.
+    LineFile& File() { return *m_File; }
 
   private:
     /// Inputs and pressure register.
@@ -41,8 +44,7 @@ class DataRecorder {
     Station& m_Station;
     /// The board that was current when the recording began.
     std::shared_ptr<AIB> m_Board;
-    std::unique_ptr<OutputFile> m_File;
-    std::filesystem::path m_Path;
+    std::optional<LineFile> m_File;
     double m_StartOfDay_s = 0.0;
     std::int64_t m_Lines = 0;
     std::int64_t m_FailedReadings = 0;
@@ -66,6 +68,8 @@ class TimedRecording {
     RecordingResult Run(double duration_s, const std::function<void(double share)>& progress);
 
   private:
+    bool Record(double duration_s, const std::function<void(double share)>& progress);
+
     Station& m_Station;
     DataRecorder m_Recorder;
 };

@@ -11,6 +11,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <exception>
 
 namespace ombrix {
 
@@ -22,17 +23,19 @@ constexpr std::int32_t Levels = DigitalMFCTable::Steps / 2;
 /// file's.
 constexpr std::int32_t SecondHeaderRow = 6;
 
-std::string SampleText(const std::vector<DigitalMFCTable::Sample>& samples, std::int32_t row) {
-    if (Index(row) >= samples.size())
-        return "0,0,0,0";
-    const DigitalMFCTable::Sample& sample = samples[Index(row)];
+std::string SampleText(const DigitalMFCTable::Sample& sample) {
     return fmt::format("{},{},{},{}", GeneralText(sample.Time_s), sample.Demand_bits,
                        OptionalText(sample.Value_bits), OptionalText(sample.Pressure_bits));
 }
 
-std::string LevelText(const std::array<float, DigitalMFCTable::Steps>& means, std::int32_t level) {
-    const float up = means.at(Index(level));
-    const float down = means.at(Index(DigitalMFCTable::Steps - 1 - level));
+std::string RowText(const std::vector<DigitalMFCTable::Sample>& samples, std::int32_t row) {
+    return Index(row) < samples.size() ? SampleText(samples[Index(row)]) : "0,0,0,0";
+}
+
+std::string LevelText(const std::array<std::optional<float>, DigitalMFCTable::Steps>& means,
+                      std::int32_t level) {
+    const float up = means.at(Index(level)).value_or(0.0F);
+    const float down = means.at(Index(DigitalMFCTable::Steps - 1 - level)).value_or(0.0F);
     return fmt::format(",,{},{},{},{}", GeneralText(DigitalMFCTable::ProfileDemand(level)),
                        GeneralText(up), GeneralText(down), GeneralText(up - down));
 }
@@ -56,7 +59,8 @@ void DigitalMFCTable::Add(std::int32_t channel, const Sample& sample) {
         m_Samples.at(Index(channel)).push_back(sample);
 }
 
-void DigitalMFCTable::SetMean(std::int32_t channel, std::int32_t step, float mean_bits) {
+void DigitalMFCTable::SetMean(std::int32_t channel, std::int32_t step,
+                              std::optional<float> mean_bits) {
     m_Means.at(Index(channel)).at(Index(step)) = mean_bits;
 }
 
@@ -65,8 +69,7 @@ std::int32_t DigitalMFCTable::SampleCount(std::int32_t channel) const {
 }
 
 std::string DigitalMFCTable::Line(std::int32_t row) const {
-    return SampleText(m_Samples[0], row) + ",," + SampleText(m_Samples[1], row) +
-           EndPointBlock(row);
+    return RowText(m_Samples[0], row) + ",," + RowText(m_Samples[1], row) + EndPointBlock(row);
 }
 
 std::string DigitalMFCTable::EndPointBlock(std::int32_t row) const {
@@ -97,7 +100,9 @@ class DigitalMFCTest::EndMean {
         m_Sum += value;
         ++m_Count;
     }
-    float Value() const { return m_Count > 0 ? static_cast<float>(m_Sum / m_Count) : 0.0F; }
+    std::optional<float> Value() const {
+        return m_Count > 0 ? std::optional(static_cast<float>(m_Sum / m_Count)) : std::nullopt;
+    }
 
   private:
     double m_Sum = 0.0;
@@ -119,22 +124,36 @@ DigitalMFCResult DigitalMFCTest::Run(const BenchTestView& view) {
 }
 
 bool DigitalMFCTest::MeasureAndStore(const BenchTestView& view, Outcome& outcome) {
-    bool complete = false;
+    LineFile samples =
+        LineFile::Begin(m_Station.World, "file of the samples", PathNow("_samples.csv"));
+    std::string lastLine;
+    std::exception_ptr stopped;
     try {
-        complete = Measure(view);
-    } catch (const BoardError&) {
-        Store(view, outcome);
+        samples.WriteHeading("Channel,Timer,Demand,Value,Pressure");
+        try {
+            lastLine = Measure(samples, view) ? "" : CancelledLine;
+        } catch (const DriveError&) {
+            throw; // neither place takes the samples, nor would they take the table
+        } catch (const std::exception& error) {
+            lastLine = StoppedLine(error.what());
+            stopped = std::current_exception();
+        }
+        Store(view, lastLine, outcome);
+    } catch (const DriveError&) {
+        AddFile(outcome, samples);
         throw;
     }
-    Store(view, outcome);
-    return complete;
+    samples.Remove(); // all of it is in the table
+    if (stopped)
+        std::rethrow_exception(stopped);
+    return lastLine.empty();
 }
 
-bool DigitalMFCTest::Measure(const BenchTestView& view) {
+bool DigitalMFCTest::Measure(LineFile& samples, const BenchTestView& view) {
     HiResTimer timer(m_Station.World.Time);
-    Running run{timer, view, 0.0, -SampleTime_s};
+    Running run{timer, view, samples, 0.0, -SampleTime_s};
     for (std::int32_t channel = 0; channel < DigitalMFCTable::Channels; ++channel) {
-        float unused_bits = 0.0F;
+        std::optional<float> unused_bits;
         if (!RunDemandPhase(run, {channel, 0.0F, FirstRest_s, Recording::Off}, unused_bits))
             return false;
     }
@@ -143,7 +162,7 @@ bool DigitalMFCTest::Measure(const BenchTestView& view) {
 
 bool DigitalMFCTest::RunDemandProfile(Running& run, std::int32_t channel) {
     run.ProfileStart_s = run.Timer.ElapsedTime();
-    float mean_bits = 0.0F;
+    std::optional<float> mean_bits;
     for (std::int32_t step = 0; step < DigitalMFCTable::Steps; ++step) {
         const std::string caption = fmt::format("Step {} of {}", step + 1, DigitalMFCTable::Steps);
         run.View.Caption(caption + " (Zero Demand)");
@@ -159,7 +178,8 @@ bool DigitalMFCTest::RunDemandProfile(Running& run, std::int32_t channel) {
     return RunDemandPhase(run, {channel, 0.0F, RestTime_s}, mean_bits);
 }
 
-bool DigitalMFCTest::RunDemandPhase(Running& run, const Phase& phase, float& mean_bits) {
+bool DigitalMFCTest::RunDemandPhase(Running& run, const Phase& phase,
+                                    std::optional<float>& mean_bits) {
     constexpr double bitsPerPercent = 65535 / 100.0;
     const std::int32_t demand_bits =
         RoundHalfEven(bitsPerPercent * static_cast<double>(phase.Demand_percent));
@@ -194,8 +214,11 @@ void DigitalMFCTest::TakeSample(Running& run, const Phase& phase, std::int32_t d
     const auto pressure = Read(run, ACUWiring::PressureInput, m_PressureWatch);
     std::int32_t counter = -1;
     if (phase.Record == Recording::On) {
-        m_Table.Add(phase.Channel, {static_cast<float>(run.LastSample_s - run.ProfileStart_s),
-                                    demand_bits, value, pressure});
+        const DigitalMFCTable::Sample sample{
+            static_cast<float>(run.LastSample_s - run.ProfileStart_s), demand_bits, value,
+            pressure};
+        m_Table.Add(phase.Channel, sample);
+        run.Samples.WriteLine(fmt::format("{},{}", phase.Channel, SampleText(sample)));
         counter = m_Table.SampleCount(phase.Channel);
     }
     if (value && inPhase_s >= phase.Duration_s - MeanTime_s)
@@ -212,19 +235,25 @@ std::optional<std::int32_t> DigitalMFCTest::Read(Running& run, std::int32_t chan
     return reading;
 }
 
-void DigitalMFCTest::Store(const BenchTestView& view, Outcome& outcome) {
+std::string DigitalMFCTest::PathNow(const char* ending) const {
+    return fmt::format("{}{}_{}_{}{}", Paths::DigitalMFCTest, m_Station.CurrentAIB->SerialNumber(),
+                       m_Station.Calibration().Record().NumberInNames(), FileStamp(m_Station),
+                       ending);
+}
+
+void DigitalMFCTest::Store(const BenchTestView& view, const std::string& lastLine,
+                           Outcome& outcome) {
     if (m_Table.Empty())
         return;
     view.Stage("Writing Data to File...");
-    AIB& board = *m_Station.CurrentAIB;
-    TestLog log(m_Station,
-                fmt::format("{}{}_{}_{}.csv", Paths::DigitalMFCTest, board.SerialNumber(),
-                            m_Station.Calibration().Record().NumberInNames(),
-                            TestLog::Stamp(m_Station)),
-                outcome);
-    log.WriteLine(DigitalMFCTable::Header());
+    LineFile log = LineFile::BeginAnywhere(m_Station.World, "file of the test", PathNow(".csv"));
+    // All lines are headings: a table that goes on elsewhere is whole there.
+    log.WriteHeading(DigitalMFCTable::Header());
     for (std::int32_t row = 0; row < DigitalMFCTable::Rows; ++row)
-        log.WriteLine(m_Table.Line(row));
+        log.WriteHeading(m_Table.Line(row));
+    if (!lastLine.empty())
+        log.WriteLine(lastLine);
+    AddFile(outcome, log);
 }
 
 } // namespace ombrix

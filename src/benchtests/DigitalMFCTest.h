@@ -29,8 +29,9 @@ class DigitalMFCTable {
         std::optional<std::int32_t> Value_bits{};
         std::optional<std::int32_t> Pressure_bits{};
     };
-    /// The mean of the end of each demand phase, by channel and step.
-    using StepMeans = std::array<std::array<float, Steps>, Channels>;
+    /// The mean of the end of each demand phase, by channel and step; nothing where none was
+    /// measured.
+    using StepMeans = std::array<std::array<std::optional<float>, Steps>, Channels>;
 
     static const char* Header();
     /// Demand of a step in % of full scale: each level once rising and, at step 9 - k, once
@@ -39,7 +40,7 @@ class DigitalMFCTable {
 
     /// Samples beyond the table's rows are dropped.
     void Add(std::int32_t channel, const Sample& sample);
-    void SetMean(std::int32_t channel, std::int32_t step, float mean_bits);
+    void SetMean(std::int32_t channel, std::int32_t step, std::optional<float> mean_bits);
 
     std::int32_t SampleCount(std::int32_t channel) const;
     bool Empty() const { return m_Samples[0].empty() && m_Samples[1].empty(); }
@@ -56,13 +57,15 @@ class DigitalMFCTable {
 
 /// What became of a test of the digital MFCs, and what it compares; errors are in the outcome.
 struct DigitalMFCResult : Outcome {
-    /// In bits; zero for the steps that were not measured.
+    /// In bits.
     DigitalMFCTable::StepMeans Means{};
 };
 
 /// Runs ten demand steps on each of the current board's air channels, records them, and compares
 /// the readings of the way up with those of the way down. Whatever way it ends, both channels
-/// are at zero and what was measured is stored. One object serves one run.
+/// are at zero and what was measured is stored. The table of both channels can be written at the
+/// end only: until then the samples lie in a file of their own, a line each. One object serves one
+/// run.
 class DigitalMFCTest {
   public:
     explicit DigitalMFCTest(Station& station) : m_Station(station), m_Wait(station) {}
@@ -82,20 +85,23 @@ class DigitalMFCTest {
     struct Running {
         HiResTimer& Timer;
         const BenchTestView& View;
+        LineFile& Samples;
         /// On the timer, of the channel's profile.
         double ProfileStart_s = 0.0;
         double LastSample_s = 0.0;
     };
 
     bool MeasureAndStore(const BenchTestView& view, Outcome& outcome);
-    bool Measure(const BenchTestView& view);
+    bool Measure(LineFile& samples, const BenchTestView& view);
     bool RunDemandProfile(Running& run, std::int32_t channel);
-    bool RunDemandPhase(Running& run, const Phase& phase, float& mean_bits);
+    bool RunDemandPhase(Running& run, const Phase& phase, std::optional<float>& mean_bits);
     bool FollowPhase(Running& run, const Phase& phase, std::int32_t demand_bits, EndMean& mean);
     void TakeSample(Running& run, const Phase& phase, std::int32_t demand_bits, double inPhase_s,
                     EndMean& mean);
     std::optional<std::int32_t> Read(Running& run, std::int32_t channel, AnswerWatch& watch);
-    void Store(const BenchTestView& view, Outcome& outcome);
+    std::string PathNow(const char* ending) const;
+    /// @param lastLine why the test has ended early; empty when it has not
+    void Store(const BenchTestView& view, const std::string& lastLine, Outcome& outcome);
 
     Station& m_Station;
     ProcedureWait m_Wait;

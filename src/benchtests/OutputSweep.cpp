@@ -45,27 +45,33 @@ SweepPlan SweepPlan::Stepped(std::int32_t step_bits, std::int32_t delay_ms, bool
 
 SweepResult OutputSweep::Run(const SweepPlan& plan, const BenchTestView& view) {
     SweepResult result;
-    RunBenchProcedure(m_Station, "air test", {m_Station.CurrentAIB}, result,
-                      [&] { return Sweep(plan, view, result); });
+    RunBenchProcedure(m_Station, "air test", {m_Station.CurrentAIB}, result, [&] {
+        LineFile log =
+            LineFile::Begin(m_Station.World, "file of the air test",
+                            Paths::AirSweep + FileStamp(m_Station) + plan.NameEnding + ".csv");
+        return RunLogged(log, result, [&] { return Sweep(log, plan, view, result); });
+    });
     return result;
 }
 
-bool OutputSweep::Sweep(const SweepPlan& plan, const BenchTestView& view, SweepResult& result) {
-    TestLog log(m_Station, Paths::AirSweep + TestLog::Stamp(m_Station) + plan.NameEnding + ".csv",
-                result);
+bool OutputSweep::Sweep(LineFile& log, const SweepPlan& plan, const BenchTestView& view,
+                        SweepResult& result) {
     const auto levels = static_cast<double>(plan.Sweeps.front().size() * plan.Sweeps.size());
     HiResTimer timer(m_Station.World.Time);
     for (const auto& sweep : plan.Sweeps) {
-        if (result.Lines > 0)
+        if (result.Lines == 0) {
+            log.WriteHeading(ColumnTitles);
+        } else {
             log.WriteLine("");
-        log.WriteLine(ColumnTitles);
+            log.WriteLine(ColumnTitles);
+        }
         for (const std::int32_t level : sweep) {
             view.Caption(fmt::format("{} bits", level));
             SetOutputs(level);
             if (!Settle(timer, plan.Delay_s))
                 return false;
             std::optional<std::string> line = MeasuredLine(level, timer);
-            for (; !line; line = MeasuredLine(level, timer)) {
+            for (; !line || !m_Station.Outputs.AllTaken(); line = MeasuredLine(level, timer)) {
                 if (!Settle(timer, LookSpacing_s))
                     return false;
             }

@@ -51,7 +51,8 @@ class OutputSweep {
     SweepResult Run(const SweepPlan& plan, const BenchTestView& view);
 
   private:
-    bool Sweep(const SweepPlan& plan, const BenchTestView& view, SweepResult& result);
+    bool Sweep(LineFile& log, const SweepPlan& plan, const BenchTestView& view,
+               SweepResult& result);
     void SetOutputs(std::int32_t level_bits);
     bool Settle(HiResTimer& timer, double delay_s);
     std::optional<std::int32_t> Reading(std::int32_t channel, HiResTimer& timer);

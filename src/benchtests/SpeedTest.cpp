@@ -12,8 +12,8 @@ SpeedResult SpeedTest::Run(const BenchTestView& view) {
     RunBenchProcedure(m_Station, "speed test", {m_Station.CurrentAIB}, result,
                       [&] { return DriveBothWays(view, result); });
     view.Stage(result.Ended == End::Passed
-                   ? fmt::format("Analogue {} s, digital {} s", FixedText(result.Analog_s, 2),
-                                 FixedText(result.Digital_s, 2))
+                   ? fmt::format("Analogue {} s, digital {} s", FixedText(*result.Analog_s, 2),
+                                 FixedText(*result.Digital_s, 2))
                    : StageText(result.Ended));
     return result;
 }
@@ -43,7 +43,7 @@ bool SpeedTest::DriveBothWays(const BenchTestView& view, SpeedResult& result) {
 }
 
 bool SpeedTest::DrivePairs(HiResTimer& timer, bool digital, const BenchTestView& view,
-                           double& duration_s) {
+                           std::optional<double>& duration_s) {
     SetMode(digital);
     std::string refused;
     const double start_s = timer.ElapsedTime();

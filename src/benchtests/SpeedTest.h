@@ -8,15 +8,16 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <utility>
 
 namespace ombrix {
 
-/// What became of a speed test: how long all pairs of writes took in each mode, 0 for a mode that
-/// was not measured to its end. Errors are in the outcome.
+/// What became of a speed test: how long all pairs of writes took in each mode, nothing for a mode
+/// that was not measured to its end. Errors are in the outcome.
 struct SpeedResult : Outcome {
-    double Analog_s = 0.0;
-    double Digital_s = 0.0;
+    std::optional<double> Analog_s{};
+    std::optional<double> Digital_s{};
 };
 
 /// Drives both air channels of the current board 2000 times in analog and then in digital mode,
@@ -34,7 +35,8 @@ class SpeedTest {
 
   private:
     bool DriveBothWays(const BenchTestView& view, SpeedResult& result);
-    bool DrivePairs(HiResTimer& timer, bool digital, const BenchTestView& view, double& duration_s);
+    bool DrivePairs(HiResTimer& timer, bool digital, const BenchTestView& view,
+                    std::optional<double>& duration_s);
     /// @throws BoardError when the outputs cannot be brought to zero
     void SetMode(bool digital);
 

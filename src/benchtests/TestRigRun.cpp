@@ -1,5 +1,6 @@
 #include "benchtests/TestRigRun.h"
 
+#include "benchtests/BenchTest.h"
 #include "board/procedure/DrivingProcedure.h"
 #include "board/procedure/HiResTimer.h"
 #include "platform/text/Paths.h"
@@ -50,10 +51,10 @@ void LoopThroughCheck::EndLevel() {
     }
 }
 
-RampLog::RampLog(Drive& files, AIB& output, AIB& input)
-    : m_File(files.OpenForWriting(Paths::TestRig)), m_Output{output, {}}, m_Input{input, {}} {
-    m_File->Write("Timer,OutA0,OutA1,OutA2,OutA3,InA0,InA1,InA2,InA3,"
-                  "OutB0,OutB1,OutB2,OutB3,InB0,InB1,InB2,InB3\r\n");
+RampLog::RampLog(LineFile& file, AIB& output, AIB& input)
+    : m_File(file), m_Output{output, {}}, m_Input{input, {}} {
+    m_File.WriteHeading("Timer,OutA0,OutA1,OutA2,OutA3,InA0,InA1,InA2,InA3,"
+                        "OutB0,OutB1,OutB2,OutB3,InB0,InB1,InB2,InB3");
 }
 
 RampLog::Channels RampLog::Take(double now_s) {
@@ -65,7 +66,7 @@ RampLog::Channels RampLog::Take(double now_s) {
     for (const Channels& values : {OutputsOf(m_Output), OutputsOf(m_Input), readBack, inputs})
         for (const auto value : values)
             line += "," + OptionalText(value);
-    m_File->Write(line + "\r\n");
+    m_File.WriteLine(line);
     ++m_Lines;
     return inputs;
 }
@@ -146,11 +147,15 @@ bool TestRigRun::RunSteps(const std::vector<RampStep>& ramps) {
 
 bool TestRigRun::RunJobStep(const RampStep& ramp, TestRigStep& step) {
     SetStatus(step, RigStatus::Running);
-    RampLog log(m_Station.World.Files, Board(ramp.OutputBoard), Board(ramp.InputBoard));
-    m_Result.Files = {log.RealPath()};
+    m_Result.Files.clear();
     m_Result.Lines = 0;
+    LineFile file = LineFile::Begin(m_Station.World, "file of the test rig", Paths::TestRig,
+                                    LineFile::Existing::Replaced);
     LoopThroughCheck check(ramp);
-    const bool ranToItsEnd = RunRamp(ramp, log, check);
+    const bool ranToItsEnd = RunLogged(file, m_Result, [&] {
+        RampLog log(file, Board(ramp.OutputBoard), Board(ramp.InputBoard));
+        return RunRamp(ramp, log, check);
+    });
     if (!ranToItsEnd)
         return false;
     step.Remark = check.Deviation();

@@ -4,7 +4,7 @@
 #include "board/Station.h"
 #include "board/procedure/Outcome.h"
 #include "board/procedure/ProcedureWait.h"
-#include "platform/ports/Drive.h"
+#include "platform/os/LineFile.h"
 
 #include <array>
 #include <cstdint>
@@ -55,8 +55,8 @@ class RampLog {
   public:
     using Channels = std::array<std::optional<std::int32_t>, AIB::DACChannels>;
 
-    /// Begins the file anew. @throws DriveError
-    RampLog(Drive& files, AIB& output, AIB& input);
+    /// @throws DriveError
+    RampLog(LineFile& file, AIB& output, AIB& input);
 
     /// Reads both boards and writes a line. @param now_s time since the ramp started
     /// @return what the inputs of the input board read; a reading that has failed is an empty
@@ -64,7 +64,6 @@ class RampLog {
     Channels Take(double now_s);
 
     std::int64_t Lines() const { return m_Lines; }
-    std::filesystem::path RealPath() const { return m_File->RealPath(); }
 
   private:
     struct WatchedBoard {
@@ -75,7 +74,7 @@ class RampLog {
     static Channels OutputsOf(const WatchedBoard& board);
     static Channels ReadInputs(WatchedBoard& board, double now_s);
 
-    std::unique_ptr<OutputFile> m_File;
+    LineFile& m_File;
     WatchedBoard m_Output;
     WatchedBoard m_Input;
     std::int64_t m_Lines = 0;

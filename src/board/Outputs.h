@@ -71,6 +71,8 @@ class Outputs {
     /// Tells boards again what they have refused. @throws BoardError, naming the output, when it
     /// has been refused for a second
     void TellAgain();
+    /// Nothing that boards were told meanwhile stands refused.
+    bool AllTaken() const { return m_Refused.empty(); }
 
     [[nodiscard]] Subscription Listen(std::function<void(const OutputChange&)> listener) {
         return m_Listeners.Listen(std::move(listener));

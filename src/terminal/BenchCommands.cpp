@@ -4,6 +4,7 @@
 #include "benchtests/OutputSweep.h"
 #include "benchtests/SpeedTest.h"
 #include "benchtests/TestRigRun.h"
+#include "platform/text/SingleJson.h"
 #include "platform/text/Text.h"
 #include "terminal/Command.h"
 #include "terminal/Commands.h"
@@ -41,8 +42,12 @@ std::string MeansText(const DigitalMFCTable::StepMeans& means) {
     std::string text = "demand      channel 0   channel 1\n";
     for (std::int32_t step = 0; step < DigitalMFCTable::Steps; ++step) {
         const auto index = static_cast<std::size_t>(step);
-        text += fmt::format("{:5} %  {:12.1f} {:11.1f}\n", DigitalMFCTable::ProfileDemand(step),
-                            means[0].at(index), means[1].at(index));
+        const auto shown = [index](const auto& channel) {
+            const auto mean = channel.at(index);
+            return mean ? FixedText(static_cast<double>(*mean), 1) : "--";
+        };
+        text += fmt::format("{:5} %  {:>12} {:>11}\n", DigitalMFCTable::ProfileDemand(step),
+                            shown(means[0]), shown(means[1]));
     }
     return text;
 }
@@ -56,7 +61,8 @@ CommandResult RunMFCTest(CommandContext& context) {
         RunShown([&test](const BenchTestView& view) { return test.Run(view); });
     CommandResult result;
     AddOutcome(result, outcome, "The test of the digital MFCs");
-    result.Json["results"] = outcome.Means;
+    for (const auto& channel : outcome.Means)
+        result.Json["results"].push_back(NumbersJson(channel));
     if (!outcome.Files.empty()) // else nothing has been measured
         result.Text += MeansText(outcome.Means);
     return result;
@@ -94,10 +100,12 @@ CommandResult RunSpeedTest(CommandContext& context) {
         RunShown([&test](const BenchTestView& view) { return test.Run(view); });
     CommandResult result;
     AddOutcome(result, outcome, "The speed test");
-    result.Json["analogSeconds"] = outcome.Analog_s;
-    result.Json["digitalSeconds"] = outcome.Digital_s;
-    result.Text +=
-        fmt::format("analog   {:.3f} s\ndigital  {:.3f} s\n", outcome.Analog_s, outcome.Digital_s);
+    const auto add = [&result](const char* mode, std::optional<double> time_s) {
+        result.Json[std::string(mode) + "Seconds"] = time_s ? Json(*time_s) : Json();
+        result.Text += fmt::format("{:<8} {} s\n", mode, time_s ? FixedText(*time_s, 3) : "--");
+    };
+    add("analog", outcome.Analog_s);
+    add("digital", outcome.Digital_s);
     return result;
 }
 

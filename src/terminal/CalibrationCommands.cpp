@@ -1,6 +1,7 @@
 #include "calibration/air/AirChannelControl.h"
 #include "calibration/run/ACUSetUp.h"
 #include "healthcheck/HealthCheckRun.h"
+#include "platform/text/SingleJson.h"
 #include "terminal/Command.h"
 #include "terminal/Commands.h"
 #include "terminal/TerminalStages.h"
@@ -100,7 +101,7 @@ CommandResult RunPressure(CommandContext& context) {
         result.Text = "not calibrated\n";
         return result;
     }
-    result.Json["mBar"] = *pressure_mBar;
+    result.Json["mBar"] = NumberJson(*pressure_mBar);
     result.Text = fmt::format("{:.1f} mBar\n", *pressure_mBar);
     return result;
 }

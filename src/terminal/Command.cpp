@@ -26,10 +26,13 @@ void AddFiles(CommandResult& result, const std::vector<std::filesystem::path>& f
 void AddOutcome(CommandResult& result, const Outcome& outcome, const std::string& name) {
     AddFiles(result, outcome.Files);
     result.Status = StatusOf(outcome);
-    result.Error = WithPlainLineEnds(outcome.Error);
+    const auto add = [&error = result.Error](const std::string& text) {
+        error += (error.empty() || text.empty() ? "" : "\n\n") + text;
+    };
     if (outcome.Ended == End::Cancelled)
-        result.Error =
-            name + " has been cancelled." + (result.Error.empty() ? "" : "\n\n" + result.Error);
+        add(name + " has been cancelled.");
+    add(WithPlainLineEnds(outcome.Error));
+    add(WithPlainLineEnds(outcome.KeptElsewhere));
 }
 
 } // namespace ombrix

@@ -3,6 +3,7 @@
 #include "board/unit/ACUCalibration.h"
 #include "journal/UnitJson.h"
 #include "platform/os/FolderDrive.h"
+#include "platform/text/SingleJson.h"
 #include "platform/text/Text.h"
 #include "terminal/Commands.h"
 
@@ -14,25 +15,11 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-/// The shortest text that gives the Single again, not the digits of its widening to Double.
-Json NumberJson(float value) {
-    const auto number = ParseNumber(GeneralText(value));
-    return number ? Json(*number) : Json();
-}
-
-template <std::size_t Size>
-Json SinglesJson(const std::array<float, Size>& values) {
-    Json list = Json::array();
-    for (const float value : values)
-        list.push_back(NumberJson(value));
-    return list;
-}
-
 Json TablesJson(const std::array<ACUChannelCal, ACUChannels>& tables) {
     Json list = Json::array();
     for (const ACUChannelCal& table : tables)
         list.push_back(
-            {{"Demand", table.Demand}, {"M", SinglesJson(table.M)}, {"C", SinglesJson(table.C)}});
+            {{"Demand", table.Demand}, {"M", NumbersJson(table.M)}, {"C", NumbersJson(table.C)}});
     return list;
 }
 
@@ -41,7 +28,7 @@ Json TablesJson(const std::array<ACUChannelCal, ACUChannels>& tables) {
 Json RecordJson(const ACURecord& record) {
     return {{"ACUInitialised", record.ACUInitialised},
             {"DataVersion", record.DataVersion},
-            {"ChannelCapacity", SinglesJson(record.ChannelCapacity)},
+            {"ChannelCapacity", NumbersJson(record.ChannelCapacity)},
             {"CalibrationPoints", record.CalibrationPoints},
             {"HasSolenoidValves", record.HasSolenoidValves},
             {"DigitalMFCConfig", record.DigitalMFCConfig},
@@ -57,7 +44,7 @@ Json RecordJson(const ACURecord& record) {
             {"PressurePresentCode", record.PressurePresentCode},
             {"MaxPressure", NumberJson(record.MaxPressure)},
             {"BaseDiameter", NumberJson(record.BaseDiameter)},
-            {"PressureCoeff", SinglesJson(record.PressureCoeff)},
+            {"PressureCoeff", NumbersJson(record.PressureCoeff)},
             {"PressureSystemDate", DateJson(record.PressureSystemDate)},
             {"PressureAuditDate", DateJson(record.PressureAuditDate)},
             {"PressureSystemPassed", record.PressureSystemPassed},

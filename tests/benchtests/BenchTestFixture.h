@@ -47,7 +47,10 @@ class BenchTestFixture : public ::testing::Test {
     /// The only file of a test, of which no line may be cut short.
     static std::vector<std::string> LinesOf(const Outcome& outcome) {
         EXPECT_EQ(outcome.Files.size(), 1U);
-        std::istringstream content(ReadWholeFile(outcome.Files.at(0)));
+        return LinesOf(outcome.Files.at(0));
+    }
+    static std::vector<std::string> LinesOf(const std::filesystem::path& file) {
+        std::istringstream content(ReadWholeFile(file));
         std::vector<std::string> lines;
         for (std::string line; std::getline(content, line); lines.push_back(line)) {
             EXPECT_TRUE(line.ends_with('\r') && !content.eof()) << "cut short: " << line;

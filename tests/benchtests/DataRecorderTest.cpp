@@ -51,14 +51,19 @@ TEST_F(DataRecorderTest, TimesTurnNegativeAtMidnight) {
     EXPECT_LT(std::stod(Fields(lines.back())[0]), -86398.0);
 }
 
-TEST_F(DataRecorderTest, AFullDiskStopsWithWholeLines) {
+TEST_F(DataRecorderTest, AFullDiskHasItGoOnElsewhereWithWholeLines) {
     Use("acu");
     At(2.0, [this] { m_Disk->WritesLeft = 0; });
     const Outcome outcome = Record(10.0);
-    EXPECT_EQ(outcome.Ended, End::NotStored);
+    EXPECT_EQ(outcome.Ended, End::Passed);
+    EXPECT_FALSE(outcome.AllStored);
     EXPECT_EQ(m_Bench->Messages.Shown.size(), 1U);
-    const std::vector<std::string> lines = LinesOf(outcome);
-    EXPECT_EQ(static_cast<std::int64_t>(lines.size()), m_Lines + 1);
+    ASSERT_EQ(outcome.Files.size(), 2U);
+    EXPECT_NEAR(static_cast<double>(LinesOf(outcome.Files[0]).size()), 201.0, 1.0);
+    const std::vector<std::string> lines = LinesOf(outcome.Files[1]);
+    EXPECT_EQ(static_cast<std::int64_t>(LinesOf(outcome.Files[0]).size() + lines.size()),
+              m_Lines + 2);
+    EXPECT_EQ(lines.front(), LinesOf(outcome.Files[0]).front());
     EXPECT_EQ(Fields(lines.back()).size(), 6U);
 
     m_Disk->NoNewFiles = true;
@@ -81,7 +86,8 @@ TEST_F(DataRecorderTest, EndsWhenCancelledAndGoesOnWithoutABoard) {
     EXPECT_EQ(outcome.Ended, End::Cancelled);
     const std::vector<std::string> lines = LinesOf(outcome);
     EXPECT_NEAR(static_cast<double>(lines.size()), 300.0, 5.0);
-    EXPECT_TRUE(lines.back().ends_with(",,,,,")) << lines.back();
+    EXPECT_TRUE(lines.end()[-2].ends_with(",,,,,")) << lines.end()[-2];
+    EXPECT_EQ(lines.back(), "Cancelled by the operator");
     EXPECT_NEAR(static_cast<double>(m_FailedReadings), 1000.0, 25.0) << "five of each line";
 }
 
@@ -101,8 +107,8 @@ TEST_F(DataRecorderTest, BelongsToTheBoardItBeganWith) {
     recorder.Start();
     m_Station->CurrentAIB = m_Station->AIBList.AIB(1);
     recorder.RecordLine();
-    const Outcome outcome{.Files = {recorder.File()}};
-    EXPECT_NEAR(std::stoi(Fields(LinesOf(outcome).at(1)).at(1)), 30000, 150);
+    EXPECT_NEAR(std::stoi(Fields(LinesOf(recorder.File().Files().front()).at(1)).at(1)), 30000,
+                150);
 }
 
 } // namespace

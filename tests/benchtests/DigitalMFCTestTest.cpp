@@ -68,8 +68,8 @@ TEST_F(DigitalMFCTestTest, WayUpIsComparedWithTheWayDown) {
             EXPECT_EQ(fields[9], "");
             EXPECT_EQ(std::stof(fields[10]),
                       DigitalMFCTable::ProfileDemand(static_cast<std::int32_t>(level)));
-            const float up = result.Means.at(channel).at(level);
-            const float down = result.Means.at(channel).at(9 - level);
+            const float up = result.Means.at(channel).at(level).value();
+            const float down = result.Means.at(channel).at(9 - level).value();
             EXPECT_NEAR(std::stof(fields[11]), up, 0.01);
             EXPECT_NEAR(std::stof(fields[12]), down, 0.01);
             EXPECT_NEAR(std::stof(fields[13]), up - down, 0.01);
@@ -106,18 +106,23 @@ TEST_F(DigitalMFCTestTest, LeavingItStoresWhatWasMeasured) {
         // In the demand phase of channel 0's third step.
         At(4.0 + 2 * 16.0 + 6.0 + 5.0, [&] {
             EXPECT_EQ(m_Station->CurrentAIB->DAC(0), 13107);
+            // What a program that dies now would leave.
+            const std::vector<std::string> samples =
+                LinesOf(m_Bench->Folder.Path() / "ACU_301_M9200301A_20240315_140509_samples.csv");
+            EXPECT_NEAR(static_cast<double>(samples.size()), 43.0 / 0.05, 2.0);
+            EXPECT_TRUE(samples.back().starts_with("0,43,13107,")) << samples.back();
             if (!unplugged)
                 Cancel();
         });
         const DigitalMFCResult result = Run();
         EXPECT_EQ(m_Stages.back(), unplugged ? "Stopped" : "Cancelled");
         const std::vector<std::string> lines = LinesOf(result);
-        ASSERT_EQ(lines.size(), 3521U);
+        ASSERT_EQ(lines.size(), 3522U) << "the last line tells why";
         EXPECT_EQ(Number(lines[850], 1), 13107);
         EXPECT_NEAR(Number(lines[850], 2), 13107, 60);
         EXPECT_TRUE(lines[900].starts_with("0,0,0,0,,0,0,0,0"));
-        EXPECT_NEAR(result.Means[0][1], 1311, 60);
-        EXPECT_EQ(result.Means[0][2], 0.0F) << "its end has not been reached";
+        EXPECT_NEAR(result.Means[0][1].value(), 1311, 60);
+        EXPECT_FALSE(result.Means[0][2]) << "its end has not been reached";
     }
 }
 

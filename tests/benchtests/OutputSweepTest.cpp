@@ -76,5 +76,12 @@ TEST_F(OutputSweepTest, AnInputThatNeverAnswersEndsTheSweep) {
     EXPECT_EQ(Run(SweepPlan::UpperHalf()).Ended, End::Stopped);
 }
 
+TEST_F(OutputSweepTest, ALevelThatWasRefusedIsNotMeasuredHoweverShortItsDelay) {
+    Use("plain", {"status:32@SetDAC"});
+    const SweepResult result = Run(SweepPlan::Stepped(30000, 0, false));
+    EXPECT_EQ(result.Ended, End::Stopped);
+    EXPECT_EQ(result.Lines, 0);
+}
+
 } // namespace
 } // namespace ombrix

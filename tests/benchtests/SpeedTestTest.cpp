@@ -22,8 +22,8 @@ TEST_F(SpeedTestTest, TimesBothModesAndLeavesTheBoardInItsOwn) {
         const SpeedResult result = test.Run(View());
         ExpectLeftSafely();
         EXPECT_EQ(result.Ended, End::Passed);
-        EXPECT_NEAR(result.Analog_s, 2.0, 0.01);
-        EXPECT_NEAR(result.Digital_s, 2.0, 0.01);
+        EXPECT_NEAR(result.Analog_s.value(), 2.0, 0.01);
+        EXPECT_NEAR(result.Digital_s.value(), 2.0, 0.01);
         EXPECT_EQ(m_Stages.back(), "Analogue 2.00 s, digital 2.00 s");
         EXPECT_EQ(modes, (std::vector<bool>{false, true, digital}));
         EXPECT_LT(m_Bench->FlowLater_bits(), TestBench::NoFlow_bits);

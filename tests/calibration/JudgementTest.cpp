@@ -137,6 +137,8 @@ TEST(CalibrationLogTest, LinesLieInTheSystemFolder) {
                                              "Date,15/03/2024 14:05:09\r\n\r\n"
                                              "Point 0,655,661\r\n");
     EXPECT_TRUE(log.AllStored());
+    log.OpenCalibrationLog("ACUCal_AirVel", "ACU00302");
+    EXPECT_TRUE(log.Files()[0].string().ends_with("ACUCal_AirVel_240315_140509 (2).txt"));
 }
 
 TEST(CalibrationLogTest, ALogThatCannotBeWrittenGoesOnElsewhere) {

@@ -1,5 +1,7 @@
 #include "terminal/OmbrixctlTest.h"
 
+#include <bit>
+
 namespace ombrix {
 namespace {
 
@@ -98,7 +100,11 @@ TEST_F(OmbrixctlTest, AnImageGoesOutAndComesBack) {
 }
 
 TEST_F(OmbrixctlTest, EpromShowNamesTheFieldsOfTheRecord) {
+    constexpr std::int32_t aboveTenth = 0x3DCCCCCE; // in seven digits the same as 0.1
+    RunSimulated(fmt::format("eprom write 752 {}", aboveTenth));
     const json record = RunSimulated("eprom show").Result["record"];
+    EXPECT_EQ(std::bit_cast<std::int32_t>(record["PressureCoeff"][0].get<float>()), aboveTenth);
+    EXPECT_EQ(record["PressureCoeff"][0].dump(), "0.10000001") << "and no more digits";
     EXPECT_EQ(record["ChannelCapacity"], json::array({5000.0, 200.0, 0.0, 0.0}));
     EXPECT_EQ(record["VelocitySystemDate"], "2024-03-12T09:41:00");
     EXPECT_EQ(record["VelocityCal"][0]["Demand"][9], 62257);

@@ -91,7 +91,11 @@ void RunBenchProcedure(Station& station, const std::string& name, Boards driven,
     } catch (const std::exception& error) {
         fail(End::Stopped, error.what());
     }
-    log.Ended(EndText(outcome));
+    if (!outcome.KeptElsewhere.empty()) {
+        running.SwitchOffNow();
+        TellOperator(station.World, outcome.KeptElsewhere, MessageIcon::Warning);
+    }
+    log.Ended(EndText(outcome) + (outcome.AllStored ? "" : ", not all stored"));
     station.Procedures.TellEnd(outcome, StageText(outcome.Ended));
 }
 

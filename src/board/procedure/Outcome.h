@@ -30,6 +30,8 @@ struct Outcome {
     std::vector<std::filesystem::path> Files = {};
     /// Every log and workbook lies where it belongs.
     bool AllStored = true;
+    /// What to tell the operator of a file that goes on elsewhere, when the outputs are off.
+    std::string KeptElsewhere = {};
 };
 
 // The texts of an end, each for its readers.

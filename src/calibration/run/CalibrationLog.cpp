@@ -1,6 +1,5 @@
 #include "calibration/run/CalibrationLog.h"
 
-#include "platform/os/ProgramLog.h"
 #include "platform/ports/Folders.h"
 #include "platform/text/OleDate.h"
 #include "platform/text/Paths.h"
@@ -13,14 +12,15 @@ void CalibrationLog::OpenCalibrationLog(const std::string& prefix,
                                         const std::string& serialNumber) {
     CloseCalibrationLog();
     const OleDate now = m_World.Time.Now();
-    m_Name = prefix + "_" + DateText(now, "yymmdd_hhnnss") + ".txt";
-    m_Lines.clear();
+    const std::string name = prefix + "_" + DateText(now, "yymmdd_hhnnss") + ".txt";
     m_Files.clear();
     m_AllStored = true;
     try {
-        Open(GetSystemFolder(m_World.Files, Paths::CalibrationLogs, m_Name));
+        m_File.emplace(
+            LineFile::BeginAnywhere(m_World, "calibration log",
+                                    GetSystemFolder(m_World.Files, Paths::CalibrationLogs, name)));
     } catch (const DriveError& error) {
-        GoOnElsewhere(error.what());
+        NoteTrouble(error.what());
     }
     LogCalibration("ACU Calibration," + serialNumber);
     LogCalibration("Date," + DateText(now, "dd/mm/yyyy hh:nn:ss"));
@@ -28,11 +28,16 @@ void CalibrationLog::OpenCalibrationLog(const std::string& prefix,
 }
 
 void CalibrationLog::LogCalibration(std::string_view line) {
-    m_Lines.emplace_back(line);
+    if (!m_File)
+        return;
     try {
-        Store(line);
+        m_File->WriteHeading(line); // a log that goes on elsewhere is whole there
+        m_Files = m_File->Files();
+        if (!m_File->Trouble().empty())
+            NoteTrouble(m_File->Trouble());
     } catch (const DriveError& error) {
-        GoOnElsewhere(error.what());
+        NoteTrouble(error.what());
+        m_File.reset();
     }
 }
 
@@ -44,36 +49,9 @@ void CalibrationLog::CloseCalibrationLog() {
             {std::exchange(m_Trouble, {}), MessageIcon::Warning, MessageButtons::Ok});
 }
 
-void CalibrationLog::Open(const std::string& path) {
-    m_File = m_World.Files.OpenForWriting(path);
-    m_Files.push_back(m_File->RealPath());
-}
-
-void CalibrationLog::Store(std::string_view line) {
-    if (m_File)
-        m_File->Write(std::string(line) + "\r\n");
-}
-
-void CalibrationLog::GoOnElsewhere(const std::string& reason) {
-    m_File.reset();
-    // The second place has failed as well: the operator knows, and the run must not end for it.
-    if (!m_AllStored)
-        return;
+void CalibrationLog::NoteTrouble(const std::string& trouble) {
+    m_Trouble = trouble;
     m_AllStored = false;
-    std::string outcome;
-    try {
-        Open(Paths::Temporary + m_Name);
-        for (const std::string& line : m_Lines)
-            Store(line);
-        outcome = "It goes on in the folder for temporary files:\r\n\r\n   " +
-                  m_Files.back().string() + "\r\n\r\nPlease move it to a safe place.";
-    } catch (const DriveError& error) {
-        m_File.reset();
-        outcome = std::string("It cannot be kept in the folder for temporary files either:") +
-                  "\r\n\r\n" + error.what();
-    }
-    m_Trouble = "The calibration log cannot be written:\r\n\r\n" + reason + "\r\n\r\n" + outcome;
-    WriteLog(m_World, m_Trouble);
 }
 
 } // namespace ombrix

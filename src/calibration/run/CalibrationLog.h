@@ -1,9 +1,10 @@
 #pragma once
 
+#include "platform/os/LineFile.h"
 #include "platform/ports/Platform.h"
 
 #include <filesystem>
-#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,8 +24,6 @@ class CalibrationLog {
     void LogCalibration(std::string_view line);
     void CloseCalibrationLog();
 
-    /// The lines as far as they have been written.
-    const std::vector<std::string>& Lines() const { return m_Lines; }
     /// Real paths of the files that hold the log; a second one when the first could not be
     /// written to its end.
     const std::vector<std::filesystem::path>& Files() const { return m_Files; }
@@ -32,15 +31,13 @@ class CalibrationLog {
     bool AllStored() const { return m_AllStored; }
 
   private:
-    void Open(const std::string& path);
-    void Store(std::string_view line);
-    void GoOnElsewhere(const std::string& reason);
+    void NoteTrouble(const std::string& trouble);
 
     Platform& m_World;
-    std::unique_ptr<OutputFile> m_File;
-    std::string m_Name;
+    /// None from where neither place takes the log: the operator is told, and the run must not end
+    /// for it.
+    std::optional<LineFile> m_File;
     std::string m_Trouble;
-    std::vector<std::string> m_Lines;
     std::vector<std::filesystem::path> m_Files;
     bool m_AllStored = true;
 };

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <optional>
 
 namespace ombrix {
 
@@ -18,6 +19,20 @@ inline SingleJson ToJson(float value) {
     if (std::isinf(value))
         return value > 0.0F ? "infinity" : "-infinity";
     return std::isnan(value) ? SingleJson() : SingleJson(value);
+}
+
+/// The same for JSON whose fractions are Doubles; what JSON lacks is null there.
+inline nlohmann::ordered_json NumberJson(std::optional<float> value) {
+    if (!value || !std::isfinite(*value))
+        return nullptr;
+    return nlohmann::ordered_json::parse(SingleJson(*value).dump());
+}
+
+inline nlohmann::ordered_json NumbersJson(const auto& values) {
+    auto list = nlohmann::ordered_json::array();
+    for (const auto& value : values)
+        list.push_back(NumberJson(value));
+    return list;
 }
 
 /// @throws SingleJson::exception for something else

@@ -1,5 +1,6 @@
 #include "windows/main/RecordingBox.h"
 
+#include "platform/os/ProgramLog.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/Guarded.h"
 #include "windows/widgets/QtText.h"
@@ -29,7 +30,7 @@ RecordingBox::RecordingBox(Station& station, QWidget* parent)
 }
 
 void RecordingBox::Clicked(bool ticked) {
-    m_Recorder.Stop();
+    EndRecording();
     if (ticked && Guarded(m_Station.World.Messages, [this] { m_Recorder.Start(); }))
         ShowRecorded();
     setChecked(m_Recorder.Recording());
@@ -37,14 +38,26 @@ void RecordingBox::Clicked(bool ticked) {
 }
 
 void RecordingBox::ShowRecorded() {
-    emit Recorded(
-        m_Recorder.FailedReadings() == 0
-            ? tr("%1 lines").arg(m_Recorder.Lines())
-            : tr("%1 lines, %2 failed").arg(m_Recorder.Lines()).arg(m_Recorder.FailedReadings()));
+    QString text = tr("%1 lines").arg(m_Recorder.Lines());
+    if (m_Recorder.FailedReadings() > 0)
+        text += tr(", %1 failed").arg(m_Recorder.FailedReadings());
+    if (!m_Recorder.File().Trouble().empty())
+        text += tr(", kept elsewhere");
+    emit Recorded(text);
+}
+
+void RecordingBox::EndRecording() {
+    if (!m_Recorder.Recording())
+        return;
+    m_Recorder.Stop();
+    RunTimer(); // the message below lets further ticks through
+    // Not while it goes on: a procedure may be driving air, and would wait for the answer.
+    if (!m_Recorder.File().Trouble().empty())
+        TellOperator(m_Station.World, m_Recorder.File().Trouble(), MessageIcon::Warning);
 }
 
 void RecordingBox::StopRecording() {
-    m_Recorder.Stop();
+    EndRecording();
     setChecked(false);
     RunTimer();
 }
@@ -68,9 +81,11 @@ void RecordingBox::Tick() {
     } catch (const std::exception& error) {
         // The box and the timer first: the message below lets further ticks through.
         StopRecording();
-        m_Station.World.Messages.Ask(
-            {std::string("The recording has been stopped.\r\n\r\n") + error.what(),
-             MessageIcon::Critical, MessageButtons::Ok});
+        const std::string& trouble = m_Recorder.File().Trouble();
+        m_Station.World.Messages.Ask({std::string("The recording has been stopped.\r\n\r\n") +
+                                          error.what() + (trouble.empty() ? "" : "\r\n\r\n") +
+                                          trouble,
+                                      MessageIcon::Critical, MessageButtons::Ok});
     }
 }
 

@@ -29,6 +29,7 @@ class RecordingBox final : public QCheckBox {
     void Clicked(bool ticked);
     void Tick();
     void ShowRecorded();
+    void EndRecording();
     void RunTimer();
 
     Station& m_Station;

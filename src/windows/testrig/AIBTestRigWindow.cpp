@@ -169,7 +169,7 @@ void AIBTestRigWindow::ShowOutcome(const TestRigResult& result) {
         m_Outcome->ShowValue( // the whole of it has been told in a box
             ToQt(result.Error).section(QStringLiteral("\r\n"), 0, 0));
     else
-        m_Outcome->ShowValue(tr("Samples: %1").arg(ToQt(result.Files.front().string())));
+        m_Outcome->ShowValue(tr("Samples: %1").arg(ToQt(result.Files.back().string())));
 }
 
 void AIBTestRigWindow::TakeCancel(bool take) {

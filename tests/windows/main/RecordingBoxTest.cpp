@@ -33,9 +33,15 @@ TEST_F(RecordingBoxTest, RecordsWhileItIsTicked) {
     const std::ptrdiff_t stopped = LineCount(m_File);
     QTest::qWait(Moment_ms);
     EXPECT_EQ(LineCount(m_File), stopped);
+    Click();
+    const std::filesystem::path root = m_Bench.Bench.Folder.Path();
+    EXPECT_TRUE(std::filesystem::exists(root / "Data_20241503_140509 (2).csv"))
+        << "of the same second";
+    EXPECT_EQ(LineCount(m_File), stopped);
     m_Bench.Bench.Time.Advance(1.0);
     Click();
-    EXPECT_TRUE(std::filesystem::exists(m_Bench.Bench.Folder.Path() / "Data_20241503_140510.csv"));
+    Click();
+    EXPECT_TRUE(std::filesystem::exists(root / "Data_20241503_140510.csv"));
 }
 
 TEST_F(RecordingBoxTest, GoesOnDuringAProcedureAndCountsWhatFailed) {

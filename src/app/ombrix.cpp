@@ -40,6 +40,7 @@ void EndWithoutDisplay(Station& station, QtOperator& messages) noexcept {
     WriteLog(station.World, "The windows are gone, as when their display ends: outputs off");
     messages.DisplayIsGone();
     station.Outputs.TellNobody();
+    station.Feed.Clear();
     SwitchAllOff(station);
 }
 

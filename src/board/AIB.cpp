@@ -83,7 +83,10 @@ AIBStatus AIB::WriteReg(std::int32_t address, std::int32_t value) {
 }
 
 AIBStatus AIB::ReadReg(std::int32_t address, std::int32_t& value) {
-    return CheckStatus(m_Services.Library.ReadReg(m_Index, address, value));
+    const AIBStatus status = CheckStatus(m_Services.Library.ReadReg(m_Index, address, value));
+    if (address == PressureRegister)
+        Tell(BoardNote::Subject::Pressure, 0, status == Status::NoError, value);
+    return status;
 }
 
 AIBStatus AIB::ConfigureGPIO(std::int32_t mask) {
@@ -144,18 +147,22 @@ AIBStatus AIB::MFCSetFlowRate(std::int32_t channel, float percent) {
 AIBStatus AIB::MFCGetFlowRate(std::int32_t channel, std::int32_t& value) {
     if (!m_MFCReady) {
         value = 0;
+        Tell(BoardNote::Subject::Input, channel, false, value);
         return Status::NoError;
     }
     std::int32_t raw = 0;
     const AIBStatus status = m_Services.Library.MFCGetFlowrate(m_Index, channel, raw);
     value = RoundHalfEven(raw * (65535.0 / 32000.0));
+    Tell(BoardNote::Subject::Input, channel, status == Status::NoError, value);
     return CheckStatus(status);
 }
 
 AIBStatus AIB::SetDAC_UART(std::int32_t channel, std::int32_t value) {
     // Two integers divide in Double; only the percentage is a Single.
     const double percent = static_cast<double>(value) / DACFullScale * 100.0;
-    return MFCSetFlowRate(channel, static_cast<float>(percent));
+    const AIBStatus status = MFCSetFlowRate(channel, static_cast<float>(percent));
+    Tell(BoardNote::Subject::Output, channel, m_MFCReady && status == Status::NoError, value);
+    return status;
 }
 
 AIBStatus AIB::GetADC_UART(std::int32_t channel, std::int32_t& value) {
@@ -170,6 +177,7 @@ AIBStatus AIB::SetDAC(std::int32_t channel, std::int32_t value) {
     } else {
         m_MayDrive = m_MayDrive || value != 0;
         status = CheckStatus(m_Services.Library.SetDAC(m_Index, channel, value));
+        Tell(BoardNote::Subject::Output, channel, status == Status::NoError, value);
     }
     if (status == Status::NoError && Reaches(channel))
         taken = value;
@@ -192,6 +200,8 @@ bool AIB::SwitchOutputsOff() noexcept {
             }
             if (taken && IsDigitalChannel(channel) == digital)
                 m_DAC.at(static_cast<std::size_t>(channel)) = 0;
+            if (IsDigitalChannel(channel) == digital)
+                Tell(BoardNote::Subject::Output, channel, taken, 0);
             allTaken = allTaken && taken;
         }
         return allTaken;
@@ -217,7 +227,7 @@ bool AIB::Drives() const {
 AIBStatus AIB::GetADC(std::int32_t channel, std::int32_t& value) {
     if (IsDigitalChannel(channel))
         return MFCGetFlowRate(channel, value);
-    return CheckStatus(m_Services.Library.GetADC(m_Index, channel, value));
+    return CheckStatus(ADC(channel, value));
 }
 
 std::int32_t AIB::MyGetADC(std::int32_t channel) {
@@ -241,7 +251,20 @@ std::int32_t AIB::ADC(std::int32_t channel) const {
 }
 
 AIBStatus AIB::ADC(std::int32_t channel, std::int32_t& value) const {
-    return m_Services.Library.GetADC(m_Index, channel, value);
+    const AIBStatus status = m_Services.Library.GetADC(m_Index, channel, value);
+    Tell(BoardNote::Subject::Input, channel, status == Status::NoError, value);
+    return status;
+}
+
+void AIB::TellFeed(BoardNote::Subject what, std::int32_t channel, bool answered,
+                   std::int32_t value_bits) const noexcept {
+    try {
+        m_Services.Feed->Tell({*this, what, channel,
+                               answered ? std::optional(value_bits) : std::nullopt,
+                               MonotonicSeconds(m_Services.World.Time)});
+    } catch (const std::exception&) {
+        return; // who only looks on must not stop what is measured or switched off
+    }
 }
 
 AIB::EpromWriting::EpromWriting(AIB& board) : m_Board(board) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "board/AIBControl.h"
+#include "board/BoardFeed.h"
 #include "board/eprom/EpromStorage.h"
 #include "platform/ports/Platform.h"
 
@@ -43,6 +44,8 @@ struct BoardAnswer {
 struct BoardServices {
     AIBControl& Library;
     Platform& World;
+    /// Is told of every reading and every demand, when given.
+    BoardFeed* Feed = nullptr;
 };
 
 /// One detected accessory interface board: its identity, its operations and its EPROM. Operations
@@ -188,6 +191,15 @@ class AIB final : public EpromSource, public EpromSink {
   private:
     AIBStatus CheckStatus(AIBStatus status);
     AIBStatus NoteValve(AIBStatus status, bool isValveOutput, bool set);
+    /// Has the feed told, if anybody listens. @param value_bits counts where the board has
+    /// taken or answered it
+    void Tell(BoardNote::Subject what, std::int32_t channel, bool answered,
+              std::int32_t value_bits) const noexcept {
+        if (m_Services.Feed != nullptr && m_Services.Feed->Any())
+            TellFeed(what, channel, answered, value_bits);
+    }
+    void TellFeed(BoardNote::Subject what, std::int32_t channel, bool answered,
+                  std::int32_t value_bits) const noexcept;
     bool HasDigitalMFCs() const { return HWVersion() > 0 && IsUsb(); }
 
     BoardServices m_Services;

@@ -17,12 +17,15 @@ namespace ombrix {
 /// procedure run at a time. Made by main and handed down.
 struct Station {
     explicit Station(const BoardServices& services)
-        : World(services.World), AIBList(services), CurrentAIB(std::make_shared<AIB>(services)),
-          Claims(services.World), Outputs(Claims, services.World.Time) {}
+        : World(services.World), AIBList({services.Library, services.World, &Feed}),
+          CurrentAIB(std::make_shared<AIB>(services)), Claims(services.World),
+          Outputs(Claims, services.World.Time) {}
     Station(const Station&) = delete;
     Station& operator=(const Station&) = delete;
 
     Platform& World;
+    /// What the boards of the list are asked and told.
+    BoardFeed Feed;
     ombrix::AIBList AIBList;
     /// Never empty: until a board is selected an empty board object stands in.
     std::shared_ptr<AIB> CurrentAIB;

@@ -2,6 +2,7 @@
 
 #include "support/TestBench.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 namespace ombrix {
@@ -208,6 +209,33 @@ TEST(AIBOnBench, DemandReachesTheController) {
     TestBench bench("acu");
     bench.Detect().SetDAC(0, 32767);
     EXPECT_NEAR(SetPointOf(bench, 0), 16000, 60);
+}
+
+TEST(AIB, TheFeedHasEveryReadingAndDemandWithItsAnswer) {
+    TestBench bench("acu", {"status:32@ReadReg"});
+    AIB& board = bench.Detect();
+    std::vector<std::string> story;
+    auto listener = bench.TheStation.Feed.Listen([&](const BoardNote& note) {
+        constexpr std::array names = {"input", "output", "pressure"};
+        story.push_back(fmt::format("{} {} {} {}", note.Board.SerialNumber(),
+                                    names.at(static_cast<std::size_t>(note.What)), note.Channel,
+                                    note.Value_bits.value_or(-1)));
+        throw std::runtime_error("a listener's own trouble");
+    });
+    board.CheckMFCReady();
+    board.SetDAC(0, 30000);
+    board.SetDAC(3, 4000);
+    const std::int32_t input = board.MyGetADC(3);
+    std::int32_t value = 0;
+    board.ReadReg(AIB::PressureRegister, value);
+    EXPECT_TRUE(board.SwitchOutputsOff()) << "a listener's trouble is none of the board's";
+    EXPECT_EQ(story, (std::vector<std::string>{
+                         "301 output 0 30000", "301 output 3 4000",
+                         fmt::format("301 input 3 {}", input), "301 pressure 0 -1",
+                         "301 output 0 0", "301 output 1 0", "301 output 2 0", "301 output 3 0"}));
+    listener = {};
+    board.MyGetADC(3);
+    EXPECT_EQ(story.size(), 8U);
 }
 
 } // namespace

@@ -42,6 +42,9 @@ class Listeners {
         }
     }
 
+    /// Somebody has listened since the last time that was told.
+    bool Any() const { return !m_Listeners.empty(); }
+
     /// Tells nobody any more.
     void Clear() { m_Listeners.clear(); }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <utility>
 
 namespace ombrix {
 
@@ -12,14 +13,17 @@ namespace {
 
 constexpr std::string_view Forms =
     "status:N, status:N@CALL, eprom-readonly, eprom-flip, eprom-unsteady, stuck-bit:N, "
-    "not-ready:CH, hysteresis:CH,BITS, gain:CH,PERCENT, no-air, pressure-frozen, unplug@SECONDS";
+    "not-ready:CH, hysteresis:CH,BITS, gain:CH,PERCENT, no-air, pressure-frozen, unplug@SECONDS, "
+    "latency:MS, latency:MS@CALL";
 
-constexpr std::array<std::string_view, 23> Operations = {
-    "CloseAIBAPI",     "GetAccessoryInfo", "UploadFPGAImage", "WriteReg",       "ReadReg",
-    "ConfigureGPIO",   "SetGPO",           "ClearGPO",        "SetExtGPO",      "ClearExtGPO",
-    "GetGPI",          "SetDAC",           "GetADC",          "WriteAIBInfo",   "WriteEEPROM",
-    "ReadEEPROM",      "DumpEEPROM",       "MFCSetFlowrate",  "MFCGetFlowrate", "MFCSetParameter",
-    "MFCGetParameter", "GetVariable",      "SetVariable"};
+/// Returns the number of boards.
+constexpr std::string_view CallWithoutStatus = "OpenAIBAPI";
+constexpr std::array<std::string_view, 24> Operations = {
+    CallWithoutStatus, "CloseAIBAPI",     "GetAccessoryInfo", "UploadFPGAImage", "WriteReg",
+    "ReadReg",         "ConfigureGPIO",   "SetGPO",           "ClearGPO",        "SetExtGPO",
+    "ClearExtGPO",     "GetGPI",          "SetDAC",           "GetADC",          "WriteAIBInfo",
+    "WriteEEPROM",     "ReadEEPROM",      "DumpEEPROM",       "MFCSetFlowrate",  "MFCGetFlowrate",
+    "MFCSetParameter", "MFCGetParameter", "GetVariable",      "SetVariable"};
 
 [[noreturn]] void Reject(std::string_view text, std::string_view why) {
     throw FaultError(fmt::format("\"{}\" is no fault of the simulated bench: {}. Faults are {}.",
@@ -55,15 +59,28 @@ Faults::ChannelFault ParseChannelFault(std::string_view fault, std::string_view 
             ParseInRange(fault, text.substr(comma + 1), -65535.0, 65535.0)};
 }
 
-Faults::FailingCall ParseStatus(std::string_view fault, std::string_view text) {
+/// "N" or "N@CALL": the text of the number, and the operation, which is empty for every one.
+std::pair<std::string_view, std::string> ParseCall(std::string_view fault, std::string_view text) {
     const std::size_t at = text.find('@');
-    const auto status = ParseValue<std::int32_t>(fault, text.substr(0, at));
     if (at == std::string_view::npos)
-        return {status, {}};
+        return {text, {}};
     const std::string_view operation = text.substr(at + 1);
     if (std::find(Operations.begin(), Operations.end(), operation) == Operations.end())
         Reject(fault, fmt::format("\"{}\" is no operation of the board library", operation));
-    return {status, std::string(operation)};
+    return {text.substr(0, at), std::string(operation)};
+}
+
+Faults::FailingCall ParseStatus(std::string_view fault, std::string_view text) {
+    auto [status, operation] = ParseCall(fault, text);
+    if (operation == CallWithoutStatus)
+        Reject(fault, operation + " returns no status");
+    return {ParseValue<std::int32_t>(fault, status), std::move(operation)};
+}
+
+Faults::SlowCall ParseLatency(std::string_view fault, std::string_view text) {
+    constexpr double longest_ms = 60'000.0;
+    auto [latency_ms, operation] = ParseCall(fault, text);
+    return {ParseInRange(fault, latency_ms, 0.0, longest_ms) / 1000.0, std::move(operation)};
 }
 
 void ParseOne(std::string_view text, Faults& faults) {
@@ -93,6 +110,8 @@ void ParseOne(std::string_view text, Faults& faults) {
         faults.PressureFrozen = true;
     else if (name == "unplug")
         faults.UnplugAt_s = ParseInRange(text, value, 0.0, 1e9);
+    else if (name == "latency")
+        faults.SlowCalls.push_back(ParseLatency(text, value));
     else
         Reject(text, "the name is not known");
 }
@@ -111,6 +130,13 @@ double Faults::Sum(const std::vector<ChannelFault>& faults, std::int32_t channel
     for (const ChannelFault& fault : faults)
         sum += fault.Channel == channel ? fault.Amount : 0.0;
     return sum;
+}
+
+double Faults::LatencyOf_s(std::string_view operation) const {
+    double latency_s = 0.0;
+    for (const SlowCall& slow : SlowCalls)
+        latency_s += slow.Operation.empty() || slow.Operation == operation ? slow.Latency_s : 0.0;
+    return latency_s;
 }
 
 } // namespace ombrix

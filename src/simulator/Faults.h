@@ -5,6 +5,7 @@
 #include <span>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace ombrix {
@@ -22,12 +23,18 @@ struct Faults {
         /// Name of the library operation; empty for every one.
         std::string Operation;
     };
+    struct SlowCall {
+        double Latency_s = 0.0;
+        /// As of a failing call.
+        std::string Operation;
+    };
     struct ChannelFault {
         std::int32_t Channel = 0;
         double Amount = 0;
     };
 
     std::vector<FailingCall> FailingCalls;
+    std::vector<SlowCall> SlowCalls;
     bool EpromReadOnly = false;
     /// A word written reads back with one bit wrong.
     bool EpromFlip = false;
@@ -44,6 +51,8 @@ struct Faults {
     /// @throws FaultError
     static Faults Parse(std::span<const std::string> texts);
     static double Sum(const std::vector<ChannelFault>& faults, std::int32_t channel);
+    /// How long a call of that library operation takes beyond its own time.
+    double LatencyOf_s(std::string_view operation) const;
 };
 
 } // namespace ombrix

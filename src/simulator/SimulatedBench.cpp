@@ -17,7 +17,7 @@ constexpr std::int32_t FlowRange = 32001;
 
 } // namespace
 
-SimulatedBench::SimulatedBench(const Clock& clock, BenchOptions options)
+SimulatedBench::SimulatedBench(Clock& clock, BenchOptions options)
     : m_Clock(clock), m_Options(std::move(options)), m_StartCounter(clock.Counter()),
       m_LinkNoise(m_Options.Seed) {
     if (!m_Options.Folder.empty()) {
@@ -55,6 +55,14 @@ bool SimulatedBench::Unplugged() const {
     return unplugAt_s && Now_s() >= *unplugAt_s;
 }
 
+void SimulatedBench::Delay(std::string_view operation) const {
+    if (m_Options.BenchFaults.SlowCalls.empty())
+        return;
+    const double end_s = Now_s() + m_Options.BenchFaults.LatencyOf_s(operation);
+    for (double now_s = Now_s(); now_s < end_s; now_s = Now_s())
+        m_Clock.Rest(end_s - now_s);
+}
+
 AIBStatus SimulatedBench::FaultOf(std::string_view operation) const {
     if (Unplugged())
         return Status::HardwareError;
@@ -68,6 +76,7 @@ AIBStatus SimulatedBench::FaultOf(std::string_view operation) const {
 template <class Operation>
 AIBStatus SimulatedBench::Call(std::string_view name, std::int32_t index, bool argumentsValid,
                                Operation operation) {
+    Delay(name);
     if (const AIBStatus fault = FaultOf(name); fault != Status::NoError)
         return fault;
     if (!argumentsValid || !InRange(index, static_cast<std::int32_t>(m_Boards.size())))
@@ -77,10 +86,12 @@ AIBStatus SimulatedBench::Call(std::string_view name, std::int32_t index, bool a
 }
 
 std::int32_t SimulatedBench::OpenAIBAPI() {
+    Delay("OpenAIBAPI");
     return Unplugged() ? 0 : static_cast<std::int32_t>(m_Boards.size());
 }
 
 AIBStatus SimulatedBench::CloseAIBAPI() {
+    Delay("CloseAIBAPI");
     return FaultOf("CloseAIBAPI");
 }
 
@@ -166,10 +177,10 @@ AIBStatus SimulatedBench::WriteAIBInfo(std::int32_t index, std::int32_t /*first*
 }
 
 AIBStatus SimulatedBench::WriteEEPROM(std::int32_t index, std::int32_t address, std::int32_t word) {
-    if (m_Options.BenchFaults.EpromReadOnly)
-        return Status::AccessDenied;
-    AIBStatus written = Status::NoError;
+    AIBStatus written = Status::AccessDenied;
     const AIBStatus called = Call("WriteEEPROM", index, true, [&](SimulatedBoard& board) {
+        if (m_Options.BenchFaults.EpromReadOnly)
+            return;
         written = board.Eprom().Write(address, word);
         if (m_Options.BenchFaults.EpromFlip)
             m_FlippedWords.emplace(index, address);

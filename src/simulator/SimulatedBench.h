@@ -29,8 +29,8 @@ struct BenchOptions {
 /// program shows, trains and is tested with where no board is.
 class SimulatedBench final : public AIBControl {
   public:
-    /// @throws BenchError, DriveError
-    SimulatedBench(const Clock& clock, BenchOptions options);
+    /// @param clock the bench lives by; slow calls let it pass @throws BenchError, DriveError
+    SimulatedBench(Clock& clock, BenchOptions options);
     // The boards refer to the faults that the bench holds.
     SimulatedBench(const SimulatedBench&) = delete;
     SimulatedBench& operator=(const SimulatedBench&) = delete;
@@ -77,6 +77,8 @@ class SimulatedBench final : public AIBControl {
   private:
     double Now_s() const;
     bool Unplugged() const;
+    /// Lets the time pass that the bench's faults take for a call of this name.
+    void Delay(std::string_view operation) const;
     /// The status that the bench's faults give to a call of this name.
     AIBStatus FaultOf(std::string_view operation) const;
     /// One bit of a word that an unsteady link gets wrong; mostly none.
@@ -86,7 +88,7 @@ class SimulatedBench final : public AIBControl {
     AIBStatus Call(std::string_view name, std::int32_t index, bool argumentsValid,
                    Operation operation);
 
-    const Clock& m_Clock;
+    Clock& m_Clock;
     BenchOptions m_Options;
     std::int64_t m_StartCounter;
     std::vector<std::unique_ptr<SimulatedBoard>> m_Boards;

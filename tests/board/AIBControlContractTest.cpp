@@ -15,7 +15,7 @@ namespace {
 
 struct LibraryUnderTest {
     const char* Name;
-    std::function<std::unique_ptr<AIBControl>(const Clock&)> Make;
+    std::function<std::unique_ptr<AIBControl>(Clock&)> Make;
 };
 
 class AIBControlContract : public ::testing::TestWithParam<LibraryUnderTest> {
@@ -106,12 +106,12 @@ TEST_P(AIBControlContract, DumpsTheEprom) {
 INSTANTIATE_TEST_SUITE_P(
     Libraries, AIBControlContract,
     ::testing::Values(LibraryUnderTest{"Simulated",
-                                       [](const Clock& clock) {
+                                       [](Clock& clock) {
                                            return std::make_unique<SimulatedBench>(clock,
                                                                                    BenchOptions{});
                                        }},
                       LibraryUnderTest{"Loaded",
-                                       [](const Clock&) {
+                                       [](Clock&) {
                                            return std::make_unique<LoadedAIBControl>(
                                                SIMULATED_LIBRARY);
                                        }}),

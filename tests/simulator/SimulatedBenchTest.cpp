@@ -45,10 +45,21 @@ TEST(BenchFaults, AFrozenPressureIgnoresTheFlow) {
     EXPECT_EQ(board.MyGetADC(2), atRest);
 }
 
+TEST(BenchFaults, LatencyTakesTheBenchsOwnTime) {
+    TestBench bench("acu", {"latency:2", "latency:30.5@GetADC"});
+    AIB& board = bench.Detect();
+    const double before_s = MonotonicSeconds(bench.Time);
+    board.MyGetADC(2);
+    EXPECT_NEAR(MonotonicSeconds(bench.Time) - before_s, 0.0325, 1e-6);
+    board.ClearExtGPO(8);
+    EXPECT_NEAR(MonotonicSeconds(bench.Time) - before_s, 0.0345, 1e-6);
+}
+
 TEST(BenchFaults, TextsThatNameNoneAreRejected) {
     for (const char* text :
          {"status", "status:x", "status:1@NoSuchCall", "stuck-bit:16", "not-ready:2",
-          "hysteresis:0", "gain:0,", "unplug@", "unplug@-1", "no-air:1", "no-water", ""}) {
+          "hysteresis:0", "gain:0,", "unplug@", "unplug@-1", "no-air:1", "no-water",
+          "latency:", "latency:-1", "latency:1@NoSuchCall", "status:1@OpenAIBAPI", ""}) {
         const std::string fault = text;
         EXPECT_THROW(Faults::Parse({&fault, 1}), FaultError) << text;
     }

@@ -38,6 +38,7 @@ void LayOutUnit(SheetBuilder& sheet) {
     sheet.Text("B2", "Board serial", Label).Merge("C2:E2", value);
     sheet.Text("B3", "MFC number", Label).Merge("C3:E3", value);
     sheet.Text("B5", "Date and time", Label).Merge("C5:E5", date);
+    sheet.RowHeight(6, 24).Text("B6", "Outcome", Label).Merge("C6:O6", value);
 }
 
 void LayOutSummary(SheetBuilder& sheet) {
@@ -53,7 +54,7 @@ void LayOutSummary(SheetBuilder& sheet) {
             .Text(fmt::format("G{}", row), text, Label)
             .Formula(fmt::format("I{}", row), formula, count);
     };
-    line(2, "Steps recorded", fmt::format("SUMPRODUCT(--(LEFT({},5)=\"Step \"))", steps));
+    line(2, "Steps", fmt::format("SUMPRODUCT(--(LEFT({},5)=\"Step \"))", steps));
     line(3, "Steps passed",
          fmt::format("SUMPRODUCT((({0}=\"Pass\")+({1}=\"Pass\")>0)*({0}<>\"Fail\")*"
                      "({1}<>\"Fail\"))",
@@ -65,12 +66,19 @@ void LayOutSummary(SheetBuilder& sheet) {
 
 void LayOutVerdict(SheetBuilder& sheet) {
     sheet.Merge("L2:L4", VerdictCell)
-        .Formula("L2", "IF(I4>0,\"FAIL\",IF(I3>0,\"PASS\",\"NO RESULT\"))", VerdictCell)
+        .Formula("L2",
+                 fmt::format("IF({}<>\"{}\",\"INCOMPLETE\",IF(I4>0,\"FAIL\",IF(I3>0,\"PASS\","
+                             "\"NO RESULT\")))",
+                             Overview::Outcome, Overview::Completed),
+                 VerdictCell)
         .HighlightText("L2:L4", "PASS", Good)
-        .HighlightText("L2:L4", "FAIL", Bad);
+        .HighlightText("L2:L4", "FAIL", Bad)
+        .HighlightText("L2:L4", "INCOMPLETE", Bad);
     sheet.Formula("L5",
-                  "IF(I2=0,\"\",IF(I5=0,\"Every step was evaluated.\","
-                  "\"Steps of up to 2 s are not evaluated.\"))",
+                  fmt::format("IF(I2=0,\"\",IF(I5=0,\"Every step was evaluated.\",IF({}<>\"{}\","
+                              "\"Steps with a dash were not evaluated.\","
+                              "\"Steps of up to {} s are not evaluated.\")))",
+                              Overview::Outcome, Overview::Completed, Overview::EndWindow_s),
                   Note);
     sheet.Text("N2", "Limit", Label)
         .Number("O2", Tolerance, {.Bold = true, .Number = "0.0%", .Horizontal = Align::Right});
@@ -112,18 +120,18 @@ void LayOutBlockHeader(SheetBuilder& sheet) {
 }
 
 /// Steps may lie in any row, so every row judges itself and shows nothing where there is no
-/// step. The end value is the mean of the last 2 s; a step that was no longer has none (0).
+/// step. A step that is no longer than what its end value is the mean of, shows nothing settled,
+/// whatever that mean has come to.
 void LayOutEvaluation(SheetBuilder& sheet) {
     const Look result{.Horizontal = Align::Centre};
     for (int row = FirstStepRow; row <= LastStepRow; ++row) {
         const auto judge = [&](char column, char demand, char value) {
-            sheet.Formula(
-                Cell(column, row),
-                fmt::format("IF(LEFT(${3}{0},5)<>\"Step \",\"\",IF(AND({2}{0}=0,${4}{0}<=2),"
-                            "\"-\",IF(ABS({2}{0}-{1}{0}*$O$3)<=$O$2*$O$3,\"Pass\","
-                            "\"Fail\")))",
-                            row, demand, value, Overview::Step, Overview::Duration),
-                result);
+            sheet.Formula(Cell(column, row),
+                          fmt::format("IF(LEFT(${3}{0},5)<>\"Step \",\"\",IF(${4}{0}<={5},\"{6}\","
+                                      "IF(ABS({2}{0}-{1}{0}*$O$3)<=$O$2*$O$3,\"Pass\",\"Fail\")))",
+                                      row, demand, value, Overview::Step, Overview::Duration,
+                                      Overview::EndWindow_s, Overview::NotEvaluated),
+                          result);
         };
         judge(Overview::Ch1Evaluation, Overview::Ch1Demand, Overview::Ch1End);
         judge(Overview::Ch2Evaluation, Overview::Ch2Demand, Overview::Ch2End);
@@ -131,6 +139,12 @@ void LayOutEvaluation(SheetBuilder& sheet) {
     const std::string area = fmt::format("{}{}:{}{}", Overview::Ch1Evaluation, FirstStepRow,
                                          Overview::Ch2Evaluation, LastStepRow);
     sheet.HighlightText(area, "Pass", Good).HighlightText(area, "Fail", Bad);
+    // Nobody is to take for an end value what is none.
+    sheet.HighlightWhere(
+        fmt::format("{}{}:{}{}", Overview::Ch1End, FirstStepRow, Overview::Ch2End, LastStepRow),
+        fmt::format("AND(LEFT(${}{},5)=\"Step \",${}{}<={})", Overview::Step, FirstStepRow,
+                    Overview::Duration, FirstStepRow, Overview::EndWindow_s),
+        {.Number = fmt::format("\"{}\"", Overview::NotEvaluated)});
 }
 
 void LayOutOverview(SheetBuilder& sheet) {

@@ -100,10 +100,23 @@ SheetBuilder& SheetBuilder::Merge(std::string_view area, const Look& look) {
 
 SheetBuilder& SheetBuilder::HighlightText(std::string_view area, const std::string& text,
                                           const Highlight& highlight) {
-    m_Highlights += fmt::format("<conditionalFormatting sqref=\"{}\"><cfRule type=\"cellIs\" "
-                                "dxfId=\"{}\" priority=\"{}\" operator=\"equal\">"
-                                "<formula>\"{}\"</formula></cfRule></conditionalFormatting>",
-                                area, m_Styles.Number(highlight), ++m_Priority, Escaped(text));
+    return AddRule(area, "cellIs", " operator=\"equal\"", fmt::format("\"{}\"", Escaped(text)),
+                   highlight);
+}
+
+SheetBuilder& SheetBuilder::HighlightWhere(std::string_view area, const std::string& formula,
+                                           const Highlight& highlight) {
+    return AddRule(area, "expression", "", Escaped(formula), highlight);
+}
+
+SheetBuilder& SheetBuilder::AddRule(std::string_view area, std::string_view type,
+                                    std::string_view attributes, const std::string& formulaXml,
+                                    const Highlight& highlight) {
+    m_Highlights +=
+        fmt::format("<conditionalFormatting sqref=\"{}\"><cfRule type=\"{}\" "
+                    "dxfId=\"{}\" priority=\"{}\"{}>"
+                    "<formula>{}</formula></cfRule></conditionalFormatting>",
+                    area, type, m_Styles.Number(highlight), ++m_Priority, attributes, formulaXml);
     return *this;
 }
 

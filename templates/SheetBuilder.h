@@ -48,6 +48,9 @@ class SheetBuilder {
     /// Shows cells that hold the text in other colours.
     SheetBuilder& HighlightText(std::string_view area, const std::string& text,
                                 const Highlight& highlight);
+    /// Shows cells otherwise where a formula, written for the area's first cell, is true.
+    SheetBuilder& HighlightWhere(std::string_view area, const std::string& formula,
+                                 const Highlight& highlight);
     SheetBuilder& FreezeRows(int rows);
     SheetBuilder& WithoutGrid();
     /// Rows such as "1:1" that are repeated on every page.
@@ -70,6 +73,8 @@ class SheetBuilder {
         std::string Content;
     };
     CellText& At(std::string_view address, const Look& look);
+    SheetBuilder& AddRule(std::string_view area, std::string_view type, std::string_view attributes,
+                          const std::string& formulaXml, const Highlight& highlight);
     std::string ViewXml(bool isFirst) const;
     std::string RowsXml() const;
 

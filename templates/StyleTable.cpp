@@ -64,6 +64,11 @@ std::string AlignmentXml(const Look& look) {
                        look.Wrapped ? " wrapText=\"1\"" : "");
 }
 
+std::string NumberFormatXml(std::size_t index, const std::string& format) {
+    return fmt::format("<numFmt numFmtId=\"{}\" formatCode=\"{}\"/>", FirstOwnNumberFormat + index,
+                       Escaped(format));
+}
+
 std::string List(std::string_view name, const std::vector<std::string>& entries) {
     return fmt::format("<{0} count=\"{1}\">{2}</{0}>", name, entries.size(),
                        fmt::join(entries, ""));
@@ -87,7 +92,20 @@ int StyleTable::Number(const Look& look) {
 }
 
 int StyleTable::Number(const Highlight& highlight) {
-    return static_cast<int>(IndexIn(m_Highlights, highlight));
+    return static_cast<int>(IndexIn(m_Highlights, HighlightXml(highlight)));
+}
+
+std::string StyleTable::HighlightXml(const Highlight& highlight) {
+    std::string xml = "<dxf>";
+    if (!highlight.Colour.empty())
+        xml += fmt::format("<font><b/><color rgb=\"FF{}\"/></font>", highlight.Colour);
+    if (!highlight.Number.empty())
+        xml += NumberFormatXml(IndexIn(m_NumberFormats, highlight.Number), highlight.Number);
+    if (!highlight.Fill.empty())
+        xml += fmt::format("<fill><patternFill patternType=\"solid\"><fgColor rgb=\"FF{0}\"/>"
+                           "<bgColor rgb=\"FF{0}\"/></patternFill></fill>",
+                           highlight.Fill);
+    return xml + "</dxf>";
 }
 
 std::string StyleTable::FormatXml(const Format& format) const {
@@ -100,18 +118,10 @@ std::string StyleTable::FormatXml(const Format& format) const {
 std::string StyleTable::Xml() const {
     std::vector<std::string> numbers;
     for (std::size_t i = 0; i < m_NumberFormats.size(); ++i)
-        numbers.push_back(fmt::format("<numFmt numFmtId=\"{}\" formatCode=\"{}\"/>",
-                                      FirstOwnNumberFormat + i, Escaped(m_NumberFormats[i])));
+        numbers.push_back(NumberFormatXml(i, m_NumberFormats[i]));
     std::vector<std::string> formats;
     for (const Format& format : m_Formats)
         formats.push_back(FormatXml(format));
-    std::vector<std::string> highlights;
-    for (const Highlight& highlight : m_Highlights)
-        highlights.push_back(fmt::format("<dxf><font><b/><color rgb=\"FF{}\"/></font><fill>"
-                                         "<patternFill patternType=\"solid\">"
-                                         "<fgColor rgb=\"FF{}\"/><bgColor rgb=\"FF{}\"/>"
-                                         "</patternFill></fill></dxf>",
-                                         highlight.Colour, highlight.Fill, highlight.Fill));
     return "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n<styleSheet "
            "xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\">" +
            List("numFmts", numbers) + List("fonts", m_Fonts) + List("fills", m_Fills) +
@@ -121,7 +131,7 @@ std::string StyleTable::Xml() const {
            List("cellXfs", formats) +
            "<cellStyles count=\"1\"><cellStyle name=\"Normal\" xfId=\"0\" builtinId=\"0\"/>"
            "</cellStyles>" +
-           List("dxfs", highlights) + "</styleSheet>";
+           List("dxfs", m_Highlights) + "</styleSheet>";
 }
 
 } // namespace ombrix::templates

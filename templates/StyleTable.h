@@ -9,9 +9,11 @@ namespace ombrix::templates {
 
 /// How a conditional format shows a cell.
 struct Highlight {
-    std::string Colour;
-    std::string Fill;
-    bool operator==(const Highlight&) const = default;
+    /// Empty colours leave the cell's own.
+    std::string Colour = {};
+    std::string Fill = {};
+    /// A number format in the place of the cell's own.
+    std::string Number = {};
 };
 
 /// Collects the looks of a workbook and numbers them the way cells refer to them.
@@ -33,13 +35,14 @@ class StyleTable {
         bool operator==(const Format&) const = default;
     };
     std::string FormatXml(const Format& format) const;
+    std::string HighlightXml(const Highlight& highlight);
 
     std::vector<std::string> m_Fonts;
     std::vector<std::string> m_Fills;
     std::vector<std::string> m_Borders;
     std::vector<std::string> m_NumberFormats;
     std::vector<Format> m_Formats;
-    std::vector<Highlight> m_Highlights;
+    std::vector<std::string> m_Highlights;
 };
 
 } // namespace ombrix::templates

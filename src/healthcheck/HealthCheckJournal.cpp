@@ -45,8 +45,13 @@ void HealthCheckRecorder::Sample(const MFCStep::Sample& sample) {
         m_Journal.Sample(fmt::format("[{}]", fmt::join(sample, ",")));
 }
 
-void HealthCheckRecorder::SequenceEnds(OleDate now) {
-    m_Journal.Add(LineOf({{"sequenceEnd", DateJson(now)}}));
+void HealthCheckRecorder::SequenceEnds(OleDate now, std::int32_t ended) {
+    m_Journal.Add(LineOf({{"sequenceEnd", DateJson(now)}, {"ended", ended}}));
+}
+
+void HealthCheckRecorder::Measured(const std::string& outcome) {
+    m_Journal.Add(
+        LineOf({{"measured", DateJson(m_Station.World.Time.Now())}, {"outcome", outcome}}));
 }
 
 void HealthCheckRecorder::End(const std::string& verdict,
@@ -59,19 +64,22 @@ void HealthCheckRecorder::End(const std::string& verdict,
 
 namespace {
 
+constexpr const char* InterruptedOutcome = "Interrupted: the program had ended before the check";
+
 MFCSequence SequenceOf(const RecordedSequence& recorded) {
     MFCSequence sequence;
     for (const RecordedStep& step : recorded.Steps)
         sequence.AddStep(step.Plan.Ch1Demand, step.Plan.Ch2Demand, step.Plan.Duration_s);
     for (std::size_t index = 0; index < recorded.Steps.size(); ++index)
-        sequence.AddSamples(static_cast<std::int32_t>(index), recorded.Steps[index].Samples);
+        sequence.AddSamples(static_cast<std::int32_t>(index), recorded.Steps[index].Samples,
+                            recorded.Steps[index].Ended);
     return sequence;
 }
 
 } // namespace
 
 RecordedHealthCheck::RecordedHealthCheck(ReportTools tools, std::string_view text)
-    : m_Tools(std::move(tools)) {
+    : m_Tools(std::move(tools)), m_Outcome(InterruptedOutcome) {
     ReadJournalLines(text, [this](const SingleJson& line) { Take(line); });
 }
 
@@ -81,11 +89,13 @@ void RecordedHealthCheck::Take(const SingleJson& line) {
     else if (line.contains("sequence"))
         TakeSequence(line);
     else if (line.contains("step"))
-        m_Step = line.at("step").get<std::size_t>();
+        TakeStep(line);
     else if (line.contains("samples"))
         TakeSamples(line.at("samples"));
     else if (line.contains("sequenceEnd"))
-        m_MeasuredAt = DateOf(line.at("sequenceEnd"));
+        TakeSequenceEnd(line);
+    else if (line.contains("measured"))
+        m_Outcome = line.at("outcome").get<std::string>();
     else if (line.contains("end"))
         m_Ended = true;
     else
@@ -102,9 +112,26 @@ void RecordedHealthCheck::TakeSequence(const SingleJson& line) {
     RecordedSequence sequence{line.at("sequence").get<std::string>(), {}};
     for (const SingleJson& step : line.at("steps"))
         sequence.Steps.push_back(
-            {{SingleOf(step.at(0)), SingleOf(step.at(1)), SingleOf(step.at(2))}, {}});
+            {{SingleOf(step.at(0)), SingleOf(step.at(1)), SingleOf(step.at(2))}, {}, false});
     m_Sequences.push_back(std::move(sequence));
     m_Step = 0;
+}
+
+void RecordedHealthCheck::TakeStep(const SingleJson& line) {
+    m_Step = line.at("step").get<std::size_t>();
+    EndSteps(m_Step);
+}
+
+void RecordedHealthCheck::EndSteps(std::size_t count) {
+    if (m_Sequences.empty() || count > m_Sequences.back().Steps.size())
+        throw std::runtime_error("its steps belong to no sequence");
+    for (std::size_t index = 0; index < count; ++index)
+        m_Sequences.back().Steps[index].Ended = true;
+}
+
+void RecordedHealthCheck::TakeSequenceEnd(const SingleJson& line) {
+    m_MeasuredAt = DateOf(line.at("sequenceEnd"));
+    EndSteps(line.value("ended", std::size_t{0}));
 }
 
 void RecordedHealthCheck::TakeSamples(const SingleJson& samples) {
@@ -138,7 +165,7 @@ RemadeReport RecordedHealthCheck::MakeReport() const {
     for (const RecordedSequence& sequence : m_Sequences)
         SequenceOf(sequence).ExportToWorkbook(m_Header.Unit, m_MeasuredAt, report.Book(),
                                               sequence.Sheet, report.OverviewRow());
-    const HealthCheckReport::Saved saved = report.Save(m_Header.Unit, m_MeasuredAt);
+    const HealthCheckReport::Saved saved = report.Save(m_Header.Unit, m_MeasuredAt, m_Outcome);
     RemadeReport remade{{}, saved.Error.empty()};
     if (saved.File)
         remade.Files.push_back(*saved.File);

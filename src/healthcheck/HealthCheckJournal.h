@@ -27,8 +27,11 @@ class HealthCheckRecorder {
     void SequenceBegins(const std::string& sheet, std::span<const StepPlan> steps);
     void StepBegins(std::int32_t index);
     void Sample(const MFCStep::Sample& sample);
-    /// All has been measured that will be. @param now the date that the sequence is exported with
-    void SequenceEnds(OleDate now);
+    /// The sequence is over. @param now the date that it is exported with
+    /// @param ended how many of its steps have run to their end
+    void SequenceEnds(OleDate now, std::int32_t ended);
+    /// All has been measured that will be. @param outcome as the report tells it
+    void Measured(const std::string& outcome);
     /// The run has ended. @param files of its report
     void End(const std::string& verdict, const std::vector<std::filesystem::path>& files);
 
@@ -41,6 +44,7 @@ class HealthCheckRecorder {
 struct RecordedStep {
     StepPlan Plan;
     std::vector<MFCStep::Sample> Samples;
+    bool Ended = false;
 };
 
 /// A sequence of a journal, whole or up to where the run was cut off: its sheet in the report and
@@ -70,12 +74,18 @@ class RecordedHealthCheck final : public JournalledRun {
     void Take(const SingleJson& line);
     void TakeHeader(const SingleJson& line);
     void TakeSequence(const SingleJson& line);
+    void TakeStep(const SingleJson& line);
+    void TakeSequenceEnd(const SingleJson& line);
     void TakeSamples(const SingleJson& samples);
+    /// The first steps of the last sequence have run to their end.
+    void EndSteps(std::size_t count);
 
     ReportTools m_Tools;
     JournalHeader m_Header;
     /// When the last whole sequence had been measured; the start of the run before that.
     OleDate m_MeasuredAt;
+    /// As the report tells it.
+    std::string m_Outcome;
     std::vector<RecordedSequence> m_Sequences;
     std::size_t m_Step = 0;
     bool m_HasHeader = false;

@@ -32,12 +32,15 @@ std::string HealthCheckReport::Open() {
     return m_Opened.Error;
 }
 
-HealthCheckReport::Saved HealthCheckReport::Save(const ACU& unit, OleDate date) {
+HealthCheckReport::Saved HealthCheckReport::Save(const ACU& unit, OleDate date,
+                                                 const std::string& outcome) {
     const std::string name = fmt::format("{}_ACU{}_{}", unit.Record.CleanNumberInNames(),
                                          unit.Serial, DateText(date, "yyyymmdd_hhnnss"));
     try {
+        Worksheet& overview = Book().Sheet(HealthCheckLayout::OverviewSheet);
+        overview.SetValue(HealthCheckLayout::Overview::Outcome, outcome);
         Book().Sheet(HealthCheckLayout::DataSheet).SetVisible(SheetVisibility::Hidden);
-        Book().Sheet(HealthCheckLayout::OverviewSheet).Select();
+        overview.Select();
         m_Opened.Application->SetVisible(true);
         return SaveInUnitFolder(unit, name);
     } catch (const std::exception& error) {

@@ -32,7 +32,8 @@ class HealthCheckReport {
         std::string Error{};
     };
     /// Saves it; it replaces no other. @param date for its name
-    Saved Save(const ACU& unit, OleDate date);
+    /// @param outcome how the check ended, as the overview tells it
+    Saved Save(const ACU& unit, OleDate date, const std::string& outcome);
 
   private:
     Saved SaveInUnitFolder(const ACU& unit, const std::string& name);

@@ -11,6 +11,26 @@
 
 namespace ombrix {
 
+namespace {
+
+/// The first paragraph of an error: the others say what to do at the bench.
+std::string FirstParagraph(const std::string& text) {
+    return text.substr(0, text.find("\r\n"));
+}
+
+std::string OutcomeTextOf(const Outcome& outcome) {
+    switch (outcome.Ended) {
+    case End::Failed: return outcome.Error;
+    case End::Cancelled: return "Cancelled";
+    case End::Stopped:
+    case End::NotStored: return "Stopped: " + FirstParagraph(outcome.Error);
+    case End::Passed: break;
+    }
+    return HealthCheckLayout::Overview::Completed;
+}
+
+} // namespace
+
 HealthCheckRun::HealthCheckRun(const ReportTools& tools)
     : m_Station(tools.TheStation), m_Recorder(m_Station), m_Report(tools) {}
 
@@ -25,6 +45,7 @@ HealthCheckResult HealthCheckRun::Run(std::span<const HealthCheckOption> options
         if (result.Error = m_Report.Open(); result.Error.empty()) {
             m_Recorder.Begin(options);
             RunAll(PlanHealthCheck(options), view, result);
+            JudgeCompleteness(result);
         } else {
             result.Ended = End::NotStored;
         }
@@ -35,11 +56,16 @@ HealthCheckResult HealthCheckRun::Run(std::span<const HealthCheckOption> options
         TellOperator(m_Station.World, "The health check has been stopped.\r\n\r\n" + result.Error,
                      MessageIcon::Critical);
     }
-    if (!result.Sequences.empty())
+    result.OutcomeText = OutcomeTextOf(result);
+    if (!result.Sequences.empty()) {
+        m_Recorder.Measured(result.OutcomeText);
         Save(result);
-    m_Recorder.End(EndText(result), result.Files);
-    log.Ended(EndText(result));
-    m_Station.Procedures.TellEnd(result, StageText(result.Ended));
+    }
+    const bool isIncomplete = result.Ended == End::Failed;
+    const std::string ended = isIncomplete ? "incomplete: " + result.Error : EndText(result);
+    m_Recorder.End(ended, result.Files);
+    log.Ended(ended);
+    m_Station.Procedures.TellEnd(result, isIncomplete ? "Incomplete" : StageText(result.Ended));
     return result;
 }
 
@@ -61,6 +87,25 @@ void HealthCheckRun::RunAll(const std::vector<SequencePlan>& plan, const HealthC
             return;
         done_s += TotalTime_s({&sequence, 1});
     }
+    if (result.Sequences.empty()) // every prompt was declined
+        result.Ended = End::Cancelled;
+}
+
+void HealthCheckRun::JudgeCompleteness(HealthCheckResult& result) {
+    int steps = 0;
+    int completed = 0;
+    for (const SequenceResult& sequence : result.Sequences) {
+        steps += sequence.Steps;
+        completed += sequence.Completed;
+    }
+    if (result.Ended != End::Passed || completed == steps)
+        return;
+    result.Ended = End::Failed;
+    result.Error = fmt::format("Too few samples to evaluate {} of {} steps: the board answers too "
+                               "slowly, or not always.",
+                               steps - completed, steps);
+    TellOperator(m_Station.World, "The health check is incomplete.\r\n\r\n" + result.Error,
+                 MessageIcon::Warning);
 }
 
 Answer HealthCheckRun::AskPrompt(const SequencePlan& plan) {
@@ -86,7 +131,8 @@ void HealthCheckRun::RunOne(const SequencePlan& plan, const HealthCheckView& vie
     ProcedureWait wait(m_Station);
     const auto note = [&] {
         result.Sequences.push_back({sheet, sequence.StepCount(), sequence.TotalTime_s(),
-                                    sequence.SampleCount(), sequence.RecordFull()});
+                                    sequence.SampleCount(), sequence.RecordFull(),
+                                    sequence.MeasuredCount()});
     };
     m_Recorder.SequenceBegins(sheet, plan.Steps);
     try {
@@ -114,8 +160,8 @@ std::string HealthCheckRun::DistinctSheetName(const std::string& name,
 }
 
 void HealthCheckRun::Save(HealthCheckResult& result) {
-    const HealthCheckReport::Saved saved =
-        m_Report.Save(m_Station.Calibration().Unit(), m_Station.World.Time.Now());
+    const HealthCheckReport::Saved saved = m_Report.Save(
+        m_Station.Calibration().Unit(), m_Station.World.Time.Now(), result.OutcomeText);
     if (saved.File)
         result.Files.push_back(*saved.File);
     if (saved.Error.empty()) {

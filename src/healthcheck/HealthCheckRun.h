@@ -22,12 +22,18 @@ struct SequenceResult {
     int Samples = 0;
     /// A step's record was full before the step ended.
     bool RecordFull = false;
+    /// Steps that have run to their end with samples enough to be judged by.
+    int Completed = 0;
 };
 
 /// What became of a health check. Errors of the board and of the report stand in it and are not
 /// thrown.
 struct HealthCheckResult : Outcome {
     std::vector<SequenceResult> Sequences;
+    /// How its measuring ended, as the overview of its report tells it.
+    std::string OutcomeText;
+    /// Every step that was chosen can be judged.
+    bool Complete() const { return OutcomeText == HealthCheckLayout::Overview::Completed; }
 };
 
 /// Where a running health check shows; each of them may be none.
@@ -57,6 +63,8 @@ class HealthCheckRun {
     Answer AskPrompt(const SequencePlan& plan);
     std::string DistinctSheetName(const std::string& name,
                                   const std::vector<SequenceResult>& taken) const;
+    /// Says of a check that has come to its end whether every step can be judged.
+    void JudgeCompleteness(HealthCheckResult& result);
     void Save(HealthCheckResult& result);
 
     Station& m_Station;

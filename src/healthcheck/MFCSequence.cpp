@@ -57,10 +57,23 @@ bool MFCSequence::RecordFull() const {
                        [](const MFCStep& step) { return step.RecordFull(); });
 }
 
-void MFCSequence::AddSamples(std::int32_t index, std::span<const MFCStep::Sample> samples) {
+std::int32_t MFCSequence::EndedCount() const {
+    return static_cast<std::int32_t>(std::count_if(
+        m_Steps.begin(), m_Steps.end(), [](const MFCStep& step) { return step.Ended(); }));
+}
+
+std::int32_t MFCSequence::MeasuredCount() const {
+    return static_cast<std::int32_t>(std::count_if(
+        m_Steps.begin(), m_Steps.end(), [](const MFCStep& step) { return step.IsMeasured(); }));
+}
+
+void MFCSequence::AddSamples(std::int32_t index, std::span<const MFCStep::Sample> samples,
+                             bool ended) {
     MFCStep& step = m_Steps.at(static_cast<std::size_t>(index));
     for (const MFCStep::Sample& sample : samples)
         step.AddSample(sample);
+    if (ended)
+        step.EndStep();
 }
 
 bool MFCSequence::RunSequence(Station& station, ProcedureWait& wait, const SequenceView& view,
@@ -71,9 +84,11 @@ bool MFCSequence::RunSequence(Station& station, ProcedureWait& wait, const Seque
     if (view.Steps != nullptr)
         FillStepList(*view.Steps);
     const auto exportRecord = [&] {
+        for (std::int32_t index = 0; index < StepCount(); ++index)
+            MarkUnmeasured(index, view);
         const OleDate now = station.World.Time.Now();
         if (view.Recorder != nullptr)
-            view.Recorder->SequenceEnds(now);
+            view.Recorder->SequenceEnds(now, EndedCount());
         if (workbook != nullptr)
             ExportToWorkbook(station.Calibration().Unit(), now, *workbook, sheetName, overviewRow);
     };
@@ -101,7 +116,8 @@ bool MFCSequence::RunSteps(Station& station, ProcedureWait& wait, const Sequence
     start();
     while (true) {
         if (static_cast<float>(timer.ElapsedTime()) >= m_Steps[index].EndTime_s()) {
-            NoteFullRecord(static_cast<std::int32_t>(index), view);
+            m_Steps[index].EndStep();
+            MarkUnmeasured(static_cast<std::int32_t>(index), view);
             if (++index == m_Steps.size())
                 return true;
             start();
@@ -119,9 +135,11 @@ bool MFCSequence::RunSteps(Station& station, ProcedureWait& wait, const Sequence
     }
 }
 
-void MFCSequence::NoteFullRecord(std::int32_t index, const SequenceView& view) const {
-    if (view.Steps != nullptr && Step(index).RecordFull())
-        view.Steps->SetItem(index, StepText(index) + "  (record full)");
+void MFCSequence::MarkUnmeasured(std::int32_t index, const SequenceView& view) const {
+    const MFCStep& step = Step(index);
+    if (view.Steps != nullptr && !step.IsMeasured())
+        view.Steps->SetItem(index,
+                            StepText(index) + (step.RecordFull() ? "  (record full)" : "  -"));
 }
 
 std::string MFCSequence::StepText(std::int32_t index) const {

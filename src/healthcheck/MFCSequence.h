@@ -38,6 +38,10 @@ class MFCSequence {
     /// Samples of all steps together.
     std::int32_t SampleCount() const;
     bool RecordFull() const;
+    /// Steps that have run to their end.
+    std::int32_t EndedCount() const;
+    /// Those of them that can be judged.
+    std::int32_t MeasuredCount() const;
 
     /// Runs the steps on the current board, returns both channels to zero, and exports what was
     /// recorded to the workbook if there is one, also when the run ended early. False when the
@@ -47,8 +51,8 @@ class MFCSequence {
                      Workbook* workbook, const std::string& sheetName, std::int32_t& overviewRow);
 
     /// Adds samples that were recorded earlier to a step of a sequence that is not run.
-    /// @throws std::out_of_range
-    void AddSamples(std::int32_t index, std::span<const MFCStep::Sample> samples);
+    /// @param ended the step ran to its end @throws std::out_of_range
+    void AddSamples(std::int32_t index, std::span<const MFCStep::Sample> samples, bool ended);
     /// Writes what was recorded. @param now the date of the report @throws SpreadsheetError
     void ExportToWorkbook(const ACU& unit, OleDate now, Workbook& workbook,
                           const std::string& sheetName, std::int32_t& overviewRow) const;
@@ -59,7 +63,8 @@ class MFCSequence {
     void FillStepList(StepList& steps) const;
     std::string StepText(std::int32_t index) const;
     bool RunSteps(Station& station, ProcedureWait& wait, const SequenceView& view);
-    void NoteFullRecord(std::int32_t index, const SequenceView& view) const;
+    /// Says in the list that a step cannot be judged.
+    void MarkUnmeasured(std::int32_t index, const SequenceView& view) const;
 
     void ExportOverviewBlock(Worksheet& overview, std::int32_t& row) const;
 

@@ -14,6 +14,10 @@ namespace ombrix {
 
 namespace {
 
+namespace Overview = HealthCheckLayout::Overview;
+namespace Data = HealthCheckLayout::Data;
+
+constexpr float EndWindow_ms = 1000.0F * Overview::EndWindow_s;
 constexpr Colour DemandColour{192, 192, 192};
 constexpr Colour Channel1Colour{0, 0, 255};
 constexpr Colour Channel2Colour{0, 255, 0};
@@ -174,30 +178,37 @@ void MFCStep::Draw(const GraphSurfaces& graphs, const Sample& sample) const {
     graphs[4]->Line(x1, last[4] - last[3], x2, sample[4] - sample[3], Channel2Colour);
 }
 
-float MFCStep::Get_EndVal(std::int32_t column, float window_ms) const {
+std::int32_t MFCStep::RowsWithin(float window_ms) const {
     if (m_DataCount == 0)
+        return 0;
+    const float threshold = static_cast<float>(LastSample()[0]) - window_ms;
+    std::int32_t before = m_DataCount;
+    while (before > 0 && threshold < static_cast<float>(data(before - 1, 0)))
+        --before;
+    return m_DataCount - before;
+}
+
+float MFCStep::Get_EndVal(std::int32_t column, float window_ms) const {
+    const std::int32_t rows = RowsWithin(window_ms);
+    if (rows == 0 || rows == m_DataCount)
         return 0.0F;
-    const float threshold = static_cast<float>(data(m_DataCount - 1, 0)) - window_ms;
     float sum = 0.0F;
-    std::int32_t count = 0;
-    for (std::int32_t row = m_DataCount - 1; row >= 0; --row) {
-        if (static_cast<float>(data(row, 0)) <= threshold)
-            return count == 0 ? 0.0F : sum / static_cast<float>(count);
+    for (std::int32_t row = m_DataCount - 1; row >= m_DataCount - rows; --row)
         sum += static_cast<float>(data(row, column));
-        ++count;
-    }
-    return 0.0F;
+    return sum / static_cast<float>(rows);
+}
+
+bool MFCStep::IsMeasured() const {
+    const std::int32_t rows = RowsWithin(EndWindow_ms);
+    const bool reachesBack = rows < m_DataCount || m_Duration_s * 1000.0F <= EndWindow_ms;
+    return m_Ended && !m_RecordFull && rows >= FewestEndSamples && reachesBack;
 }
 
 // What a step writes into the report workbook.
 
 namespace {
 
-namespace Overview = HealthCheckLayout::Overview;
-namespace Data = HealthCheckLayout::Data;
-
 constexpr std::int32_t LongestGap_ms = 250;
-constexpr float EndWindow_ms = 2000.0F;
 constexpr float FullScale = 65535.0F;
 constexpr std::size_t DataColumns = 4;
 
@@ -274,12 +285,22 @@ void MFCStep::ExportStepData(std::int32_t row, Worksheet& sheet) const {
     write(Overview::Ch1Demand, m_DemandValue[0]);
     write(Overview::Ch2Demand, m_DemandValue[1]);
     write(Overview::Duration, m_Duration_s);
-    write(Overview::Ch1Min, m_Extremes[0].MinValue);
-    write(Overview::Ch1Max, m_Extremes[0].MaxValue);
-    write(Overview::Ch2Min, m_Extremes[1].MinValue);
-    write(Overview::Ch2Max, m_Extremes[1].MaxValue);
-    write(Overview::Ch1End, Get_EndVal(2, EndWindow_ms));
-    write(Overview::Ch2End, Get_EndVal(4, EndWindow_ms));
+    const CellValue none = std::string(Overview::NotEvaluated);
+    const auto extreme = [this, &none](std::int32_t bits) {
+        return m_DataCount > 0 ? CellValue(bits) : none;
+    };
+    write(Overview::Ch1Min, extreme(m_Extremes[0].MinValue));
+    write(Overview::Ch1Max, extreme(m_Extremes[0].MaxValue));
+    write(Overview::Ch2Min, extreme(m_Extremes[1].MinValue));
+    write(Overview::Ch2Max, extreme(m_Extremes[1].MaxValue));
+    if (IsMeasured()) {
+        write(Overview::Ch1End, Get_EndVal(2, EndWindow_ms));
+        write(Overview::Ch2End, Get_EndVal(4, EndWindow_ms));
+    } else {
+        for (const char column :
+             {Overview::Ch1End, Overview::Ch2End, Overview::Ch1Evaluation, Overview::Ch2Evaluation})
+            write(column, none);
+    }
     write(Overview::Description, StepDescription());
 }
 

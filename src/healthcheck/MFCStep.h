@@ -25,6 +25,8 @@ class MFCStep {
     /// Samples that a step can hold; at the shortest spacing 200 s.
     static constexpr std::int32_t DataCapacity = 10000;
     static constexpr float SampleSpacing_s = 0.02F;
+    /// With fewer samples of its last two seconds a step is not judged.
+    static constexpr std::int32_t FewestEndSamples = 5;
     using Sample = std::array<std::int32_t, Columns>;
 
     /// @param ch1Demand, ch2Demand fractions of full scale, 0 to 1
@@ -48,6 +50,11 @@ class MFCStep {
     std::int32_t data(std::int32_t row, std::int32_t column) const;
     /// The record was full before the step ended; it took no more samples then.
     bool RecordFull() const { return m_RecordFull; }
+    /// The sequence has moved on: the step has run to its end.
+    void EndStep() { m_Ended = true; }
+    bool Ended() const { return m_Ended; }
+    /// It has run to its end, with samples enough to judge it by.
+    bool IsMeasured() const;
 
     /// Tells the current board the demands and prepares the record. The timer is the sequence's.
     void StartStep(HiResTimer& timer, Station& station);
@@ -64,7 +71,8 @@ class MFCStep {
     /// Writes the samples from a row down, leaving out those that add nothing to the picture;
     /// advances the row. Row 0 stands for row 2, the first below the headings.
     void ExportData(std::int32_t& row, Worksheet& sheet) const;
-    /// Writes the step's line of the overview.
+    /// Writes the step's line of the overview: "-" stands where there is no sample and, for a
+    /// step that is not measured, in the place of its end values and their evaluation.
     void ExportStepData(std::int32_t row, Worksheet& sheet) const;
     /// Mean of a column over the last part of the record, in Single precision; 0 when the
     /// record does not reach back beyond it.
@@ -78,6 +86,8 @@ class MFCStep {
         std::int32_t MaxIndex = -1;
     };
 
+    /// How many of the last samples lie within that time of the very last one.
+    std::int32_t RowsWithin(float window_ms) const;
     bool ReadSample(AIB& board, Sample& sample);
     void NoteExtremes(const Sample& sample);
     void Draw(const GraphSurfaces& graphs, const Sample& sample) const;
@@ -99,6 +109,7 @@ class MFCStep {
     /// Times are compared in full resolution, not in the whole milliseconds of the record.
     double m_LastAttempt_s = -std::numeric_limits<double>::infinity();
     bool m_RecordFull = false;
+    bool m_Ended = false;
     AnswerWatch m_Answers;
 };
 

@@ -143,16 +143,24 @@ CommandResult RunHealthCheckCommand(CommandContext& context,
     }
 
     CommandResult result;
-    result.Json["sequences"] = nlohmann::ordered_json::array();
+    result.Json["sequences"] = Json::array();
     for (const SequenceResult& sequence : outcome.Sequences) {
         result.Json["sequences"].push_back({{"sheet", sequence.Sheet},
                                             {"steps", sequence.Steps},
                                             {"seconds", sequence.Seconds},
-                                            {"samples", sequence.Samples}});
-        result.Text += fmt::format("{:<16} {:3} steps {:6} s {:6} samples{}\n", sequence.Sheet,
+                                            {"samples", sequence.Samples},
+                                            {"completed", sequence.Completed}});
+        result.Text += fmt::format("{:<16} {:3} steps {:6} s {:6} samples{}{}\n", sequence.Sheet,
                                    sequence.Steps, sequence.Seconds, sequence.Samples,
-                                   sequence.RecordFull ? "  (record full)" : "");
+                                   sequence.RecordFull ? "  (record full)" : "",
+                                   sequence.Completed == sequence.Steps
+                                       ? ""
+                                       : fmt::format("  ({} completed)", sequence.Completed));
     }
+    result.Json["complete"] = outcome.Complete();
+    result.Json["outcome"] = outcome.OutcomeText;
+    if (!outcome.Complete())
+        result.Text += fmt::format("INCOMPLETE: {}\n", outcome.OutcomeText);
     AddOutcome(result, outcome, "The health check");
     return result;
 }

@@ -51,6 +51,7 @@ INSTANTIATE_TEST_SUITE_P(
     Runs, HealthCheckJournalTest,
     ::testing::Values(JournalCase{"Whole"}, JournalCase{"Cancelled", Option::LowCh2, {}, 23.4},
                       JournalCase{"BoardLost", Option::Short, {"unplug@8"}},
+                      JournalCase{"TooSlow", Option::Short, {"latency:200"}},
                       JournalCase{"DigitalSensor", Option::Short, {}, 0.0, 1},
                       JournalCase{
                           "OnlyTheLargeGauge", Option::PressureCheck, {}, 0.0, 0, {Answer::No}}),
@@ -97,6 +98,8 @@ TEST(HealthCheckJournalCutTest, ARunWhoseProgramDiedIsOfferedWithAllButItsLastSe
     const std::string file = told[1].substr(told[1].find('/'));
     WorkbookProbe report(ReadWholeFile(file));
     EXPECT_EQ(report.Value("Overview", "L48"), "To Zero from 20.0");
+    EXPECT_EQ(report.Value("Overview", "N48") + report.Value("Overview", "J48"), "--");
+    EXPECT_TRUE(report.Value("Overview", "C6").starts_with("Interrupted"));
     EXPECT_NE(report.Value("Zero - Ch2", "A60"), "");
     EXPECT_TRUE(FindUnfinishedRuns(bench.Bench.World).empty());
 }

@@ -134,6 +134,9 @@ TEST_F(HealthCheckRunTest, GaugePromptsSkipOrEnd) {
     EXPECT_EQ(ended.Ended, End::Cancelled);
     EXPECT_EQ(ended.Sequences.size(), 1U);
     EXPECT_EQ(ended.Files.size(), 1U) << "what there is is saved";
+
+    m_Bench->Messages.Answers = {Answer::No, Answer::No};
+    EXPECT_EQ(Run({Option::PressureCheck}).Ended, End::Cancelled) << "nothing was measured";
 }
 
 TEST_F(HealthCheckRunTest, CancelStillSavesWhatWasMeasured) {

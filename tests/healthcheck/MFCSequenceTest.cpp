@@ -97,7 +97,9 @@ TEST_F(MFCSequenceTest, AFullRecordIsSaidInTheStepList) {
 TEST_F(MFCSequenceTest, CancelEndsItAtOnceWithTheAirOff) {
     m_Sequence.AddStep(0.9F, 0.9F, 100.0F);
     m_Bench->Events.At(3.0, [this] { m_Bench->TheStation.Procedures.Cancel(); });
-    EXPECT_FALSE(Run());
+    RecordedStepList steps;
+    EXPECT_FALSE(Run({.Steps = &steps}));
+    EXPECT_TRUE(steps.Items[0].ends_with("100s  -")) << steps.Items[0];
     EXPECT_NEAR(Now_s(), 3.0, 0.05);
     ExpectAirOff();
     EXPECT_NEAR(m_Sequence.SampleCount(), 150, 2);

@@ -102,7 +102,8 @@ TEST(CalculatedReportTest, JudgesEveryStepAndSumsUp) {
     EXPECT_EQ(result("N11") + result("O11"), "PassPass");
     EXPECT_EQ(result("N47") + result("O47"), "FailPass") << "2 % below its demand";
     EXPECT_EQ(result("N46") + result("O46"), "PassPass") << "demand and flow are zero";
-    EXPECT_EQ(result("N119") + result("O119"), "--") << "too short to have an end value";
+    EXPECT_EQ(result("N119") + result("O119"), "--")
+        << "too short to be judged by what it ends with";
     EXPECT_EQ(result("N154") + result("O154"), "PassPass") << "just within the limit";
     EXPECT_EQ(result("N13") + result("O13"), "") << "no step stands there";
     EXPECT_EQ(result("I2") + "," + result("I3"), "14,10");

@@ -43,8 +43,7 @@ Trace MakeTrace(const SampleSequence& sequence) {
             }
             trace.Pressures.push_back(4200 + static_cast<std::int32_t>(flow * 30000.0F));
         }
-        // The program has no end value for a step of up to 2 s.
-        trace.EndValues.push_back(sequence.StepTime_s > 2.0F ? flow * FullScale : 0.0F);
+        trace.EndValues.push_back(flow * FullScale);
     }
     return trace;
 }
@@ -71,7 +70,6 @@ void AddChart(const Worksheet& data, Worksheet& target, const std::string& title
 }
 
 void FillSteps(Worksheet& overview, const SampleSequence& sequence, const Trace& trace, int row) {
-    const float endValue2 = sequence.StepTime_s > 2.0F ? 22.0F : 0.0F;
     for (std::size_t step = 0; step < sequence.Demands.size(); ++step) {
         const float demand = sequence.Demands[step];
         char column = 'B';
@@ -79,7 +77,7 @@ void FillSteps(Worksheet& overview, const SampleSequence& sequence, const Trace&
             (overview.SetValue(fmt::format("{}{}", column++, row), values), ...);
         };
         write(fmt::format("Step {}", step + 1), demand, 0.0F, sequence.StepTime_s, 12,
-              InBits(demand), 19, 24, trace.EndValues[step], endValue2,
+              InBits(demand), 19, 24, trace.EndValues[step], 22.0F,
               step == 0 ? "First in Sequence" : fmt::format("CH1 to {:.1f}%", demand * 100.0F));
         ++row;
     }
@@ -131,6 +129,7 @@ int FillSampleReport(Workbook& book, const std::vector<SampleSequence>& sequence
         row += 29;
     }
     book.Sheet("DataTemplate").SetVisible(SheetVisibility::Hidden);
+    overview.SetValue("C6", std::string("Completed"));
     overview.Select();
     return row;
 }

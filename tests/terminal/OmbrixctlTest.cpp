@@ -133,6 +133,8 @@ TEST_F(OmbrixctlTest, HealthCheckNamesItsSequencesAndItsReport) {
     const json& low = outcome.Result["sequences"][4];
     EXPECT_EQ(low["sheet"], "Low - Ch2");
     EXPECT_NEAR(low["samples"].get<double>(), 10000.0, 30.0);
+    EXPECT_EQ(low["completed"], 24);
+    EXPECT_EQ(outcome.Result["complete"], true);
     const std::filesystem::path report = outcome.Result["files"].at(0).get<std::string>();
     EXPECT_EQ(report.parent_path(), m_Folder.Path() / "ACUs" / "ACU00301_M9200301A");
     EXPECT_TRUE(std::filesystem::is_regular_file(report));

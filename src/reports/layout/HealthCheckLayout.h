@@ -16,6 +16,9 @@ namespace Overview {
 inline constexpr const char* Serial = "C2";
 inline constexpr const char* MFCNumber = "C3";
 inline constexpr const char* Date = "C5";
+/// How the check ended; another text than Completed makes its verdict INCOMPLETE.
+inline constexpr const char* Outcome = "C6";
+inline constexpr const char* Completed = "Completed";
 
 /// The heads of the first block, which those of the others are copies of.
 inline constexpr int HeadRow = 7;
@@ -36,6 +39,11 @@ inline constexpr char Description = 'L';
 /// Worked out by the sheet.
 inline constexpr char Ch1Evaluation = 'N';
 inline constexpr char Ch2Evaluation = 'O';
+/// Stands where nothing was measured, or cannot be judged.
+inline constexpr const char* NotEvaluated = "-";
+/// The end value is the mean of so much of a step's end. Steps that are no longer are not judged:
+/// it would be their way to the demand that is.
+inline constexpr int EndWindow_s = 2;
 /// Columns that stand together in a box.
 inline constexpr const char* Groups[] = {"B:B", "C:E", "F:G", "H:I", "J:K", "L:L", "N:O"};
 

@@ -74,7 +74,10 @@ void ACUCommands::ClearPressure() {
 }
 
 void ACUCommands::CreateInfoWorkbook() {
-    Run([](ACUSetUp& setUp) { setUp.CreateACUInfoDoc(); });
+    Run([this](ACUSetUp& setUp) {
+        m_Board.ShowSummary(); // the workbook tells what the EPROM holds now
+        setUp.CreateACUInfoDoc();
+    });
 }
 
 void ACUCommands::SetIdentity(bool digital, bool analog) {

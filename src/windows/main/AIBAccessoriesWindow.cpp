@@ -193,7 +193,7 @@ void AIBAccessoriesWindow::ResetPanels() {
         const QSignalBlocker quiet(m_Tabs);
         m_Tabs->setCurrentIndex(0);
     }
-    SelectBoard(0);
+    m_Station.CurrentAIB = m_Station.AIBList.AIB(0);
     m_Board->Reset();
 }
 

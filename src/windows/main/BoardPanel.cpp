@@ -25,7 +25,7 @@ BoardPanel::BoardPanel(Station& station, QWidget* parent)
     layout->addLayout(MakeLiveColumn(), 1);
     layout->addLayout(MakeCommandColumn());
     connect(m_Tests, &TestsPanel::HealthCheckWanted, this, &BoardPanel::HealthCheckWanted);
-    connect(m_EPROM, &EPROMPanel::Restored, this, &BoardPanel::ShowSummary);
+    connect(m_EPROM, &EPROMPanel::Written, this, &BoardPanel::ShowSummary);
     connect(m_GIO, &GIOPanel::UpdateWanted, this, &BoardPanel::UpdateWanted);
 }
 
@@ -68,7 +68,10 @@ void BoardPanel::ShowSummary() {
 }
 
 void BoardPanel::Reset() {
+    // The pins before the record is read: that of a FireWire board says which one its valves need.
     m_GIO->Reset();
+    m_EPROM->ClearError();
+    ShowBoard();
     m_DAC->Zero();
 }
 

@@ -33,7 +33,7 @@ class BoardPanel final : public QWidget {
     void ShowBoard();
     /// Reads the ACU's record anew and shows its state.
     void ShowSummary();
-    /// Brings outputs and pins to the state after the start.
+    /// Brings outputs and pins of the current board to the state after the start, and shows it.
     void Reset();
     /// Ends the recording and what else the timers of the panels do.
     void StopTimers();

@@ -112,6 +112,11 @@ void EPROMPanel::ShowBoard() {
     ShowEPROMAddress(m_ShownAddress);
 }
 
+void EPROMPanel::ClearError() {
+    if (!m_Error->text().isEmpty())
+        m_NewText->setText(QStringLiteral("0"));
+}
+
 void EPROMPanel::ShowEPROMAddress(std::int32_t address) {
     m_Address->setValue(address / WordBytes);
     m_ShownAddress = address;
@@ -147,14 +152,16 @@ void EPROMPanel::ValidateNewValue(std::optional<double> value) {
 void EPROMPanel::WriteValue() {
     WriteShown([this](const EpromProgress& /*progress*/) {
         WriteEPROMWord(m_Station, m_ShownAddress, m_NewValue);
+        return EpromEnd::Done;
     });
 }
 
 void EPROMPanel::WriteAll() {
-    WriteShown([this](const EpromProgress& progress) {
-        if (WriteWholeEPROM(m_Station, m_NewValue, progress) == EpromEnd::Done)
-            m_Station.World.Messages.Ask({"All locations written"});
+    const EpromEnd ended = WriteShown([this](const EpromProgress& progress) {
+        return WriteWholeEPROM(m_Station, m_NewValue, progress);
     });
+    if (ended == EpromEnd::Done)
+        m_Station.World.Messages.Ask({"All locations written"});
 }
 
 void EPROMPanel::Restore() {
@@ -163,25 +170,25 @@ void EPROMPanel::Restore() {
         files.RealPath(files.FolderExists(Paths::Backups) ? Paths::Backups : Paths::DriveC), this);
     if (!file)
         return;
-    WriteShown([this, &file](const EpromProgress& progress) {
+    const EpromEnd ended = WriteShown([this, &file](const EpromProgress& progress) {
         const auto agreed = [this, &file](const std::vector<EpromDifference>& differences) {
             RestoreEPROMWindow form(ToQt(file->filename().string()),
                                     ToQt(OriginWarning(*file, *m_Station.CurrentAIB)), differences,
                                     this);
             return form.exec() == QDialog::Accepted;
         };
-        if (RestoreEPROM(m_Station, ReadEpromFile(*file), agreed, progress) != EpromEnd::Done)
-            return;
-        emit Restored();
-        m_Station.World.Messages.Ask({"The EPROM holds what the file holds."});
+        return RestoreEPROM(m_Station, ReadEpromFile(*file), agreed, progress);
     });
+    if (ended == EpromEnd::Done)
+        m_Station.World.Messages.Ask({"The EPROM holds what the file holds."});
 }
 
-void EPROMPanel::WriteShown(const std::function<void(const EpromProgress&)>& writing) {
+EpromEnd EPROMPanel::WriteShown(const std::function<EpromEnd(const EpromProgress&)>& writing) {
     if (m_Station.Procedures.Running())
-        return;
+        return EpromEnd::Declined;
+    EpromEnd ended = EpromEnd::BrokenOff;
     Guarded(m_Station.World.Messages, [&] {
-        writing([this](std::int32_t address) {
+        ended = writing([this](std::int32_t address) {
             m_Error->ShowValue(QString::number(address));
             return true;
         });
@@ -189,6 +196,9 @@ void EPROMPanel::WriteShown(const std::function<void(const EpromProgress&)>& wri
     // Also after a failure: what shows is what the EPROM holds.
     TakeNewValue();
     ShowEPROMAddress(m_ShownAddress);
+    if (ended != EpromEnd::Declined && !m_Station.World.Events.ProgramEnding())
+        Guarded(m_Station.World.Messages, [this] { emit Written(); });
+    return ended;
 }
 
 void EPROMPanel::StopPolling() {

@@ -31,11 +31,13 @@ class EPROMPanel final : public QGroupBox {
 
     /// Shows the word at the present address of the board that is current now.
     void ShowBoard();
+    /// A new value that cannot be written goes back to 0.
+    void ClearError();
     void StopPolling();
 
   signals:
-    /// The EPROM holds what a file held.
-    void Restored();
+    /// The EPROM has been written, or a part of it.
+    void Written();
 
   private:
     void AddAddressRows(QGridLayout& grid);
@@ -47,7 +49,7 @@ class EPROMPanel final : public QGroupBox {
     void ValidateNewValue(std::optional<double> value);
     void WriteValue();
     void WriteAll();
-    void WriteShown(const std::function<void(const EpromProgress&)>& writing);
+    EpromEnd WriteShown(const std::function<EpromEnd(const EpromProgress&)>& writing);
     void TogglePolling();
     void Poll();
 

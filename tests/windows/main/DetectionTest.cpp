@@ -1,6 +1,8 @@
+#include "board/eprom/EpromFields.h"
 #include "windows/WindowBench.h"
 
 #include <QAction>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTabBar>
 #include <QTimer>
@@ -90,6 +92,24 @@ TEST(Detection, TabsOfBoardsThatAreGoneAreRemoved) {
     EXPECT_EQ(tabs.count(), 0);
     EXPECT_TRUE(bench.Find<QWidget>("picNoAIBs").isVisible());
     EXPECT_FALSE(bench.Find<QTimer>("timUpdateInput").isActive());
+}
+
+TEST(Detection, PinsAndErrorsAreDealtWithBeforeTheBoardIsShown) {
+    WindowBench bench;
+    auto& value = bench.Find<QLineEdit>("txtNewValue");
+    value.setText("-5");
+    PutWord(*bench.Bench.TheStation.CurrentAIB, ACUMemoryMap::CalibrationPoints, 0);
+    int asked = 0;
+    // Told while the record is read.
+    bench.Bench.Messages.WhileAsked = [&](const Message& /*message*/) {
+        EXPECT_EQ(bench.Bench.TheStation.CurrentAIB->Directions(), 1);
+        EXPECT_EQ(bench.LabelText("lblValueError"), "");
+        ++asked;
+    };
+    bench.Find<QAction>("mnuDetectAIBs").trigger();
+    EXPECT_GT(asked, 0);
+    EXPECT_EQ(value.text(), "0") << "what can be written is what stands there";
+    EXPECT_TRUE(bench.Find<QPushButton>("cmdWriteValue").isEnabled());
 }
 
 TEST(Detection, SecondDetectionSwitchesTheOutputsOfEveryBoardOff) {

@@ -65,6 +65,15 @@ TEST_F(EPROMPanelTest, AWordIsWrittenAndReadBack) {
     EXPECT_EQ(Word(1604), -1);
 }
 
+TEST_F(EPROMPanelTest, WhatIsWrittenShowsInTheSummaryAtOnce) {
+    Scroll(512 / 4);
+    Type("0");
+    m_Bench.Click("cmdWriteValue"); // the velocity system calibration has not passed
+    EXPECT_EQ(m_Bench.Bench.TheStation.Calibration().Record().VelocitySystemPassed, 0);
+    EXPECT_EQ(m_Bench.Find<QLabel>("lblACUVel_System").palette().color(QPalette::WindowText),
+              QColor(255, 0, 0));
+}
+
 TEST_F(EPROMPanelTest, OnlyWhatFitsCanBeWritten) {
     struct Case {
         const char* Typed;
@@ -89,7 +98,14 @@ TEST_F(EPROMPanelTest, ToAllAsksAndThenWritesEveryWord) {
     EXPECT_EQ(m_Bench.Bench.Messages.Shown.back().Text,
               "Are you sure you want to overwrite all memory locations with: 0");
     EXPECT_EQ(Word(8), 2);
+    m_Bench.Bench.Messages.WhileAsked = [this](const Message& message) {
+        if (message.Text == "All locations written") {
+            EXPECT_EQ(m_Bench.LabelText("lblCurrentValueDec"), "0") << "read again before";
+            EXPECT_EQ(m_Bench.LabelText("lblACUVel_System"), "ACU Data Not Initialised");
+        }
+    };
     m_Bench.Click("cmdWriteValueAll");
+    EXPECT_FALSE(m_Bench.Bench.TheStation.Calibration().Record().ACUInitialised);
     for (std::int32_t address = 0; address < EpromBytes; address += 4)
         ASSERT_EQ(Word(address), 0) << address;
     EXPECT_EQ(m_Bench.Bench.Messages.Shown.back().Text, "All locations written");

@@ -140,6 +140,11 @@ TEST(SetUpCommands, ClearPressureAsksAndZeroesThePressurePartOnly) {
 
 TEST(SetUpCommands, InfoWorkbookIsWrittenAndAnErrorLeavesNoWindow) {
     WindowBench bench;
+    Station& station = bench.Bench.TheStation;
+    PutWord(*station.CurrentAIB, ACUMemoryMap::VelocitySystemPassed, 0);
+    bench.Bench.Events.EveryPass = [&] { // while the workbook is opened
+        EXPECT_EQ(station.Calibration().Record().VelocitySystemPassed, 0) << "as it is now";
+    };
     bench.Click("cmdCreateACUInfoDoc");
     int workbooks = 0;
     for (const auto& entry :

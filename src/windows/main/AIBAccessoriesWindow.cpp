@@ -214,6 +214,10 @@ void AIBAccessoriesWindow::ShowPanels(bool boardsFound) {
 }
 
 void AIBAccessoriesWindow::Tick() {
+    if (m_Station.Procedures.Running()) {
+        m_Board->ShowFed();
+        return;
+    }
     Guarded(m_Station.World.Messages, [this] {
         try {
             m_Notices->NoteAnswer(m_Board->Refresh());
@@ -243,7 +247,7 @@ void AIBAccessoriesWindow::UpdateCommands() {
     m_Tabs->setEnabled(free);
     m_Board->TakeCommands(free);
     m_Info->TakeCommands(free);
-    if (free && m_BoardsFound && !m_Tools->RigIsOpen())
+    if (m_BoardsFound && !m_Tools->RigIsOpen())
         m_UpdateInput->start();
     else
         m_UpdateInput->stop();

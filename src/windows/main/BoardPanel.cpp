@@ -86,13 +86,18 @@ bool BoardPanel::Refresh() {
     return answered;
 }
 
+void BoardPanel::ShowFed() {
+    m_DAC->ShowFed();
+}
+
 void BoardPanel::ShowLost(bool lost) {
     m_Calibration->setEnabled(!lost);
 }
 
 void BoardPanel::TakeCommands(bool take) {
-    for (QWidget* panel : std::initializer_list<QWidget*>{m_DAC, m_GIO, m_Identity, m_EPROM})
+    for (QWidget* panel : std::initializer_list<QWidget*>{m_GIO, m_Identity, m_EPROM})
         panel->setEnabled(take);
+    m_DAC->TakeCommands(take);
     m_Calibration->TakeCommands(take);
     m_Tests->TakeCommands(take);
     m_AirTests->TakeCommands(take);

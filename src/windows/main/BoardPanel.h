@@ -39,6 +39,8 @@ class BoardPanel final : public QWidget {
     void StopTimers();
     /// Reads and shows the live values of the current board. False when it has answered nothing.
     bool Refresh();
+    /// Shows what the procedure that runs reads.
+    void ShowFed();
     /// What was known of the unit is of no use while its board does not answer.
     void ShowLost(bool lost);
     /// While a procedure runs nothing here can be operated: it would disturb the measurement.

@@ -78,15 +78,13 @@ void DACChannel::ShowOutput(std::int32_t taken_bits, const BoardAnswer& answer, 
         m_Output->ShowFailure(ToQt(answer.Text()));
 }
 
-bool DACChannel::ShowInput(AIB& board, NumberBase base) {
-    BoardAnswer answer;
-    const auto reading = board.Reading(m_Channel, &answer);
+void DACChannel::ShowInput(std::optional<std::int32_t> reading, const QString& reason,
+                           std::int32_t output_bits, NumberBase base) {
     if (reading)
         m_Input->ShowValue(NumberText(*reading, base));
     else
-        m_Input->ShowFailure(ToQt(answer.Text()));
-    m_Bar->Draw(reading, board.DAC(m_Channel));
-    return reading.has_value();
+        m_Input->ShowFailure(reason);
+    m_Bar->Draw(reading, output_bits);
 }
 
 void DACChannel::TakeValues(bool ready) {
@@ -116,6 +114,7 @@ DACPanel::DACPanel(Station& station, QWidget* parent)
     }
     layout->addWidget(MakeSideColumn());
     m_Changes = station.Outputs.Listen([this](const OutputChange& change) { ShowChange(change); });
+    m_Notes = station.Feed.Listen([this](const BoardNote& note) { Note(note); });
 }
 
 QWidget* DACPanel::MakeCaptionColumn() {
@@ -142,9 +141,9 @@ QWidget* DACPanel::MakeSideColumn() {
     m_Recorded = new ValueLabel(QStringLiteral("lblRecorded"), tr("Recording"), column);
     m_Recorded->CutToFit();
     connect(m_Record, &RecordingBox::Recorded, m_Recorded, &ValueLabel::ShowValue);
-    auto* speed = MakeButton(QStringLiteral("cmdTestSpeed"), tr("Speed"), column);
-    speed->setToolTip(tr("Drives both air channels 2000 times in analog, then in digital mode."));
-    connect(speed, &QPushButton::clicked, this, &DACPanel::SpeedTestWanted);
+    m_Speed = MakeButton(QStringLiteral("cmdTestSpeed"), tr("Speed"), column);
+    m_Speed->setToolTip(tr("Drives both air channels 2000 times in analog, then in digital mode."));
+    connect(m_Speed, &QPushButton::clicked, this, &DACPanel::SpeedTestWanted);
     auto* layout = new QVBoxLayout(column);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_MFCsReady);
@@ -155,7 +154,7 @@ QWidget* DACPanel::MakeSideColumn() {
     layout->addStretch(1);
     layout->addWidget(m_Record);
     layout->addWidget(m_Recorded);
-    layout->addWidget(speed);
+    layout->addWidget(m_Speed);
     return column;
 }
 
@@ -237,10 +236,48 @@ void DACPanel::ShowDigitalSetup() {
 bool DACPanel::Refresh() {
     ShowReadiness(Board().CheckMFCReady());
     bool answered = false;
-    for (DACChannel* channel : m_Channels)
-        answered = channel->ShowInput(Board(), Base()) || answered;
+    for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel) {
+        BoardAnswer answer;
+        const auto reading = Board().Reading(channel, &answer);
+        answered = answered || reading.has_value();
+        m_Channels.at(static_cast<std::size_t>(channel))
+            ->ShowInput(reading, ToQt(answer.Text()), Board().DAC(channel), Base());
+    }
     m_Pressure->Refresh(Board());
     return answered;
+}
+
+void DACPanel::Note(const BoardNote& note) {
+    // The panel's own readings are shown as they are made.
+    if (&note.Board != &Board() || !m_Station.Procedures.Running())
+        return;
+    if (note.What == BoardNote::Subject::Input)
+        m_FedInputs.at(static_cast<std::size_t>(note.Channel)) = {note.Value_bits, note.Time_s};
+    else if (note.What == BoardNote::Subject::Pressure)
+        m_FedPressure = {note.Value_bits, note.Time_s};
+}
+
+std::optional<std::int32_t> DACPanel::Recent(const Fed& fed) const {
+    constexpr double fresh_s = 1.0;
+    const bool isFresh = MonotonicSeconds(m_Station.World.Time) - fed.Time_s <= fresh_s;
+    return fed.Time_s >= 0.0 && isFresh ? fed.Value_bits : std::nullopt;
+}
+
+void DACPanel::ShowFed() {
+    const QString reason = tr("The procedure that runs does not read it.");
+    for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel) {
+        const auto index = static_cast<std::size_t>(channel);
+        m_Channels.at(index)->ShowInput(Recent(m_FedInputs.at(index)), reason, Board().DAC(channel),
+                                        Base());
+    }
+    m_Pressure->ShowReading(Recent(m_FedPressure), reason);
+}
+
+void DACPanel::TakeCommands(bool take) {
+    for (DACChannel* channel : m_Channels)
+        channel->TakeValues(take);
+    for (QWidget* control : std::initializer_list<QWidget*>{m_IsDigitalSetup, m_Record, m_Speed})
+        control->setEnabled(take);
 }
 
 void DACPanel::ShowReadiness(bool ready) {

@@ -11,6 +11,7 @@
 #include <cstdint>
 
 class QLineEdit;
+class QPushButton;
 class QSlider;
 class QCheckBox;
 class QRadioButton;
@@ -29,8 +30,10 @@ class DACChannel final : public QWidget {
 
     /// What the board has taken, and how it took the last demand.
     void ShowOutput(std::int32_t taken_bits, const BoardAnswer& answer, NumberBase base);
-    /// Reads the input and shows it. False when the board has not answered.
-    bool ShowInput(AIB& board, NumberBase base);
+    /// Shows what the input has read, beside what the output was told.
+    /// @param reading nothing when there is none, for the reason given
+    void ShowInput(std::optional<std::int32_t> reading, const QString& reason,
+                   std::int32_t output_bits, NumberBase base);
     /// Air channels take values only while the MFCs are ready.
     void TakeValues(bool ready);
 
@@ -76,6 +79,10 @@ class DACPanel final : public QGroupBox {
     void ShowDigitalSetup();
     /// Reads and shows what the current board measures. False when it has answered nothing.
     bool Refresh();
+    /// Shows what the procedure that runs has read in the last second, and that alone.
+    void ShowFed();
+    /// While a procedure runs nothing here can be operated, but the values stay live.
+    void TakeCommands(bool take);
 
   signals:
     void SpeedTestWanted();
@@ -90,17 +97,29 @@ class DACPanel final : public QGroupBox {
     NumberBase Base() const;
     AIB& Board() const { return *m_Station.CurrentAIB; }
 
+    /// What a procedure has read last.
+    struct Fed {
+        std::optional<std::int32_t> Value_bits;
+        double Time_s = -1.0;
+    };
+    void Note(const BoardNote& note);
+    std::optional<std::int32_t> Recent(const Fed& fed) const;
+
     Station& m_Station;
     std::array<DACChannel*, AIB::DACChannels> m_Channels{};
+    std::array<Fed, AIB::DACChannels> m_FedInputs{};
+    Fed m_FedPressure;
     RecordingBox* m_Record = nullptr;
     QCheckBox* m_IsDigitalSetup;
     QRadioButton* m_Hexadecimal = nullptr;
     ValueLabel* m_MFCsReady;
     ValueLabel* m_Recorded = nullptr;
+    QPushButton* m_Speed = nullptr;
     PressurePanel* m_Pressure;
     /// A slider that moves because its value was set does not send it again.
     bool m_SettingDAC = false;
     Subscription m_Changes;
+    Subscription m_Notes;
 };
 
 } // namespace ombrix

@@ -46,18 +46,22 @@ void PressurePanel::ShowBackground(Colour colour) {
 void PressurePanel::Refresh(AIB& board) {
     std::int32_t pressure = 0;
     const AIBStatus status = board.ReadReg(AIB::PressureRegister, pressure);
-    if (status != Status::NoError) {
-        const QString reason = ToQt(AIB::AIBErrorStr(status));
+    ShowReading(status == Status::NoError ? std::optional(pressure) : std::nullopt,
+                ToQt(AIB::AIBErrorStr(status)));
+}
+
+void PressurePanel::ShowReading(std::optional<std::int32_t> pressure, const QString& reason) {
+    if (!pressure) {
         m_Decimal->ShowFailure(reason);
         m_Hexadecimal->ShowFailure(reason);
         ShowBackground(White);
         return;
     }
-    const QString text = NumberText(pressure, NumberBase::Decimal);
+    const QString text = NumberText(*pressure, NumberBase::Decimal);
     if (text != m_Decimal->text()) {
         m_SinceChange.StartTimer(true);
         m_Decimal->ShowValue(text);
-        m_Hexadecimal->ShowValue(NumberText(pressure, NumberBase::Hexadecimal));
+        m_Hexadecimal->ShowValue(NumberText(*pressure, NumberBase::Hexadecimal));
         return;
     }
     ShowBackground(m_SinceChange.ElapsedTime() < Patience_s ? White : Red);

@@ -4,6 +4,8 @@
 #include "board/procedure/HiResTimer.h"
 #include "windows/widgets/ValueLabel.h"
 
+#include <optional>
+
 namespace ombrix {
 
 /// The raw pressure register; its background turns red when it has stood still for too long.
@@ -14,6 +16,8 @@ class PressurePanel final : public QWidget {
     PressurePanel(Station& station, QWidget* parent);
 
     void Refresh(AIB& board);
+    /// @param pressure nothing when there is none, for the reason given
+    void ShowReading(std::optional<std::int32_t> pressure, const QString& reason);
 
   private:
     void ShowBackground(Colour colour);

@@ -43,7 +43,9 @@ void LayOutHeader(SheetBuilder& sheet) {
     field(Head::SolenoidValves, "Solenoid valves", "");
     sheet.Merge("M3:O5", VerdictCell)
         .HighlightText("M3:O5", "PASSED", Good)
-        .HighlightText("M3:O5", "FAILED", Bad);
+        .HighlightText("M3:O5", "FAILED", Bad)
+        .Merge("M6:O7",
+               {.Bold = true, .Colour = Bad.Colour, .Horizontal = Align::Centre, .Wrapped = true});
 }
 
 struct HeadText {

@@ -1,3 +1,4 @@
+#include "board/unit/RecordCoding.h"
 #include "calibration/air/AirChannelControl.h"
 #include "calibration/run/ACUSetUp.h"
 #include "healthcheck/HealthCheckRun.h"
@@ -34,8 +35,17 @@ void Judge(CommandResult& result, const CalibrationOutcome& outcome) {
         result.Error = "ACU Calibration Aborted";
     else if (outcome.Ended == End::Failed)
         result.Error = "The calibration has not passed.";
+    else if (outcome.Ended == End::NotStored)
+        result.Error = outcome.Eprom;
     else if (result.Status == ExitStatus::NotStored)
         result.Error = "A log or a workbook could not be stored where it belongs.";
+}
+
+/// What became of the unit's EPROM, and the files.
+void AddLeft(CommandResult& result, const CalibrationOutcome& outcome) {
+    result.Json["eprom"] = outcome.Eprom;
+    result.Text += outcome.Eprom + "\n";
+    AddFiles(result, outcome.Files);
 }
 
 CommandResult ResultOf(const TerminalSetUp& terminal, const CalibrationOutcome& outcome) {
@@ -46,7 +56,7 @@ CommandResult ResultOf(const TerminalSetUp& terminal, const CalibrationOutcome& 
                    {"aborted", outcome.Ended == End::Cancelled}};
     for (const TerminalStages::Stage& stage : terminal.Stages.Stages())
         result.Text += fmt::format("{:<40} {}\n", stage.Name, stage.Result);
-    AddFiles(result, outcome.Files);
+    AddLeft(result, outcome);
     return result;
 }
 
@@ -74,7 +84,7 @@ CommandResult RunVelocityInit(CommandContext& context, const std::string& mfcNum
         result.Json["stages"].push_back({{"name", stage.Name}, {"result", stage.Result}});
         result.Text += fmt::format("{:<40} {}\n", stage.Name, stage.Result);
     }
-    AddFiles(result, outcome.Files);
+    AddLeft(result, outcome);
     return result;
 }
 

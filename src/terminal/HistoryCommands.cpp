@@ -1,4 +1,5 @@
 #include "calibration/history/CalibrationHistory.h"
+#include "calibration/history/HistoryText.h"
 #include "journal/RunJournal.h"
 #include "journal/UnfinishedRuns.h"
 #include "platform/os/FolderDrive.h"
@@ -19,9 +20,12 @@ using Json = nlohmann::ordered_json;
 namespace fs = std::filesystem;
 
 std::string RunText(const HistoryEntry& run) {
-    return fmt::format("ACU{:05}  {}  {:<27}  {:<11}  {:<12}  {}\n", run.Serial,
-                       DateText(run.When, "yyyy-mm-dd hh:nn:ss"), TitleOf(run.Kind), run.Verdict,
-                       run.Program.Computer, fmt::join(run.Reasons, "; "));
+    std::vector<std::string> remarks = run.Reasons;
+    if (run.Verdict != VerdictOf(End::Passed) && !run.Eprom.empty())
+        remarks.push_back(run.Eprom);
+    return fmt::format("ACU{:05}  {}  {:<27}  {:<18}  {:<12}  {}\n", run.Serial,
+                       DateText(run.When, "yyyy-mm-dd hh:nn:ss"), TitleOf(run.Kind),
+                       ShownVerdict(run), run.Program.Computer, fmt::join(remarks, "; "));
 }
 
 /// The unfinished run's journal among the program's own; nothing for a copy elsewhere.

@@ -1,7 +1,13 @@
 // What the guard of the EPROM means for calibrations.
 #include "calibration/CalibrationBench.h"
+#include "calibration/history/HistoryText.h"
+#include "support/WorkbookProbe.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <deque>
 
 namespace ombrix {
 namespace {
@@ -56,6 +62,103 @@ INSTANTIATE_TEST_SUITE_P(
                                  [](ACUSetUp& setUp) { return setUp.RunPressure(Kind::System); }},
                       GuardedRun{"PressureAudit",
                                  [](ACUSetUp& setUp) { return setUp.RunPressure(Kind::Audit); }}),
+    [](const auto& info) { return info.param.Name; });
+
+TEST(NotStored, IsSaidInReportLogAndHistory) {
+    const std::string lack = "Table not stored in the EPROM";
+    const std::deque declined{Answer::Ok, Answer::No, Answer::Yes};
+    for (const auto& [fault, answers, verdict] :
+         {std::tuple("gain:0,1", declined, "passed, not stored"),
+          {"eprom-readonly", {}, "not stored"},
+          {"hysteresis:1,150", {}, "failed"},
+          {"gain:0,1", {}, "passed"}}) {
+        CalibrationBench bench("acu", {fault});
+        bench.Bench.Messages.Answers = answers;
+        const CalibrationOutcome outcome = bench.SetUp.RunVelocity(Kind::System);
+        WorkbookProbe report(ReadWholeFile(outcome.Files.at(1)));
+        EXPECT_EQ(report.Value("Report", "M6"), outcome.Saved ? "" : lack) << verdict;
+        const std::string log = ReadWholeFile(outcome.Files.at(0));
+        EXPECT_NE(log.find("\r\n" + lack + "\r\n") != std::string::npos, outcome.Saved) << verdict;
+        const HistoryEntry run = ReadHistory(bench.Bench.Files, 301).Runs.at(0);
+        EXPECT_EQ(ShownVerdict(run), verdict);
+        EXPECT_NE(std::count(run.Reasons.begin(), run.Reasons.end(), lack), outcome.Saved);
+        EXPECT_EQ(run.Eprom == "The EPROM is as it was.", !outcome.Saved) << run.Eprom;
+    }
+}
+
+constexpr const char* AsItWas = "The EPROM is as it was.";
+constexpr const char* NotPutBack = "Changed in the EPROM: solenoid valves, MFC number. It could "
+                                   "not be put back: The EPROM";
+constexpr const char* WithTable = "Changed in the EPROM: solenoid valves, velocity table, result "
+                                  "of the velocity system calibration, MFC number.";
+constexpr const char* AuditAlone =
+    "Changed in the EPROM: result of the velocity audit calibration.";
+
+/// What ends an initialisation; its first table is stored after some 700 s.
+struct Ending {
+    const char* Name;
+    const char* Bench;
+    double At_s;
+    /// "cancel", "end" of the program, or a fault of the bench.
+    std::string What;
+    End Ended;
+    std::string Text;
+};
+class PutBackTest : public ::testing::TestWithParam<Ending> {
+  protected:
+    void Act() {
+        if (GetParam().What == "cancel")
+            m_Bench.Cancel();
+        else if (GetParam().What == "end")
+            m_Bench.Bench.Events.EndProgram();
+        else
+            m_Bench.Bench.Bench.SetFaults(Faults::Parse(std::array{GetParam().What}));
+    }
+
+    CalibrationBench m_Bench{GetParam().Bench, {}, GetParam().Bench == std::string("pair") ? 1 : 0};
+};
+
+TEST_P(PutBackTest, OnlyANewTableKeepsTheSetUpAndWhatIsSaidIsTrue) {
+    const Ending& c = GetParam();
+    PutWord(m_Bench.Board, ACUMemoryMap::HasSolenoidValves, 0);
+    m_Bench.Record().ReadEPROMValues();
+    const std::string found = m_Bench.Record().Record().MFCNumber;
+    const std::vector<std::int32_t> before = m_Bench.Eprom();
+    m_Bench.Bench.Events.At(c.At_s, [this] { Act(); });
+    std::string number = "M1";
+    const auto outcome = m_Bench.SetUp.RunACUInitialisation(number, true, false);
+    m_Bench.Bench.Bench.SetFaults({}); // what the EPROM holds can be read again
+    EXPECT_EQ(outcome.Ended, c.Ended);
+    EXPECT_TRUE(m_Bench.Told().front().ends_with(
+        "(PV16)\r\n\r\nThis changes in the EPROM:\r\n  Solenoid valves: no → yes"));
+    EXPECT_TRUE(outcome.Eprom.starts_with(c.Text)) << outcome.Eprom;
+    EXPECT_EQ(m_Bench.Eprom() == before, c.Text == AsItWas);
+    const bool stays = c.Text == WithTable || c.Text == NotPutBack;
+    EXPECT_EQ(m_Bench.Eprom().at(ACUMemoryMap::HasSolenoidValves / 4), stays ? -1 : 0);
+    EXPECT_EQ(m_Bench.Record().Record().HasSolenoidValves, stays ? -1 : 0);
+    EXPECT_EQ(m_Bench.Record().Record().MFCNumber != found, stays);
+    EXPECT_TRUE(c.What == "end" || m_Bench.Told().back().ends_with(outcome.Eprom));
+    EXPECT_EQ(ReadHistory(m_Bench.Bench.Files, m_Bench.Board.SerialNumber()).Runs.back().Eprom,
+              outcome.Eprom);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Ends, PutBackTest,
+    ::testing::ValuesIn(std::vector<Ending>{
+        {"Cancel", "plain", 100, "cancel", End::Cancelled, AsItWas},
+        {"CancelFireWire", "pair", 320, "cancel", End::Cancelled, AsItWas},
+        {"CancelFresh", "fresh", 650, "cancel", End::Cancelled, AsItWas},
+        {"CancelWithTable", "plain", 900, "cancel", End::Cancelled, WithTable},
+        {"ProgramEnd", "plain", 100, "end", End::Cancelled, AsItWas},
+        {"Lost", "plain", 100, "unplug@0", End::Stopped, NotPutBack},
+        {"LostFireWire", "pair", 100, "unplug@0", End::Stopped, NotPutBack},
+        {"LostWithTable", "plain", 900, "unplug@0", End::Stopped, WithTable},
+        {"Refused", "plain", 100, "status:32@SetDAC", End::Stopped, AsItWas},
+        {"RefusedFireWire", "pair", 100, "status:32@SetGPO", End::Stopped, AsItWas},
+        {"RefusedWithTable", "plain", 900, "status:32@SetDAC", End::Stopped, WithTable},
+        {"TableRefused", "plain", 100, "status:32@WriteEEPROM", End::NotStored, NotPutBack},
+        {"NoTableFresh", "fresh", 1, "hysteresis:0,200", End::Failed, AsItWas},
+        {"NoTableThenAudits", "plain", 1, "hysteresis:0,900", End::Failed, AuditAlone}}),
     [](const auto& info) { return info.param.Name; });
 
 } // namespace

@@ -74,6 +74,7 @@ INSTANTIATE_TEST_SUITE_P(
                       ReportCase{"AuditWithSheet", "acu", {}, true, Kind::Audit, 0.0, 2},
                       ReportCase{"WithoutValves", "plain", {"gain:1,3"}, true, Kind::Audit, 0.0, 2},
                       ReportCase{"Failed", "acu", {"hysteresis:0,150"}, true, Kind::System},
+                      ReportCase{"NotStored", "acu", {"eprom-readonly"}, true, Kind::System},
                       ReportCase{"CancelledInASweep", "acu", {}, true, Kind::System, 212.3},
                       ReportCase{"CancelledBeforeAStep", "acu", {}, true, Kind::System, 305.0},
                       ReportCase{"CancelledInAStep", "acu", {}, true, Kind::System, 345.0},

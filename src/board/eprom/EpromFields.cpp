@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cctype>
 #include <cmath>
 #include <map>
 #include <utility>
@@ -21,14 +22,16 @@ constexpr std::int32_t DateWords = 2;
 
 class FieldTable {
   public:
+    /// What follows belongs to this part of the record.
+    void Begin(const std::string& part) { m_Part = part; }
     void Add(std::int32_t address, const std::string& name, EpromKind kind) {
-        m_Fields[address] = {address, 1, name, kind};
+        m_Fields[address] = {address, 1, name, kind, m_Part};
     }
     void Date(std::int32_t address, const std::string& name) {
-        m_Fields[address] = {address, DateWords, name, EpromKind::Date};
+        m_Fields[address] = {address, DateWords, name, EpromKind::Date, m_Part};
     }
     void Text(std::int32_t address, std::int32_t length, const std::string& name) {
-        m_Fields[address] = {address, length / EpromWordBytes, name, EpromKind::Text};
+        m_Fields[address] = {address, length / EpromWordBytes, name, EpromKind::Text, m_Part};
     }
     /// The fields, and between them the words that belong to none.
     std::vector<EpromField> Take() {
@@ -42,21 +45,35 @@ class FieldTable {
     }
 
   private:
+    std::string m_Part;
     std::map<std::int32_t, EpromField> m_Fields;
 };
 
-void AddVelocity(FieldTable& fields) {
+void AddHeader(FieldTable& fields) {
+    fields.Begin("data version");
+    fields.Add(Map::DataVersion_FireWire, "", EpromKind::Long); // of a USB board its identity
     fields.Add(Map::DataVersion_USB, "Data version", EpromKind::Long);
+    fields.Begin("capacities");
+    for (std::int32_t channel = 0; channel < Map::Channels; ++channel)
+        fields.Add(Map::ChannelCapacity + channel * EpromWordBytes,
+                   fmt::format("Channel {} capacity", channel + 1), EpromKind::Single);
+    fields.Begin("calibration points");
     fields.Add(Map::CalibrationPoints, "Calibration points", EpromKind::Long);
+    fields.Begin("solenoid valves");
     fields.Add(Map::HasSolenoidValves, "Has solenoid valves", EpromKind::Long);
+    fields.Begin("digital configuration");
     fields.Add(Map::DigitalMFCConfig, "Digital MFC config", EpromKind::Long);
     fields.Add(Map::DigitalPressureConfig, "Digital pressure config", EpromKind::Long);
+    fields.Begin("MFC number");
+    fields.Text(Map::MFCNumber, Map::MFCNumberLength, "MFC number");
+}
+
+void AddVelocity(FieldTable& fields) {
+    fields.Begin("velocity table");
     for (std::int32_t point = 0; point < Map::LargestPointCount; ++point)
         fields.Add(Map::VelocityCal + point * EpromWordBytes, fmt::format("Demand {}", point + 1),
                    EpromKind::Long);
     for (std::int32_t channel = 0; channel < Map::Channels; ++channel) {
-        fields.Add(Map::ChannelCapacity + channel * EpromWordBytes,
-                   fmt::format("Channel {} capacity", channel + 1), EpromKind::Single);
         std::int32_t address =
             Map::VelocityCal + channel * Map::VelocityCalBytes + Map::VelocityCalDemandBytes;
         for (std::int32_t segment = 1; segment < Map::LargestPointCount; ++segment)
@@ -69,28 +86,34 @@ void AddVelocity(FieldTable& fields) {
 }
 
 void AddPressure(FieldTable& fields) {
+    fields.Begin("pressure sensor");
     fields.Add(Map::PressurePresent, "Pressure present", EpromKind::Long);
     fields.Add(Map::MaxPressure, "Max pressure", EpromKind::Single);
+    fields.Begin("pressure coefficients");
     fields.Add(Map::BaseDiameter, "Base diameter", EpromKind::Single);
     for (std::int32_t k = 0; k < 3; ++k)
         fields.Add(Map::PressureCoeff + k * EpromWordBytes, fmt::format("Pressure coeff {}", k),
                    EpromKind::Single);
 }
 
+void AddLastCalibration(FieldTable& fields, const std::string& name, std::int32_t date,
+                        std::int32_t passed, std::int32_t user) {
+    fields.Begin(fmt::format("result of the {} calibration", name));
+    const std::string capitalised = static_cast<char>(std::toupper(name.front())) + name.substr(1);
+    fields.Date(date, capitalised + " date");
+    fields.Add(passed, capitalised + " passed", EpromKind::Long);
+    fields.Text(user, Map::UserLength, capitalised + " user");
+}
+
 void AddLastCalibrations(FieldTable& fields) {
-    fields.Date(Map::VelocitySystemDate, "Velocity system date");
-    fields.Date(Map::VelocityAuditDate, "Velocity audit date");
-    fields.Add(Map::VelocitySystemPassed, "Velocity system passed", EpromKind::Long);
-    fields.Add(Map::VelocityAuditPassed, "Velocity audit passed", EpromKind::Long);
-    fields.Text(Map::VelocitySystemUser, Map::UserLength, "Velocity system user");
-    fields.Text(Map::VelocityAuditUser, Map::UserLength, "Velocity audit user");
-    fields.Date(Map::PressureSystemDate, "Pressure system date");
-    fields.Date(Map::PressureAuditDate, "Pressure audit date");
-    fields.Add(Map::PressureSystemPassed, "Pressure system passed", EpromKind::Long);
-    fields.Add(Map::PressureAuditPassed, "Pressure audit passed", EpromKind::Long);
-    fields.Text(Map::PressureSystemUser, Map::UserLength, "Pressure system user");
-    fields.Text(Map::PressureAuditUser, Map::UserLength, "Pressure audit user");
-    fields.Text(Map::MFCNumber, Map::MFCNumberLength, "MFC number");
+    AddLastCalibration(fields, "velocity system", Map::VelocitySystemDate,
+                       Map::VelocitySystemPassed, Map::VelocitySystemUser);
+    AddLastCalibration(fields, "velocity audit", Map::VelocityAuditDate, Map::VelocityAuditPassed,
+                       Map::VelocityAuditUser);
+    AddLastCalibration(fields, "pressure system", Map::PressureSystemDate,
+                       Map::PressureSystemPassed, Map::PressureSystemUser);
+    AddLastCalibration(fields, "pressure audit", Map::PressureAuditDate, Map::PressureAuditPassed,
+                       Map::PressureAuditUser);
 }
 
 std::uint32_t Bits(const EpromImage& image, const EpromField& field, std::int32_t word) {
@@ -144,6 +167,7 @@ bool Differs(const EpromField& field, const EpromImage& before, const EpromImage
 
 std::vector<EpromField> EpromFields() {
     FieldTable fields;
+    AddHeader(fields);
     AddVelocity(fields);
     AddPressure(fields);
     AddLastCalibrations(fields);
@@ -186,6 +210,20 @@ std::string PlaceText(const EpromDifference& difference) {
 
 std::string DifferenceText(const EpromDifference& difference) {
     return fmt::format("{}: {} → {}", PlaceText(difference), difference.Old, difference.New);
+}
+
+std::string PartsText(const std::set<std::int32_t>& addresses) {
+    std::vector<std::string> parts;
+    for (const EpromField& field : EpromFields()) {
+        const auto first = addresses.lower_bound(field.Address);
+        const bool isConcerned =
+            first != addresses.end() && *first < field.Address + field.Words * EpromWordBytes;
+        const std::string part =
+            field.Part.empty() ? fmt::format("word {}", field.Address) : field.Part;
+        if (isConcerned && std::find(parts.begin(), parts.end(), part) == parts.end())
+            parts.push_back(part);
+    }
+    return fmt::format("{}", fmt::join(parts, ", "));
 }
 
 } // namespace ombrix

@@ -3,6 +3,7 @@
 #include "board/eprom/EpromImage.h"
 
 #include <cstdint>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -70,6 +71,8 @@ struct EpromField {
     /// "Channel 1 slope 3"; empty where no field of the ACU stands.
     std::string Name{};
     EpromKind Kind = EpromKind::Long;
+    /// The part of the record that it belongs to ("velocity table"); empty for none.
+    std::string Part{};
 };
 
 /// Everything in an EPROM, in the order of the addresses: each of the 512 words belongs to one
@@ -97,5 +100,9 @@ std::string PlaceText(const EpromDifference& difference);
 
 /// "1024 MFC number: "M1" → "M2""
 std::string DifferenceText(const EpromDifference& difference);
+
+/// The parts of the record that the words at the addresses belong to, each named once:
+/// "capacities, velocity table".
+std::string PartsText(const std::set<std::int32_t>& addresses);
 
 } // namespace ombrix

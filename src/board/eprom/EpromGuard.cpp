@@ -85,7 +85,7 @@ void EpromGuard::RequireSameBoard() const {
 }
 
 void EpromGuard::ReadSteadily() {
-    m_Content = ReadImage(m_Board);
+    m_Found = m_Content = ReadImage(m_Board);
     const auto differences = EpromDifferences(m_Content, ReadImage(m_Board));
     if (!differences.empty())
         Refuse("The link to the board is unsteady. Two readings of its EPROM differ:\r\n" +
@@ -152,11 +152,14 @@ void EpromGuard::ReadBack(const Written& written) {
     EpromImage found = m_Content;
     std::vector<EpromMismatch::Word> wrong;
     AIBStatus status = Status::NoError;
+    for (const auto& [address, word] : written.Words)
+        m_Unread.insert(address);
     for (const auto& [address, word] : written.Words) {
         std::int32_t stored = 0;
         status = m_Board.ReadEPROM(address, stored);
         if (status != Status::NoError)
             break;
+        m_Unread.erase(address);
         wanted.SetWord(address, word);
         found.SetWord(address, stored);
         if (stored != word)
@@ -169,6 +172,52 @@ void EpromGuard::ReadBack(const Written& written) {
         ReportUnreadable(status);
     if (!wrong.empty())
         Report(wanted, std::move(wrong), written.Failure);
+}
+
+std::set<std::int32_t> EpromGuard::ChangedWords() const {
+    std::set<std::int32_t> changed;
+    for (std::int32_t address = 0; address < EpromBytes; address += EpromWordBytes) {
+        if (m_Content.Word(address) != m_Found.Word(address))
+            changed.insert(address);
+    }
+    return changed;
+}
+
+bool EpromGuard::PutBack() {
+    std::set<std::int32_t> addresses = ChangedWords();
+    addresses.insert(m_Unread.begin(), m_Unread.end());
+    m_NotPutBack.clear();
+    if (addresses.empty())
+        return true;
+    EpromWords words;
+    for (const std::int32_t address : addresses)
+        words.WriteEPROM(address, m_Found.Word(address));
+    Log("EPROM is put back as it was");
+    try {
+        Write(words);
+    } catch (const std::exception& error) {
+        const std::string reason = error.what();
+        m_NotPutBack = reason.substr(0, reason.find("\r\n"));
+    }
+    return m_NotPutBack.empty();
+}
+
+std::string EpromGuard::ChangesText() const {
+    const std::set<std::int32_t> changed = ChangedWords();
+    std::string text;
+    if (!changed.empty())
+        text = fmt::format("Changed in the EPROM: {}.", PartsText(changed));
+    if (!m_Unread.empty())
+        text += fmt::format("{}Written, and not known to be in the EPROM: {}.",
+                            text.empty() ? "" : " ", PartsText(m_Unread));
+    if (text.empty())
+        return "The EPROM is as it was.";
+    if (!m_NotPutBack.empty())
+        text += fmt::format(" It could not be put back: {} Please check the board's cable and "
+                            "power, detect the boards again and restore the content from before: "
+                            "{}",
+                            m_NotPutBack, m_World.Files.RealPath(m_Backup).string());
+    return text;
 }
 
 void EpromGuard::ReportUnreadable(AIBStatus status) const {

@@ -6,7 +6,9 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -75,6 +77,13 @@ class EpromGuard {
     /// @throws EpromError, EpromMismatch, BoardError
     bool Write(const EpromWords& words, const Progress& progress = {});
 
+    /// Puts back whatever Write has changed since MakeReady, and makes sure that the EPROM holds
+    /// it. False when it does not: ChangesText says why then, and what to do.
+    bool PutBack();
+    /// How the EPROM differs now from what MakeReady has read, for people: "The EPROM is as it
+    /// was.", "Changed in the EPROM: capacities, velocity table."
+    std::string ChangesText() const;
+
   private:
     /// What has been sent to the board.
     struct Written {
@@ -90,6 +99,7 @@ class EpromGuard {
     void Save();
     bool WriteWords(const EpromWords& words, const Progress& progress, Written& written);
     void ReadBack(const Written& written);
+    std::set<std::int32_t> ChangedWords() const;
     [[noreturn]] void ReportUnreadable(AIBStatus status) const;
     [[noreturn]] void Report(const EpromImage& wanted, std::vector<EpromMismatch::Word> wrong,
                              AIBStatus failure) const;
@@ -105,8 +115,13 @@ class EpromGuard {
     std::string m_Unit;
     /// Path of the saved content; empty until there is one.
     std::string m_Backup;
-    /// What the EPROM holds, as last read.
+    /// What the EPROM held when it was made ready, and what it holds, as last read.
+    EpromImage m_Found;
     EpromImage m_Content;
+    /// Addresses of words that were written and could not be read back.
+    std::set<std::int32_t> m_Unread;
+    /// Why PutBack has failed; empty when it has not.
+    std::string m_NotPutBack;
 };
 
 } // namespace ombrix

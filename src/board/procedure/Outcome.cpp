@@ -6,8 +6,8 @@ const char* VerdictOf(End ended) {
     switch (ended) {
     case End::Failed: return "failed";
     case End::Cancelled: return "cancelled";
-    case End::Stopped:
-    case End::NotStored: return "stopped";
+    case End::Stopped: return "stopped";
+    case End::NotStored: return "not stored";
     case End::Passed: break;
     }
     return "passed";

@@ -36,7 +36,8 @@ struct Outcome {
 
 // The texts of an end, each for its readers.
 
-/// Of a run with a verdict, in the history: "passed", "failed", "cancelled", "stopped".
+/// Of a run with a verdict, in the history: "passed", "failed", "cancelled", "stopped", "not
+/// stored".
 const char* VerdictOf(End ended);
 /// The same in the log, with the reason: "stopped: The board does not answer".
 std::string VerdictText(const Outcome& outcome);

@@ -4,6 +4,9 @@
 #include "board/unit/RecordCoding.h"
 #include "platform/text/Text.h"
 
+#include <fmt/format.h>
+
+#include <bit>
 #include <stdexcept>
 
 namespace ombrix {
@@ -21,6 +24,16 @@ std::string FixedUser() {
 void TakePressureCal(ACURecord& record, const PressureCal& measured) {
     record.BaseDiameter = measured.BaseDiameter_mm;
     record.PressureCoeff = measured.Coefficients;
+}
+
+/// Whether a word of the header holds something that a fresh header could replace; the MFC number
+/// is rewritten as it is.
+bool IsHeaderValue(std::int32_t address, std::int32_t word) {
+    namespace Map = ACUMemoryMap;
+    constexpr std::int32_t erased = -1;
+    if (address >= Map::ChannelCapacity && address < Map::CalibrationPoints)
+        return IsCapacity(std::bit_cast<float>(word));
+    return word != erased && address < Map::MFCNumber;
 }
 
 } // namespace
@@ -45,8 +58,11 @@ bool ACUCalibration::ReadEPROMValues_v02() {
     if (!ReadCapacities(m_Board, m_Record))
         return false; // what cannot be read is not known to be missing
     if (!HasCapacities(m_Record)) {
+        // What a fresh header rewrites must not be lost to a record that has read nothing yet.
+        TakeWrittenMFCNumber(m_Board, m_Record);
         const Message question{"This ACU has not been initialised.\r\n\r\n"
-                               "Would you like to Initialise the EPROM now?",
+                               "Would you like to Initialise the EPROM now?" +
+                                   FreshHeaderChanges(),
                                MessageIcon::Question,
                                MessageButtons::YesNo,
                                {},
@@ -102,6 +118,41 @@ void ACUCalibration::SaveFreshHeader(EpromGuard& guard) {
     Store(guard, [this](ACURecord& record, EpromSink& words) {
         Init_VelocityHeader(words, record, m_Board.IsFireWire());
     });
+}
+
+std::string ACUCalibration::FreshHeaderChanges() {
+    ACURecord fresh = m_Record;
+    EpromWords words;
+    Init_VelocityHeader(words, fresh, m_Board.IsFireWire());
+    EpromImage present;
+    EpromImage wanted;
+    for (const EpromWords::Word& word : words.All()) {
+        std::int32_t stored = 0;
+        if (m_Board.ReadEPROM(word.Address, stored) != Status::NoError ||
+            !IsHeaderValue(word.Address, stored))
+            continue;
+        present.SetWord(word.Address, stored);
+        wanted.SetWord(word.Address, word.Value);
+    }
+    std::string lines;
+    for (const EpromDifference& difference : EpromDifferences(present, wanted)) {
+        const bool isValves = difference.Address == ACUMemoryMap::HasSolenoidValves;
+        if (isValves && difference.Old != "0")
+            continue; // "yes" by another number
+        // The first word of a FireWire board has no name of its own.
+        const std::string name = difference.Name.empty() ? "Data version" : difference.Name;
+        lines += "\r\n  " +
+                 (isValves ? "Solenoid valves: no → yes"
+                           : fmt::format("{}: {} → {}", name, difference.Old, difference.New));
+    }
+    return lines.empty() ? lines : "\r\n\r\nThis changes in the EPROM:" + lines;
+}
+
+bool ACUCalibration::PutBack(EpromGuard& guard, const ACURecord& found) {
+    if (!guard.PutBack())
+        return false;
+    m_Record = found;
+    return true;
 }
 
 void ACUCalibration::SaveMFCNumber(EpromGuard& guard, const std::string& mfcNumber) {

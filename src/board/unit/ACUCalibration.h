@@ -5,6 +5,7 @@
 #include "board/unit/ACURecord.h"
 
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -31,6 +32,13 @@ class ACUCalibration {
 
     /// Writes the header of a fresh unit: 5000 and 200 ml/min, 10 points, solenoid valves.
     void SaveFreshHeader(EpromGuard& guard);
+    /// What that would replace in the EPROM, for the question before it: a paragraph with a line
+    /// for each value ("Solenoid valves: no → yes"). Empty when nothing that stands there would
+    /// change; what is erased, or cannot be read, is no value.
+    std::string FreshHeaderChanges();
+    /// Has the EPROM hold again what it held before the guard's writing, and the record with it.
+    /// False when that failed (EpromGuard::ChangesText). @param found the record from then
+    bool PutBack(EpromGuard& guard, const ACURecord& found);
     /// Writes the MFC number; an empty one rewrites the present one. @throws std::invalid_argument
     /// for one that is too long
     void SaveMFCNumber(EpromGuard& guard, const std::string& mfcNumber);

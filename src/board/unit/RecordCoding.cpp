@@ -63,11 +63,6 @@ constexpr bool IsSet(OleDate date) {
     return date != OleDate();
 }
 
-/// An erased capacity is no number.
-bool IsNotSet(float capacity) {
-    return std::isnan(capacity) || capacity == 0.0F || capacity == -1.0F;
-}
-
 void ReadVelocityTables(EpromSource& from, ACURecord& record) {
     // A damaged EPROM may claim any number of points.
     const auto points = static_cast<std::size_t>(
@@ -209,8 +204,18 @@ bool ReadCapacities(EpromSource& from, ACURecord& record) {
     return true;
 }
 
+bool IsCapacity(float capacity) {
+    return !std::isnan(capacity) && capacity != 0.0F && capacity != -1.0F;
+}
+
 bool HasCapacities(const ACURecord& record) {
-    return !IsNotSet(record.ChannelCapacity[0]) && !IsNotSet(record.ChannelCapacity[1]);
+    return IsCapacity(record.ChannelCapacity[0]) && IsCapacity(record.ChannelCapacity[1]);
+}
+
+void TakeWrittenMFCNumber(EpromSource& from, ACURecord& record) {
+    const std::string number = ReadWrittenText(from, Map::MFCNumber, Map::MFCNumberLength);
+    if (!Trimmed(number).empty())
+        record.MFCNumber = number;
 }
 
 void ReadHeader(EpromSource& from, ACURecord& record) {

@@ -37,8 +37,12 @@ std::int32_t ReadDataVersion_Usb(EpromSource& from);
 std::int32_t ReadDataVersion_FireWire(EpromSource& from);
 /// False when a word cannot be read: it is not known to be missing then.
 bool ReadCapacities(EpromSource& from, ACURecord& record);
-/// Neither erased nor 0, in both air channels.
+/// Neither erased (no number) nor 0.
+bool IsCapacity(float capacity);
+/// Of both air channels.
 bool HasCapacities(const ACURecord& record);
+/// The MFC number, where one was written.
+void TakeWrittenMFCNumber(EpromSource& from, ACURecord& record);
 /// Points, valves, configurations and MFC number.
 void ReadHeader(EpromSource& from, ACURecord& record);
 void ReadEPROMValues_Velocity(EpromSource& from, ACURecord& record);

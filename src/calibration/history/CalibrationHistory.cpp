@@ -197,6 +197,7 @@ SingleJson EntryJson(const HistoryEntry& entry) {
                        {"saved", entry.Left.has_value()},
                        {"asFound", UnitJson(entry.Found)},
                        {"asLeft", entry.Left ? UnitJson(*entry.Left) : SingleJson()},
+                       {"eprom", entry.Eprom},
                        {NameOfMeasured(entry.Kind), MeasuredJson(entry)}};
     json["limits"] = SingleJson::object();
     for (const auto& [name, value] : entry.Limits)
@@ -218,6 +219,7 @@ HistoryEntry EntryOf(const SingleJson& json) {
     entry.Found = RecordOf(json.at("asFound"));
     if (!json.at("asLeft").is_null())
         entry.Left = RecordOf(json.at("asLeft"));
+    entry.Eprom = json.value("eprom", ""); // runs of earlier versions have none
     TakeMeasured(entry, json.at(NameOfMeasured(entry.Kind)));
     for (const auto& [name, value] : json.at("limits").items())
         entry.Limits.emplace_back(name, SingleOf(value));

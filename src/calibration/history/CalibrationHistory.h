@@ -25,6 +25,8 @@ struct HistoryEntry {
     /// What was found in the unit, and what was left where the run has changed it.
     ACURecord Found{};
     std::optional<ACURecord> Left{};
+    /// How the procedure has left the EPROM (EpromGuard::ChangesText); empty where nobody knows.
+    std::string Eprom{};
     /// The points of a velocity run, without traces.
     VelocityMeasurement Velocity{};
     std::vector<PressureReading> Pressure{};

@@ -205,15 +205,23 @@ std::string HistoryCsv(const CalibrationHistory& history) {
     return csv;
 }
 
+std::string ShownVerdict(const HistoryEntry& run) {
+    const bool lacksTable = CalibrationKindOf(run.Kind) == CalibrationKind::System && !run.Left &&
+                            run.Verdict == VerdictOf(End::Passed);
+    return run.Verdict + (lacksTable ? ", not stored" : "");
+}
+
 std::string DetailsOf(const HistoryEntry& run) {
-    std::string text = fmt::format("{}: {}\n{} on {}, {} {}\n", TitleOf(run.Kind), run.Verdict,
-                                   DateText(run.When, "dd/mm/yyyy hh:nn:ss"), run.Program.Computer,
-                                   run.Program.Name, run.Program.Version);
+    std::string text = fmt::format("{}: {}\n{} on {}, {} {}\n", TitleOf(run.Kind),
+                                   ShownVerdict(run), DateText(run.When, "dd/mm/yyyy hh:nn:ss"),
+                                   run.Program.Computer, run.Program.Name, run.Program.Version);
     for (const std::string& reason : run.Reasons)
         text += reason + "\n";
     text += FoundText(run.Found);
-    text += run.Left ? "As left:  new values were stored in the unit\n"
-                     : "As left:  no values were changed\n";
+    if (run.Left)
+        text += "As left:  new values were stored in the unit\n";
+    if (!run.Eprom.empty())
+        text += "As left:  " + ReplaceAll(run.Eprom, ". ", ".\n          ") + "\n";
     if (IsVelocity(run.Kind)) {
         for (std::size_t channel = 0; channel < AirChannels; ++channel)
             text += ChannelText(run.Velocity.Channels.at(channel), channel);

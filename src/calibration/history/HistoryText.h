@@ -35,6 +35,10 @@ Drift DriftOf(const CalibrationHistory& history, RunKind kind, std::size_t chann
 /// Every point of every run of a history as comma-separated values.
 std::string HistoryCsv(const CalibrationHistory& history);
 
+/// The verdict in lists: one that a system run has passed is no table in the unit yet ("passed, not
+/// stored").
+std::string ShownVerdict(const HistoryEntry& run);
+
 /// A run for people to read: what it was, what it came to, and its points.
 std::string DetailsOf(const HistoryEntry& run);
 

@@ -206,6 +206,10 @@ void MakeVelocityReport(const ReportTools& tools, const RecordedRun& run, Remade
         return;
     }
     report.Fill(run.Velocity, run.Passed);
+    if (HasPartOfTable(run.Velocity) && !run.Left)
+        // A program that ended at the last question or behind it has not told any more.
+        report.SayNotStored(run.Ended || !run.Complete ? TableNotStored
+                                                       : "Table not known to be in the EPROM");
     if (WantsAuditSheet(run))
         AddReport(remade, CreateAuditSheet_PV16(tools, run.Unit, run.MeasuredAt,
                                                 run.Velocity.Measured, true));

@@ -225,6 +225,12 @@ bool HasTable(const VelocityResult& result) {
                        [](const auto& verdict) { return verdict && verdict->DataAcceptable; });
 }
 
+bool HasPartOfTable(const VelocityResult& result) {
+    return result.Measured.Kind == CalibrationKind::System &&
+           std::any_of(result.Verdicts.begin(), result.Verdicts.end(),
+                       [](const auto& verdict) { return verdict && verdict->DataAcceptable; });
+}
+
 std::string ReasonOfFailure(const VelocityResult& result) {
     for (std::size_t channel = 0; channel < AirChannels; ++channel) {
         const auto& verdict = result.Verdicts.at(channel);

@@ -69,6 +69,8 @@ ChannelVerdict JudgeChannel(const ChannelMeasurement& measured, CalibrationKind 
 std::string ReasonOfFailure(const VelocityResult& result);
 /// All data of a system run are acceptable, so that its table could be stored.
 bool HasTable(const VelocityResult& result);
+/// A channel of a system run at least has a new table.
+bool HasPartOfTable(const VelocityResult& result);
 
 /// Judges what a system run has measured on a channel: at every point the rising and the falling
 /// reading must agree within 0.2 % of full scale. Points that deviate from the best-fit straight

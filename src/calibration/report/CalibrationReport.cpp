@@ -206,6 +206,10 @@ void CalibrationReport::Fill(const VelocityResult& result, bool passed) {
     }
 }
 
+void CalibrationReport::SayNotStored(const std::string& text) {
+    m_Workbook.Book->Sheet(Layout::ReportSheet).SetValue(Layout::Head::NotStored, text);
+}
+
 StoredReport CalibrationReport::Save(CalibrationKind kind) {
     const std::string name =
         AutoSaveName(m_Tools.TheStation, m_Unit, "ACU_",

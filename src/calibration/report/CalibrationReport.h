@@ -5,6 +5,9 @@
 
 namespace ombrix {
 
+/// Of a new table that did not reach the unit.
+inline constexpr const char* TableNotStored = "Table not stored in the EPROM";
+
 /// The general report of a velocity run: tables, traces and charts of both channels. A run goes
 /// on without one when the template cannot be opened.
 class CalibrationReport {
@@ -17,6 +20,8 @@ class CalibrationReport {
     bool IsOpen() const { return static_cast<bool>(m_Workbook); }
     /// Readings that were not taken leave their cells empty. @throws SpreadsheetError
     void Fill(const VelocityResult& result, bool passed);
+    /// Says below the verdict what became of a table that is not known to be in the unit.
+    void SayNotStored(const std::string& text);
     /// Stores it in the automatic save folder.
     StoredReport Save(CalibrationKind kind);
 

@@ -30,6 +30,7 @@ constexpr std::array<Stage, 4> VelocityStages = {{
     {"Velocity Audit Calibration (1 of 2)", CalibrationKind::Audit},
     {"Velocity Audit Calibration (2 of 2)", CalibrationKind::Audit},
 }};
+constexpr const Stage* LastSystemRun = &VelocityStages[1];
 constexpr std::array<const char*, 4> PressureStages = {
     "Pressure System Calibration (1 of 2)", "Pressure System Calibration (2 of 2)",
     "Pressure Audit Calibration (1 of 2)", "Pressure Audit Calibration (2 of 2)"};
@@ -89,29 +90,49 @@ ACUSetUp::Initialisation ACUSetUp::RunACUInitialisation(std::string& mfcNumber, 
                                                         bool pressure) {
     ProcedureLog log(m_Station.World, "Initialisation of the ACU");
     Sequence sequence{EpromGuard(m_Station, velocity ? "Velocity Initialisation" : "MFC Number"),
-                      DrivingProcedure(m_Station, "initial calibrations", {m_Station.CurrentAIB})};
+                      DrivingProcedure(m_Station, "initial calibrations", {m_Station.CurrentAIB}),
+                      m_Station.Calibration().Record()};
     sequence.Running.Begin();
     const bool hasNumber = AskMFCNumber(mfcNumber);
     Initialisation result;
     // A prompt that the end of the program has closed was not answered.
     if (!hasNumber || m_Station.World.Events.ProgramEnding())
         NoteCancel(result);
-    else if (StoreOrTell(result,
+    else if (StoreOrTell(sequence, result,
                          [&] { m_Station.Calibration().SaveMFCNumber(sequence.Guard, mfcNumber); }))
         ListAndRunStages(sequence, velocity, pressure, result);
     if (result.Ended == End::Passed && !result.Passed)
         result.Ended = End::Failed;
-    log.Ended(VerdictText(result) + (result.AllStored ? "" : ", not all stored"));
+    result.Eprom = sequence.Guard.ChangesText();
+    log.Ended(VerdictText(result) + (result.AllStored ? "" : ", not all stored") + ". " +
+              result.Eprom);
     m_Station.Procedures.TellEnd(result, VerdictOf(result.Ended));
     return result;
 }
 
 /// What goes wrong with the EPROM ends the sequence.
-bool ACUSetUp::StoreOrTell(Initialisation& result, const std::function<void()>& save) {
+bool ACUSetUp::StoreOrTell(Sequence& sequence, Initialisation& result,
+                           const std::function<void()>& save) {
     const bool stored = TryToStore(result, save);
-    if (!stored)
-        TellOperator(m_Station.World, result.Error, MessageIcon::Critical);
+    if (!stored) {
+        PutBack(sequence);
+        TellOperator(m_Station.World, result.Error + "\r\n\r\n" + sequence.Guard.ChangesText(),
+                     MessageIcon::Critical);
+    }
     return stored;
+}
+
+void ACUSetUp::PutBack(Sequence& sequence) {
+    sequence.NotPutBack = !m_Station.Calibration().PutBack(sequence.Guard, sequence.Found);
+}
+
+/// A set-up that has come to no table is put back; audits after it are of the table from before.
+void ACUSetUp::SettleSystemRun(Sequence& sequence, const CalibrationOutcome& run, bool isLast) {
+    sequence.TableStored = sequence.TableStored || run.Saved;
+    const bool goesOn =
+        (run.Ended == End::Passed || run.Ended == End::Failed) && !run.NoFurtherRun && !isLast;
+    if (!sequence.TableStored && !goesOn)
+        PutBack(sequence);
 }
 
 void ACUSetUp::ListAndRunStages(Sequence& sequence, bool velocity, bool pressure,
@@ -128,6 +149,8 @@ void ACUSetUp::ListAndRunStages(Sequence& sequence, bool velocity, bool pressure
         for (const char* stage : PressureStages)
             m_Stages.Stage_Add(stage);
     }
+    if (velocity)
+        question += m_Station.Calibration().FreshHeaderChanges();
     if (m_Station.World.Messages.Ask({question, MessageIcon::Question, MessageButtons::YesNo}) ==
         Answer::Yes)
         RunStages(sequence, velocity, pressure, result);
@@ -137,18 +160,21 @@ void ACUSetUp::ListAndRunStages(Sequence& sequence, bool velocity, bool pressure
 }
 
 void ACUSetUp::RunStages(Sequence& sequence, bool velocity, bool pressure, Initialisation& result) {
-    if (velocity &&
-        StoreOrTell(result, [&] { m_Station.Calibration().SaveFreshHeader(sequence.Guard); }))
+    if (velocity && StoreOrTell(sequence, result,
+                                [&] { m_Station.Calibration().SaveFreshHeader(sequence.Guard); }))
         RunVelocityStages(sequence, result);
     if (!result.Error.empty())
         return; // told already
+    const MessageIcon icon = sequence.NotPutBack ? MessageIcon::Critical : MessageIcon::Information;
+    const std::string eprom = "\r\n\r\n" + sequence.Guard.ChangesText();
     if (result.Ended == End::Cancelled) {
-        TellOperator(m_Station.World, "ACU Calibration Aborted");
+        TellOperator(m_Station.World, "ACU Calibration Aborted" + eprom, icon);
         return;
     }
     // The window with the results goes now: a failure must not go with it unseen.
     if (!result.FailedStages.empty())
-        TellOperator(m_Station.World, "ACU Calibration Failed\r\n" + result.FailedStages);
+        TellOperator(m_Station.World, "ACU Calibration Failed\r\n" + result.FailedStages + eprom,
+                     icon);
     if (pressure)
         TellOperator(m_Station.World, "Pressure Not Implemented");
 }
@@ -159,13 +185,17 @@ void ACUSetUp::RunVelocityStages(Sequence& sequence, Initialisation& result) {
     double after_s = whole_s;
     result.Passed = true;
     for (const Stage& stage : VelocityStages) {
+        const bool isSystem = stage.Kind == CalibrationKind::System;
         // There is nothing to audit in a unit that has got no table.
-        if (stage.Kind == CalibrationKind::Audit &&
-            m_Station.Calibration().Record().VelocitySystemDate == OleDate())
+        if (!isSystem && m_Station.Calibration().Record().VelocitySystemDate == OleDate())
             break;
         after_s -= run_s;
-        const RunContext context{m_Reports, m_Stages, sequence.Running, sequence.Guard,
-                                 true,      after_s,  whole_s};
+        RunContext context{m_Reports, m_Stages, sequence.Running, sequence.Guard,
+                           true,      after_s,  whole_s};
+        if (isSystem)
+            context.Settle = [&](const CalibrationOutcome& run) {
+                SettleSystemRun(sequence, run, &stage == LastSystemRun);
+            };
         const CalibrationOutcome outcome = VelocityRun(context, stage.Kind).Run();
         result.Passed = result.Passed && outcome.Passed;
         if (!outcome.Passed)
@@ -178,6 +208,8 @@ void ACUSetUp::RunVelocityStages(Sequence& sequence, Initialisation& result) {
             result.Ended = outcome.Ended;
         else if (outcome.Ended == End::Cancelled || outcome.NoFurtherRun)
             NoteCancel(result);
+        if (sequence.NotPutBack && result.Ended == End::Passed)
+            result.Ended = End::NotStored; // no audit under a set-up that is not the unit's
         if (result.Ended != End::Passed)
             break;
     }
@@ -209,7 +241,7 @@ ACUSetUp::RunAlone(const char* stage,
     m_Stages.Close();
     m_Station.Procedures.TellEnd(outcome, VerdictOf(outcome.Ended));
     log.Ended(VerdictText(outcome) + (outcome.Saved ? ", saved" : "") +
-              (outcome.AllStored ? "" : ", not all stored"));
+              (outcome.AllStored ? "" : ", not all stored") + ". " + outcome.Eprom);
     return outcome;
 }
 

@@ -36,8 +36,10 @@ class ACUSetUp {
         /// A line for each stage that has not passed.
         std::string FailedStages;
     };
-    /// The MFC number, then the initial calibrations. @param mfcNumber the number as it stands
-    /// in the window; takes what the operator enters
+    /// The MFC number, then the initial calibrations. One of the velocity that ends before a new
+    /// table is stored puts back what it has written to the EPROM; a number that was entered stays
+    /// when the question after it is declined. @param mfcNumber the number as it stands in the
+    /// window; takes what the operator enters
     Initialisation RunACUInitialisation(std::string& mfcNumber, bool velocity, bool pressure);
 
     /// A single run of the present table.
@@ -57,6 +59,12 @@ class ACUSetUp {
     struct Sequence {
         EpromGuard Guard;
         DrivingProcedure Running;
+        /// The record before the set-up.
+        ACURecord Found;
+        /// A system run has stored its table: the set-up stays.
+        bool TableStored = false;
+        /// The set-up could not be put back.
+        bool NotPutBack = false;
     };
 
     /// False when there is none to be had.
@@ -64,7 +72,9 @@ class ACUSetUp {
     void ListAndRunStages(Sequence& sequence, bool velocity, bool pressure, Initialisation& result);
     void RunStages(Sequence& sequence, bool velocity, bool pressure, Initialisation& result);
     void RunVelocityStages(Sequence& sequence, Initialisation& result);
-    bool StoreOrTell(Initialisation& result, const std::function<void()>& save);
+    bool StoreOrTell(Sequence& sequence, Initialisation& result, const std::function<void()>& save);
+    void PutBack(Sequence& sequence);
+    void SettleSystemRun(Sequence& sequence, const CalibrationOutcome& run, bool isLast);
     CalibrationOutcome RunAlone(const char* stage,
                                 const std::function<CalibrationOutcome(const RunContext&)>& run);
 

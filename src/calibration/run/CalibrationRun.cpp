@@ -3,6 +3,7 @@
 #include "platform/os/ProgramLog.h"
 
 #include <exception>
+#include <utility>
 
 namespace ombrix {
 
@@ -46,10 +47,10 @@ CalibrationOutcome CalibrationRun::Run() {
         MeasureAndStore();
     } else {
         m_Outcome.NothingDriven = true;
-        LogStop();
     }
     if (m_Outcome.Ended == End::Passed && !m_Outcome.Passed)
         m_Outcome.Ended = End::Failed;
+    SettleEprom();
     if (WasCancelled())
         NoteCancelled();
     EndLog();
@@ -57,7 +58,9 @@ CalibrationOutcome CalibrationRun::Run() {
         AddToHistory();
     m_Stages.Stage_Complete(m_Outcome.Ended);
     if (WasStopped())
-        TellOperator(m_World, "The calibration has been stopped.\r\n\r\n" + m_Outcome.Error,
+        TellOperator(m_World,
+                     "The calibration has been stopped.\r\n\r\n" + m_Outcome.Error + "\r\n\r\n" +
+                         m_Outcome.Eprom,
                      MessageIcon::Critical);
     return m_Outcome;
 }
@@ -66,6 +69,7 @@ void CalibrationRun::Refuse(const std::string& unready) {
     m_Outcome.NothingDriven = true;
     m_Outcome.Ended = End::Stopped;
     m_Outcome.Error = unready;
+    m_Outcome.Eprom = m_Context.Guard.ChangesText();
     TellOperator(m_World, unready, MessageIcon::Warning);
     m_Stages.Stage_Complete(m_Outcome.Ended);
 }
@@ -91,10 +95,11 @@ void CalibrationRun::Attempt(const std::function<void()>& work) {
         work();
     } catch (const std::exception& error) {
         m_Context.Running.SwitchOffNow();
+        if (WasStopped())
+            LogStop(); // the first of two reasons
         m_Outcome.Passed = false;
         m_Outcome.Ended = End::Stopped;
         m_Outcome.Error = error.what();
-        LogStop();
     }
 }
 
@@ -126,6 +131,22 @@ void CalibrationRun::LogStop() {
     m_Log.LogCalibration("Calibration stopped: " + reason.substr(0, reason.find("\r\n")));
 }
 
+std::string CalibrationRun::NotStored() const {
+    return IsAudit() || m_Outcome.Saved ? "" : NotStoredText();
+}
+
+void CalibrationRun::SettleEprom() {
+    if (m_Context.Settle)
+        m_Context.Settle(m_Outcome);
+    m_Outcome.Eprom = m_Context.Guard.ChangesText();
+    if (const std::string lack = NotStored(); !lack.empty())
+        m_Log.LogCalibration(lack);
+    if (m_Outcome.Ended != End::Passed)
+        m_Log.LogCalibration(m_Outcome.Eprom);
+    if (WasStopped())
+        LogStop();
+}
+
 void CalibrationRun::EndLog() {
     m_Log.CloseCalibrationLog();
     m_Outcome.Files.insert(m_Outcome.Files.begin(), m_Log.Files().begin(), m_Log.Files().end());
@@ -133,7 +154,11 @@ void CalibrationRun::EndLog() {
 }
 
 void CalibrationRun::AddToHistory() {
-    const bool stored = m_Recorder.Finish(m_Outcome, Measured());
+    HistoryEntry entry = Measured();
+    if (const std::string lack = NotStored(); !lack.empty())
+        entry.Reasons.push_back(lack);
+    entry.Eprom = m_Outcome.Eprom;
+    const bool stored = m_Recorder.Finish(m_Outcome, std::move(entry));
     m_Outcome.AllStored = m_Outcome.AllStored && stored;
 }
 

@@ -27,6 +27,8 @@ struct CalibrationOutcome : Outcome {
     /// The operator has cancelled while the finished run was being stored: it stands, but no
     /// further one is wanted.
     bool NoFurtherRun = false;
+    /// How the procedure has left the EPROM so far: EpromGuard::ChangesText.
+    std::string Eprom{};
 };
 
 /// Takes down that an operator has cancelled, or the end of the program.
@@ -49,6 +51,9 @@ struct RunContext {
     /// alone is the whole.
     double After_s = 0.0;
     double Whole_s = 0.0;
+    /// The run has ended, and is about to say how it leaves the EPROM: the last moment to put
+    /// something back.
+    std::function<void(const CalibrationOutcome& run)> Settle{};
 };
 
 /// The frame that velocity and pressure runs have in common. It asks, makes the EPROM ready, has
@@ -77,6 +82,8 @@ class CalibrationRun {
     /// unattended station answers.
     bool AskAgainstReason(const std::string& reason, const std::string& question) const;
     void Log(const LogLines& lines);
+    /// NotStoredText of a system run that has not stored anything; else empty.
+    std::string NotStored() const;
 
     const RunContext& m_Context;
     Station& m_Station;
@@ -106,11 +113,15 @@ class CalibrationRun {
     virtual void NoteCancelled() {}
     /// What was measured, and why it has not passed.
     virtual HistoryEntry Measured() const = 0;
+    /// What to say when the unit does not get what a system run has measured; empty where that is
+    /// nothing.
+    virtual const char* NotStoredText() const = 0;
 
     void MeasureAndStore();
     void Attempt(const std::function<void()>& work);
     void Refuse(const std::string& unready);
     void LogStop();
+    void SettleEprom();
     void EndLog();
     void AddToHistory();
 

@@ -90,6 +90,7 @@ void PressureRun::CalibratePressureBase() {
         m_Cal.Coefficients = verdict.Coefficients;
     m_NotFollowing = verdict.NotFollowing;
     m_Outcome.Passed = verdict.Passed;
+    m_HasPolynomial = verdict.Passed || !m_NotFollowing.empty();
 }
 
 void PressureRun::AskForHose() {
@@ -230,7 +231,7 @@ void PressureRun::FinishSystem() {
     // What has not passed can be stored all the same where there is a polynomial.
     const bool isWanted =
         m_Outcome.Passed ||
-        (!m_NotFollowing.empty() &&
+        (m_HasPolynomial &&
          AskAgainstReason(m_NotFollowing, "Would you like to save the calibration?"));
     if (!isWanted) {
         TellOperator(m_World, "ACU Pressure System Caibration Failed" +

@@ -28,6 +28,9 @@ class PressureRun final : public CalibrationRun {
     bool DatesWhatWasStopped() const override { return false; }
     void Store() override;
     HistoryEntry Measured() const override;
+    const char* NotStoredText() const override {
+        return m_HasPolynomial ? "Coefficients not stored in the EPROM" : "";
+    }
 
     void CalibratePressureBase();
     void AskForHose();
@@ -49,6 +52,7 @@ class PressureRun final : public CalibrationRun {
     AnswerWatch m_Watch;
     std::array<PressureReading, Points> m_Points{};
     std::size_t m_PointsMeasured = 0;
+    bool m_HasPolynomial = false;
     /// PressureVerdict::NotFollowing
     std::string m_NotFollowing;
     /// Base and polynomial: as the unit has them, and what a system run makes of them.

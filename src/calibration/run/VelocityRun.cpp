@@ -8,6 +8,7 @@
 
 #include <array>
 #include <exception>
+#include <stdexcept>
 #include <utility>
 
 namespace ombrix {
@@ -174,10 +175,13 @@ void VelocityRun::FillReport() {
 }
 
 void VelocityRun::SaveReport() {
-    if (m_Report.IsOpen())
-        AddReport(m_Outcome, m_Report.Save(Kind()));
-    else
+    if (!m_Report.IsOpen()) {
         m_Outcome.AllStored = false;
+        return;
+    }
+    if (const std::string lack = NotStored(); !lack.empty())
+        m_Report.SayNotStored(lack);
+    AddReport(m_Outcome, m_Report.Save(Kind()));
 }
 
 void VelocityRun::NoteCancelled() {

@@ -22,6 +22,9 @@ class VelocityRun final : public CalibrationRun {
     void Store() override;
     void NoteCancelled() override;
     HistoryEntry Measured() const override;
+    const char* NotStoredText() const override {
+        return HasPartOfTable(m_Result) ? TableNotStored : "";
+    }
 
     CalibrationKind Kind() const { return m_Result.Measured.Kind; }
     void MeasureChannels();

@@ -36,6 +36,8 @@ inline constexpr const char* SerialNumber = "J3";
 inline constexpr const char* MFCNumber = "J4";
 inline constexpr std::array<const char*, 2> FullScales = {"J5", "J6"};
 inline constexpr const char* Verdict = "M3";
+/// Below the verdict: what was measured and did not reach the unit.
+inline constexpr const char* NotStored = "M6";
 } // namespace Head
 
 /// The rows of a channel's part.

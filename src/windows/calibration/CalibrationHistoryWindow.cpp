@@ -160,7 +160,7 @@ void CalibrationHistoryWindow::ShowUnit() {
     for (const HistoryEntry& run : m_History.Runs)
         new QTreeWidgetItem(m_Runs,
                             {ToQt(DateText(run.When, "dd/mm/yyyy hh:nn:ss")), tr(TitleOf(run.Kind)),
-                             ToQt(run.Verdict), ToQt(run.Program.Computer)});
+                             ToQt(ShownVerdict(run)), ToQt(run.Program.Computer)});
     AutoSizeColumns(*m_Runs);
     const bool any = !m_History.Runs.empty();
     if (any)

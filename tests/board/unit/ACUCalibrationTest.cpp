@@ -112,6 +112,24 @@ TEST_F(ACUCalibrationTest, AnUnsetCapacityAsksBeforeItInitialises) {
     }
 }
 
+TEST_F(ACUCalibrationTest, TheQuestionBeforeAHeaderNamesWhatItReplaces) {
+    for (const auto& [bench, board] : {std::pair("plain", 0), {"pair", 1}}) {
+        UseBench(bench, board);
+        const std::int32_t number = Word(Map::MFCNumber);
+        Put(Map::ChannelCapacity + 4, 0);
+        Put(Map::CalibrationPoints, 8);
+        Put(Map::HasSolenoidValves, 0);
+        Read();
+        EXPECT_EQ(Shown().at(0).Text,
+                  "This ACU has not been initialised.\r\n\r\n"
+                  "Would you like to Initialise the EPROM now?\r\n\r\n"
+                  "This changes in the EPROM:\r\n  Calibration points: 8 → 10\r\n"
+                  "  Solenoid valves: no → yes");
+        EXPECT_EQ(Word(Map::CalibrationPoints), 10);
+        EXPECT_EQ(Word(Map::MFCNumber), number);
+    }
+}
+
 TEST_F(ACUCalibrationTest, ACapacityThatWasReadWronglyCostsNoCalibration) {
     const std::int32_t capacity = Word(Map::ChannelCapacity + 4);
     const std::int32_t number = Word(Map::MFCNumber);

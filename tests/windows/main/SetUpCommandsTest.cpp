@@ -215,9 +215,9 @@ TEST_F(InitialisationTest, CancelEndsTheSequenceAndLeavesTheRestPending) {
     });
     m_Bench->Click("cmdVelocity_Init");
     EXPECT_LT(m_Bench->Bench.Time.Counter(), 101 * m_Bench->Bench.Time.Frequency());
-    EXPECT_EQ(Told().back(), "ACU Calibration Aborted");
+    EXPECT_EQ(Told().back(), "ACU Calibration Aborted\r\n\r\nThe EPROM is as it was.");
     EXPECT_EQ(m_Bench->Find<QSlider>("sldDACValue_0").value(), 0);
-    EXPECT_EQ(m_Bench->LabelText("lblACUVel_System"), "Never"); // the header alone is there
+    EXPECT_EQ(m_Bench->LabelText("lblACUVel_System"), "ACU Data Not Initialised");
     ExpectCommandsBack();
     ExpectNoAir();
 }

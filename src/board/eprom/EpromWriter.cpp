@@ -49,10 +49,13 @@ void WriteEPROMWord(Station& station, std::int32_t address, std::int32_t value) 
 }
 
 EpromEnd WriteWholeEPROM(Station& station, std::int32_t value, const EpromProgress& progress) {
-    const std::string question =
-        "Are you sure you want to overwrite all memory locations with: " + std::to_string(value);
-    if (station.World.Messages.Ask({question, MessageIcon::Question, MessageButtons::YesNo}) !=
-        Answer::Yes)
+    const std::string unit = station.Calibration().Unit().SerialNumberStr();
+    Message question{fmt::format("Are you sure you want to overwrite all memory locations with: "
+                                 "{}\r\n\r\nUnit: {}",
+                                 value, unit),
+                     MessageIcon::Question, MessageButtons::YesNo};
+    question.DefaultsToRefusal = true;
+    if (station.World.Messages.Ask(question) != Answer::Yes)
         return EpromEnd::Declined;
     EpromImage image;
     for (std::int32_t address = 0; address < EpromBytes; address += EpromWordBytes)

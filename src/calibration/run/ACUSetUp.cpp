@@ -10,6 +10,8 @@
 #include "platform/text/Rounding.h"
 #include "platform/text/Text.h"
 
+#include <fmt/format.h>
+
 #include <array>
 
 namespace ombrix {
@@ -34,6 +36,14 @@ constexpr const Stage* LastSystemRun = &VelocityStages[1];
 constexpr std::array<const char*, 4> PressureStages = {
     "Pressure System Calibration (1 of 2)", "Pressure System Calibration (2 of 2)",
     "Pressure Audit Calibration (1 of 2)", "Pressure Audit Calibration (2 of 2)"};
+
+/// What the board is, and what it is to become.
+std::string IdentityQuestion(const AIB& board, std::int32_t serial, MFCSetup setup) {
+    return fmt::format(
+        "Write the identity of this board?\r\n\r\n   Serial number: {} → {}\r\n   HW "
+        "version: {} → {}",
+        board.DevSerialNum(), serial, board.HWVersion(), static_cast<std::int32_t>(setup));
+}
 
 } // namespace
 
@@ -60,8 +70,14 @@ bool ACUSetUp::SetAIBSerialNumber(std::int32_t& serial, bool digital, bool analo
         if (serial >= 1 && serial < SmallestSuspectSerial)
             break;
     }
+    const MFCSetup setup = MFCSetupOf(digital, analog);
+    Message question{IdentityQuestion(*m_Station.CurrentAIB, serial, setup), MessageIcon::Question,
+                     MessageButtons::YesNo};
+    question.DefaultsToRefusal = true;
+    if (messages.Ask(question) != Answer::Yes)
+        return false;
     ProcedureLog log(m_Station.World, "Writing of the board's identity");
-    const AIBStatus status = WriteIdentity(m_Station, serial, MFCSetupOf(digital, analog));
+    const AIBStatus status = WriteIdentity(m_Station, serial, setup);
     if (status != Status::NoError)
         throw BoardError("The identity could not be written: " + AIB::AIBErrorStr(status));
     log.Ended("serial number " + std::to_string(serial));
@@ -248,8 +264,11 @@ ACUSetUp::RunAlone(const char* stage,
 bool ACUSetUp::ClearPressure(const std::function<void(std::int32_t address)>& progress) {
     const RunningProcedure running(m_Station.Procedures, "clearing of the pressure calibration");
     Platform& world = m_Station.World;
-    if (world.Messages.Ask({"Are you sure you want to Clear the Pressure Calibration?",
-                            MessageIcon::Question, MessageButtons::YesNo}) != Answer::Yes)
+    Message question{"Are you sure you want to Clear the Pressure Calibration?\r\n\r\nUnit: " +
+                         m_Station.Calibration().Unit().SerialNumberStr(),
+                     MessageIcon::Question, MessageButtons::YesNo};
+    question.DefaultsToRefusal = true;
+    if (world.Messages.Ask(question) != Answer::Yes)
         return false;
     ProcedureLog log(world, "Clearing of the pressure calibration");
     EpromWords words;

@@ -95,8 +95,9 @@ TEST_F(EPROMPanelTest, ToAllAsksAndThenWritesEveryWord) {
     Type("0");
     m_Bench.Bench.Messages.Answers = {Answer::No};
     m_Bench.Click("cmdWriteValueAll");
-    EXPECT_EQ(m_Bench.Bench.Messages.Shown.back().Text,
-              "Are you sure you want to overwrite all memory locations with: 0");
+    EXPECT_EQ(
+        m_Bench.Bench.Messages.Shown.back().Text,
+        "Are you sure you want to overwrite all memory locations with: 0\r\n\r\nUnit: ACU00301");
     EXPECT_EQ(Word(8), 2);
     m_Bench.Bench.Messages.WhileAsked = [this](const Message& message) {
         if (message.Text == "All locations written") {

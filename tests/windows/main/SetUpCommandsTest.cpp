@@ -9,6 +9,7 @@
 #include <QMessageBox>
 #include <QSlider>
 #include <QTreeWidget>
+#include <fmt/format.h>
 
 namespace ombrix {
 namespace {
@@ -59,11 +60,23 @@ TEST(SetUpCommands, IdentityButtonsWriteWhatWasEntered) {
     const std::string programmed = "The AIB has been programmed - restart application to check.";
     const std::string suspect = "Suspect Serial Number.\r\n\r\nPlease enter a number";
     const std::int32_t before = WindowBench().Bench.Bench.Board(0).Identity().HWVersion;
+    const auto asked = [before](const char* serial, int code) {
+        return fmt::format(
+            "Write the identity of this board?\r\n\r\n   Serial number: 301 → {}\r\n "
+            "  HW version: {} → {}",
+            serial, before, code);
+    };
     const std::vector<Case> cases = {
-        {"cmdSetSerial_0", {"12"}, {}, {programmed}, 0, 12},
-        {"cmdSetSerial_2", {"0", "-4", "999"}, {}, {programmed}, 2, 999},
+        {"cmdSetSerial_0", {"12"}, {}, {asked("12", 0), programmed}, 0, 12},
+        {"cmdSetSerial_2", {"0", "-4", "999"}, {}, {asked("999", 2), programmed}, 2, 999},
+        {"cmdSetSerial_0", {"12"}, {Answer::No}, {asked("12", 0)}, before, 301},
         {"cmdSetSerial_1", {"1000"}, {Answer::Cancel}, {suspect + " below 1000!"}, before, 301},
-        {"cmdSetSerial_1", {"", "8"}, {Answer::Ok}, {suspect + "!", programmed}, 1, 8}};
+        {"cmdSetSerial_1",
+         {"", "8"},
+         {Answer::Ok},
+         {suspect + "!", asked("8", 1), programmed},
+         1,
+         8}};
     for (const Case& c : cases) {
         WindowBench bench;
         bench.Bench.Messages.Texts = c.Entered;
@@ -114,8 +127,8 @@ TEST(SetUpCommands, IdentityThatTheBoardRefusesIsNotSaidToBeProgrammed) {
     WindowBench bench("acu", {"status:32@WriteAIBInfo"});
     bench.Bench.Messages.Texts = {"12"};
     bench.Click("cmdSetSerial_0");
-    EXPECT_EQ(Texts(bench.Bench.Messages.Shown),
-              std::vector<std::string>{"The identity could not be written: AIB Timeout"});
+    EXPECT_EQ(bench.Bench.Messages.Shown.back().Text,
+              "The identity could not be written: AIB Timeout");
 }
 
 TEST(SetUpCommands, ClearPressureAsksAndZeroesThePressurePartOnly) {
@@ -132,7 +145,8 @@ TEST(SetUpCommands, ClearPressureAsksAndZeroesThePressurePartOnly) {
     std::string expected = before;
     expected.replace(600, 424, 424, '\0');
     EXPECT_EQ(bench.Bench.Bench.Board(0).Eprom().Image(), expected);
-    const std::string question = "Are you sure you want to Clear the Pressure Calibration?";
+    const std::string question = "Are you sure you want to Clear the Pressure Calibration?"
+                                 "\r\n\r\nUnit: ACU00301";
     EXPECT_EQ(Texts(bench.Bench.Messages.Shown),
               (std::vector<std::string>{question, question, "Pressure Calibration Cleared"}));
     EXPECT_EQ(bench.LabelText("lblACUPresure_System"), "Never"); // read anew

@@ -116,6 +116,24 @@ CommandResult RunPressure(CommandContext& context) {
     return result;
 }
 
+CommandResult RunSensor(CommandContext& context, const std::string& sensor) {
+    constexpr const char* none = "none";
+    TerminalSetUp terminal(context);
+    CommandResult result;
+    try {
+        terminal.SetUp.DeclarePressureSensor(sensor == none ? 0 : std::stoi(sensor));
+    } catch (const EpromMismatch& mismatch) {
+        result.Status = ExitStatus::NotStored;
+        result.Error = WithPlainLineEnds(mismatch.what());
+    }
+    ACURecord stored;
+    ReadEPROMValues_Pressure(*context.TheStation.CurrentAIB, stored);
+    const std::int32_t fullScale_mBar = stored.PressureSensor();
+    result.Json["sensor"] = fullScale_mBar == 0 ? none : std::to_string(fullScale_mBar);
+    result.Text = fmt::format("Pressure sensor: {}\n", SensorText(fullScale_mBar));
+    return result;
+}
+
 CommandResult RunClearPressure(CommandContext& context) {
     TerminalSetUp terminal(context);
     CommandResult result;

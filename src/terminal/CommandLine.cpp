@@ -182,6 +182,12 @@ void AddCalibrationCommands(CLI::App& app, CommandAdder& adder,
                   return RunPressureCalibration(context, CalibrationKind::Audit);
               });
     adder.Add(app, "pressure", "The present pressure in mBar", RunPressure);
+    CLI::App* sensor =
+        adder.Add(app, "sensor", "Declare the unit's pressure sensor",
+                  [args](CommandContext& context) { return RunSensor(context, args->Text); });
+    sensor->add_option("SENSOR", args->Text, "none, 400 or 1000 (mBar)")
+        ->required()
+        ->check(CLI::IsMember({"none", "400", "1000"}));
     CLI::App* record =
         adder.Add(app, "record", "Record the inputs and the pressure register",
                   [args](CommandContext& context) { return RunRecord(context, args->Seconds); });

@@ -49,6 +49,8 @@ CommandResult RunVelocityCalibration(CommandContext& context, CalibrationKind ki
 CommandResult RunPressureCalibration(CommandContext& context, CalibrationKind kind);
 /// The present pressure.
 CommandResult RunPressure(CommandContext& context);
+/// @param sensor "none", "400" or "1000": its full scale in mBar
+CommandResult RunSensor(CommandContext& context, const std::string& sensor);
 CommandResult RunClearPressure(CommandContext& context);
 CommandResult RunInfoWorkbook(CommandContext& context);
 

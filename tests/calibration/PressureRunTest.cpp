@@ -169,7 +169,7 @@ TEST_F(PressureRunTest, UnitsThatCannotBeMeasuredAreToldSo) {
     PutWord(m_Bench->Board, 600, 0);
     m_Bench->Record().ReadEPROMValues();
     EXPECT_FALSE(Run(Kind::Audit).Passed);
-    EXPECT_TRUE(Told("names no pressure sensor"));
+    EXPECT_TRUE(Told("\"Pressure Sensor…\" in the Tools menu"));
 }
 
 } // namespace

@@ -200,6 +200,13 @@ TEST_F(VelocityRunTest, LosingTheDataTakesTwoAnswers) {
     EXPECT_NE(m_Bench->Eprom(), m_Before);
 }
 
+TEST_F(VelocityRunTest, NothingIsAuditedWhereThereIsNoTable) {
+    Use("fresh");
+    EXPECT_EQ(Run(Kind::Audit).Ended, End::Stopped);
+    EXPECT_TRUE(Told("no velocity calibration to audit"));
+    EXPECT_EQ(m_Bench->Eprom(), m_Before);
+}
+
 TEST_F(VelocityRunTest, AnInterruptAtTheQuestionDoesNotSave) {
     for (const Kind kind : {Kind::System, Kind::Audit}) {
         Use("acu");

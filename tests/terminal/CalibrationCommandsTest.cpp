@@ -98,6 +98,22 @@ TEST_F(OmbrixctlTest, ThePressureIsCalibratedVerifiedAndRead) {
     EXPECT_EQ(Run("--simulate=fresh --yes calibrate pressure-audit").Status, 1);
 }
 
+TEST_F(OmbrixctlTest, ThePressureSensorIsDeclared) {
+    const std::string plain = "--simulate=plain --yes --time-scale max ";
+    const auto words = [&] { return Run(plain + "eprom read 600 2").Result["words"]; };
+    EXPECT_EQ(Run(plain + "sensor 600").Status, 2);
+    EXPECT_EQ(Run(plain + "sensor none").Result["sensor"], "none");
+    EXPECT_EQ(words()[0]["value"].get<int>() | words()[1]["value"].get<int>(), 0);
+    const std::string error = Run(plain + "calibrate pressure-system").Result["error"];
+    EXPECT_NE(error.find("ombrixctl sensor"), std::string::npos) << error;
+    EXPECT_EQ(Run(plain + "sensor 1000").Result["sensor"], "1000");
+    EXPECT_EQ(words()[0]["value"], 16);
+    EXPECT_EQ(words()[1]["value"], 1148846080) << "1000 as a Single";
+    EXPECT_EQ(Run(plain + "sensor 400").Status, 0);
+    EXPECT_NE(Errors().find("made with another sensor"), std::string::npos);
+    EXPECT_EQ(Run(plain + "calibrate pressure-system").Status, 0);
+}
+
 TEST_F(OmbrixctlTest, ARecordingHasItsLines) {
     const Outcome outcome = RunSimulated("--time-scale max record --seconds 2.5");
     EXPECT_EQ(outcome.Status, 0);

@@ -83,6 +83,7 @@ INSTANTIATE_TEST_SUITE_P(
                       Writer{"eprom fill 0", "8 Data version"},
                       Writer{"eprom restore image.bin", "8 Data version"},
                       Writer{"clear-pressure", "600 Pressure present"},
+                      Writer{"sensor 1000", "604 Max pressure"},
                       Writer{"calibrate velocity-init --mfc-number M1", "1024 MFC number"},
                       Writer{"calibrate pressure-system", "748 Base diameter"},
                       Writer{"calibrate pressure-audit", "652 Pressure audit date"}));

@@ -3,6 +3,7 @@
 #include "board/unit/CalibrationSummary.h"
 #include "windows/WindowBench.h"
 #include "windows/calibration/ACUCalibrationWindow.h"
+#include "windows/calibration/PressureSensorWindow.h"
 #include "windows/desktop/OpenExcelWindow.h"
 #include "windows/desktop/QtOperator.h"
 #include "windows/main/RestoreEPROMWindow.h"
@@ -89,6 +90,12 @@ inline void ShowRestore(const Visit& visit) {
     visit(window);
 }
 
+inline void ShowSensor(const Visit& visit) {
+    PressureSensorWindow window(1000, nullptr);
+    window.show();
+    visit(window);
+}
+
 inline void ShowWait(const Visit& visit) {
     OpenExcelWindow window(nullptr);
     window.Show("Opening the template of the ACU health check");
@@ -120,6 +127,7 @@ inline std::vector<WindowOfProgram> EveryWindow() {
             {"Rig", ShowRig},
             {"History", ShowHistory},
             {"Restore", ShowRestore},
+            {"Sensor", ShowSensor},
             {"Wait", ShowWait},
             {"Message", Box([](QtOperator& messages) {
                  messages.Ask({"Not saved:\r\n\r\n   C:\\ACUs\\ACU00301_M9200301A\\report.xlsx",

@@ -198,6 +198,17 @@ void ACUCalibration::SavePressureSystemCalibration(EpromGuard& guard, const Pres
     });
 }
 
+void ACUCalibration::SavePressureSensor(EpromGuard& guard, std::int32_t fullScale_mBar) {
+    Store(guard, [&](ACURecord& record, EpromSink& words) {
+        record.PressurePresent = fullScale_mBar != 0;
+        record.MaxPressure = static_cast<float>(fullScale_mBar);
+        WriteEPROM_PressureHeader(words, record);
+        // A unit without a pressure calibration has no scale yet.
+        if (record.PressureScale != 0.0F)
+            record.CalculatePressureScaling();
+    });
+}
+
 void ACUCalibration::SavePressureAudit(EpromGuard& guard, const PressureCal& measured,
                                        bool passed) {
     Store(guard, [&](ACURecord& record, EpromSink& words) {

@@ -49,6 +49,8 @@ class ACUCalibration {
     void SaveVelocityAudit(EpromGuard& guard, bool passed);
     /// Replaces base and polynomial by measured ones, with date and user.
     void SavePressureSystemCalibration(EpromGuard& guard, const PressureCal& measured);
+    /// Declares the pressure sensor. @param fullScale_mBar of PressureSensors
+    void SavePressureSensor(EpromGuard& guard, std::int32_t fullScale_mBar);
     /// Stores an audit's result with date and user.
     void SavePressureAudit(EpromGuard& guard, const PressureCal& measured, bool passed);
 

@@ -71,6 +71,10 @@ LastCalibration ACURecord::LastCalDone_Pressure_Audit() const {
     return {PressureAuditDate, PressureAuditUser, PressureAuditPassed != 0};
 }
 
+std::string SensorText(std::int32_t fullScale_mBar) {
+    return fullScale_mBar == 0 ? "none" : fmt::format("{} mBar", fullScale_mBar);
+}
+
 void ACURecord::CalculatePressureScaling() {
     // The sensor gives 0.5 V at zero and 4.5 V at full scale; 5 V read as 65534 bits.
     PressureScale = static_cast<float>(MaxPressure / (4.0 * 65534.0 / 5.0));

@@ -35,6 +35,11 @@ struct PressureCal {
     std::array<float, 4> Coefficients{};
 };
 
+/// The pressure sensors that units have, by full scale in mBar; 0 stands for none.
+inline constexpr std::array<std::int32_t, 3> PressureSensors = {0, 400, 1000};
+/// "none", "400 mBar", "1000 mBar"
+std::string SensorText(std::int32_t fullScale_mBar);
+
 /// A calibration as it was last done: when (0 = never), by whom, with what result.
 struct LastCalibration {
     OleDate CalDate;
@@ -92,6 +97,11 @@ struct ACURecord {
     float PressureSpan = 0.0F;
     /// Zero of the pressure reading in bits; never stored.
     std::int32_t PressureZero = 0;
+
+    /// Of PressureSensors: the one that the unit has.
+    std::int32_t PressureSensor() const {
+        return PressurePresent ? static_cast<std::int32_t>(MaxPressure) : 0;
+    }
 
     /// The number is not longer than the 12 characters that are stored.
     static bool IsMFCNumber(std::string_view number);

@@ -261,6 +261,22 @@ ACUSetUp::RunAlone(const char* stage,
     return outcome;
 }
 
+void ACUSetUp::DeclarePressureSensor(std::int32_t fullScale_mBar) {
+    const RunningProcedure running(m_Station.Procedures);
+    ProcedureLog log(m_Station.World, "Declaration of the pressure sensor");
+    ACUCalibration& unit = m_Station.Calibration();
+    const bool isCalibrated = unit.Record().PressureSystemDate != OleDate();
+    const bool isAnother = fullScale_mBar != unit.Record().PressureSensor();
+    EpromGuard guard(m_Station, "Pressure Sensor");
+    unit.SavePressureSensor(guard, fullScale_mBar);
+    log.Ended(SensorText(fullScale_mBar));
+    if (isCalibrated && isAnother && fullScale_mBar != 0)
+        TellOperator(m_Station.World,
+                     "The pressure calibration in the EPROM was made with another sensor.\r\n\r\n"
+                     "Please run the pressure system calibration.",
+                     MessageIcon::Warning);
+}
+
 bool ACUSetUp::ClearPressure(const std::function<void(std::int32_t address)>& progress) {
     const RunningProcedure running(m_Station.Procedures, "clearing of the pressure calibration");
     Platform& world = m_Station.World;

@@ -48,6 +48,10 @@ class ACUSetUp {
     /// A single run of the pressure calibration.
     CalibrationOutcome RunPressure(CalibrationKind kind);
 
+    /// Declares the pressure sensor of the unit. @param fullScale_mBar of PressureSensors
+    /// @throws EpromError, BoardError
+    void DeclarePressureSensor(std::int32_t fullScale_mBar);
+
     /// Sets the pressure part of the EPROM to zero, after the question.
     /// @param progress told each address @return false when the operator declines
     bool ClearPressure(const std::function<void(std::int32_t address)>& progress);

@@ -37,9 +37,8 @@ std::string PressureRun::Unready() const {
         return "The pressure cannot be calibrated before the velocity.\r\n\r\nPlease run "
                "\"Initalise Velocity\" first.";
     if (!record.PressurePresent)
-        return "The record of this ACU names no pressure sensor.\r\n\r\nIf there is one, write 16 "
-               "to EPROM address 600 and its full scale to address 604, then detect the boards "
-               "again.";
+        return "The record of this ACU names no pressure sensor.\r\n\r\nIf there is one, declare "
+               "it by \"Pressure Sensor…\" in the Tools menu, or by ombrixctl sensor 400 or 1000.";
     // Without a scale everything would read as 0 mBar and pass.
     if (IsAudit() && record.PressureScale == 0.0F)
         return "The pressure of this ACU has not been calibrated.\r\n\r\nPlease run the pressure "

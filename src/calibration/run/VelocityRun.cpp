@@ -51,6 +51,10 @@ void VelocityRun::Measure() {
 void VelocityRun::MeasureChannels() {
     MeasuringLoop loop(m_Station, m_Air, m_Wait);
     loop.AwaitAnswer();
+    // The verdict on an audit of nothing would stand in the EPROM.
+    if (IsAudit() && m_Unit.Record().VelocitySystemDate == OleDate())
+        throw std::runtime_error("This ACU has no velocity calibration to audit.\r\n\r\nPlease run "
+                                 "\"Initalise Velocity\" first.");
     if (IsAudit() || m_Unit.Record().ACUInitialised || (m_Context.Unattended && GoesOn()))
         MeasureChannel(0, loop);
     if (GoesOn() && (IsAudit() || IsAcceptable(0)))

@@ -1,6 +1,7 @@
 #include "windows/main/ACUCommands.h"
 
 #include "journal/UnfinishedRuns.h"
+#include "windows/calibration/PressureSensorWindow.h"
 #include "windows/desktop/KeepAbove.h"
 #include "windows/main/BoardPanel.h"
 #include "windows/main/CalibrationPanel.h"
@@ -50,8 +51,18 @@ void ACUCommands::Initialise(const QString& mfcNumber, bool velocity, bool press
     });
 }
 
+void ACUCommands::CalibrateVelocity(CalibrationKind kind) {
+    Run([kind](ACUSetUp& setUp) { setUp.RunVelocity(kind); });
+}
+
 void ACUCommands::CalibratePressure(CalibrationKind kind) {
     Run([kind](ACUSetUp& setUp) { setUp.RunPressure(kind); });
+}
+
+void ACUCommands::DeclarePressureSensor() {
+    PressureSensorWindow form(m_Station.Calibration().Record().PressureSensor(), &m_Board);
+    if (form.exec() == QDialog::Accepted)
+        Run([&form](ACUSetUp& setUp) { setUp.DeclarePressureSensor(form.FullScale_mBar()); });
 }
 
 void ACUCommands::OfferUnfinished(

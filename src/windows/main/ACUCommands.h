@@ -26,7 +26,10 @@ class ACUCommands final : public QObject {
     ACUCommands(Station& station, BoardPanel& board,
                 const std::function<ReportTools(OpenExcelView&)>& tools, QWidget& owner);
 
+    void CalibrateVelocity(CalibrationKind kind);
     void CalibratePressure(CalibrationKind kind);
+    /// Asks which pressure sensor the unit has, and declares it.
+    void DeclarePressureSensor();
     /// Asks what to do with runs that an earlier program did not finish.
     void OfferUnfinished(const std::function<JournalReaders(const ReportTools&)>& readers);
 

@@ -102,11 +102,7 @@ void AIBAccessoriesWindow::MakeMenus() {
     file->addSeparator();
     file->addAction(tr("&Quit"), QKeySequence(QKeySequence::Quit), this, &QWidget::close);
     QMenu* tools = menuBar()->addMenu(tr("&Tools"));
-    m_PressureActions = {
-        tools->addAction(tr("&Pressure System Calibration"), this,
-                         [this] { m_ACUCommands->CalibratePressure(CalibrationKind::System); }),
-        tools->addAction(tr("Pressure &Audit Calibration"), this,
-                         [this] { m_ACUCommands->CalibratePressure(CalibrationKind::Audit); })};
+    AddACUActions(*tools);
     tools->addSeparator();
     m_UARTsAction = tools->addAction(tr("&UART Console"), m_Tools.get(), &ToolWindows::ShowUARTs);
     QAction* history =
@@ -124,11 +120,30 @@ void AIBAccessoriesWindow::MakeMenus() {
     name(m_DetectAction, "mnuDetectAIBs");
     name(file->actions().at(1), "mnuOpenDataFolder");
     name(file->actions().back(), "mnuQuit");
-    name(m_PressureActions[0], "mnuPressureSystem");
-    name(m_PressureActions[1], "mnuPressureAudit");
     name(m_UARTsAction, "mnuUARTs");
     name(history, "mnuCalibrationHistory");
     name(help->actions().back(), "mnuAbout");
+}
+
+void AIBAccessoriesWindow::AddACUActions(QMenu& tools) {
+    const auto add = [&](const char* objectName, const QString& caption, const auto& command) {
+        QAction* action =
+            tools.addAction(caption, this, [this, command] { command(*m_ACUCommands); });
+        action->setObjectName(QLatin1String(objectName));
+        m_ACUActions.push_back(action);
+    };
+    using Kind = CalibrationKind;
+    add("mnuVelocitySystem", tr("&Velocity System Calibration"),
+        [](ACUCommands& commands) { commands.CalibrateVelocity(Kind::System); });
+    add("mnuVelocityAudit", tr("V&elocity Audit Calibration"),
+        [](ACUCommands& commands) { commands.CalibrateVelocity(Kind::Audit); });
+    add("mnuPressureSystem", tr("&Pressure System Calibration"),
+        [](ACUCommands& commands) { commands.CalibratePressure(Kind::System); });
+    add("mnuPressureAudit", tr("Pressure &Audit Calibration"),
+        [](ACUCommands& commands) { commands.CalibratePressure(Kind::Audit); });
+    tools.addSeparator();
+    add("mnuPressureSensor", tr("Pressure &Sensor…"),
+        [](ACUCommands& commands) { commands.DeclarePressureSensor(); });
 }
 
 void AIBAccessoriesWindow::LayOut() {
@@ -242,7 +257,7 @@ void AIBAccessoriesWindow::UpdateCommands() {
     m_DetectAction->setEnabled(free);
     m_UARTsAction->setEnabled(free);
     m_DiagnosticsAction->setEnabled(free);
-    for (QAction* action : m_PressureActions)
+    for (QAction* action : m_ACUActions)
         action->setEnabled(free && m_BoardsFound);
     m_Tabs->setEnabled(free);
     m_Board->TakeCommands(free);

@@ -7,13 +7,14 @@
 #include <QMainWindow>
 #include <QTimer>
 
-#include <array>
 #include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 class QAction;
+class QMenu;
 class QTabBar;
 
 namespace ombrix {
@@ -72,6 +73,7 @@ class AIBAccessoriesWindow final : public QMainWindow, private DetectionView {
 
   private:
     void MakeMenus();
+    void AddACUActions(QMenu& tools);
     void LayOut();
     bool Detect();
     void ResetPanels();
@@ -104,7 +106,8 @@ class AIBAccessoriesWindow final : public QMainWindow, private DetectionView {
     ProcedureBar* m_Foot;
     std::unique_ptr<StopKeys> m_StopKeys;
     QAction* m_DetectAction = nullptr;
-    std::array<QAction*, 2> m_PressureActions{};
+    /// What needs a board.
+    std::vector<QAction*> m_ACUActions;
     QAction* m_UARTsAction = nullptr;
     QAction* m_DiagnosticsAction = nullptr;
     QTimer* m_UpdateInput;

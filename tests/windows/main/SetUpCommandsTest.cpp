@@ -255,6 +255,37 @@ TEST(SetUpCommands, ThePressureIsCalibratedFromTheToolsMenu) {
     EXPECT_EQ(bench.Bench.Messages.Shown.back().Icon, MessageIcon::Question);
 }
 
+TEST(SetUpCommands, TheVelocityIsCalibratedAloneFromTheToolsMenu) {
+    for (const char* action : {"mnuVelocitySystem", "mnuVelocityAudit"}) {
+        WindowBench bench;
+        QWidget* stages = nullptr;
+        LookRarely(bench, [&stages] { stages = StageWindow(); });
+        bench.Find<QAction>(action).trigger();
+        EXPECT_NE(stages, nullptr) << "shown meanwhile";
+        EXPECT_EQ(StageWindow(), nullptr);
+        const bool isAudit = std::string_view(action).ends_with("Audit");
+        EXPECT_TRUE(bench.LabelText(isAudit ? "lblACUVel_Audit" : "lblACUVel_System")
+                        .startsWith("15/03/2024"));
+    }
+}
+
+TEST(SetUpCommands, ThePressureSensorIsDeclaredFromTheToolsMenu) {
+    WindowBench bench;
+    const std::string before = bench.Bench.Bench.Board(0).Eprom().Image();
+    for (const char* button : {"cmdCancelSensor", "cmdDeclareSensor"}) {
+        EXPECT_EQ(bench.Bench.Bench.Board(0).Eprom().Image(), before);
+        QTimer::singleShot(0, [button] {
+            QWidget& form = *QApplication::activeModalWidget();
+            EXPECT_TRUE(WindowBench::FindIn<QAbstractButton>(form, "optSensor_1000").isChecked());
+            WindowBench::FindIn<QAbstractButton>(form, "optSensor_0").click();
+            WindowBench::FindIn<QAbstractButton>(form, button).click();
+        });
+        bench.Find<QAction>("mnuPressureSensor").trigger();
+    }
+    EXPECT_EQ(bench.Bench.Bench.Board(0).Eprom().Image().substr(600, 8), std::string(8, '\0'));
+    EXPECT_EQ(bench.LabelText("lblACUPresure_System"), "Never") << "read anew";
+}
+
 TEST(SetUpCommands, ClosingTheProgramEndsACalibrationSafelyWithoutFurtherQuestions) {
     for (const bool initialisation : {false, true}) {
         WindowBench bench;

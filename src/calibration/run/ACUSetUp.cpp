@@ -262,7 +262,7 @@ ACUSetUp::RunAlone(const char* stage,
 }
 
 void ACUSetUp::DeclarePressureSensor(std::int32_t fullScale_mBar) {
-    const RunningProcedure running(m_Station.Procedures);
+    const RunningProcedure running(m_Station.Procedures, "declaration of the pressure sensor");
     ProcedureLog log(m_Station.World, "Declaration of the pressure sensor");
     ACUCalibration& unit = m_Station.Calibration();
     const bool isCalibrated = unit.Record().PressureSystemDate != OleDate();

@@ -205,9 +205,9 @@ void LayOutData(SheetBuilder& sheet) {
     sheet.Column("F:I", 13, Values("0.00%")).Column("J", 19, Values("0"));
     const Look head = With(HeadCell, BoxLines);
     sheet.RowHeight(1, 32);
-    constexpr const char* Names[] = {"Time (s)",    "Ch1 DAC",    "Ch1 ADC",     "Ch2 DAC",
-                                     "Ch2 ADC",     "Ch1 Demand", "Ch1 Reading", "Ch2 Demand",
-                                     "Ch2 Reading", "Pressure"};
+    constexpr const char* Names[] = {Data::TimeHead, "Ch1 DAC",    "Ch1 ADC",     "Ch2 DAC",
+                                     "Ch2 ADC",      "Ch1 Demand", "Ch1 Reading", "Ch2 Demand",
+                                     "Ch2 Reading",  "Pressure"};
     char column = Data::Time;
     for (const char* name : Names)
         sheet.Text(Cell(column++, Data::HeadRow), name, head);

@@ -58,6 +58,8 @@ namespace Data {
 inline constexpr int HeadRow = 1;
 inline constexpr int FirstRow = 2;
 inline constexpr char Time = 'A';
+/// By which such a sheet is known.
+inline constexpr const char* TimeHead = "Time (s)";
 /// Demand and reading of channel 1, then of channel 2: in bits, and as shares of full scale.
 inline constexpr char FirstBits = 'B';
 inline constexpr char LastBits = 'E';

@@ -2,13 +2,16 @@
 // virtual time, so that every run gives the same pictures.
 #include "app/Assembly.h"
 #include "calibration/history/CalibrationHistory.h"
+#include "platform/text/Paths.h"
 #include "windows/desktop/QtPorts.h"
 #include "windows/main/AIBAccessoriesWindow.h"
+#include "windows/trend/TrendWindow.h"
 #include "windows/widgets/ProgressBar.h"
 
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QSlider>
@@ -153,6 +156,27 @@ class Photographer {
         window.close();
     }
 
+    /// The journal of the health check before, between two cursors.
+    void Trend(const char* file) {
+        Find<QAction>(m_Window, QStringLiteral("mnuTrend")).trigger();
+        auto& window = dynamic_cast<TrendWindow&>(TopLevel("frmTrend"));
+        window.resize(Screen);
+        const Drive& files = m_Assembly.TheStation().World.Files;
+        for (const std::string& journal : files.FilesIn(Paths::Journals)) {
+            if (journal.find("health-check") != std::string::npos)
+                window.ShowFile(
+                    QString::fromStdString(files.RealPath(Paths::Journals + journal).string()));
+        }
+        while (Find<QProgressBar>(window, QStringLiteral("prgTrend")).isVisible())
+            QCoreApplication::processEvents();
+        for (const char* chooser : {"cboAirUnit", "cboPressureUnit"})
+            Find<QComboBox>(window, QLatin1String(chooser)).setCurrentIndex(2);
+        Find<QAbstractButton>(window, QStringLiteral("chkCursors")).setChecked(true);
+        QCoreApplication::processEvents();
+        Take(window, file);
+        window.close();
+    }
+
   private:
     /// Repeats the first run of the unit every month, with readings that drift apart.
     void LetMonthsPass() {
@@ -264,6 +288,7 @@ void MakePictures(const std::filesystem::path& folder, const std::filesystem::pa
     studio->MainWindow("main-window.png");
     studio->LivePanel("live-panel.png");
     studio->HealthCheck("health-check.png");
+    studio->Trend("trend.png");
     QApplication::setPalette(DarkPalette());
     studio->LivePanel("dark-main-window.png");
 }

@@ -52,11 +52,12 @@ int RunWindows(const StationOptions& options, SafeApplication& application,
     QtProgramEnd end;
     try {
         Assembly assembly(options, {events, messages, documents, end}, "ombrix");
+        QSettings settings(QSettings::IniFormat, QSettings::UserScope, "ombrix", "ombrix");
         AIBAccessoriesWindow window(
             assembly.TheStation(),
             {[&events] { events.EndProgram(); },
              [&assembly](OpenExcelView& wait) { return assembly.Reports(wait); }, ReadersOfJournals,
-             OMBRIX_VERSION, assembly.OptionsText(), assembly.SimulationText()});
+             OMBRIX_VERSION, assembly.OptionsText(), assembly.SimulationText(), &settings});
         end.BeforeEnd = [&assembly] { SwitchAllOff(assembly.TheStation()); };
         const AtExit withoutDisplay([&] { EndWithoutDisplay(assembly.TheStation(), messages); });
         SafeEnd safeEnd(assembly.TheStation(), messages, stopSignals,
@@ -66,7 +67,6 @@ int RunWindows(const StationOptions& options, SafeApplication& application,
         };
         QObject::connect(&safeEnd, &QObject::destroyed,
                          [&application] { application.OnUnexpectedError = nullptr; });
-        QSettings settings(QSettings::IniFormat, QSettings::UserScope, "ombrix", "ombrix");
         const WindowPlace place(window, settings);
         window.show();
         QTimer::singleShot(0, &window, [&window, &options] {

@@ -81,6 +81,15 @@ inline void ShowHistory(const Visit& visit) {
     visit(*WindowBench::TopLevel("frmCalibrationHistory"));
 }
 
+inline void ShowTrend(const Visit& visit) {
+    WindowBench bench;
+    auto& trend = bench.Find<QAction>("mnuTrend");
+    trend.trigger();
+    bench.Update();
+    trend.trigger();
+    visit(*WindowBench::TopLevel("frmTrend"));
+}
+
 inline void ShowRestore(const Visit& visit) {
     RestoreEPROMWindow window("ACU00301_20240315_140509_EPROM To All.bin",
                               "This is the EPROM of another unit: ACU00301. It is about to go into "
@@ -126,6 +135,7 @@ inline std::vector<WindowOfProgram> EveryWindow() {
             {"RigOptions", ShowRigOptions},
             {"Rig", ShowRig},
             {"History", ShowHistory},
+            {"Trend", ShowTrend},
             {"Restore", ShowRestore},
             {"Sensor", ShowSensor},
             {"Wait", ShowWait},

@@ -6,9 +6,9 @@
 #include "windows/calibration/DriftPlotWidget.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/Guarded.h"
+#include "windows/widgets/PlotAxis.h"
 #include "windows/widgets/QtText.h"
 
-#include <QBuffer>
 #include <QComboBox>
 #include <QFileDialog>
 #include <QFontDatabase>
@@ -27,16 +27,6 @@ namespace ombrix {
 namespace {
 
 constexpr QSize PictureSize(1200, 675);
-
-QComboBox* MakeChooser(const char* objectName, const QString& caption, QHBoxLayout& row,
-                       QWidget* parent) {
-    auto* chooser = Named(new QComboBox(parent), QLatin1String(objectName), caption);
-    auto* label = MakeCaption(caption, parent);
-    label->setBuddy(chooser);
-    row.addWidget(label);
-    row.addWidget(chooser);
-    return chooser;
-}
 
 } // namespace
 
@@ -105,8 +95,9 @@ QLayout* CalibrationHistoryWindow::MakeButtons() {
     m_ExportPicture = MakeButton(QStringLiteral("cmdExportPNG"), tr("Export &PNG…"), this);
     m_ExportTable = MakeButton(QStringLiteral("cmdExportCSV"), tr("&Export CSV…"), this);
     auto* close = MakeButton(QStringLiteral("cmdClose"), tr("Close"), this);
-    connect(m_ExportPicture, &QPushButton::clicked, this,
-            [this] { Export(QStringLiteral("png"), [this] { return PictureFile(); }); });
+    connect(m_ExportPicture, &QPushButton::clicked, this, [this] {
+        Export(QStringLiteral("png"), [this] { return PngOf(m_Plot->Picture(PictureSize)); });
+    });
     connect(m_ExportTable, &QPushButton::clicked, this,
             [this] { Export(QStringLiteral("csv"), [this] { return HistoryCsv(m_History); }); });
     connect(close, &QPushButton::clicked, this, &QWidget::close);
@@ -194,15 +185,6 @@ void CalibrationHistoryWindow::ShowDrift() {
     m_Plot->Show(
         DriftOf(m_History, kind, static_cast<std::size_t>(m_Channels->currentIndex()), scale),
         title);
-}
-
-std::string CalibrationHistoryWindow::PictureFile() const {
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    if (!m_Plot->Picture(PictureSize).save(&buffer, "PNG"))
-        throw std::runtime_error("The picture could not be made.");
-    return bytes.toStdString();
 }
 
 void CalibrationHistoryWindow::Export(const QString& ending,

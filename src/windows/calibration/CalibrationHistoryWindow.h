@@ -43,7 +43,6 @@ class CalibrationHistoryWindow final : public QWidget {
     std::int32_t Serial() const;
     QString UnitName() const;
     void Export(const QString& ending, const std::function<std::string()>& content);
-    std::string PictureFile() const;
 
     Station& m_Station;
     QComboBox* m_Units;

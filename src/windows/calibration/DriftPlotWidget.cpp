@@ -3,48 +3,15 @@
 #include "platform/text/OleDate.h"
 #include "platform/text/Text.h"
 #include "windows/widgets/Controls.h"
+#include "windows/widgets/PlotAxis.h"
 #include "windows/widgets/QtText.h"
 
 #include <QPainter>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace ombrix {
-
-namespace {
-
-/// Apart in hue and lightness, for those too who see few hues.
-constexpr std::array<Colour, 10> SeriesColours = {{{0, 90, 180},
-                                                   {214, 96, 0},
-                                                   {0, 130, 80},
-                                                   {170, 20, 60},
-                                                   {110, 60, 170},
-                                                   {120, 90, 0},
-                                                   {0, 140, 160},
-                                                   {200, 60, 150},
-                                                   {90, 90, 90},
-                                                   {60, 150, 20}}};
-constexpr double Gap = 8.0;
-
-/// A step of 1, 2 or 5 times a power of ten that divides a range into a handful.
-double NiceStep(double range) {
-    constexpr double wanted = 5.0;
-    const double raw = range / wanted;
-    const double power = std::pow(10.0, std::floor(std::log10(raw)));
-    for (const double factor : {1.0, 2.0, 5.0}) {
-        if (raw <= factor * power)
-            return factor * power;
-    }
-    return 10.0 * power;
-}
-
-QPalette PaperPalette() {
-    return {Qt::black, Qt::white, Qt::lightGray, Qt::darkGray, Qt::gray, Qt::black, Qt::white};
-}
-
-} // namespace
 
 /// Where things stand and how they look.
 struct DriftPlotWidget::Frame {
@@ -59,23 +26,16 @@ struct DriftPlotWidget::Frame {
     QPointF At(std::size_t run, double deviation) const {
         const double share =
             Runs < 2 ? 0.5 : static_cast<double>(run) / static_cast<double>(Runs - 1);
-        return {Plot.left() + Gap + share * (Plot.width() - 2 * Gap), Y(deviation)};
+        return {Plot.left() + PlotGap + share * (Plot.width() - 2 * PlotGap), Y(deviation)};
     }
     double Y(double deviation) const {
         return Plot.bottom() - (deviation - Least) / (Largest - Least) * Plot.height();
     }
     QColor Ink() const { return Colours.color(QPalette::Text); }
-    QColor Faint() const {
-        QColor faint = Ink();
-        faint.setAlphaF(0.25F);
-        return faint;
-    }
+    QColor Faint() const { return FaintInk(Colours); }
     QPen SeriesPen(std::size_t series) const {
         constexpr double width = 1.8;
-        QPen pen(ReadableColour(SeriesColours.at(series % SeriesColours.size()),
-                                Colours.color(QPalette::Base)),
-                 width);
-        return pen;
+        return {SeriesColour(series, Colours.color(QPalette::Base)), width};
     }
 };
 
@@ -131,11 +91,11 @@ DriftPlotWidget::Frame DriftPlotWidget::FrameIn(const QPainter& painter, const Q
     frame.Least = std::floor(frame.Least / frame.Step - 0.5) * frame.Step;
     frame.Largest = std::ceil(frame.Largest / frame.Step + 0.5) * frame.Step;
     constexpr double lineSample = 28.0;
-    const double left = metrics.horizontalAdvance(QStringLiteral("-00.000")) + 2 * Gap;
-    const double right = legendWidth + lineSample + 4 * Gap;
+    const double left = metrics.horizontalAdvance(QStringLiteral("-00.000")) + 2 * PlotGap;
+    const double right = legendWidth + lineSample + 4 * PlotGap;
     const double line = metrics.height();
-    frame.Plot = area.adjusted(left, 2 * line + 2 * Gap, -right, -2 * line - 2 * Gap);
-    frame.Legend = QRectF(frame.Plot.right() + 2 * Gap, frame.Plot.top(), right - 3 * Gap,
+    frame.Plot = area.adjusted(left, 2 * line + 2 * PlotGap, -right, -2 * line - 2 * PlotGap);
+    frame.Legend = QRectF(frame.Plot.right() + 2 * PlotGap, frame.Plot.top(), right - 3 * PlotGap,
                           frame.Plot.height());
     return frame;
 }
@@ -150,13 +110,14 @@ void DriftPlotWidget::Draw(QPainter& painter, const QRectF& area, const QPalette
     bold.setBold(true);
     painter.save();
     painter.setFont(bold);
-    painter.drawText(area.adjusted(Gap, Gap, -Gap, 0), Qt::AlignTop | Qt::AlignLeft, m_Title);
+    painter.drawText(area.adjusted(PlotGap, PlotGap, -PlotGap, 0), Qt::AlignTop | Qt::AlignLeft,
+                     m_Title);
     painter.restore();
     if (m_Drift.Runs.empty()) {
         painter.drawText(area, Qt::AlignCenter, tr("No such run has been recorded for this unit."));
         return;
     }
-    painter.drawText(QRectF(area.left() + Gap, area.top() + Gap + line, area.width(), line),
+    painter.drawText(QRectF(area.left() + PlotGap, area.top() + PlotGap + line, area.width(), line),
                      Qt::AlignLeft, tr("Deviation from the first run, %1").arg(ToQt(m_Drift.Unit)));
     DrawLevels(painter, frame);
     DrawRuns(painter, frame);
@@ -166,21 +127,20 @@ void DriftPlotWidget::Draw(QPainter& painter, const QRectF& area, const QPalette
 
 void DriftPlotWidget::DrawLevels(QPainter& painter, const Frame& frame) const {
     const double line = painter.fontMetrics().height();
-    const int decimals = std::max(0, static_cast<int>(-std::floor(std::log10(frame.Step) + 1e-9)));
     for (double level = frame.Least; level <= frame.Largest + frame.Step / 2; level += frame.Step) {
         const double y = frame.Y(level);
         const bool isZero = std::abs(level) < frame.Step / 2;
         painter.setPen(isZero ? frame.Ink() : frame.Faint());
         painter.drawLine(QPointF(frame.Plot.left(), y), QPointF(frame.Plot.right(), y));
         painter.setPen(frame.Ink());
-        painter.drawText(QRectF(0, y - line / 2, frame.Plot.left() - Gap, line),
-                         Qt::AlignRight | Qt::AlignVCenter, ToQt(FixedText(level, decimals)));
+        painter.drawText(QRectF(0, y - line / 2, frame.Plot.left() - PlotGap, line),
+                         Qt::AlignRight | Qt::AlignVCenter, TickText(level, frame.Step));
     }
 }
 
 void DriftPlotWidget::DrawRuns(QPainter& painter, const Frame& frame) const {
     const double width =
-        painter.fontMetrics().horizontalAdvance(QStringLiteral("00/00/0000")) + Gap;
+        painter.fontMetrics().horizontalAdvance(QStringLiteral("00/00/0000")) + PlotGap;
     const double line = painter.fontMetrics().height();
     const auto fit = std::max<std::size_t>(1, static_cast<std::size_t>(frame.Plot.width() / width));
     const std::size_t every = (frame.Runs + fit - 1) / fit;
@@ -189,7 +149,7 @@ void DriftPlotWidget::DrawRuns(QPainter& painter, const Frame& frame) const {
         painter.setPen(frame.Faint());
         painter.drawLine(QPointF(x, frame.Plot.top()), QPointF(x, frame.Plot.bottom()));
         painter.setPen(frame.Ink());
-        painter.drawText(QRectF(x - width / 2, frame.Plot.bottom() + Gap / 2, width, 2 * line),
+        painter.drawText(QRectF(x - width / 2, frame.Plot.bottom() + PlotGap / 2, width, 2 * line),
                          Qt::AlignHCenter | Qt::AlignTop,
                          ToQt(DateText(m_Drift.Runs.at(run), "dd/mm/yyyy\nhh:nn")));
     }
@@ -216,16 +176,16 @@ void DriftPlotWidget::DrawSeries(QPainter& painter, const Frame& frame) const {
 void DriftPlotWidget::DrawLegend(QPainter& painter, const Frame& frame) const {
     constexpr double sample = 28.0;
     const double line =
-        std::min(painter.fontMetrics().height() + Gap / 2,
+        std::min(painter.fontMetrics().height() + PlotGap / 2,
                  frame.Legend.height() / static_cast<double>(m_Drift.Series.size()));
     double y = frame.Legend.top() + line / 2;
     for (std::size_t index = 0; index < m_Drift.Series.size(); ++index, y += line) {
         painter.setPen(frame.SeriesPen(index));
         painter.drawLine(QPointF(frame.Legend.left(), y), QPointF(frame.Legend.left() + sample, y));
         painter.setPen(frame.Ink());
-        painter.drawText(
-            QRectF(frame.Legend.left() + sample + Gap, y - line / 2, frame.Legend.width(), line),
-            Qt::AlignLeft | Qt::AlignVCenter, ToQt(m_Drift.Series[index].Name));
+        painter.drawText(QRectF(frame.Legend.left() + sample + PlotGap, y - line / 2,
+                                frame.Legend.width(), line),
+                         Qt::AlignLeft | Qt::AlignVCenter, ToQt(m_Drift.Series[index].Name));
     }
 }
 

@@ -63,7 +63,7 @@ AIBAccessoriesWindow::AIBAccessoriesWindow(Station& station, MainWindowServices 
       m_Board(new BoardPanel(station, this)), m_Foot(new ProcedureBar(station, this)),
       m_StopKeys(std::make_unique<StopKeys>(station)),
       m_UpdateInput(MakeTimer("timUpdateInput", 50, this)),
-      m_Tools(std::make_unique<ToolWindows>(station, *this)) {
+      m_Tools(std::make_unique<ToolWindows>(station, *this, m_Services.Settings)) {
     QCoreApplication::setApplicationName(tr("AIB Test Form"));
     const QString caption = ToQt(WindowCaption(m_Services.Version));
     Named(this, QStringLiteral("frmAIBAccessories"), caption);
@@ -107,6 +107,11 @@ void AIBAccessoriesWindow::MakeMenus() {
     m_UARTsAction = tools->addAction(tr("&UART Console"), m_Tools.get(), &ToolWindows::ShowUARTs);
     QAction* history =
         tools->addAction(tr("Calibration &History…"), this, &AIBAccessoriesWindow::ShowHistory);
+    tools->addSeparator();
+    QAction* trend = tools->addAction(tr("&Trend"), QKeySequence(Qt::CTRL | Qt::Key_T),
+                                      m_Tools.get(), &ToolWindows::ShowTrend);
+    QAction* recording =
+        tools->addAction(tr("&Open recording…"), m_Tools.get(), &ToolWindows::OpenRecording);
     QMenu* help = menuBar()->addMenu(tr("&Help"));
     m_DiagnosticsAction = help->addAction(tr("Save &Diagnostics…"), this, [this] {
         Guarded(m_Station.World.Messages,
@@ -122,6 +127,8 @@ void AIBAccessoriesWindow::MakeMenus() {
     name(file->actions().back(), "mnuQuit");
     name(m_UARTsAction, "mnuUARTs");
     name(history, "mnuCalibrationHistory");
+    name(trend, "mnuTrend");
+    name(recording, "mnuOpenRecording");
     name(help->actions().back(), "mnuAbout");
 }
 
@@ -348,6 +355,7 @@ void AIBAccessoriesWindow::closeEvent(QCloseEvent* event) {
     // Nobody is left who could switch off what the sliders have switched on.
     SwitchAllOff(m_Station);
     m_Tools->CloseAll();
+    m_Tools->CloseTrend();
     if (m_HealthCheck)
         m_HealthCheck->close();
     if (m_History)

@@ -15,6 +15,7 @@
 
 class QAction;
 class QMenu;
+class QSettings;
 class QTabBar;
 
 namespace ombrix {
@@ -48,6 +49,8 @@ struct MainWindowServices {
     std::string Options{};
     /// What is simulated, in a line; empty for real boards.
     std::string Simulation{};
+    /// Where places of windows are remembered; none when they are not.
+    QSettings* Settings = nullptr;
 };
 
 /// The main window: one tab for each board, and the panels that show and drive the board of the

@@ -3,17 +3,44 @@
 #include "platform/ports/Folders.h"
 #include "reports/Diagnostics.h"
 #include "windows/desktop/KeepAbove.h"
+#include "windows/desktop/WindowPlace.h"
 
 #include <QtGlobal>
 
 namespace ombrix {
 
-ToolWindows::ToolWindows(Station& station, QWidget& owner)
-    : m_Rig(station), m_RigOptions(m_Rig), m_UARTs(station) {
+ToolWindows::ToolWindows(Station& station, QWidget& owner, QSettings* settings)
+    : m_Rig(station), m_RigOptions(m_Rig), m_UARTs(station), m_Station(station), m_Owner(owner),
+      m_Settings(settings) {
     for (QWidget* window : std::initializer_list<QWidget*>{&m_RigOptions, &m_Rig, &m_UARTs})
         KeepAbove(*window, owner);
     connect(&m_RigOptions, &AIBTestRigOptionsWindow::Closed, this, &ToolWindows::RigWindowClosed);
     connect(&m_Rig, &AIBTestRigWindow::Closed, this, &ToolWindows::RigWindowClosed);
+}
+
+ToolWindows::~ToolWindows() = default;
+
+TrendWindow& ToolWindows::Trend() {
+    if (!m_Trend) {
+        m_Trend = std::make_unique<TrendWindow>(m_Station);
+        KeepAbove(*m_Trend, m_Owner);
+        if (m_Settings != nullptr)
+            m_TrendPlace = std::make_unique<WindowPlace>(*m_Trend, *m_Settings);
+    }
+    return *m_Trend;
+}
+
+void ToolWindows::ShowTrend() {
+    Trend().Open();
+}
+
+void ToolWindows::OpenRecording() {
+    Trend().OpenRecording();
+}
+
+void ToolWindows::CloseTrend() {
+    if (m_Trend)
+        m_Trend->close();
 }
 
 void ToolWindows::ShowTestRigOptions() {

@@ -1,7 +1,9 @@
 #include "windows/widgets/Controls.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QEvent>
+#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
@@ -129,6 +131,16 @@ QSlider* MakeDemandSlider(const QString& objectName, const QString& accessibleNa
     slider->setFocusPolicy(Qt::StrongFocus);
     slider->installEventFilter(new WheelNeedsFocus(slider));
     return slider;
+}
+
+QComboBox* MakeChooser(const char* objectName, const QString& caption, QHBoxLayout& row,
+                       QWidget* parent) {
+    auto* chooser = Named(new QComboBox(parent), QLatin1String(objectName), caption);
+    auto* label = MakeCaption(caption, parent);
+    label->setBuddy(chooser);
+    row.addWidget(label);
+    row.addWidget(chooser);
+    return chooser;
 }
 
 QSize ScaledToFonts(const QWidget& widget, QSize usual) {

@@ -7,6 +7,8 @@
 #include <QWidget>
 
 class QCheckBox;
+class QComboBox;
+class QHBoxLayout;
 class QLabel;
 class QPushButton;
 class QSlider;
@@ -56,6 +58,9 @@ QCheckBox* MakeCheckBox(const QString& objectName, const QString& caption, QWidg
 /// An upright slider of demands from 0 on. @param highest value at its upper end
 QSlider* MakeDemandSlider(const QString& objectName, const QString& accessibleName, int highest,
                           QWidget* parent);
+/// A list to choose from, with its caption before it. @param row takes both
+QComboBox* MakeChooser(const char* objectName, const QString& caption, QHBoxLayout& row,
+                       QWidget* parent);
 /// A size that suits fonts of 96 dots to the inch, for the dots of the desktop's fonts.
 QSize ScaledToFonts(const QWidget& widget, QSize usual);
 /// A text that never changes.

@@ -35,7 +35,7 @@ QSize TrendPlotWidget::sizeHint() const {
 }
 
 QSize TrendPlotWidget::minimumSizeHint() const {
-    return {320, 200};
+    return {240, 160};
 }
 
 void TrendPlotWidget::Changed() {

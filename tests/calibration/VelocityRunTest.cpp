@@ -302,6 +302,32 @@ INSTANTIATE_TEST_SUITE_P(
                       CancelCase{"Step", "acu", Kind::Audit, 345.0, "Calculating Data..."}),
     [](const auto& info) { return info.param.Phase; });
 
+TEST_F(VelocityRunTest, WhatIsDeclinedOrDrivesNothingLeavesTheOperatorsOutputsAlone) {
+    const auto initialise = [this](std::string number, bool velocity, bool pressure) {
+        m_Bench->SetUp.RunACUInitialisation(number, velocity, pressure);
+    };
+    const std::function<void()> commands[] = {
+        [this] { m_Bench->SetUp.RunVelocity(Kind::System); },
+        [this] { m_Bench->SetUp.RunVelocity(Kind::Audit); },
+        [this] { m_Bench->SetUp.RunPressure(Kind::System); },
+        [&] { initialise("M1", true, true); },
+        [&] { initialise(ACUSetUp::MFCNumberPlaceholder, true, false); },
+        [&] { // agreed to, but there is no run of the pressure
+            AnswerWith({Answer::Yes});
+            initialise("M1", false, true);
+        }};
+    for (const auto& command : commands) {
+        Use("acu");
+        m_Bench->Bench.TheStation.Outputs.Set(m_Bench->Board, 0, 20000);
+        AnswerWith({Answer::Cancel});
+        m_Bench->Bench.Messages.Texts = {std::nullopt};
+        command();
+        EXPECT_EQ(m_Bench->Board.DAC(0), 20000) << &command - commands;
+        EXPECT_GT(m_Bench->Bench.FlowLater_bits(), TestBench::NoFlow_bits);
+        EXPECT_FALSE(FindMark(m_Bench->Bench.World, 301));
+    }
+}
+
 struct LossCase {
     const char* Name;
     const char* Fault;

@@ -111,6 +111,7 @@ ACUSetUp::Initialisation ACUSetUp::RunACUInitialisation(std::string& mfcNumber, 
     sequence.Running.Begin();
     const bool hasNumber = AskMFCNumber(mfcNumber);
     Initialisation result;
+    result.NothingDriven = true;
     // A prompt that the end of the program has closed was not answered.
     if (!hasNumber || m_Station.World.Events.ProgramEnding())
         NoteCancel(result);
@@ -119,6 +120,9 @@ ACUSetUp::Initialisation ACUSetUp::RunACUInitialisation(std::string& mfcNumber, 
         ListAndRunStages(sequence, velocity, pressure, result);
     if (result.Ended == End::Passed && !result.Passed)
         result.Ended = End::Failed;
+    // What the operator drives by hand goes on when the sequence is declined, or has no run.
+    if (result.NothingDriven)
+        sequence.Running.LeaveOutputs();
     result.Eprom = sequence.Guard.ChangesText();
     log.Ended(VerdictText(result) + (result.AllStored ? "" : ", not all stored") + ". " +
               result.Eprom);
@@ -214,6 +218,7 @@ void ACUSetUp::RunVelocityStages(Sequence& sequence, Initialisation& result) {
             };
         const CalibrationOutcome outcome = VelocityRun(context, stage.Kind).Run();
         result.Passed = result.Passed && outcome.Passed;
+        result.NothingDriven = result.NothingDriven && outcome.NothingDriven;
         if (!outcome.Passed)
             result.FailedStages += std::string("\r\n  ") + stage.Name;
         result.AllStored = result.AllStored && outcome.AllStored;

@@ -43,6 +43,7 @@ CalibrationOutcome CalibrationRun::Run() {
     Announce();
     if (!AskToBegin()) {
         NoteCancel(m_Outcome);
+        m_Outcome.NothingDriven = true;
     } else if (TryToStore(m_Outcome, [this] { m_Context.Guard.MakeReady(); })) {
         MeasureAndStore();
     } else {

@@ -55,11 +55,8 @@ bool PressureRun::AskToBegin() {
         IsAudit() ? "Note - this procedure will verify the calibration parameters"
                   : "Caution - this procedure will reset the calibration parameters",
         IsAudit() ? "To continue, please ensure:" : "If you wish to continue, please ensure:");
-    const bool confirmed =
-        m_World.Messages.Ask({text, IsAudit() ? MessageIcon::Question : MessageIcon::Warning,
-                              MessageButtons::OkCancel}) == Answer::Ok;
-    m_Outcome.NothingDriven = !confirmed;
-    return confirmed;
+    return m_World.Messages.Ask({text, IsAudit() ? MessageIcon::Question : MessageIcon::Warning,
+                                 MessageButtons::OkCancel}) == Answer::Ok;
 }
 
 void PressureRun::Measure() {

@@ -54,9 +54,11 @@ class BoardError : public std::runtime_error {
 };
 
 /// The board library cannot be used. The text is for the operator; Number is 53 when the
-/// library's file cannot be found, 453 when it lacks a function that the program calls.
+/// library's file cannot be found, 48 when there is one that cannot be loaded, 453 when it lacks a
+/// function that the program calls.
 class AIBLibraryError : public std::runtime_error {
   public:
+    static constexpr int NotLoadable = 48;
     static constexpr int FileNotFound = 53;
     static constexpr int FunctionNotFound = 453;
 

@@ -4,7 +4,12 @@
 
 #include <fmt/format.h>
 
+#include <cerrno>
 #include <dlfcn.h>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+#include <unistd.h>
 
 namespace ombrix {
 
@@ -12,17 +17,59 @@ namespace {
 
 using Int = std::int32_t;
 
+constexpr const char* Remedy = "Please install the board library that belongs to this program.";
+
+std::string LoadersReason() {
+    const char* reason = ::dlerror();
+    return reason == nullptr ? "" : reason;
+}
+
+/// What a library file begins with: its kind, then the size of its words and the machine.
+std::string HeadOf(const std::filesystem::path& file) {
+    constexpr std::size_t bytes = 20;
+    std::string head(bytes, '\0');
+    std::ifstream(file, std::ios::binary).read(head.data(), bytes);
+    return head;
+}
+
+/// @param file the path of a file that is there
+std::string WhatItIs(const std::string& file) {
+    constexpr std::size_t wordSize = 4;
+    constexpr std::size_t machine = 18;
+    if (::access(file.c_str(), R_OK) != 0)
+        return "cannot be read";
+    const std::string head = HeadOf(file);
+    const std::string own = HeadOf("/proc/self/exe");
+    if (head.substr(0, wordSize) != own.substr(0, wordSize))
+        return "is no library";
+    if (head[wordSize] != own[wordSize] || head.substr(machine) != own.substr(machine))
+        return "is made for another kind of computer";
+    return "cannot be loaded";
+}
+
+AIBLibraryError LoadError(const std::string& file, const std::string& reason) {
+    // The loader begins with what it is about, which may be another library that this one needs.
+    const std::string about = reason.substr(0, reason.find(": "));
+    const bool isAboutIt =
+        std::filesystem::path(about).filename() == std::filesystem::path(file).filename();
+    // One for another machine it calls missing too.
+    const bool isThere = about.find('/') != std::string::npos && std::filesystem::exists(about);
+    if (isAboutIt && !isThere && reason.ends_with(std::generic_category().message(ENOENT)))
+        return {AIBLibraryError::FileNotFound,
+                fmt::format("File not found: {}\r\n\r\n{}", file, reason)};
+    return {AIBLibraryError::NotLoadable,
+            fmt::format("The board library {} {}.\r\n\r\n{}\r\n\r\n{}", file,
+                        isAboutIt && isThere ? WhatItIs(about) : "cannot be loaded", reason,
+                        Remedy)};
+}
+
 /// Keeps a shared library loaded.
 class SharedLibrary {
   public:
     explicit SharedLibrary(const std::string& file)
         : m_File(file), m_Handle(::dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL)) {
-        if (m_Handle != nullptr)
-            return;
-        const char* reason = ::dlerror();
-        throw AIBLibraryError(
-            AIBLibraryError::FileNotFound,
-            fmt::format("File not found: {}\r\n\r\n{}", file, reason == nullptr ? "" : reason));
+        if (m_Handle == nullptr)
+            throw LoadError(file, LoadersReason());
     }
     SharedLibrary(const SharedLibrary&) = delete;
     SharedLibrary& operator=(const SharedLibrary&) = delete;
@@ -34,9 +81,8 @@ class SharedLibrary {
         if (function == nullptr)
             throw AIBLibraryError(
                 AIBLibraryError::FunctionNotFound,
-                fmt::format("The board library {} lacks the function \"{}\".\r\n\r\nPlease "
-                            "install the board library that belongs to this program.",
-                            m_File, name));
+                fmt::format("The board library {} lacks the function \"{}\".\r\n\r\n{}\r\n\r\n{}",
+                            m_File, name, LoadersReason(), Remedy));
     }
 
     template <class Function>

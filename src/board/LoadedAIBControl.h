@@ -14,7 +14,8 @@ class LoadedAIBControl final : public AIBControl {
     explicit LoadedAIBControl(std::string file);
     ~LoadedAIBControl() override;
 
-    /// @throws AIBLibraryError when the file or a function of it is missing
+    /// @throws AIBLibraryError when the file or a function of it is missing, or it is no library
+    /// for this computer
     std::int32_t OpenAIBAPI() override;
     AIBStatus CloseAIBAPI() override;
     AIBStatus GetAccessoryInfo(std::int32_t index, AccessoryInfoBlock& record) override;

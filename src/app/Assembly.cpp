@@ -69,12 +69,24 @@ Assembly::Assembly(const StationOptions& options, const UserPorts& ports,
       m_End(ports.End, m_World), m_World{*m_Clock,        ports.Events, m_Messages,       m_Drive,
                                          ports.Documents, m_End,        Identity(program)},
       m_Library(MakeLibrary()) {
-    m_Drive.Mount(Paths::Program, FolderWithTemplates());
-    m_Drive.Mount(Paths::TemporaryDrive, fs::temp_directory_path());
-    if (!options.Share.empty())
-        m_Drive.Mount(Paths::ShareDrive, options.Share);
+    MountFolders();
     m_Station = std::make_unique<Station>(BoardServices{*m_Library, m_World});
     LogStart();
+}
+
+void Assembly::MountFolders() {
+    m_Drive.Mount(Paths::Program, FolderWithTemplates());
+    m_Drive.Mount(Paths::TemporaryDrive, fs::temp_directory_path());
+    if (!m_Options.Share.empty())
+        m_Drive.Mount(Paths::ShareDrive, m_Options.Share);
+    if (m_Options.FpgaFolder.empty())
+        return;
+    // The logs that lie in the system folder stay where they are.
+    const std::string logs = std::string(Paths::SystemFolders[0]) + Paths::CalibrationLogs;
+    const fs::path present = m_Drive.RealPath(logs);
+    for (const std::string_view folder : Paths::SystemFolders)
+        m_Drive.Mount(folder, m_Options.FpgaFolder);
+    m_Drive.Mount(logs, present);
 }
 
 Assembly::~Assembly() {
@@ -100,6 +112,8 @@ std::string Assembly::OptionsText() const {
                                         fmt::join(m_Options.FaultTexts, ", "))
                           : fmt::format("Board library {}\n", m_Options.Library);
     text += fmt::format("Data folder {}\n", fs::absolute(m_Options.DataRoot).string());
+    if (!m_Options.FpgaFolder.empty())
+        text += fmt::format("FPGA files in {}\n", fs::absolute(m_Options.FpgaFolder).string());
     text += fmt::format("Share {}\n", m_Options.Share.empty() ? "none" : m_Options.Share.string());
     return text + fmt::format("Board {}\n", m_Options.Board);
 }

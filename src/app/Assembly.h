@@ -44,6 +44,7 @@ class Assembly {
   private:
     bool IsSimulated() const { return !m_Options.Bench.empty(); }
     std::unique_ptr<AIBControl> MakeLibrary() const;
+    void MountFolders();
     void LogStart();
 
     StationOptions m_Options;

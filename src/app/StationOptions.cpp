@@ -107,6 +107,10 @@ void AddStationOptions(CLI::App& app, StationOptions& options) {
            "Date and time at which the simulated bench begins, such as 2026-03-15T10:20:30")
         ->type_name("DATE")
         ->needs(simulate);
+    app.add_option("--fpga-folder", options.FpgaFolder,
+                   "Where the FPGA configuration files lie; without it in the instrument's system "
+                   "folder on drive C:")
+        ->type_name("DIR");
     app.add_option("--data-root", options.DataRoot, "The folder that stands for drive C:")
         ->type_name("DIR")
         ->capture_default_str();

@@ -27,6 +27,8 @@ struct StationOptions {
     double TimeScale = 1.0;
     /// Date and time at which the simulated bench begins; the present ones when there is none.
     std::optional<OleDate> StartAt;
+    /// Where the FPGA configuration files lie; empty for the system folder on drive C:.
+    std::filesystem::path FpgaFolder;
     std::filesystem::path DataRoot;
     std::filesystem::path Share;
     std::int32_t Board = 0;

@@ -2,6 +2,7 @@
 
 #include "platform/text/Paths.h"
 #include "platform/text/Rounding.h"
+#include "platform/text/Text.h"
 
 #include <fmt/format.h>
 
@@ -304,6 +305,21 @@ bool IsChannelReady(std::uint32_t channel, std::int32_t statusWord) {
            (static_cast<std::uint32_t>(statusWord) >> (FirstReadyBit + channel) & 1U) != 0;
 }
 
+/// Where on this computer a file that is missing is looked for.
+std::string WhereFPGAFileBelongs(const Drive& files, std::string_view path, std::int32_t version) {
+    if (path.empty())
+        return fmt::format("There is no such file for hardware version {}. Please have the "
+                           "identity of the board looked at.",
+                           HexText(version));
+    std::string folders;
+    for (const std::string_view folder : Paths::SystemFolders) {
+        const std::string real = "   " + files.RealPath(folder).string() + "\r\n";
+        folders += folders.find(real) == std::string::npos ? real : "";
+    }
+    return "On this computer it is looked for in:\r\n\r\n" + folders +
+           "\r\nPlease put it there, or give its folder with --fpga-folder.";
+}
+
 } // namespace
 
 std::string AIB::FPGAFileName() const {
@@ -322,11 +338,14 @@ bool AIB::StartFPGAUpload() {
         m_Services.World.Messages.Ask(
             {"An error occurred while trying to program the Aeration Control Unit\r\n\r\n"
              "The Following filehas not been found:\r\n\r\n   " +
-                 path + "\r\n\r\nThe program will now end.",
+                 path + "\r\n\r\nThe program will now end.\r\n\r\n" +
+                 WhereFPGAFileBelongs(m_Services.World.Files, path, HWVersion()),
              MessageIcon::Critical, MessageButtons::Ok});
         m_Services.World.End.EndProgram(ExitStatus::NoBoard);
     }
-    m_Services.Library.UploadFPGAImage(m_Index, m_Services.World.Files.RealPath(path).string());
+    // What is refused ends nothing: the board is shown as not programmed.
+    m_Programmed = m_Services.Library.UploadFPGAImage(
+                       m_Index, m_Services.World.Files.RealPath(path).string()) == Status::NoError;
     m_Info.ConfigBits = 0;
     return true;
 }

@@ -176,6 +176,8 @@ class AIB final : public EpromSource, public EpromSink {
     /// Loads the FPGA from the configuration file of the board's hardware version. A missing
     /// file is told to the operator and ends the program.
     bool StartFPGAUpload();
+    /// The board has taken its configuration file since it was found.
+    bool Programmed() const { return m_Programmed; }
     /// Path of the board's FPGA configuration file; empty when the version has none.
     std::string FPGAFileName() const;
     bool FileExists(std::string_view path) const { return m_Services.World.Files.FileExists(path); }
@@ -211,6 +213,7 @@ class AIB final : public EpromSource, public EpromSink {
     /// A set-point above zero was sent and SwitchOutputsOff has not taken it back since.
     bool m_SetPointStands = false;
     std::array<std::int32_t, DACChannels> m_DAC{};
+    bool m_Programmed = false;
     bool m_MFCReady = false;
     std::int32_t m_Directions = 0;
     std::optional<bool> m_ValveIsSet;

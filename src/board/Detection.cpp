@@ -6,6 +6,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <cstddef>
+
 namespace ombrix {
 
 namespace {
@@ -32,9 +35,20 @@ void ProgramBoard(Station& station, DetectionView& view, std::int32_t index) {
     view.SetTabCaption(index, fmt::format("Programming {} AIB...", bus));
     station.World.Events.ProcessPendingEvents();
     // Programming a board would disturb the program that works with it.
-    if (station.Claims.ClaimUnlessTaken(serial))
+    const bool isOurs = station.Claims.ClaimUnlessTaken(serial);
+    if (isOurs)
         board.StartFPGAUpload();
-    view.SetTabCaption(index, fmt::format("AIB_{}: {}", serial, bus));
+    view.SetTabCaption(index, fmt::format("AIB_{}: {}{}", serial, bus, isOurs ? "" : " (in use)"));
+}
+
+std::string CountText(const AIBList& list) {
+    const auto& boards = list.Boards();
+    const auto programmed = std::count_if(boards.begin(), boards.end(),
+                                          [](const auto& board) { return board->Programmed(); });
+    const auto found = static_cast<std::ptrdiff_t>(boards.size());
+    return fmt::format("{} board(s) detected{}", found,
+                       programmed == found ? " and programmed"
+                                           : fmt::format(", {} programmed", programmed));
 }
 
 /// Takes the boards for this program, and says which ones another program has.
@@ -83,8 +97,7 @@ bool DetectAndProgramBoards(Station& station, DetectionView& view) {
         ProgramBoard(station, view, index);
     FinishRecovery(station, unfinished);
     TellOfMissingBoards(station);
-    view.ShowProgramming("Programming Completed", fmt::format("{} board(s) detected and programmed",
-                                                              station.AIBList.AIBCount()));
+    view.ShowProgramming("Programming Completed", CountText(station.AIBList));
     return true;
 }
 

@@ -20,7 +20,8 @@ class DetectionView {
 };
 
 /// Opens the board library, identifies and claims the boards, switches off what a program that
-/// died has left driven, and loads the FPGA of each board but those that another program has.
+/// died has left driven, and loads the FPGA of each board but those that another program has: these
+/// stay as they are, and count as not programmed.
 /// False when no board was found. A missing configuration file ends the program.
 bool DetectAndProgramBoards(Station& station, DetectionView& view);
 

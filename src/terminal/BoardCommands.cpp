@@ -34,14 +34,16 @@ Json BoardJson(AIB& board) {
             {"devType", board.DevType()},        {"vendor", Trimmed(board.Vendor())},
             {"module", Trimmed(board.Module())}, {"buildDate", Trimmed(board.BuildDate())},
             {"configBits", board.ConfigBits()},  {"digitalSetup", board.IsDigitalSetup()},
-            {"mfcReady", board.MFCReady()},      {"fpgaFile", board.FPGAFileName()}};
+            {"mfcReady", board.MFCReady()},      {"fpgaFile", board.FPGAFileName()},
+            {"programmed", board.Programmed()}};
 }
 
 std::string BoardText(AIB& board) {
-    return fmt::format("AIB_{}: {}, {}, {}, build {}, {} setup, MFCs {}\n", board.DevSerialNum(),
+    return fmt::format("AIB_{}: {}, {}, {}, build {}, {} setup, MFCs {}{}\n", board.DevSerialNum(),
                        board.BusTypeText(), Trimmed(board.Vendor()), Trimmed(board.Module()),
                        Trimmed(board.BuildDate()), board.IsDigitalSetup() ? "digital" : "analog",
-                       board.MFCReady() ? "ready" : "not ready");
+                       board.MFCReady() ? "ready" : "not ready",
+                       board.Programmed() ? "" : ", not programmed");
 }
 
 } // namespace
@@ -86,6 +88,15 @@ CommandResult RunDetect(CommandContext& context) {
         AIB& board = *list.AIB(index);
         result.Json["boards"].push_back(BoardJson(board));
         result.Text += BoardText(board);
+        if (board.Programmed())
+            continue;
+        result.Status = ExitStatus::NotPassed;
+        BoardClaims& claims = context.TheStation.Claims;
+        result.Error += fmt::format("{}Board {} has not been programmed: {}.",
+                                    result.Error.empty() ? "" : "\n", board.DevSerialNum(),
+                                    claims.ClaimUnlessTaken(board.DevSerialNum())
+                                        ? "it has refused its configuration file"
+                                        : "it is in use by " + claims.Holder(board.DevSerialNum()));
     }
     return result;
 }

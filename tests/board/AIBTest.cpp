@@ -185,7 +185,10 @@ TEST_F(DigitalBoard, TheSecondSystemFolderServesWhenTheFirstLacksTheFile) {
               "An error occurred while trying to program the Aeration Control Unit\r\n\r\n"
               "The Following filehas not been found:\r\n\r\n"
               "   C:\\Program Files (x86)\\Pulvatron\\System\\AIBCNF00.bin\r\n\r\n"
-              "The program will now end.");
+              "The program will now end.\r\n\r\nOn this computer it is looked for in:\r\n\r\n   " +
+                  m_Bench.Files.RealPath(Paths::SystemFolders[0]).string() + "\r\n   " +
+                  m_Bench.Files.RealPath(Paths::SystemFolders[1]).string() +
+                  "\r\n\r\nPlease put it there, or give its folder with --fpga-folder.");
 }
 
 TEST(AIBOnBench, AFailedCallIsPassedOnAndNoted) {

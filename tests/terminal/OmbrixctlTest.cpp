@@ -196,6 +196,14 @@ TEST_F(OmbrixctlTest, AMissingFPGAFileEndsTheProgram) {
     std::filesystem::remove(m_Folder.Path() / "Program Files/Pulvatron/System/AIBCNF00.bin");
     EXPECT_EQ(RunSimulated("detect").Status, 3);
     EXPECT_NE(Errors().find("AIBCNF00.bin"), std::string::npos);
+    const TemporaryFolder folder;
+    const std::string option = "--time-scale max --fpga-folder '" + folder.Path().string() + "' ";
+    EXPECT_EQ(RunSimulated(option + "detect").Status, 3);
+    EXPECT_NE(Errors().find("   " + folder.Path().string() + "\n"), std::string::npos) << Errors();
+    ReplaceWholeFile(folder.Path() / "AIBCNF00.bin", "FPGA");
+    EXPECT_EQ(RunSimulated(option + "detect").Status, 0) << Errors();
+    const std::string log = RunSimulated(option + "calibrate velocity-audit").Result["files"][0];
+    EXPECT_TRUE(log.starts_with(m_Folder.Path().string())) << "the logs stay in the data folder";
 }
 
 } // namespace

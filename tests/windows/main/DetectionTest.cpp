@@ -26,6 +26,17 @@ TEST(Detection, OneTabForEachBoardAndTheFirstIsCurrent) {
     EXPECT_FALSE(bench.Find<QWidget>("picNoAIBs").isVisible());
 }
 
+TEST(Detection, ABoardOfAnotherProgramIsNotShownAsProgrammed) {
+    WindowBench bench("pair");
+    bench.Bench.TheStation.Claims.ReleaseAll();
+    BoardClaims other(bench.Bench.World);
+    ASSERT_TRUE(other.Claim(7));
+    bench.Find<QAction>("mnuDetectAIBs").trigger();
+    EXPECT_EQ(bench.Find<QTabBar>("tabAIBs").tabText(1), "AIB_7: FireWire (in use)");
+    EXPECT_EQ(bench.LabelText("lblProgramming_1"), "2 board(s) detected, 1 programmed");
+    EXPECT_EQ(bench.Find<QTabBar>("tabAIBs").tabText(0), "AIB_123: USB");
+}
+
 TEST(Detection, BoardOfTheChosenTabIsCurrent) {
     WindowBench bench("pair");
     auto& tabs = bench.Find<QTabBar>("tabAIBs");

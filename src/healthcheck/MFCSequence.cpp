@@ -282,7 +282,7 @@ void LayOutForPrint(Worksheet& overview, std::int32_t freeRow, std::int32_t char
         overview.SetRowHeight(freeRow, chartRow - 2, closed_points);
     if (chartRow - freeRow > rowsThatFit)
         overview.AddPageBreak(chartRow);
-    overview.SetPrintArea(fmt::format("A1:O{}", chartRow + Overview::ChartRows));
+    overview.ExtendPrintArea(fmt::format("A1:O{}", chartRow + Overview::ChartRows));
 }
 
 } // namespace
@@ -297,7 +297,8 @@ void MFCSequence::ExportToWorkbook(const ACU& unit, OleDate now, Workbook& workb
     overview.SetValue(Overview::Serial, unit.Serial);
     overview.SetValue(Overview::MFCNumber, unit.Record.MFCSerialNumber_Clean());
     overview.SetValue(Overview::Date, now);
-    dataSheet.SetName(sheetName);
+    dataSheet.SetName(workbook.FreeName(sheetName));
+    dataSheet.SetVisible(SheetVisibility::Visible); // a site may have hidden what it is copied from
     const std::string pressureHead = Cell(Data::Pressure, Data::HeadRow);
     if (unit.Record.DigitalPressureConfig == 0)
         dataSheet.SetValue(pressureHead, std::string("Pressure (Analog)"));

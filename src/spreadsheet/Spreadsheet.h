@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 namespace ombrix {
 
@@ -42,6 +43,12 @@ class SpreadsheetError : public std::runtime_error {
 
   private:
     int m_Number;
+};
+
+/// A template holds what no report could keep; the text says what, and what to do about it.
+class UnsupportedTemplate : public SpreadsheetError {
+  public:
+    using SpreadsheetError::SpreadsheetError;
 };
 
 enum class ChartType { XYScatterSmoothNoMarkers = 73 };
@@ -102,7 +109,9 @@ class Worksheet {
     virtual void SetVisible(SheetVisibility visibility) = 0;
     /// Makes this the sheet that shows when the workbook is opened.
     virtual void Select() = 0;
-    /// Puts a copy of this sheet behind another of the workbook.
+    /// Puts a copy of this sheet behind another of the workbook. What its formulas, charts, names
+    /// and links say of the sheet itself they say of the copy then. A sheet with something that a
+    /// copy cannot have (Contents) is refused.
     virtual void CopyAfter(const Worksheet& other) = 0;
 
     virtual CellValue Value(std::string_view address) const = 0;
@@ -121,13 +130,38 @@ class Worksheet {
     virtual void SetRowHeight(int firstRow, int lastRow, double height_pt) = 0;
     /// Has a new page begin with a row when the sheet is printed.
     virtual void AddPageBreak(int row) = 0;
-    /// Limits what is printed of the sheet to an area.
-    virtual void SetPrintArea(std::string_view area) = 0;
+    /// Has what is printed of the sheet reach down to the end of an area. Where the template does
+    /// not say what is printed of it, that is the area.
+    virtual void ExtendPrintArea(std::string_view area) = 0;
     /// The chart lives as long as the workbook.
     virtual Chart& AddChart(ChartType type, const SheetBox& box) = 0;
 };
 
 class SpreadsheetApplication;
+
+/// Something that a template has beside cells with their values, formulas and formats.
+struct TemplateFeature {
+    /// "a pivot table"
+    std::string Name;
+    /// What to do where the sheet is to be copied, because copies cannot have it; empty when they
+    /// can.
+    std::string Remedy{};
+};
+
+/// A tab of a template.
+struct TemplateSheet {
+    std::string Name;
+    /// Sheets of other kinds, as those of a single chart, are kept and cannot be filled.
+    bool IsWorksheet = true;
+    std::vector<TemplateFeature> Features{};
+};
+
+struct TemplateContents {
+    /// In the order of their tabs.
+    std::vector<TemplateSheet> Sheets;
+    /// Of the workbook as a whole.
+    std::vector<TemplateFeature> Features;
+};
 
 /// A workbook that is open in its application, which owns it. References to it and to its sheets
 /// and charts are valid until it is closed. All operations throw SpreadsheetError.
@@ -140,6 +174,9 @@ class Workbook {
     /// By position, from 1.
     virtual Worksheet& Sheet(int position) = 0;
     virtual Worksheet& Sheet(std::string_view name) = 0;
+    /// The name, or where a sheet has it already, one with a number behind it: "Zero - Ch1 (2)".
+    virtual std::string FreeName(std::string_view name) const = 0;
+    virtual TemplateContents Contents() const = 0;
     /// Stores the workbook under a path of the program ("C:\ACUs\…"), the whole of it or nothing.
     /// A file that it has not written itself is not replaced: " (2)", … then stands before the
     /// extension, as FullName tells.
@@ -157,6 +194,9 @@ class SpreadsheetApplication {
 
     /// A new workbook made from a template ("….xltx", "….xlt").
     virtual Workbook& Add(std::string_view templatePath) = 0;
+    /// The same from a template's bytes. The text of an error says what is wrong with them; an
+    /// UnsupportedTemplate also what to do. @param name of the file that they are from
+    virtual Workbook& Open(std::string content, std::string_view name) = 0;
     virtual int WorkbookCount() const = 0;
     virtual void Quit() = 0;
     virtual void SetVisible(bool visible) = 0;

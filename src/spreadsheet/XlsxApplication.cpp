@@ -2,6 +2,7 @@
 
 #include "spreadsheet/Spreadsheet.h"
 #include "spreadsheet/XlsxWorkbook.h"
+#include "spreadsheet/package/TemplateKind.h"
 #include "spreadsheet/package/WorkbookXml.h"
 
 #include <fmt/format.h>
@@ -10,10 +11,7 @@ namespace ombrix {
 
 namespace {
 
-/// Both the old and the new kind of file tell themselves by their first bytes.
-constexpr std::string_view BinaryWorkbook = "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1";
-
-std::string TemplateName(const std::string& path) {
+std::string TemplateName(std::string_view path) {
     const std::string name = xlsx::FileNameOf(path);
     return name.substr(0, name.find_last_of('.'));
 }
@@ -26,13 +24,6 @@ XlsxApplication::XlsxApplication(Drive& files, DocumentConverter& converter,
 
 XlsxApplication::~XlsxApplication() = default;
 
-std::string XlsxApplication::ReadTemplate(const std::string& path) {
-    std::string content = m_Files.ReadFile(path);
-    if (content.starts_with(BinaryWorkbook))
-        content = m_Converter.Convert(content, "xls", "xlsx");
-    return content;
-}
-
 Workbook& XlsxApplication::Add(std::string_view templatePath) {
     const auto path = FindTemplateFile(m_Files, templatePath);
     if (!path)
@@ -40,14 +31,24 @@ Workbook& XlsxApplication::Add(std::string_view templatePath) {
             "The template \"{}\" is missing. Put it there, or install the program anew.",
             templatePath));
     try {
-        m_Books.push_back(
-            std::make_unique<xlsx::XlsxWorkbook>(*this, ReadTemplate(*path), TemplateName(*path)));
-        return *m_Books.back();
+        return Open(m_Files.ReadFile(*path), *path);
+    } catch (const UnsupportedTemplate& error) {
+        throw UnsupportedTemplate(
+            fmt::format("The template \"{}\" cannot be used: {}", *path, error.what()));
     } catch (const std::runtime_error& error) {
         throw SpreadsheetError(fmt::format("The template \"{}\" cannot be used: {}. Put a sound "
                                            "copy of it there, or install the program anew.",
                                            *path, error.what()));
     }
+}
+
+Workbook& XlsxApplication::Open(std::string content, std::string_view name) {
+    if (content.starts_with(xlsx::CompoundFile)) {
+        xlsx::CheckCompoundFile(content);
+        content = m_Converter.Convert(content, "xls", "xlsx");
+    }
+    m_Books.push_back(std::make_unique<xlsx::XlsxWorkbook>(*this, content, TemplateName(name)));
+    return *m_Books.back();
 }
 
 int XlsxApplication::WorkbookCount() const {

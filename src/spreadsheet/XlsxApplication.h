@@ -27,6 +27,7 @@ class XlsxApplication final : public SpreadsheetApplication {
     ~XlsxApplication() override;
 
     Workbook& Add(std::string_view templatePath) override;
+    Workbook& Open(std::string content, std::string_view name) override;
     int WorkbookCount() const override;
     /// Forgets every workbook.
     void Quit() override;
@@ -46,8 +47,6 @@ class XlsxApplication final : public SpreadsheetApplication {
     void Forget(const Workbook& book);
 
   private:
-    std::string ReadTemplate(const std::string& path);
-
     Drive& m_Files;
     DocumentConverter& m_Converter;
     std::string m_CurrentFolder;

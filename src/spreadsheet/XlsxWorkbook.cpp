@@ -2,10 +2,12 @@
 
 #include "platform/ports/Folders.h"
 #include "spreadsheet/XlsxApplication.h"
+#include "spreadsheet/package/PartReferences.h"
+#include "spreadsheet/package/TemplateKind.h"
 #include "spreadsheet/package/WorkbookXml.h"
-#include "spreadsheet/package/XmlPart.h"
 #include "spreadsheet/package/ZipArchive.h"
 #include "spreadsheet/sheet/FormulaText.h"
+#include "spreadsheet/sheet/SheetFeatures.h"
 #include "spreadsheet/sheet/SheetWriter.h"
 
 #include <fmt/format.h>
@@ -18,32 +20,13 @@ namespace {
 
 /// Beyond this, files hardly get smaller but saving takes several times as long.
 constexpr int CompressionLevel = 6;
-constexpr std::string_view WorkbookType =
-    "application/vnd.openxmlformats-officedocument.spreadsheetml.sheet.main+xml";
-constexpr std::string_view TemplateType =
-    "application/vnd.openxmlformats-officedocument.spreadsheetml.template.main+xml";
+constexpr const char* StylesType =
+    "application/vnd.openxmlformats-officedocument.spreadsheetml.styles+xml";
 
 Package OpenTemplate(std::string_view archive) {
     Package parts = Package::FromArchive(archive);
-    for (const Relationship& relationship : parts.Relationships(""))
-        if (relationship.Is("officeDocument"))
-            return parts;
-    throw SpreadsheetError("it is no workbook");
-}
-
-std::string FindWorkbookPart(const Package& parts) {
-    for (const Relationship& relationship : parts.Relationships(""))
-        if (relationship.Is("officeDocument"))
-            return Package::TargetPart("", relationship);
-    return "";
-}
-
-/// Turns a template into a workbook; one that is a workbook already is welcome too.
-void MakeWorkbook(Package& parts, const std::string& workbookPart) {
-    const std::string type = parts.ContentType(workbookPart);
-    if (type != TemplateType && type != WorkbookType)
-        throw SpreadsheetError(fmt::format("it is of another kind ({})", type));
-    parts.SetContentType(workbookPart, std::string(WorkbookType));
+    MakeWorkbook(parts, FindWorkbookPart(parts));
+    return parts;
 }
 
 } // namespace
@@ -53,19 +36,30 @@ XlsxWorkbook::XlsxWorkbook(XlsxApplication& application, std::string_view archiv
     : m_Application(application), m_Parts(OpenTemplate(archive)),
       m_WorkbookPart(FindWorkbookPart(m_Parts)),
       m_Workbook(m_Parts.Content(m_WorkbookPart), m_WorkbookPart),
-      m_Styles(m_Parts.Content(RelatedPart("styles"))), m_TemplateName(std::move(templateName)) {
-    MakeWorkbook(m_Parts, m_WorkbookPart);
+      m_Styles(m_Parts.Content(StylesPart())), m_TemplateName(std::move(templateName)) {
     if (const std::string texts = RelatedPart("sharedStrings"); !texts.empty())
         m_Texts = SharedStrings(m_Parts.Content(texts));
+    RequireReadable(m_Parts);
     OpenSheets();
-    DropOwnedOnce(m_WorkbookPart);
+    DropCalculationOrder();
+}
+
+/// The part with the formats, made when there is none.
+std::string XlsxWorkbook::StylesPart() {
+    if (std::string part = RelatedPart("styles"); !part.empty())
+        return part;
+    std::string part = m_Parts.FreshName("xl/styles", ".xml");
+    m_Parts.SetContent(part, StyleSheet::Empty());
+    m_Parts.SetContentType(part, StylesType);
+    m_Parts.Relate(m_WorkbookPart, std::string(RelationshipTypes) + "styles", part);
+    return part;
 }
 
 /// The part that the workbook part refers to by a relationship of that kind; empty for none.
 std::string XlsxWorkbook::RelatedPart(std::string_view lastWord) const {
     for (const Relationship& relationship : m_Parts.Relationships(m_WorkbookPart))
         if (relationship.Is(lastWord))
-            return Package::TargetPart(m_WorkbookPart, relationship);
+            return m_Parts.TargetPart(m_WorkbookPart, relationship);
     return "";
 }
 
@@ -82,24 +76,21 @@ void XlsxWorkbook::OpenSheets() {
         m_Sheets.emplace_back();
         if (!found->Is("worksheet"))
             continue;
-        const std::string part = Package::TargetPart(m_WorkbookPart, *found);
+        const std::string part = m_Parts.TargetPart(m_WorkbookPart, *found);
         m_Sheets.back() = std::make_unique<XlsxWorksheet>(*this, part, m_Parts.Content(part));
     }
 }
 
-/// Takes away what does not outlive a change: the order of calculation of a workbook, the
-/// tables of a copied sheet.
-void XlsxWorkbook::DropOwnedOnce(const std::string& part) {
-    std::vector<Relationship> relationships = m_Parts.Relationships(part);
+/// The order of calculation does not outlive a change.
+void XlsxWorkbook::DropCalculationOrder() {
+    std::vector<Relationship> relationships = m_Parts.Relationships(m_WorkbookPart);
     const auto dropped = std::erase_if(relationships, [&](const Relationship& relationship) {
-        const bool drop = relationship.Is("calcChain") || relationship.Is("table") ||
-                          relationship.Is("pivotTable");
-        if (drop)
-            m_Parts.Remove(Package::TargetPart(part, relationship));
-        return drop;
+        if (relationship.Is("calcChain"))
+            m_Parts.Remove(m_Parts.TargetPart(m_WorkbookPart, relationship));
+        return relationship.Is("calcChain");
     });
     if (dropped > 0)
-        m_Parts.SetRelationships(part, relationships);
+        m_Parts.SetRelationships(m_WorkbookPart, relationships);
 }
 
 SpreadsheetApplication& XlsxWorkbook::Application() {
@@ -144,23 +135,9 @@ void XlsxWorkbook::Rename(const XlsxWorksheet& sheet, std::string_view name) {
     for (const auto& other : m_Sheets)
         if (other)
             other->RenameReferences(old, name);
-    RenameInCharts(m_Parts.PartNames(), old, name);
-}
-
-void XlsxWorkbook::RenameInCharts(const std::vector<std::string>& parts, std::string_view from,
-                                  std::string_view to) {
-    for (const std::string& part : parts) {
-        // A chart of ours has no words yet.
-        if (!m_Parts.ContentType(part).ends_with("drawingml.chart+xml") ||
-            m_Parts.Content(part).empty())
-            continue;
-        const pugi::xml_document chart = ParseXml(m_Parts.Content(part), part, "c:chartSpace");
-        for (const pugi::xpath_node& found : chart.select_nodes("//c:f")) {
-            pugi::xml_text text = found.node().text();
-            text.set(RenameSheet(text.get(), from, to).c_str());
-        }
-        m_Parts.SetContent(part, ToXml(chart));
-    }
+    ChangePartReferences(m_Parts, m_Parts.PartNames(), [&](std::string_view reference) {
+        return RenameSheet(reference, old, name);
+    });
 }
 
 void XlsxWorkbook::SetVisibility(const XlsxWorksheet& sheet, SheetVisibility visibility) {
@@ -171,30 +148,54 @@ void XlsxWorkbook::Select(const XlsxWorksheet& sheet) {
     m_Workbook.SetActive(IndexOf(sheet));
 }
 
-void XlsxWorkbook::SetPrintArea(const XlsxWorksheet& sheet, const CellArea& area) {
-    m_Workbook.SetPrintArea(IndexOf(sheet), area);
+void XlsxWorkbook::ExtendPrintArea(const XlsxWorksheet& sheet, const CellArea& area) {
+    m_Workbook.ExtendPrintArea(IndexOf(sheet), area);
+}
+
+std::string XlsxWorkbook::FreeName(std::string_view name) const {
+    return m_Workbook.FreeName(name);
+}
+
+TemplateContents XlsxWorkbook::Contents() const {
+    TemplateContents contents{{}, WorkbookFeatures(m_Parts, m_WorkbookPart)};
+    for (std::size_t i = 0; i < m_Sheets.size(); ++i) {
+        TemplateSheet& entry = contents.Sheets.emplace_back();
+        entry.Name = m_Workbook.SheetName(static_cast<int>(i));
+        entry.IsWorksheet = m_Sheets[i] != nullptr;
+        if (entry.IsWorksheet)
+            entry.Features = m_Sheets[i]->Features();
+    }
+    return contents;
+}
+
+void XlsxWorkbook::RequireCopyable(const XlsxWorksheet& sheet) const {
+    for (const TemplateFeature& feature : RelatedFeatures(m_Parts, sheet.PartName()))
+        if (!feature.Remedy.empty())
+            throw SpreadsheetError(fmt::format("\"{}\" cannot be copied: it holds {}. {}",
+                                               sheet.Name(), feature.Name, feature.Remedy));
 }
 
 void XlsxWorkbook::CopyAfter(const XlsxWorksheet& sheet, const Worksheet& other) {
     const int source = IndexOf(sheet);
     const int position = IndexOf(other) + 1;
-    const std::string name = m_Workbook.NameForCopy(source);
+    RequireCopyable(sheet);
+    const std::string original = sheet.Name();
+    const std::string name = m_Workbook.FreeName(original);
     const auto copies = m_Parts.CopyTree(sheet.PartName());
     const std::string& part = copies.at(sheet.PartName());
 
     auto copy = sheet.Copy(part, copies);
-    DropOwnedOnce(part);
-    copy->RenameReferences(sheet.Name(), name);
+    copy->RenameReferences(original, name);
+    const std::string id =
+        m_Parts.Relate(m_WorkbookPart, std::string(RelationshipTypes) + "worksheet", part);
+    const std::vector<std::string> names = m_Workbook.InsertCopy(source, position, name, id);
     std::vector<std::string> copiedParts;
-    for (const auto& [original, copied] : copies)
-        if (m_Parts.Has(copied))
-            copiedParts.push_back(copied);
-    RenameInCharts(copiedParts, sheet.Name(), name);
-
-    const std::string id = m_Parts.Relate(
-        m_WorkbookPart,
-        "http://schemas.openxmlformats.org/officeDocument/2006/relationships/worksheet", part);
-    m_Workbook.InsertCopy(source, position, name, id);
+    for (const auto& [from, to] : copies)
+        copiedParts.push_back(to);
+    ChangePartReferences(m_Parts, copiedParts, [&](std::string_view reference) {
+        return BindNames(RenameSheet(reference, original, name), names, name);
+    });
+    GiveCommentsOwnIds(m_Parts, copies);
     m_Sheets.insert(m_Sheets.begin() + position, std::move(copy));
 }
 

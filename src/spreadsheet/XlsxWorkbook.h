@@ -32,6 +32,8 @@ class XlsxWorkbook final : public Workbook {
     int WorksheetCount() const override;
     Worksheet& Sheet(int position) override;
     Worksheet& Sheet(std::string_view name) override;
+    std::string FreeName(std::string_view name) const override;
+    TemplateContents Contents() const override;
     void SaveAs(std::string_view path, FileFormat format) override;
     void Close() override;
     std::string FullName() const override { return m_FullName; }
@@ -49,16 +51,16 @@ class XlsxWorkbook final : public Workbook {
     void Rename(const XlsxWorksheet& sheet, std::string_view name);
     void SetVisibility(const XlsxWorksheet& sheet, SheetVisibility visibility);
     void Select(const XlsxWorksheet& sheet);
-    void SetPrintArea(const XlsxWorksheet& sheet, const CellArea& area);
+    void ExtendPrintArea(const XlsxWorksheet& sheet, const CellArea& area);
     void CopyAfter(const XlsxWorksheet& sheet, const Worksheet& other);
 
   private:
     void OpenSheets();
     std::string RelatedPart(std::string_view lastWord) const;
+    std::string StylesPart();
     int IndexOf(const Worksheet& sheet) const;
-    void RenameInCharts(const std::vector<std::string>& parts, std::string_view from,
-                        std::string_view to);
-    void DropOwnedOnce(const std::string& sheetPart);
+    void RequireCopyable(const XlsxWorksheet& sheet) const;
+    void DropCalculationOrder();
     std::string Xlsx();
     std::vector<ZipFile> Files(const Package& parts) const;
     void Store(const std::string& path, FileFormat format);

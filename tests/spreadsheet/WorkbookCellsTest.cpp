@@ -163,11 +163,13 @@ TEST(WorkbookCellsTest, FormulasOfTheTemplateLoseTheirResultsAndTheirSharing) {
 TEST(WorkbookCellsTest, WhatTheEngineDoesNotKnowOfACellStaysAsItIs) {
     WorkbookFixture fixture(
         WithRow6("<c r=\"Q6\" t=\"inlineStr\"><is><r><rPr><b/></rPr><t>fat</t></r></is></c>"
-                 "<c r=\"R6\"><f t=\"array\" ref=\"R6:R6\">SUM(A1:A2)</f></c>"
+                 "<c r=\"R6\"><f t=\"dataTable\" ref=\"R6:R6\" r1=\"A1\"/></c>"
+                 "<c r=\"T6\" vm=\"7\" t=\"e\"><v>#VALUE!</v></c>"
                  "<c r=\"S6\" t=\"e\"><v>#DIV/0!</v></c>"));
     WorkbookProbe saved = fixture.Saved();
     EXPECT_STREQ(saved.Cell("Overview", "Q6").select_node("is/r/t").node().text().get(), "fat");
-    EXPECT_STREQ(saved.Cell("Overview", "R6").child("f").attribute("ref").value(), "R6:R6");
+    EXPECT_STREQ(saved.Cell("Overview", "R6").child("f").attribute("r1").value(), "A1");
+    EXPECT_STREQ(saved.Cell("Overview", "T6").attribute("vm").value(), "7");
     EXPECT_EQ(saved.Value("Overview", "S6"), "#DIV/0!");
     EXPECT_THROW(fixture.Sheet("Overview").CopyRange("R6", "R8"), SpreadsheetError);
 }

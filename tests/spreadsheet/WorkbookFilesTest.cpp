@@ -63,7 +63,15 @@ std::string Repeated(std::string_view text, int times) {
 /// Templates that cannot be used, by what is wrong with them.
 std::map<std::string, std::string> BadTemplates() {
     const std::string& sound = HealthCheckTemplate();
+    WorkbookFixture drawn;
+    drawn.Sheet("Overview").AddChart(ChartType::XYScatterSmoothNoMarkers, {});
+    drawn.Saved();
+    const std::string report = drawn.Files.ReadFile(R"(C:\saved.xlsx)");
     std::map<std::string, std::string> bad = {
+        {"damaged drawing", WithParts(report, {{"xl/drawings/drawing1.xml", "<"}})},
+        {"damaged chart", WithParts(report, {{"xl/charts/chart1.xml", "<c:a xmlns:c='b'/>"}})},
+        {"damaged relationships",
+         WithParts(report, {{"xl/worksheets/_rels/sheet1.xml.rels", "<"}})},
         {"empty", ""},
         {"no archive", "plain text"},
         {"truncated", sound.substr(0, 9000)},
@@ -78,7 +86,9 @@ std::map<std::string, std::string> BadTemplates() {
          WithReplaced(sound, "xl/worksheets/sheet3.xml", "</sheetData>",
                       "<row r=\"7\"><c r=\"A7\"><f t=\"shared\" si=\"0\">" + Repeated("A", 8000) +
                           "</f></c>" + Repeated("<c><f t=\"shared\" si=\"0\"/></c>", 5000) +
-                          "</row></sheetData>")}};
+                          "</row></sheetData>")},
+        {"undeclared",
+         WithReplaced(sound, "xl/worksheets/sheet2.xml", "sheetData>", "q:sheetData>")}};
     for (const char* part :
          {"[Content_Types].xml", "xl/workbook.xml", "xl/styles.xml", "xl/worksheets/sheet2.xml"})
         bad.emplace(part, WithParts(sound, {{part, ""}}));

@@ -124,7 +124,7 @@ int FillSampleReport(Workbook& book, const std::vector<SampleSequence>& sequence
         row += 2 * steps - 2;
         if (steps > 8)
             overview.AddPageBreak(row);
-        overview.SetPrintArea(fmt::format("A1:O{}", row + 25));
+        overview.ExtendPrintArea(fmt::format("A1:O{}", row + 25));
         AddChart(data, overview, sequence.Name, fmt::format("B{}:L{}", row, row + 25));
         row += 29;
     }

@@ -14,17 +14,16 @@ namespace ombrix {
 namespace {
 
 constexpr int FastCompression = 1;
-const std::string WorkbookPart = "xl/workbook.xml";
 
 /// Relationship targets stand relative to their part or from the root.
 std::string Resolved(const std::string& part, const std::string& target) {
-    if (target.starts_with('/'))
-        return target.substr(1);
-    std::string folder = part.substr(0, part.rfind('/') + 1);
-    std::string rest = target;
-    for (; rest.starts_with("../"); rest = rest.substr(3))
-        folder = folder.substr(0, folder.rfind('/', folder.size() - 2) + 1);
-    return folder + rest;
+    const std::filesystem::path folder = std::filesystem::path("/" + part).parent_path();
+    return (folder / target).lexically_normal().generic_string().substr(1);
+}
+
+std::string RelationshipsOf(const std::string& part) {
+    const std::size_t slash = part.rfind('/') + 1; // npos + 1 is 0
+    return part.substr(0, slash) + "_rels/" + part.substr(slash) + ".rels";
 }
 
 } // namespace
@@ -44,20 +43,25 @@ const pugi::xml_document& WorkbookProbe::Xml(const std::string& part) {
 
 std::vector<std::string> WorkbookProbe::SheetNames() {
     std::vector<std::string> names;
-    for (const auto& found : Xml(WorkbookPart).select_nodes("/workbook/sheets/sheet/@name"))
+    for (const auto& found : Xml(WorkbookPart()).select_nodes("/workbook/sheets/sheet/@name"))
         names.emplace_back(found.attribute().value());
     return names;
 }
 
+std::string WorkbookProbe::WorkbookPart() {
+    const auto parts = Related("", "/officeDocument");
+    return parts.empty() ? "" : parts.front();
+}
+
 std::string WorkbookProbe::SheetPart(const std::string& sheet) {
-    const auto entry = Xml(WorkbookPart)
+    const auto entry = Xml(WorkbookPart())
                            .document_element()
                            .child("sheets")
                            .find_child_by_attribute("name", sheet.c_str());
-    const auto relationship = Xml("xl/_rels/workbook.xml.rels")
+    const auto relationship = Xml(RelationshipsOf(WorkbookPart()))
                                   .document_element()
                                   .find_child_by_attribute("Id", entry.attribute("r:id").value());
-    return Resolved(WorkbookPart, relationship.attribute("Target").value());
+    return Resolved(WorkbookPart(), relationship.attribute("Target").value());
 }
 
 pugi::xml_node WorkbookProbe::Sheet(const std::string& sheet) {
@@ -107,9 +111,7 @@ std::string WorkbookProbe::NumberFormat(const std::string& sheet, const std::str
 }
 
 std::vector<std::string> WorkbookProbe::Related(const std::string& part, std::string_view kind) {
-    const std::size_t slash = part.rfind('/') + 1;
-    const std::string relationships =
-        part.substr(0, slash) + "_rels/" + part.substr(slash) + ".rels";
+    const std::string relationships = RelationshipsOf(part);
     std::vector<std::string> targets;
     if (!Has(relationships))
         return targets;

@@ -23,6 +23,7 @@ class WorkbookProbe {
     /// A part as XML. Fails the test when it is missing or damaged.
     const pugi::xml_document& Xml(const std::string& part);
 
+    std::string WorkbookPart();
     std::vector<std::string> SheetNames();
     std::string SheetPart(const std::string& sheet);
     pugi::xml_node Sheet(const std::string& sheet);

@@ -68,6 +68,11 @@ std::string HexText(std::int32_t value) {
     return fmt::format("{:X}", static_cast<std::uint32_t>(value));
 }
 
+bool SameIgnoringCase(std::string_view left, std::string_view right) {
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](char a, char b) { return LowerCase(a) == LowerCase(b); });
+}
+
 std::string ReplaceAll(std::string_view text, std::string_view what, std::string_view by) {
     std::string result;
     for (std::size_t found = text.find(what); found != std::string_view::npos;

@@ -38,6 +38,14 @@ std::optional<double> ParseNumber(std::string_view text);
 /// The text without surrounding blanks (and the zero bytes that fill up fixed-width texts).
 std::string Trimmed(std::string_view text);
 
+/// The small letter of a capital of the Latin alphabet; any other character as it is.
+constexpr char LowerCase(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+/// Equal without regard to the case of the Latin alphabet, as names of sheets and files are.
+bool SameIgnoringCase(std::string_view left, std::string_view right);
+
 /// Characters of UTF-8 text.
 std::size_t CharacterCount(std::string_view text);
 

@@ -1,5 +1,6 @@
 #include "spreadsheet/package/Package.h"
 
+#include "platform/text/Text.h"
 #include "spreadsheet/Spreadsheet.h"
 #include "spreadsheet/package/XmlPart.h"
 #include "spreadsheet/package/ZipArchive.h"
@@ -56,10 +57,6 @@ std::string Normalised(std::string_view path) {
     return fmt::format("{}", fmt::join(steps, "/"));
 }
 
-bool IsShared(const std::string& part) {
-    return part.starts_with("xl/media/");
-}
-
 /// "xl/charts/chart" and ".xml" of "xl/charts/chart12.xml".
 std::pair<std::string, std::string> AroundNumber(const std::string& part) {
     const std::string extension = PartExtension(part);
@@ -72,6 +69,11 @@ std::pair<std::string, std::string> AroundNumber(const std::string& part) {
 
 } // namespace
 
+bool Package::NameOrder::operator()(const std::string& left, const std::string& right) const {
+    return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end(),
+                                        [](char a, char b) { return LowerCase(a) < LowerCase(b); });
+}
+
 bool Relationship::Is(std::string_view lastWord) const {
     return Type.size() > lastWord.size() && Type.ends_with(lastWord) &&
            Type[Type.size() - lastWord.size() - 1] == '/';
@@ -80,12 +82,14 @@ bool Relationship::Is(std::string_view lastWord) const {
 Package Package::FromArchive(std::string_view archive) {
     Package package;
     for (auto& [name, content] : ReadZip(archive))
-        package.SetContent(name, std::move(content));
+        package.SetContent(ReplaceAll(name, "\\", "/"), std::move(content));
     package.ReadContentTypes();
     return package;
 }
 
 void Package::ReadContentTypes() {
+    if (!Has(ContentTypesPart) && Has("META-INF/manifest.xml"))
+        throw UnsupportedTemplate("it is an OpenDocument file. Save it as a template (.xltx).");
     const pugi::xml_document types = ParseXml(Content(ContentTypesPart), ContentTypesPart, "Types");
     for (const pugi::xml_node entry : types.document_element().children()) {
         const std::string type = entry.attribute("ContentType").value();
@@ -194,12 +198,14 @@ std::string Package::Relate(const std::string& from, std::string type, const std
     return id;
 }
 
-std::string Package::TargetPart(const std::string& from, const Relationship& relationship) {
+std::string Package::TargetPart(const std::string& from, const Relationship& relationship) const {
     if (relationship.External)
         return "";
-    if (relationship.Target.starts_with('/'))
-        return Normalised(relationship.Target);
-    return Normalised(Folder(from) + relationship.Target);
+    std::string target =
+        Normalised(relationship.Target.starts_with('/') ? relationship.Target
+                                                        : Folder(from) + relationship.Target);
+    const auto part = m_Parts.find(target);
+    return part == m_Parts.end() ? target : part->first;
 }
 
 std::string Package::FreshName(std::string_view before, std::string_view after) const {
@@ -227,7 +233,7 @@ void Package::CopyBranch(const std::string& part, std::map<std::string, std::str
     std::vector<Relationship> relationships = Relationships(part);
     for (Relationship& relationship : relationships) {
         const std::string target = TargetPart(part, relationship);
-        if (!Has(target) || IsShared(target))
+        if (!Has(target) || IsPicture(target))
             continue;
         if (!copies.contains(target))
             CopyBranch(target, copies);

@@ -45,8 +45,8 @@ class Package {
     void SetRelationships(const std::string& part, const std::vector<Relationship>& relationships);
     /// Adds a relationship to another part and gives its id.
     std::string Relate(const std::string& from, std::string type, const std::string& to);
-    /// The part that a relationship leads to; empty for one that leads outside.
-    static std::string TargetPart(const std::string& from, const Relationship& relationship);
+    /// The part that a relationship leads to, by its own name; empty for one that leads outside.
+    std::string TargetPart(const std::string& from, const Relationship& relationship) const;
 
     /// A name that no part has: before, the lowest free number, after.
     std::string FreshName(std::string_view before, std::string_view after) const;
@@ -57,15 +57,26 @@ class Package {
 
   private:
     using PartContent = std::shared_ptr<const std::string>;
+    /// The format tells parts and extensions apart without regard to case.
+    struct NameOrder {
+        bool operator()(const std::string& left, const std::string& right) const;
+    };
 
     void ReadContentTypes();
     void CopyBranch(const std::string& part, std::map<std::string, std::string>& copies);
 
-    std::map<std::string, PartContent> m_Parts;
-    std::map<std::string, std::string> m_TypeByExtension;
-    std::map<std::string, std::string> m_TypeByPart;
+    bool IsPicture(const std::string& part) const {
+        return ContentType(part).starts_with("image/");
+    }
+
+    std::map<std::string, PartContent, NameOrder> m_Parts;
+    std::map<std::string, std::string, NameOrder> m_TypeByExtension;
+    std::map<std::string, std::string, NameOrder> m_TypeByPart;
 };
 
+/// What the types of the format's own relationships begin with.
+inline constexpr const char* RelationshipTypes =
+    "http://schemas.openxmlformats.org/officeDocument/2006/relationships/";
 inline constexpr const char* ContentTypesPart = "[Content_Types].xml";
 
 } // namespace ombrix::xlsx

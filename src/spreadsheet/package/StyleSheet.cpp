@@ -2,14 +2,29 @@
 
 #include "spreadsheet/package/XmlPart.h"
 
+#include <array>
 #include <cstring>
 #include <iterator>
+#include <span>
 
 namespace ombrix::xlsx {
 
 namespace {
 
 constexpr const char* PartName = "xl/styles.xml";
+/// The lists that cells refer to, in the order that the schema asks for, as a plain workbook has
+/// them.
+constexpr const char* PlainLists =
+    "<lists><fonts count=\"1\"><font><sz val=\"11\"/><name val=\"Calibri\"/></font></fonts>"
+    "<fills count=\"2\"><fill><patternFill patternType=\"none\"/></fill>"
+    "<fill><patternFill patternType=\"gray125\"/></fill></fills>"
+    "<borders count=\"1\"><border/></borders>"
+    "<cellStyleXfs count=\"1\"><xf numFmtId=\"0\" fontId=\"0\" fillId=\"0\" borderId=\"0\"/>"
+    "</cellStyleXfs><cellXfs count=\"1\"><xf numFmtId=\"0\" fontId=\"0\" fillId=\"0\" "
+    "borderId=\"0\" xfId=\"0\"/></cellXfs></lists>";
+constexpr std::array<std::string_view, 10> BehindNumberFormats = {
+    "fonts",      "fills", "borders",     "cellStyleXfs", "cellXfs",
+    "cellStyles", "dxfs",  "tableStyles", "colors",       "extLst"};
 constexpr int GeneralFormat = 0;
 constexpr int WholePercentFormat = 9;
 constexpr int TwoDecimalPercentFormat = 10;
@@ -78,12 +93,29 @@ void ChangeBorder(pugi::xml_node border, CellSide side, LineStyle style) {
     }
 }
 
+/// Programs may leave out what their cells do not use.
+void CompleteLists(pugi::xml_node styles) {
+    pugi::xml_document plain;
+    plain.load_string(PlainLists);
+    std::span<const std::string_view> behind = BehindNumberFormats;
+    for (const pugi::xml_node list : plain.document_element().children()) {
+        behind = behind.subspan(1);
+        const pugi::xml_node present = styles.child(list.name());
+        if (present.child(list.first_child().name()))
+            continue;
+        styles.remove_child(present);
+        InsertCopyInOrder(styles, list, behind);
+    }
+}
+
 } // namespace
 
 StyleSheet::StyleSheet(std::string_view xml) : m_Document(ParseXml(xml, PartName, "styleSheet")) {
-    const pugi::xml_node root = m_Document.document_element();
-    if (!root.child("cellXfs").child("xf") || !root.child("borders").child("border"))
-        throw SpreadsheetError("its part xl/styles.xml holds no cell formats");
+    CompleteLists(m_Document.document_element());
+}
+
+std::string StyleSheet::Empty() {
+    return "<styleSheet xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\"/>";
 }
 
 pugi::xml_node StyleSheet::Format(int format) const {

@@ -18,8 +18,10 @@ enum class CellSide { Left, Right, Top, Bottom, DiagonalUp, DiagonalDown };
 /// number of a format with the change, an existing one where there is one.
 class StyleSheet {
   public:
-    /// @throws SpreadsheetError when the part holds no cell formats
+    /// Lists that the part leaves out are those of a plain workbook. @throws SpreadsheetError
     explicit StyleSheet(std::string_view xml);
+    /// The part of a workbook without formats.
+    static std::string Empty();
 
     int WithBorder(int format, CellSide side, LineStyle style);
     /// The format itself, or one that shows date and time where it would show a bare number.

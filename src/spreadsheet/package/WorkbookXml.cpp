@@ -20,9 +20,7 @@ std::string Extension(std::string_view path) {
     const std::string name = FileNameOf(path);
     const std::size_t dot = name.find_last_of('.');
     std::string extension = dot == std::string::npos ? "" : name.substr(dot);
-    std::transform(extension.begin(), extension.end(), extension.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
+    std::transform(extension.begin(), extension.end(), extension.begin(), LowerCase);
     return extension;
 }
 
@@ -128,7 +126,7 @@ std::string WorkbookXml::RelationshipId(int sheet) const {
 
 int WorkbookXml::FindSheet(std::string_view name) const {
     for (int sheet = 0; sheet < SheetCount(); ++sheet)
-        if (SameSheetName(SheetName(sheet), name))
+        if (SameIgnoringCase(SheetName(sheet), name))
             return sheet;
     return -1;
 }
@@ -195,30 +193,33 @@ int WorkbookXml::Active() const {
     return active >= 0 && active < SheetCount() ? active : 0;
 }
 
-void WorkbookXml::SetPrintArea(int sheet, const CellArea& area) {
+void WorkbookXml::ExtendPrintArea(int sheet, const CellArea& area) {
     pugi::xml_node names = ChildInOrder(m_Document.document_element(), "definedNames", BehindNames);
     pugi::xml_node entry = names.find_child([sheet](const pugi::xml_node& name) {
         return name.attribute("name").value() == std::string_view(PrintAreaName) &&
                name.attribute("localSheetId").as_int(-1) == sheet;
     });
-    if (!entry) {
+    std::string text;
+    if (entry) {
+        text = ReachingDown(entry.text().get(), area.Last.Row);
+    } else {
         entry = names.append_child("definedName");
         SetAttribute(entry, "name", PrintAreaName);
         SetAttribute(entry, "localSheetId", sheet);
+        text = QuotedSheetName(SheetName(sheet)) + "!" + ToAbsoluteText(area);
     }
-    const std::string text = QuotedSheetName(SheetName(sheet)) + "!" + ToAbsoluteText(area);
     entry.text().set(text.c_str());
 }
 
-void WorkbookXml::InsertCopy(int source, int position, const std::string& name,
-                             const std::string& relationshipId) {
+std::vector<std::string> WorkbookXml::InsertCopy(int source, int position, const std::string& name,
+                                                 const std::string& relationshipId) {
     const int active = Active();
     unsigned highestId = 0;
     pugi::xml_node sheets = m_Document.document_element().child("sheets");
     for (const pugi::xml_node sheet : sheets.children("sheet"))
         highestId = std::max(highestId, sheet.attribute("sheetId").as_uint());
 
-    const std::string sourceName = SheetName(source);
+    std::vector<std::string> bound = CopyNames(source, position, name);
     pugi::xml_node entry = sheets.insert_copy_before(Sheet(source), Sheet(0));
     if (position > 0) {
         const pugi::xml_node neighbour = Sheet(position); // the new entry counts as the first
@@ -228,30 +229,51 @@ void WorkbookXml::InsertCopy(int source, int position, const std::string& name,
     SetAttribute(entry, "sheetId", highestId + 1);
     SetAttribute(entry, "r:id", relationshipId.c_str());
 
+    SetAttribute(View(), "activeTab", active >= position ? active + 1 : active);
+    return bound;
+}
+
+/// Formulas find a sheet's own names before the workbook's, so that those on the copy find it.
+std::vector<std::string> WorkbookXml::CopyNames(int source, int position, std::string_view name) {
+    const std::string sourceName = SheetName(source);
     pugi::xml_node names = m_Document.document_element().child("definedNames");
     std::vector<pugi::xml_node> own;
+    std::vector<pugi::xml_node> global;
     for (pugi::xml_node defined : names.children("definedName")) {
         const pugi::xml_attribute owner = defined.attribute("localSheetId");
+        const std::string_view text = defined.text().get();
         if (owner && owner.as_int() == source)
             own.push_back(defined);
+        else if (!owner && RenameSheet(text, sourceName, name) != text)
+            global.push_back(defined);
         if (owner && owner.as_int() >= position && owner.as_int() < SheetCount())
             SetAttribute(defined, "localSheetId", owner.as_int() + 1);
+    }
+    std::vector<std::string> bound;
+    for (const pugi::xml_node& defined : global) {
+        const std::string_view word = defined.attribute("name").value();
+        if (std::any_of(own.begin(), own.end(), [word](const pugi::xml_node& other) {
+                return SameIgnoringCase(other.attribute("name").value(), word);
+            }))
+            continue;
+        own.push_back(defined);
+        bound.emplace_back(word);
     }
     for (const pugi::xml_node& defined : own) {
         pugi::xml_node copy = names.insert_copy_after(defined, defined);
         SetAttribute(copy, "localSheetId", position);
         copy.text().set(RenameSheet(copy.text().get(), sourceName, name).c_str());
     }
-    SetAttribute(View(), "activeTab", active >= position ? active + 1 : active);
+    return bound;
 }
 
-std::string WorkbookXml::NameForCopy(int sheet) const {
-    for (int number = 2;; ++number) {
+std::string WorkbookXml::FreeName(std::string_view name) const {
+    std::string free(name);
+    for (int number = 2; FindSheet(free) >= 0; ++number) {
         const std::string suffix = fmt::format(" ({})", number);
-        std::string name = Shortened(SheetName(sheet), LongestSheetName - suffix.size()) + suffix;
-        if (FindSheet(name) < 0)
-            return name;
+        free = Shortened(name, LongestSheetName - suffix.size()) + suffix;
     }
+    return free;
 }
 
 bool WorkbookXml::CountsFrom1904() const {

@@ -8,6 +8,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace ombrix::xlsx {
 
@@ -52,13 +53,17 @@ class WorkbookXml {
     void SetActive(int sheet);
     int Active() const;
 
-    void SetPrintArea(int sheet, const CellArea& area);
+    /// Has what is printed of a sheet reach down to the end of an area; a sheet that does not say
+    /// what is printed of it gets the area.
+    void ExtendPrintArea(int sheet, const CellArea& area);
 
-    /// Enters a copy of a sheet at a position, with the names that belong to the sheet alone.
-    void InsertCopy(int source, int position, const std::string& name,
-                    const std::string& relationshipId);
-    /// "DataTemplate (2)": the name that a copy of a sheet gets.
-    std::string NameForCopy(int sheet) const;
+    /// Enters a copy of a sheet at a position, with names of its own in place of those that lead to
+    /// the sheet, its own ones and the workbook's.
+    /// @return those of the workbook's that the copy has got as its own
+    std::vector<std::string> InsertCopy(int source, int position, const std::string& name,
+                                        const std::string& relationshipId);
+    /// The name itself, or "DataTemplate (2)" where a sheet has it.
+    std::string FreeName(std::string_view name) const;
 
     /// Dates count from 1904 instead of 1900.
     bool CountsFrom1904() const;
@@ -70,6 +75,7 @@ class WorkbookXml {
   private:
     pugi::xml_node Sheet(int sheet) const;
     pugi::xml_node View();
+    std::vector<std::string> CopyNames(int source, int position, std::string_view name);
     bool IsVisible(int sheet) const;
     int FirstVisible() const;
 

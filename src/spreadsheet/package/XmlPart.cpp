@@ -1,6 +1,7 @@
 #include "spreadsheet/package/XmlPart.h"
 
 #include "spreadsheet/Spreadsheet.h"
+#include "spreadsheet/package/XmlNames.h"
 
 #include <fmt/format.h>
 
@@ -73,6 +74,12 @@ void AppendEscaped(std::string& out, std::string_view text) {
         default: out += c;
         }
     }
+}
+
+void AppendAttribute(std::string& out, std::string_view name, std::string_view value) {
+    out.append(" ").append(name).append("=\"");
+    AppendEscaped(out, value);
+    out += '"';
 }
 
 std::string EncodeCellText(std::string_view text) {
@@ -159,11 +166,13 @@ pugi::xml_document ParseXml(std::string_view content, std::string_view partName,
     if (!result)
         throw SpreadsheetError(fmt::format("its part {} is damaged ({} at byte {})", partName,
                                            result.description(), result.offset));
+    if (IsNestedTooDeeply(document))
+        throw SpreadsheetError(fmt::format("its part {} is nested too deeply", partName));
+    if (!HasUsualNames(content))
+        TakeUsualNames(document, partName);
     if (document.document_element().name() != rootName)
         throw SpreadsheetError(
             fmt::format("its part {} does not hold a \"{}\"", partName, rootName));
-    if (IsNestedTooDeeply(document))
-        throw SpreadsheetError(fmt::format("its part {} is nested too deeply", partName));
     return document;
 }
 

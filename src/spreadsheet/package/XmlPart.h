@@ -17,6 +17,9 @@ std::string CleanText(std::string_view text);
 /// Appends clean text with the characters escaped that mean something in XML.
 void AppendEscaped(std::string& out, std::string_view text);
 
+/// Appends an attribute with a blank before it.
+void AppendAttribute(std::string& out, std::string_view name, std::string_view value);
+
 /// Text of a cell: characters that XML cannot carry stand as _xHHHH_, the way spreadsheets do.
 std::string EncodeCellText(std::string_view text);
 std::string DecodeCellText(std::string_view text);
@@ -34,8 +37,9 @@ void AppendNumber(std::string& out, T value) {
 
 namespace ombrix::xlsx {
 
-/// Reads a part of a package. @throws SpreadsheetError naming the part when it is no XML, is
-/// nested beyond reason or has another root element than expected.
+/// Reads a part of a package; its names are the usual ones (XmlNames.h), whatever prefixes it came
+/// with. @throws SpreadsheetError naming the part when it is no XML, is nested beyond reason or
+/// has another root element than expected.
 pugi::xml_document ParseXml(std::string_view content, std::string_view partName,
                             std::string_view rootName);
 

@@ -23,15 +23,27 @@ struct SharedText {
     std::uint32_t Index = 0;
     bool operator==(const SharedText&) const = default;
 };
+/// Numbers of a cell's and its value's entries among the metadata of the workbook, which tell that
+/// an array is a dynamic one, or what a value is linked to; 0 for none.
+struct Metadata {
+    std::uint32_t Cell = 0;
+    std::uint32_t Value = 0;
+    bool operator==(const Metadata&) const = default;
+};
 /// Without the "=".
 struct Formula {
     std::string Text;
+    /// The cells that an array formula fills, this one first.
+    std::optional<CellArea> Array{};
+    /// To be calculated again whenever anything is.
+    bool Always = false;
+    Metadata Notes{};
     bool operator==(const Formula&) const = default;
 };
-/// What the engine carries without taking it apart: text with formatted runs, array formulas,
-/// error values. Type is the cell's "t", Xml what stands in the cell.
+/// What the engine carries without taking it apart: text with formatted runs, data tables, error
+/// values, values with metadata. Attributes (with a blank before each) and what stands in the cell.
 struct RawContent {
-    std::string Type;
+    std::string Attributes;
     std::string Xml;
     bool operator==(const RawContent&) const = default;
 };
@@ -93,13 +105,13 @@ class CellStore {
     /// From the sheet's top edge to the row's.
     double Top_pt(int row) const;
 
-    /// Passes every formula's text to be changed.
-    template <class Change>
-    void ChangeFormulas(Change change) {
+    /// Passes every formula to be looked at or changed.
+    template <class Visit>
+    void ForEachFormula(Visit visit) {
         for (auto& [number, row] : m_Rows)
             for (Cell& cell : row.Cells)
                 if (auto* formula = std::get_if<Formula>(&cell.Value))
-                    formula->Text = change(formula->Text);
+                    visit(*formula);
     }
 
   private:

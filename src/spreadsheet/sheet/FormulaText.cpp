@@ -1,5 +1,6 @@
 #include "spreadsheet/sheet/FormulaText.h"
 
+#include "platform/text/Text.h"
 #include "spreadsheet/Cells.h"
 #include "spreadsheet/sheet/CellArea.h"
 
@@ -212,10 +213,6 @@ std::string Unquoted(std::string_view name) {
     return plain;
 }
 
-char Lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 } // namespace
 
 std::string ShiftReferences(std::string_view formula, int rows, int columns) {
@@ -235,11 +232,59 @@ std::string RenameSheet(std::string_view formula, std::string_view from, std::st
     std::string out;
     for (const Token& token : Tokenizer(formula).All()) {
         const std::string_view name = token.Text.substr(0, token.Text.size() - 1);
-        if (token.Kind == TokenKind::SheetPrefix && SameSheetName(Unquoted(name), from))
+        if (token.Kind == TokenKind::SheetPrefix && SameIgnoringCase(Unquoted(name), from))
             out += QuotedSheetName(to) + "!";
         else
             out += token.Text;
     }
+    return out;
+}
+
+std::string BindNames(std::string_view formula, const std::vector<std::string>& names,
+                      std::string_view sheet) {
+    const auto isBound = [&names](std::string_view word) {
+        return std::any_of(names.begin(), names.end(), [word](const std::string& name) {
+            return SameIgnoringCase(name, word);
+        });
+    };
+    std::string out;
+    const std::vector<Token> tokens = Tokenizer(formula).All();
+    for (auto token = tokens.begin(); token != tokens.end(); ++token) {
+        if (token->Text == "[0]!" && token + 1 != tokens.end() && isBound((token + 1)->Text))
+            out += QuotedSheetName(sheet) + "!";
+        else
+            out += token->Text;
+    }
+    return out;
+}
+
+std::string ReachingDown(std::string_view areas, int row) {
+    struct Piece {
+        std::string Sheet;
+        std::string Cells;
+    };
+    std::vector<Piece> pieces(1);
+    for (const Token& token : Tokenizer(areas).All()) {
+        if (token.Text == ",")
+            pieces.emplace_back();
+        else
+            (token.Kind == TokenKind::SheetPrefix ? pieces.back().Sheet : pieces.back().Cells) +=
+                token.Text;
+    }
+    std::vector<CellArea> cells;
+    for (const Piece& piece : pieces) {
+        const auto area = FindArea(piece.Cells);
+        if (!area)
+            return std::string(areas);
+        cells.push_back(*area);
+    }
+    const auto lowest = std::max_element(cells.begin(), cells.end(), [](auto& left, auto& right) {
+        return left.Last.Row < right.Last.Row;
+    });
+    lowest->Last.Row = std::max(lowest->Last.Row, row);
+    std::string out;
+    for (std::size_t i = 0; i < pieces.size(); ++i)
+        out += (i == 0 ? "" : ",") + pieces[i].Sheet + ToAbsoluteText(cells[i]);
     return out;
 }
 
@@ -251,11 +296,6 @@ std::string QuotedSheetName(std::string_view name) {
             quoted += c;
     }
     return quoted + "'";
-}
-
-bool SameSheetName(std::string_view left, std::string_view right) {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](char a, char b) { return Lower(a) == Lower(b); });
 }
 
 } // namespace ombrix::xlsx

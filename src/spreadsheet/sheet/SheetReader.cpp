@@ -67,8 +67,15 @@ class SheetReader {
     }
 
     Content ReadContent(const pugi::xml_node& cell, CellPosition position) {
-        if (const pugi::xml_node formula = cell.child("f"))
-            return ReadFormula(formula, position);
+        const Metadata notes{cell.attribute("cm").as_uint(), cell.attribute("vm").as_uint()};
+        if (const pugi::xml_node formula = cell.child("f")) {
+            Content content = ReadFormula(formula, position);
+            if (auto* read = std::get_if<Formula>(&content))
+                read->Notes = notes;
+            return content;
+        }
+        if (notes != Metadata())
+            return ReadWhole(cell);
         const std::string_view type = cell.attribute("t").value();
         if (type == "inlineStr")
             return ReadInlineText(cell.child("is"));
@@ -78,15 +85,27 @@ class SheetReader {
         return ReadValue(value.text().get(), type);
     }
 
+    static Content ReadWhole(const pugi::xml_node& cell) {
+        RawContent content;
+        for (const char* name : {"t", "cm", "vm"})
+            if (const auto attribute = cell.attribute(name))
+                AppendAttribute(content.Attributes, name, attribute.value());
+        for (const pugi::xml_node child : cell.children())
+            content.Xml += ToXml(child);
+        return content;
+    }
+
     static Content ReadValue(std::string_view text, std::string_view type) {
         if (type == "str")
             return DecodeCellText(text);
         if (type == "b")
             return text == "1" || text == "true";
         if (type == "e" || type == "d") {
-            std::string xml = "<v>";
-            AppendEscaped(xml, text);
-            return RawContent{std::string(type), xml + "</v>"};
+            RawContent content{"", "<v>"};
+            AppendAttribute(content.Attributes, "t", type);
+            AppendEscaped(content.Xml, text);
+            content.Xml += "</v>";
+            return content;
         }
         double number = 0.0;
         const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -101,7 +120,7 @@ class SheetReader {
         const pugi::xml_node only = text.first_child();
         if (!only.next_sibling() && std::strcmp(only.name(), "t") == 0)
             return DecodeCellText(only.text().get());
-        return RawContent{"inlineStr", ToXml(text)};
+        return RawContent{" t=\"inlineStr\"", ToXml(text)};
     }
 
     Content ReadFormula(const pugi::xml_node& formula, CellPosition position) {
@@ -109,12 +128,16 @@ class SheetReader {
         const std::string_view text = formula.text().get();
         if (text.size() > LongestFormula)
             throw SpreadsheetError("it holds a formula that is too long");
-        if (type == "array" || type == "dataTable")
+        if (type == "dataTable")
             return RawContent{"", ToXml(formula)};
         if (type != "shared") {
             if (text.empty())
                 return std::monostate();
-            return Formula{std::string(text)};
+            Formula read{std::string(text)};
+            read.Always = formula.attribute("ca").as_bool();
+            if (type == "array")
+                read.Array = ArrayAt(position, formula.attribute("ref").value());
+            return read;
         }
         const int group = formula.attribute("si").as_int();
         if (!text.empty()) {
@@ -122,6 +145,11 @@ class SheetReader {
             return Formula{std::string(text)};
         }
         return FromShared(group, position);
+    }
+
+    static CellArea ArrayAt(CellPosition position, std::string_view reference) {
+        const auto area = FindArea(reference);
+        return area && area->First == position ? *area : CellArea{position, position};
     }
 
     Content FromShared(int group, CellPosition position) {

@@ -15,10 +15,12 @@ namespace {
 /// About what a cell with a measured value takes.
 constexpr std::size_t BytesPerCell = 36;
 
-void AppendElement(std::string& out, std::string_view name, std::string_view text) {
+/// @param attributes with a blank before each
+void AppendElement(std::string& out, std::string_view name, std::string_view text,
+                   std::string_view attributes = {}) {
     const bool keepsBlanks = !text.empty() && (std::strchr(" \t\n", text.front()) != nullptr ||
                                                std::strchr(" \t\n", text.back()) != nullptr);
-    out += fmt::format("<{}{}>", name, keepsBlanks ? " xml:space=\"preserve\"" : "");
+    out += fmt::format("<{}{}{}>", name, attributes, keepsBlanks ? " xml:space=\"preserve\"" : "");
     AppendEscaped(out, text);
     out += fmt::format("</{}>", name);
 }
@@ -42,22 +44,26 @@ class ContentWriter {
     }
     void operator()(const Formula& formula) {
         // No result: the spreadsheet program calculates when it opens the workbook.
+        Number("cm", formula.Notes.Cell);
+        Number("vm", formula.Notes.Value);
         m_Out += '>';
-        AppendElement(m_Out, "f", formula.Text);
+        std::string attributes;
+        if (formula.Array)
+            AppendAttribute(attributes.append(" t=\"array\""), "ref", ToText(*formula.Array));
+        if (formula.Always)
+            attributes += " ca=\"1\"";
+        AppendElement(m_Out, "f", formula.Text, attributes);
         m_Out += "</c>";
     }
     void operator()(const RawContent& raw) {
-        if (!raw.Type.empty()) {
-            m_Out += " t=\"";
-            AppendEscaped(m_Out, raw.Type);
-            m_Out += '"';
-        }
-        m_Out += '>';
-        m_Out += raw.Xml;
-        m_Out += "</c>";
+        m_Out.append(raw.Attributes).append(">").append(raw.Xml).append("</c>");
     }
 
   private:
+    void Number(std::string_view attribute, std::uint32_t value) {
+        if (value > 0)
+            AppendAttribute(m_Out, attribute, std::to_string(value));
+    }
     template <class T>
     void Number(T value) {
         if constexpr (std::floating_point<T>) {
@@ -160,11 +166,8 @@ class RowsWriter {
         AppendNumber(m_Number, number);
         m_Out.append("<row r=\"").append(m_Number).append("\"");
         if (row != nullptr)
-            for (const auto& [name, value] : row->Attributes) {
-                m_Out.append(" ").append(name).append("=\"");
-                AppendEscaped(m_Out, value);
-                m_Out += '"';
-            }
+            for (const auto& [name, value] : row->Attributes)
+                AppendAttribute(m_Out, name, value);
         m_Out += '>';
         PaintRow(row);
         WritePainted(row);

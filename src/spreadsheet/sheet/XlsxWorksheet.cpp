@@ -6,8 +6,9 @@
 #include "spreadsheet/package/XmlPart.h"
 #include "spreadsheet/sheet/CellArea.h"
 #include "spreadsheet/sheet/CellStore.h"
-#include "spreadsheet/sheet/ConditionalFormats.h"
 #include "spreadsheet/sheet/FormulaText.h"
+#include "spreadsheet/sheet/Overlays.h"
+#include "spreadsheet/sheet/SheetFeatures.h"
 #include "spreadsheet/sheet/SheetOrder.h"
 #include "spreadsheet/sheet/SheetReader.h"
 #include "spreadsheet/sheet/SheetWriter.h"
@@ -15,6 +16,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <iterator>
 
 namespace ombrix::xlsx {
 
@@ -39,9 +41,18 @@ std::vector<CopiedCell> Snapshot(const CellStore& cells, const CellArea& area) {
         copies.push_back({cell, cells.FormatAt(cell), cells.ContentAt(cell)});
         const auto* raw = std::get_if<RawContent>(&copies.back().Value);
         if (raw != nullptr && raw->Xml.starts_with("<f"))
-            throw SpreadsheetError("an array formula cannot be copied with a range");
+            throw SpreadsheetError("a data table cannot be copied with a range");
     });
     return copies;
+}
+
+/// An array formula fills its cells as a whole.
+void RequireWholeArrays(CellStore& cells, const CellArea& area) {
+    cells.ForEachFormula([&](const Formula& formula) {
+        if (formula.Array && Intersection(*formula.Array, area) && !area.Contains(*formula.Array))
+            throw SpreadsheetError(fmt::format("{} holds a part of the array formula in {}",
+                                               ToText(area), ToText(*formula.Array)));
+    });
 }
 
 void CopyHeights(CellStore& cells, const CellArea& source, int rows) {
@@ -60,9 +71,14 @@ void CopyHeights(CellStore& cells, const CellArea& source, int rows) {
 void CopyCells(CellStore& cells, const CellArea& source, const CellArea& destination) {
     const int rows = destination.First.Row - source.First.Row;
     const int columns = destination.First.Column - source.First.Column;
+    RequireWholeArrays(cells, source);
+    RequireWholeArrays(cells, destination);
     for (CopiedCell& copy : Snapshot(cells, source)) {
-        if (auto* formula = std::get_if<Formula>(&copy.Value))
+        if (auto* formula = std::get_if<Formula>(&copy.Value)) {
             formula->Text = ShiftReferences(formula->Text, rows, columns);
+            if (formula->Array)
+                formula->Array = Moved(*formula->Array, rows, columns);
+        }
         Cell& target = cells.At({copy.From.Row + rows, copy.From.Column + columns});
         target.Format = copy.Format;
         target.Value = IsFilled(copy.Value) ? std::move(copy.Value) : Content(EmptyContent());
@@ -78,8 +94,6 @@ namespace {
 
 /// Cells that are changed one by one; more than any report holds.
 constexpr long long MostCells = 1000000;
-constexpr const char* RelationshipTypes =
-    "http://schemas.openxmlformats.org/officeDocument/2006/relationships/";
 constexpr const char* DrawingType = "application/vnd.openxmlformats-officedocument.drawing+xml";
 constexpr const char* ChartPartType =
     "application/vnd.openxmlformats-officedocument.drawingml.chart+xml";
@@ -138,8 +152,8 @@ XlsxWorksheet::Copy(std::string partName,
     std::unique_ptr<XlsxWorksheet> copy(new XlsxWorksheet(*this, std::move(partName)));
     pugi::xml_node root = copy->m_Shell.document_element();
     // What may stand in a workbook only once.
-    root.remove_child("tableParts");
     root.child("sheetPr").remove_attribute("codeName");
+    GiveRulesOwnIds(root, copy->m_PartName);
     copy->SetTabSelected(false);
     for (const auto& chart : m_Charts)
         copy->m_Charts.push_back(chart->Copy(copiedParts.at(chart->PartName()), *this, *copy));
@@ -209,8 +223,7 @@ void XlsxWorksheet::CopyRange(std::string_view source, std::string_view destinat
         throw SpreadsheetError(fmt::format("{} has not the shape of {}", destination, source));
     CheckSize(from);
     CopyCells(m_Cells, from, to);
-    CopyMergedCells(m_Shell.document_element(), from, to);
-    CopyConditionalFormats(m_Shell.document_element(), from, to);
+    CopyOverlays(m_Shell.document_element(), from, to);
 }
 
 void XlsxWorksheet::SetBorder(std::string_view areas, BorderEdge edge, LineStyle style) {
@@ -258,8 +271,15 @@ void XlsxWorksheet::AddPageBreak(int row) {
     SetAttribute(breaks, "manualBreakCount", breaks.attribute("count").as_int());
 }
 
-void XlsxWorksheet::SetPrintArea(std::string_view area) {
-    m_Book.SetPrintArea(*this, ParseArea(area));
+void XlsxWorksheet::ExtendPrintArea(std::string_view area) {
+    m_Book.ExtendPrintArea(*this, ParseArea(area));
+}
+
+std::vector<TemplateFeature> XlsxWorksheet::Features() const {
+    std::vector<TemplateFeature> features = RelatedFeatures(m_Book.Parts(), m_PartName);
+    std::vector<TemplateFeature> own = OwnFeatures(m_Shell.document_element(), m_Cells);
+    std::move(own.begin(), own.end(), std::back_inserter(features));
+    return features;
 }
 
 Chart& XlsxWorksheet::AddChart(ChartType type, const SheetBox& box) {
@@ -283,7 +303,7 @@ std::string XlsxWorksheet::DrawingPart() {
     const std::string present = root.child("drawing").attribute("r:id").value();
     for (const Relationship& relationship : parts.Relationships(m_PartName))
         if (relationship.Id == present && relationship.Is("drawing"))
-            return Package::TargetPart(m_PartName, relationship);
+            return parts.TargetPart(m_PartName, relationship);
     std::string drawing = parts.FreshName("xl/drawings/drawing", ".xml");
     parts.SetContent(drawing, EmptyDrawing());
     parts.SetContentType(drawing, DrawingType);
@@ -294,13 +314,10 @@ std::string XlsxWorksheet::DrawingPart() {
 }
 
 void XlsxWorksheet::RenameReferences(std::string_view from, std::string_view to) {
-    m_Cells.ChangeFormulas(
-        [&](const std::string& formula) { return RenameSheet(formula, from, to); });
-    for (const pugi::xpath_node& found : m_Shell.select_nodes(
-             "//cfRule/formula | //dataValidation/formula1 | //dataValidation/formula2")) {
-        pugi::xml_text text = found.node().text();
-        text.set(RenameSheet(text.get(), from, to).c_str());
-    }
+    m_Cells.ForEachFormula(
+        [&](Formula& formula) { formula.Text = RenameSheet(formula.Text, from, to); });
+    ChangeOverlayFormulas(m_Shell.document_element(),
+                          [&](std::string_view formula) { return RenameSheet(formula, from, to); });
 }
 
 void XlsxWorksheet::SetTabSelected(bool selected) {

@@ -16,7 +16,7 @@ namespace ombrix::xlsx {
 
 /// Makes the cells of an area those of another of the same shape: values, formats, heights of
 /// rows, formulas with their relative references moved along. The areas may overlap.
-/// @throws SpreadsheetError for an array formula, which cannot be copied in part
+/// @throws SpreadsheetError for a part of an array formula, and for a data table
 void CopyCells(CellStore& cells, const CellArea& source, const CellArea& destination);
 
 } // namespace ombrix::xlsx
@@ -46,12 +46,13 @@ class XlsxWorksheet final : public Worksheet {
     SheetBox Box(std::string_view area) const override;
     void SetRowHeight(int firstRow, int lastRow, double height_pt) override;
     void AddPageBreak(int row) override;
-    void SetPrintArea(std::string_view area) override;
+    void ExtendPrintArea(std::string_view area) override;
     Chart& AddChart(ChartType type, const SheetBox& box) override;
 
     const XlsxWorkbook& Book() const { return m_Book; }
     const std::string& PartName() const { return m_PartName; }
     const CellStore& Cells() const { return m_Cells; }
+    std::vector<TemplateFeature> Features() const;
     CellValue ValueAt(CellPosition cell) const;
     const std::vector<std::unique_ptr<XlsxChart>>& Charts() const { return m_Charts; }
 

@@ -193,7 +193,7 @@ std::string MakeQX_ACU_Calibration() {
     LayOutReport(builder.AddSheet(Layout::ReportSheet));
     LayOutCharts(builder.AddSheet(Layout::ChartSheet));
     for (const std::size_t channel : {0U, 1U})
-        LayOutTraces(builder.AddSheet(Layout::TraceSheet(channel)), channel);
+        LayOutTraces(builder.AddSheet(Layout::TraceSheets.at(channel)), channel);
     LayOutChartData(builder.AddSheet(Layout::ChartDataSheet));
     return builder.Build();
 }

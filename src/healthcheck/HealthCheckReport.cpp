@@ -19,9 +19,7 @@ constexpr const char* ReportExtension = ".xlsx";
 } // namespace
 
 std::string HealthCheckReport::Open() {
-    m_Opened =
-        OpenExcel(m_Tools.Wait, m_Tools.TheStation.World, m_Tools.Launcher,
-                  "Initialising Excel Report", m_Tools.Templates + HealthCheckLayout::Template);
+    m_Opened = OpenExcel(m_Tools, "Initialising Excel Report", HealthCheckLayout::Template);
     m_Tools.Wait.Close();
     if (m_Opened)
         return {};
@@ -39,8 +37,9 @@ HealthCheckReport::Saved HealthCheckReport::Save(const ACU& unit, OleDate date,
     try {
         Worksheet& overview = Book().Sheet(HealthCheckLayout::OverviewSheet);
         overview.SetValue(HealthCheckLayout::Overview::Outcome, outcome);
-        Book().Sheet(HealthCheckLayout::DataSheet).SetVisible(SheetVisibility::Hidden);
+        overview.SetVisible(SheetVisibility::Visible);
         overview.Select();
+        Book().Sheet(HealthCheckLayout::DataSheet).SetVisible(SheetVisibility::Hidden);
         m_Opened.Application->SetVisible(true);
         return SaveInUnitFolder(unit, name);
     } catch (const std::exception& error) {

@@ -7,8 +7,6 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
 namespace ombrix {
 
 namespace {
@@ -120,7 +118,7 @@ void HealthCheckRun::RunOne(const SequencePlan& plan, const HealthCheckView& vie
     MFCSequence sequence;
     for (const StepPlan& step : plan.Steps)
         sequence.AddStep(step.Ch1Demand, step.Ch2Demand, step.Duration_s);
-    const std::string sheet = DistinctSheetName(plan.SheetName, result.Sequences);
+    const std::string sheet = m_Report.Book().FreeName(plan.SheetName);
     SequenceView sequenceView{view.Graphs, view.Labels, view.Steps, {}, &m_Recorder};
     sequenceView.Progress = [&](double elapsed_s) {
         const double share = (done_s + elapsed_s) / total_s;
@@ -144,19 +142,6 @@ void HealthCheckRun::RunOne(const SequencePlan& plan, const HealthCheckView& vie
         throw;
     }
     note();
-}
-
-std::string HealthCheckRun::DistinctSheetName(const std::string& name,
-                                              const std::vector<SequenceResult>& taken) const {
-    const auto isTaken = [&taken](const std::string& sheet) {
-        return std::any_of(taken.begin(), taken.end(), [&sheet](const SequenceResult& sequence) {
-            return sequence.Sheet == sheet;
-        });
-    };
-    std::string distinct = name;
-    for (int number = 2; isTaken(distinct); ++number)
-        distinct = fmt::format("{} ({})", name, number);
-    return distinct;
 }
 
 void HealthCheckRun::Save(HealthCheckResult& result) {

@@ -61,8 +61,6 @@ class HealthCheckRun {
     void RunOne(const SequencePlan& plan, const HealthCheckView& view, double done_s,
                 double total_s, HealthCheckResult& result);
     Answer AskPrompt(const SequencePlan& plan);
-    std::string DistinctSheetName(const std::string& name,
-                                  const std::vector<SequenceResult>& taken) const;
     /// Says of a check that has come to its end whether every step can be judged.
     void JudgeCompleteness(HealthCheckResult& result);
     void Save(HealthCheckResult& result);

@@ -3,6 +3,7 @@
 #include "platform/os/ProgramLog.h"
 #include "platform/text/OleDate.h"
 #include "platform/text/Paths.h"
+#include "reports/TemplateCheck.h"
 #include "spreadsheet/Spreadsheet.h"
 
 #include <fmt/format.h>
@@ -11,17 +12,31 @@
 
 namespace ombrix {
 
-OpenedWorkbook OpenWorkbookFromTemplate(Platform& world, const SpreadsheetLauncher& launcher,
-                                        const std::string& templatePath) {
+namespace {
+
+void RequireFit(const Workbook& book, const ReportTemplate& report, const std::string& path) {
+    const std::string reason = ReasonOf(CheckTemplate(book.Contents(), report));
+    if (!reason.empty())
+        throw UnsupportedTemplate(
+            fmt::format("The template \"{}\" cannot be used: {}", path, reason));
+}
+
+} // namespace
+
+OpenedWorkbook OpenWorkbookFromTemplate(const ReportTools& tools, const ReportTemplate& report) {
+    Platform& world = tools.TheStation.World;
+    const std::string path = tools.Templates + report.File;
     OpenedWorkbook opened;
     try {
-        opened.Application = launcher();
-        if (!FindTemplateFile(world.Files, templatePath)) {
-            world.Messages.Ask({"Unable to find File: \r\n\r\n  " + templatePath,
-                                MessageIcon::Information, MessageButtons::Ok});
+        opened.Application = tools.Launcher();
+        const auto file = FindTemplateFile(world.Files, path);
+        if (!file) {
+            world.Messages.Ask({"Unable to find File: \r\n\r\n  " + path, MessageIcon::Information,
+                                MessageButtons::Ok});
             return opened;
         }
-        opened.Book = &opened.Application->Add(templatePath);
+        opened.Book = &opened.Application->Add(*file);
+        RequireFit(*opened.Book, report, *file);
         opened.Sheet = &opened.Book->Sheet(1);
     } catch (const SpreadsheetError& error) {
         opened.Book = nullptr;
@@ -30,34 +45,36 @@ OpenedWorkbook OpenWorkbookFromTemplate(Platform& world, const SpreadsheetLaunch
     return opened;
 }
 
-OpenedWorkbook OpenExcel(OpenExcelView& view, Platform& world, const SpreadsheetLauncher& launcher,
-                         const std::string& message, const std::string& templatePath) {
-    view.Show(message);
-    world.Events.ProcessPendingEvents();
-    return OpenWorkbookFromTemplate(world, launcher, templatePath);
+OpenedWorkbook OpenExcel(const ReportTools& tools, const std::string& message,
+                         const ReportTemplate& report) {
+    tools.Wait.Show(message);
+    tools.TheStation.World.Events.ProcessPendingEvents();
+    return OpenWorkbookFromTemplate(tools, report);
 }
 
 namespace {
 
-OpenedWorkbook Failed(const ReportTools& tools, const std::string& heading,
-                      const std::string& reason) {
+void TellOfFailure(const ReportTools& tools, const std::string& heading,
+                   const std::string& reason) {
     TellOperator(tools.TheStation.World, heading + "\r\n\r\n" + reason, MessageIcon::Critical);
-    return {};
+}
+
+/// A missing template has been told already.
+void TellWhyNotOpened(const ReportTools& tools, const OpenedWorkbook& opened) {
+    if (!opened && !opened.Error.empty())
+        TellOfFailure(tools, "The report could not be opened.", opened.Error);
 }
 
 } // namespace
 
 OpenedWorkbook OpenFilled(const ReportTools& tools, const std::string& message,
-                          const std::string& templateName,
+                          const ReportTemplate& report,
                           const std::function<void(Workbook&)>& fill) {
-    OpenedWorkbook opened = OpenExcel(tools.Wait, tools.TheStation.World, tools.Launcher, message,
-                                      tools.Templates + templateName);
+    OpenedWorkbook opened = OpenExcel(tools, message, report);
     if (!opened) {
         tools.Wait.Close();
-        // A missing template has been told already.
-        return opened.Error.empty()
-                   ? OpenedWorkbook()
-                   : Failed(tools, "The report could not be opened.", opened.Error);
+        TellWhyNotOpened(tools, opened);
+        return {};
     }
     try {
         fill(*opened.Book);
@@ -65,8 +82,13 @@ OpenedWorkbook OpenFilled(const ReportTools& tools, const std::string& message,
         return opened;
     } catch (const std::exception& error) {
         tools.Wait.Close();
-        return Failed(tools, "The report could not be filled.", error.what());
+        TellOfFailure(tools, "The report could not be filled.", error.what());
+        return {};
     }
+}
+
+void TellIfUnusable(const ReportTools& tools, const ReportTemplate& report) {
+    TellWhyNotOpened(tools, OpenWorkbookFromTemplate(tools, report));
 }
 
 bool SaveWorkbookAs(Workbook& workbook, const std::string& path, std::string* reason) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "board/Station.h"
+#include "reports/layout/ReportTemplate.h"
 #include "spreadsheet/Spreadsheet.h"
 
 #include <filesystem>
@@ -57,21 +58,22 @@ void AddReport(Written& written, const StoredReport& report) {
         written.Files.push_back(*report.File);
 }
 
-/// Starts the spreadsheet application and makes a workbook from a template ("….xltx"; "….xlt"
-/// also stands for "….xltx" beside it). A missing template is told to the operator.
-OpenedWorkbook OpenWorkbookFromTemplate(Platform& world, const SpreadsheetLauncher& launcher,
-                                        const std::string& templatePath);
+/// Starts the spreadsheet application and makes a workbook from a report's template, if the report
+/// can be made of it (TemplateCheck.h). A missing template is told to the operator.
+OpenedWorkbook OpenWorkbookFromTemplate(const ReportTools& tools, const ReportTemplate& report);
 
 /// The same with the wait window, which the caller closes when it has filled the sheet.
-OpenedWorkbook OpenExcel(OpenExcelView& view, Platform& world, const SpreadsheetLauncher& launcher,
-                         const std::string& message, const std::string& templatePath);
+OpenedWorkbook OpenExcel(const ReportTools& tools, const std::string& message,
+                         const ReportTemplate& report);
 
 /// Opens a template and has its workbook filled, under the wait window. What goes wrong is told
 /// to the operator; there is no workbook then.
-/// @param templateName file name in the folder of the templates
 OpenedWorkbook OpenFilled(const ReportTools& tools, const std::string& message,
-                          const std::string& templateName,
-                          const std::function<void(Workbook&)>& fill);
+                          const ReportTemplate& report, const std::function<void(Workbook&)>& fill);
+
+/// Tells the operator if a report that will be made later, when all is measured, cannot be made of
+/// its template.
+void TellIfUnusable(const ReportTools& tools, const ReportTemplate& report);
 
 /// Saves in the binary format where the application knows it (version 12 on). A save that
 /// fails makes the application visible, so that the workbook is kept, and still counts as done.

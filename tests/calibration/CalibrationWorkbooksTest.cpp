@@ -4,6 +4,8 @@
 #include "calibration/report/CalibrationReport.h"
 #include "platform/text/OleDate.h"
 #include "reports/ReportFile.h"
+#include "reports/layout/AuditSheetLayout.h"
+#include "reports/layout/VelocityReportLayout.h"
 #include "support/FullDisk.h"
 #include "support/NoConverter.h"
 
@@ -26,7 +28,7 @@ class CalibrationWorkbooksTest : public ::testing::Test {
                                      m_Bench.Bench.Time.Now(), Flows, autoSave);
     }
     OpenedWorkbook Open() {
-        return OpenFilled(m_Bench.Reports, "Opening", "PV17_ACUAudit_Pressure.xlt",
+        return OpenFilled(m_Bench.Reports, "Opening", AuditSheetLayout::PV17::Template,
                           [](Workbook&) {});
     }
     std::filesystem::path Root() const { return m_Bench.Bench.Folder.Path(); }
@@ -174,9 +176,24 @@ TEST_F(CalibrationWorkbooksTest, TemplatesThatCannotBeUsedAreTold) {
     EXPECT_TRUE(Shown()[0].Text.starts_with("The report could not be opened.\r\n\r\n"));
     EXPECT_EQ(Shown()[0].Icon, MessageIcon::Critical);
     const OpenedWorkbook unfilled =
-        OpenFilled(CalibrationBench("acu").Reports, "Opening", "QX_ACU_Calibration.xlt",
+        OpenFilled(CalibrationBench("acu").Reports, "Opening", VelocityReportLayout::Template,
                    [](Workbook& book) { book.Sheet("No such sheet"); });
     EXPECT_FALSE(unfilled);
+}
+
+TEST_F(CalibrationWorkbooksTest, AnAuditTellsOfItsSheetsTemplateBeforeAirFlows) {
+    const std::filesystem::path damaged = Root() / "damaged.xltx";
+    ReplaceWholeFile(damaged, "damaged");
+    for (const char* name : {"PV16_ACUAudit_Velocity.xltx", "PV17_ACUAudit_Pressure.xltx"})
+        m_Bench.Bench.Files.Mount(m_Bench.Reports.Templates + name, damaged);
+    bool first = true;
+    for (const char* name : {"PV16_ACUAudit_Velocity.xltx", "PV17_ACUAudit_Pressure.xltx"}) {
+        Shown().clear();
+        first ? m_Bench.SetUp.RunVelocity(CalibrationKind::Audit)
+              : m_Bench.SetUp.RunPressure(CalibrationKind::Audit);
+        first = false;
+        EXPECT_NE(Shown().at(1).Text.find(name), std::string::npos) << "behind the first question";
+    }
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "support/FullDisk.h"
 #include "support/NoConverter.h"
 #include "support/TestBench.h"
+#include "support/WorkbookFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -53,6 +54,15 @@ class HealthCheckRunTest : public ::testing::Test {
         m_Bench->Files.Mount("R:", file.parent_path());
         m_Reader = std::make_unique<XlsxApplication>(m_Bench->Files, m_Converter);
         return m_Reader->Add("R:\\" + file.filename().string());
+    }
+    /// Puts a template in place of the installed one that a site has changed.
+    void UseTemplate(const std::function<void(Workbook&)>& change) {
+        const std::filesystem::path file = m_Bench->Folder.Path() / "site.xlsx";
+        WorkbookFixture fixture;
+        change(*fixture.Book);
+        fixture.Saved();
+        ReplaceWholeFile(file, fixture.Files.ReadFile(R"(C:\saved.xlsx)"));
+        m_Bench->Files.Mount(std::string(Templates) + R"(\ACUHealthCheck.xltx)", file);
     }
     std::string LastMessage() const { return m_Bench->Messages.Shown.back().Text; }
 
@@ -185,6 +195,32 @@ TEST_F(HealthCheckRunTest, ADamagedTemplateIsNamed) {
     m_Bench->Files.Mount(std::string(Templates) + R"(\ACUHealthCheck.xltx)", damaged);
     EXPECT_EQ(Run({Option::Short}).Ended, End::NotStored);
     EXPECT_NE(LastMessage().find("ACUHealthCheck.xltx"), std::string::npos) << LastMessage();
+}
+
+TEST_F(HealthCheckRunTest, ATemplateThatLacksASheetRunsNothing) {
+    UseTemplate([](Workbook& book) { book.Sheet("DataTemplate").SetName("Data"); });
+    const HealthCheckResult result = Run({Option::Short});
+    EXPECT_EQ(result.Ended, End::NotStored);
+    EXPECT_TRUE(result.Sequences.empty());
+    EXPECT_NE(LastMessage().find("ACUHealthCheck.xltx\" cannot be used: it has no sheet "
+                                 "\"DataTemplate\""),
+              std::string::npos)
+        << LastMessage();
+}
+
+TEST_F(HealthCheckRunTest, NamesThatTheTemplateHasTakenGetANumberAndItsHiddenSheetsShow) {
+    UseTemplate([](Workbook& book) {
+        book.Sheet("All Graphs").CopyAfter(book.Sheet("Overview"));
+        book.Sheet(2).SetName("zero - ch1");
+        book.Sheet("DataTemplate").SetVisible(SheetVisibility::Hidden);
+        book.Sheet("Overview").SetVisible(SheetVisibility::Hidden);
+    });
+    const HealthCheckResult result = Run({Option::Short});
+    EXPECT_EQ(result.Sequences.at(0).Sheet, "Zero - Ch1 (2)");
+    EXPECT_EQ(Number(Open(result.Files.at(0)), "Zero - Ch1 (2)", "A2"), 0.0);
+    WorkbookProbe report(ReadWholeFile(result.Files.at(0)));
+    EXPECT_EQ(report.Xml("xl/workbook.xml").select_nodes("//sheet[@state]").size(), 1U)
+        << "what the site has hidden shows, but for the template of the data";
 }
 
 TEST_F(HealthCheckRunTest, WithoutAFolderTheReportIsKeptAndSaidWhere) {

@@ -1,46 +1,38 @@
 #include "reports/ReportFile.h"
-#include "support/TestBench.h"
+#include "support/ReportBench.h"
 #include "support/WorkbookFixture.h"
 
 namespace ombrix {
 namespace {
 
-class WaitStory final : public OpenExcelView {
-  public:
-    std::vector<std::string> Calls;
-    void Show(const std::string& message) override { Calls.push_back(message); }
-    void Close() override { Calls.emplace_back("closed"); }
-};
-
 class OpenExcelTest : public ::testing::Test {
   protected:
     TestBench m_Bench;
     FakeConverter m_Converter;
-    SpreadsheetLauncher m_Launcher = [this] {
-        return std::make_unique<XlsxApplication>(m_Bench.Files, m_Converter);
-    };
+    RecordedWait m_Wait;
+    ReportTools m_Tools{
+        m_Bench.TheStation,
+        [this] { return std::make_unique<XlsxApplication>(m_Bench.Files, m_Converter); }, m_Wait,
+        "C:\\"};
+    static constexpr ReportTemplate Audit{.File = "Audit.xlt", .Report = "an audit"};
 
-    OpenedWorkbook Open(const std::string& path) {
-        return OpenWorkbookFromTemplate(m_Bench.World, m_Launcher, path);
-    }
+    OpenedWorkbook Open() { return OpenWorkbookFromTemplate(m_Tools, Audit); }
 };
 
 TEST_F(OpenExcelTest, TheWaitWindowIsPaintedBeforeTheTemplateIsOpened) {
-    WaitStory wait;
     m_Bench.Files.ReplaceFile(R"(C:\Audit.xltx)", HealthCheckTemplate());
     std::vector<std::string> shownWhenPumped;
-    m_Bench.Events.EveryPass = [&] { shownWhenPumped = wait.Calls; };
-    const OpenedWorkbook opened =
-        OpenExcel(wait, m_Bench.World, m_Launcher, "Starting Excel", R"(C:\Audit.xlt)");
+    m_Bench.Events.EveryPass = [&] { shownWhenPumped = m_Wait.Story; };
+    const OpenedWorkbook opened = OpenExcel(m_Tools, "Starting Excel", Audit);
     ASSERT_TRUE(opened);
     EXPECT_EQ(opened.Sheet, &opened.Book->Sheet(1));
     EXPECT_EQ(shownWhenPumped, std::vector<std::string>{"Starting Excel"});
-    EXPECT_EQ(wait.Calls.size(), 1U) << "the caller closes it";
+    EXPECT_EQ(m_Wait.Story.size(), 1U) << "the caller closes it";
     EXPECT_TRUE(m_Bench.Messages.Shown.empty());
 }
 
 TEST_F(OpenExcelTest, AMissingTemplateGivesOneBoxAndNoWorkbook) {
-    const OpenedWorkbook opened = Open(R"(C:\Audit.xlt)");
+    const OpenedWorkbook opened = Open();
     EXPECT_FALSE(opened);
     EXPECT_TRUE(opened.Application);
     ASSERT_EQ(m_Bench.Messages.Shown.size(), 1U);
@@ -51,19 +43,19 @@ TEST_F(OpenExcelTest, AMissingTemplateGivesOneBoxAndNoWorkbook) {
 
 TEST_F(OpenExcelTest, OtherErrorsGiveNoBoxButAReason) {
     m_Bench.Files.ReplaceFile(R"(C:\Audit.xltx)", "damaged");
-    const OpenedWorkbook damaged = Open(R"(C:\Audit.xltx)");
+    const OpenedWorkbook damaged = Open();
     EXPECT_FALSE(damaged);
     EXPECT_NE(damaged.Error.find(R"(C:\Audit.xltx)"), std::string::npos);
-    m_Launcher = []() -> std::unique_ptr<SpreadsheetApplication> {
+    m_Tools.Launcher = []() -> std::unique_ptr<SpreadsheetApplication> {
         throw SpreadsheetError("not installed");
     };
-    EXPECT_EQ(Open(R"(C:\Audit.xltx)").Error, "not installed");
+    EXPECT_EQ(Open().Error, "not installed");
     EXPECT_TRUE(m_Bench.Messages.Shown.empty());
 }
 
 TEST_F(OpenExcelTest, AFailedSaveStillCountsAsDoneAndKeepsTheWorkbook) {
     m_Bench.Files.ReplaceFile(R"(C:\Audit.xltx)", HealthCheckTemplate());
-    const OpenedWorkbook opened = Open(R"(C:\Audit.xltx)");
+    const OpenedWorkbook opened = Open();
     EXPECT_TRUE(SaveWorkbookAs(*opened.Book, R"(C:\first.xls)"));
     EXPECT_TRUE(m_Bench.Files.ReadFile(R"(C:\first.xls)").starts_with("xlsx>xls:"));
     m_Converter.Missing = true;

@@ -198,7 +198,7 @@ void CalibrationReport::Fill(const VelocityResult& result, bool passed) {
     for (std::size_t channel = 0; channel < AirChannels; ++channel) {
         const ChannelMeasurement& measured = result.Measured.Channels.at(channel);
         FillReportTables(report, channel, result, m_Unit.Record.VelocityCal.at(channel));
-        Worksheet& traces = book.Sheet(Layout::TraceSheet(channel));
+        Worksheet& traces = book.Sheet(Layout::TraceSheets.at(channel));
         FillTraces(traces, measured);
         Worksheet& charts = book.Sheet(Layout::ChartSheet);
         DrawReportCharts(charts, book.Sheet(Layout::ChartDataSheet), channel, result);

@@ -5,6 +5,7 @@
 #include "platform/os/ProgramLog.h"
 #include "platform/text/Rounding.h"
 #include "platform/text/Text.h"
+#include "reports/layout/AuditSheetLayout.h"
 
 #include <fmt/format.h>
 
@@ -60,6 +61,8 @@ bool PressureRun::AskToBegin() {
 }
 
 void PressureRun::Measure() {
+    if (IsAudit())
+        TellIfUnusable(m_Context.Reports, AuditSheetLayout::PV17::Template);
     TakeZero();
     m_Log.OpenCalibrationLog("ACUCal_Pressure", m_Unit.Unit().SerialNumberStr());
     Log({"Calibrate Pressure - Calibration Started", "", ""});

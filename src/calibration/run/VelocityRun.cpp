@@ -3,6 +3,7 @@
 #include "calibration/report/AuditSheets.h"
 #include "calibration/run/ChannelVelocityRun.h"
 #include "platform/os/ProgramLog.h"
+#include "reports/layout/AuditSheetLayout.h"
 
 #include <fmt/format.h>
 
@@ -44,6 +45,8 @@ void VelocityRun::Measure() {
         m_Unit.ReadEPROMValues();
     m_Recorder.Begin(m_Context.Unattended);
     m_Report.Open(Kind(), m_Unit.Unit(), m_World.Time.Now());
+    if (IsAudit())
+        TellIfUnusable(m_Context.Reports, AuditSheetLayout::PV16::Template);
     MeasureChannels();
     m_Outcome.Passed = GoesOn() && ReasonOfFailure(m_Result).empty();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "reports/layout/ReportTemplate.h"
+
 #include <array>
 
 /// Where things stand in the sheets of the audits. What fills them reads this, and what makes their
@@ -21,7 +23,8 @@ inline constexpr const char* PressureLimit = "D11";
 /// The velocity audit's sheet.
 namespace PV16 {
 /// As it is asked for; the template itself ends in ".xltx".
-inline constexpr const char* Template = "PV16_ACUAudit_Velocity.xlt";
+inline constexpr ReportTemplate Template{
+    .File = "PV16_ACUAudit_Velocity.xlt", .Report = "the velocity audit sheet", .SheetsByPlace = 1};
 
 inline constexpr int Points = 10;
 inline constexpr int TitleRow = 14;
@@ -63,7 +66,8 @@ inline constexpr std::array<ChannelColumns, 2> Channels = {
 
 /// The pressure audit's sheet.
 namespace PV17 {
-inline constexpr const char* Template = "PV17_ACUAudit_Pressure.xlt";
+inline constexpr ReportTemplate Template{
+    .File = "PV17_ACUAudit_Pressure.xlt", .Report = "the pressure audit sheet", .SheetsByPlace = 1};
 
 inline constexpr int Points = 5;
 inline constexpr int HeadRow = 17;

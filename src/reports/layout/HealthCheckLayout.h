@@ -1,15 +1,24 @@
 #pragma once
 
+#include "reports/layout/ReportTemplate.h"
+
+#include <array>
+
 /// Where things stand in the report of a health check. What fills the report reads this, and what
 /// makes its template.
 namespace ombrix::HealthCheckLayout {
-
-inline constexpr const char* Template = "ACUHealthCheck.xltx";
 
 inline constexpr const char* OverviewSheet = "Overview";
 inline constexpr const char* GraphSheet = "All Graphs";
 /// Copied for every sequence.
 inline constexpr const char* DataSheet = "DataTemplate";
+
+inline constexpr std::array<const char*, 3> Sheets = {OverviewSheet, GraphSheet, DataSheet};
+inline constexpr ReportTemplate Template{.File = "ACUHealthCheck.xltx",
+                                         .Report = "the health check",
+                                         .Sheets = Sheets,
+                                         .CopiedSheet = DataSheet,
+                                         .StoredAs = ".xlsx"};
 
 /// The overview: the unit, then a block for each sequence: heads, steps, chart.
 namespace Overview {

@@ -1,17 +1,19 @@
 #pragma once
 
+#include "reports/layout/ReportTemplate.h"
+
 #include <array>
 
 /// Where things stand in the workbook of a unit's record and EPROM. What fills it reads this, and
 /// what makes its template.
 namespace ombrix::InformationLayout {
 
-/// As it is asked for; the template itself ends in ".xltx".
-inline constexpr const char* Template = "QX_ACU_Calibraiton_Info.xlt";
-
 /// Sheets are found by their place.
 inline constexpr int UnitSheet = 1;
 inline constexpr int EpromSheet = 2;
+inline constexpr ReportTemplate Template{.File = "QX_ACU_Calibraiton_Info.xlt",
+                                         .Report = "the ACU information workbook",
+                                         .SheetsByPlace = EpromSheet};
 
 /// The unit's sheet. Fields stand below one another, each beside its label.
 namespace Unit {

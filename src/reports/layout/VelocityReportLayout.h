@@ -1,25 +1,24 @@
 #pragma once
 
-#include <fmt/format.h>
+#include "reports/layout/ReportTemplate.h"
 
 #include <array>
 #include <cstddef>
-#include <string>
 
 /// Where things stand in the report of a velocity run. What fills the report reads this, and what
 /// makes its template.
 namespace ombrix::VelocityReportLayout {
 
-/// As it is asked for; the template itself ends in ".xltx".
-inline constexpr const char* Template = "QX_ACU_Calibration.xlt";
-
 inline constexpr const char* ReportSheet = "Report";
 inline constexpr const char* ChartSheet = "Charts";
 inline constexpr const char* ChartDataSheet = "Chart Data";
-/// @param channel from 0
-inline std::string TraceSheet(std::size_t channel) {
-    return fmt::format("Traces Ch{}", channel + 1);
-}
+/// Of channel 1 and 2.
+inline constexpr std::array<const char*, 2> TraceSheets = {"Traces Ch1", "Traces Ch2"};
+
+inline constexpr std::array<const char*, 5> Sheets = {ReportSheet, ChartSheet, ChartDataSheet,
+                                                      TraceSheets[0], TraceSheets[1]};
+inline constexpr ReportTemplate Template{"QX_ACU_Calibration.xlt", "the velocity calibration",
+                                         Sheets};
 
 inline constexpr int Points = 10;
 inline constexpr int Segments = Points - 1;

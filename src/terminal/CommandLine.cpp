@@ -213,6 +213,16 @@ void AddHistoryCommands(CLI::App& app, CommandAdder& adder,
         ->type_name("FILE");
 }
 
+void AddTemplateCommands(CLI::App& app, CommandAdder& adder,
+                         const std::shared_ptr<Arguments>& args) {
+    CLI::App* templates = app.add_subcommand("template", "Report templates of a site's own");
+    templates->require_subcommand(1);
+    CLI::App* check = adder.Add(
+        *templates, "check", "What a report would keep, lack or refuse of a template",
+        [args](CommandContext& context) { return RunTemplateCheck(context, args->File); });
+    check->add_option("FILE", args->File, "The template")->required();
+}
+
 void AddBenchTests(CLI::App& test, CommandAdder& adder, const std::shared_ptr<Arguments>& args) {
     adder.Add(test, "mfc", "Ten demand steps on each channel, up compared with down", RunMFCTest);
     adder.Add(test, "air-flow", "A flow board against a measure board", RunAirFlowTest);
@@ -261,6 +271,7 @@ void AddCommands(CLI::App& app, ChosenCommand& chosen) {
     AddHealthCheck(app, adder, arguments);
     AddCalibrationCommands(app, adder, arguments);
     AddHistoryCommands(app, adder, arguments);
+    AddTemplateCommands(app, adder, arguments);
 
     CLI::App* test = app.add_subcommand("test", "Run a bench test");
     test->require_subcommand(1);

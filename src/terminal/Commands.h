@@ -80,6 +80,12 @@ CommandResult RunUartGet(CommandContext& context, std::int32_t channel);
 /// Records the inputs and the pressure register of the board. @param seconds above 0
 CommandResult RunRecord(CommandContext& context, double seconds);
 
+// Report templates: TemplateCommands.cpp
+
+/// What a report would keep, lack or refuse of a template. No board is needed. @param file a real
+/// path
+CommandResult RunTemplateCheck(CommandContext& context, const std::filesystem::path& file);
+
 // What earlier runs have left: HistoryCommands.cpp
 
 /// The calibrations of a unit, or of all. No board is needed. @param serial 0 for all

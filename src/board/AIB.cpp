@@ -221,8 +221,8 @@ bool AIB::SwitchOutputsOff() noexcept {
 }
 
 bool AIB::Drives() const {
-    return m_SetPointStands || std::any_of(m_DAC.begin(), m_DAC.end(),
-                                           [](std::int32_t bits) { return bits > 0; });
+    return m_SetPointStands ||
+           std::any_of(m_DAC.begin(), m_DAC.end(), [](std::int32_t bits) { return bits > 0; });
 }
 
 AIBStatus AIB::GetADC(std::int32_t channel, std::int32_t& value) {

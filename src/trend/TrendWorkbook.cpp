@@ -113,7 +113,7 @@ TrendData ReadSheets(Workbook& book, TrendProgress& progress) {
         const Worksheet& sheet = book.Sheet(position);
         const std::string name = sheet.Name();
         for (const std::size_t channel : {std::size_t{0}, std::size_t{1}}) {
-            if (name == VelocityReportLayout::TraceSheet(channel))
+            if (name == VelocityReportLayout::TraceSheets.at(channel))
                 ReadTraces(sheet, channel, data);
         }
         if (name == VelocityReportLayout::ReportSheet)

@@ -17,8 +17,6 @@ struct TraceName {
 };
 using Subject = TrendSubject;
 
-constexpr float Missing = std::numeric_limits<float>::quiet_NaN();
-
 /// What the samples of a journal are made into. Their times count from the beginning of their
 /// sequence or reading; these are put one behind another, with a gap between them.
 class JournalTraces {

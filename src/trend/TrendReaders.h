@@ -4,10 +4,14 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <limits>
 #include <string>
 #include <string_view>
 
 namespace ombrix {
+
+/// What a trace has where its file has no value: a gap.
+inline constexpr float Missing = std::numeric_limits<float>::quiet_NaN();
 
 // The readers of the kinds of files, behind ReadTrendFile. All throw TrendFileError.
 

@@ -14,8 +14,6 @@ namespace ombrix {
 
 namespace {
 
-constexpr float Missing = std::numeric_limits<float>::quiet_NaN();
-
 /// The number of a cell; nothing for another kind of content.
 std::optional<float> NumberIn(const Worksheet& sheet, const std::string& address) {
     const CellValue value = sheet.Value(address);

@@ -15,10 +15,10 @@ namespace ombrix {
 namespace {
 
 /// Before the second is over that an operator may wait for it.
-constexpr double Patience_s = 0.8;
+constexpr double BannerAfter_s = 0.8;
 
-constexpr QColor Amber(255, 200, 60);
-constexpr QColor Red(176, 0, 32);
+constexpr QColor SimulationGround(255, 200, 60);
+constexpr QColor AlarmGround(176, 0, 32);
 
 QLabel* MakeStrip(const char* objectName, const QColor& ground, const QColor& text,
                   QWidget* parent) {
@@ -43,7 +43,7 @@ QIcon DrivingIcon() {
     dot.fill(Qt::transparent);
     QPainter painter(&dot);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setBrush(Red);
+    painter.setBrush(AlarmGround);
     painter.setPen(Qt::NoPen);
     painter.drawEllipse(1, 1, size - 2, size - 2);
     QIcon icon(dot);
@@ -56,8 +56,8 @@ QIcon DrivingIcon() {
 BoardNotices::BoardNotices(Station& station, QTabBar& tabs, const std::string& simulation,
                            QWidget* parent)
     : QWidget(parent), m_Station(station), m_Tabs(tabs),
-      m_Simulation(MakeStrip("lblSimulation", Amber, Qt::black, this)),
-      m_Lost(MakeStrip("lblBoardLost", Red, Qt::white, this)) {
+      m_Simulation(MakeStrip("lblSimulation", SimulationGround, Qt::black, this)),
+      m_Lost(MakeStrip("lblBoardLost", AlarmGround, Qt::white, this)) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_Lost);
@@ -75,7 +75,7 @@ void BoardNotices::NoteAnswer(bool answered) {
         m_Since_s.reset();
     else if (!m_Since_s)
         m_Since_s = now_s;
-    ShowLost(m_Since_s && now_s - *m_Since_s >= Patience_s);
+    ShowLost(m_Since_s && now_s - *m_Since_s >= BannerAfter_s);
 }
 
 void BoardNotices::ShowLost(bool lost) {

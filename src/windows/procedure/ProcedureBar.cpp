@@ -16,7 +16,7 @@ namespace ombrix {
 
 namespace {
 
-constexpr int ProgressSteps = 1000;
+constexpr int BarSteps = 1000;
 constexpr int RefreshSpacing_ms = 100;
 
 QString DurationText(double seconds) {
@@ -57,7 +57,7 @@ ProcedureBar::ProcedureBar(Station& station, QWidget* parent)
     QFont strong = m_StopAir->font();
     strong.setBold(true);
     m_StopAir->setFont(strong);
-    m_Progress->setRange(0, ProgressSteps);
+    m_Progress->setRange(0, BarSteps);
     m_What->CutToFit();
     LayOut();
     connect(m_Cancel, &QPushButton::clicked, this, [this] { m_Station.Procedures.Cancel(); });
@@ -109,7 +109,7 @@ void ProcedureBar::ShowRunning() {
                       (step.isEmpty() ? QString() : QStringLiteral(": ") + step));
     const auto left_s = Left_s();
     m_Left->ShowValue(left_s ? DurationText(*left_s) : QString());
-    m_Progress->setValue(static_cast<int>(m_Told.Share * ProgressSteps));
+    m_Progress->setValue(static_cast<int>(m_Told.Share * BarSteps));
 }
 
 std::optional<double> ProcedureBar::Left_s() {

@@ -17,7 +17,7 @@ namespace ombrix {
 
 namespace {
 
-enum Column { Name, Unit, Now, AtA, AtB, Difference, ColumnCount };
+enum TraceColumn { Name, Unit, Now, AtA, AtB, Difference, ColumnCount };
 
 /// Short, beside a value.
 QString UnitText(TrendUnit unit) {

@@ -30,7 +30,7 @@ namespace {
 constexpr int LiveSpacing_ms = 200;
 /// What a window that follows the boards shows at first.
 constexpr double LiveSpan_s = 60.0;
-constexpr QSize PictureSize(1600, 900);
+constexpr QSize ExportSize(1600, 900);
 
 } // namespace
 
@@ -326,7 +326,7 @@ void TrendWindow::Write(const QString& ending,
 
 void TrendWindow::ExportPicture() {
     Write(QStringLiteral("png"), [this](const QString& file) {
-        ReplaceWholeFile(file.toStdString(), PngOf(m_Plot->Picture(PictureSize)));
+        ReplaceWholeFile(file.toStdString(), PngOf(m_Plot->Picture(ExportSize)));
         ShowState(tr("Written: %1").arg(file));
     });
 }

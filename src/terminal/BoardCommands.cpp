@@ -28,13 +28,18 @@ class QuietDetectionView final : public DetectionView {
     void SetTabCaption(std::int32_t /*board*/, const std::string& /*caption*/) override {}
 };
 
+/// What another program has set up is not ready for this one.
+bool IsReady(const AIB& board) {
+    return board.MFCReady() && board.Programmed();
+}
+
 Json BoardJson(AIB& board) {
     return {{"index", board.BoardIndex()},       {"bus", board.BusTypeText()},
             {"serial", board.DevSerialNum()},    {"hwVersion", board.HWVersion()},
             {"devType", board.DevType()},        {"vendor", Trimmed(board.Vendor())},
             {"module", Trimmed(board.Module())}, {"buildDate", Trimmed(board.BuildDate())},
             {"configBits", board.ConfigBits()},  {"digitalSetup", board.IsDigitalSetup()},
-            {"mfcReady", board.MFCReady()},      {"fpgaFile", board.FPGAFileName()},
+            {"mfcReady", IsReady(board)},        {"fpgaFile", board.FPGAFileName()},
             {"programmed", board.Programmed()}};
 }
 
@@ -42,7 +47,7 @@ std::string BoardText(AIB& board) {
     return fmt::format("AIB_{}: {}, {}, {}, build {}, {} setup, MFCs {}{}\n", board.DevSerialNum(),
                        board.BusTypeText(), Trimmed(board.Vendor()), Trimmed(board.Module()),
                        Trimmed(board.BuildDate()), board.IsDigitalSetup() ? "digital" : "analog",
-                       board.MFCReady() ? "ready" : "not ready",
+                       IsReady(board) ? "ready" : "not ready",
                        board.Programmed() ? "" : ", not programmed");
 }
 

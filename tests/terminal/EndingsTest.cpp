@@ -156,6 +156,7 @@ TEST_F(Endings, BoardOfAnotherProgramIsNeitherDrivenNorSwitchedOff) {
     const Outcome detected = RunSimulated("detect");
     EXPECT_EQ(detected.Status, 1) << "it has not been programmed";
     EXPECT_EQ(detected.Result["boards"][0]["programmed"], false);
+    EXPECT_EQ(detected.Result["boards"][0]["mfcReady"], false);
     EXPECT_NE(detected.Result["error"].get<std::string>().find(holder), std::string::npos);
     EXPECT_EQ(RunSimulated("adc").Status, 0);
     EXPECT_NE(Errors().find("Board 301 is in use by " + holder), std::string::npos);

@@ -234,7 +234,8 @@ void DACPanel::ShowDigitalSetup() {
 }
 
 bool DACPanel::Refresh() {
-    ShowReadiness(Board().CheckMFCReady());
+    // What another program has set up is not ready for this one.
+    ShowReadiness(Board().CheckMFCReady() && Board().Programmed());
     bool answered = false;
     for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel) {
         BoardAnswer answer;

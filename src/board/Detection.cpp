@@ -41,14 +41,17 @@ void ProgramBoard(Station& station, DetectionView& view, std::int32_t index) {
     view.SetTabCaption(index, fmt::format("AIB_{}: {}{}", serial, bus, isOurs ? "" : " (in use)"));
 }
 
-std::string CountText(const AIBList& list) {
+void ShowCount(const AIBList& list, DetectionView& view) {
     const auto& boards = list.Boards();
+    const auto found = static_cast<std::ptrdiff_t>(boards.size());
     const auto programmed = std::count_if(boards.begin(), boards.end(),
                                           [](const auto& board) { return board->Programmed(); });
-    const auto found = static_cast<std::ptrdiff_t>(boards.size());
-    return fmt::format("{} board(s) detected{}", found,
-                       programmed == found ? " and programmed"
-                                           : fmt::format(", {} programmed", programmed));
+    if (programmed == found)
+        view.ShowProgramming("Programming Completed",
+                             fmt::format("{} board(s) detected and programmed", found));
+    else
+        view.ShowProgramming("Programming Incomplete",
+                             fmt::format("{} board(s) detected, {} programmed", found, programmed));
 }
 
 /// Takes the boards for this program, and says which ones another program has.
@@ -97,7 +100,7 @@ bool DetectAndProgramBoards(Station& station, DetectionView& view) {
         ProgramBoard(station, view, index);
     FinishRecovery(station, unfinished);
     TellOfMissingBoards(station);
-    view.ShowProgramming("Programming Completed", CountText(station.AIBList));
+    ShowCount(station.AIBList, view);
     return true;
 }
 

@@ -42,7 +42,7 @@ void RecordingBox::ShowRecorded() {
     if (m_Recorder.FailedReadings() > 0)
         text += tr(", %1 failed").arg(m_Recorder.FailedReadings());
     if (!m_Recorder.File().Trouble().empty())
-        text += tr(", kept elsewhere");
+        text = tr("Elsewhere: %1").arg(text);
     emit Recorded(text);
 }
 

@@ -126,13 +126,11 @@ TEST_P(BenchTestDisk, FullDiskLosesNoLineAndTheOperatorHearsWhereTheyAre) {
     std::vector<std::string> lines = LinesOf(outcome.Files[0]);
     EXPECT_EQ(lines.size(), isRig ? 0U : 3U);
     const std::vector<std::string> kept = LinesOf(outcome.Files[1]);
-    EXPECT_EQ(outcome.Files[1].parent_path().filename(), "Kept");
     if (isTable || isRig)
         lines.clear(); // the other one is whole
     lines.insert(lines.end(), kept.begin() + (lines.empty() ? 0 : 1), kept.end());
     EXPECT_EQ(lines, whole);
     EXPECT_EQ(kept[0], whole[0]);
-    EXPECT_EQ(m_Bench->Messages.Shown.back().Icon, MessageIcon::Warning);
     EXPECT_NE(outcome.KeptElsewhere.find(outcome.Files[1].string()), std::string::npos);
     EXPECT_EQ(m_Bench->Messages.Shown.back().Text, outcome.KeptElsewhere);
     for (const auto& file : std::filesystem::directory_iterator(m_Bench->Folder.Path()))

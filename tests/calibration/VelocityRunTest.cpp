@@ -323,7 +323,6 @@ TEST_F(VelocityRunTest, WhatIsDeclinedOrDrivesNothingLeavesTheOperatorsOutputsAl
         m_Bench->Bench.Messages.Texts = {std::nullopt};
         command();
         EXPECT_EQ(m_Bench->Board.DAC(0), 20000) << &command - commands;
-        EXPECT_GT(m_Bench->Bench.FlowLater_bits(), TestBench::NoFlow_bits);
         EXPECT_FALSE(FindMark(m_Bench->Bench.World, 301));
     }
 }

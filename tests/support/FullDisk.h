@@ -37,12 +37,10 @@ class FullDisk final : public ForwardingDrive {
     int WritesLeftElsewhere = std::numeric_limits<int>::max();
 
     std::unique_ptr<OutputFile> OpenForWriting(std::string_view path) override {
-        RequireRoom(path);
-        return Limited(path, ForwardingDrive::OpenForWriting(path));
+        return Limited(path, [&] { return ForwardingDrive::OpenForWriting(path); });
     }
     std::unique_ptr<OutputFile> OpenNew(std::string_view path) override {
-        RequireRoom(path);
-        return Limited(path, ForwardingDrive::OpenNew(path));
+        return Limited(path, [&] { return ForwardingDrive::OpenNew(path); });
     }
     void ReplaceFile(std::string_view path, std::string_view content) override {
         // The few bytes of a mark find room as long as files can be begun.
@@ -57,13 +55,12 @@ class FullDisk final : public ForwardingDrive {
     }
 
   private:
-    void RequireRoom(std::string_view path) const {
-        if (path.starts_with("C:") && NoNewFiles)
+    template <class Open>
+    std::unique_ptr<OutputFile> Limited(std::string_view path, Open open) {
+        const bool isData = path.starts_with("C:");
+        if (isData && NoNewFiles)
             throw DriveError("No space left on device");
-    }
-    std::unique_ptr<OutputFile> Limited(std::string_view path, std::unique_ptr<OutputFile> file) {
-        return std::make_unique<FileOnFullDisk>(
-            std::move(file), path.starts_with("C:") ? WritesLeft : WritesLeftElsewhere);
+        return std::make_unique<FileOnFullDisk>(open(), isData ? WritesLeft : WritesLeftElsewhere);
     }
 };
 

@@ -110,6 +110,7 @@ void AddStationOptions(CLI::App& app, StationOptions& options) {
     app.add_option("--fpga-folder", options.FpgaFolder,
                    "Where the FPGA configuration files lie; without it in the instrument's system "
                    "folder on drive C:")
+        ->check(CLI::ExistingDirectory)
         ->type_name("DIR");
     app.add_option("--data-root", options.DataRoot, "The folder that stands for drive C:")
         ->type_name("DIR")

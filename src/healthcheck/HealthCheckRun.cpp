@@ -39,6 +39,8 @@ HealthCheckResult HealthCheckRun::Run(std::span<const HealthCheckOption> options
     DrivingProcedure running(m_Station, "health check", {m_Station.CurrentAIB});
     try {
         running.Begin();
+        // It names the pressure sensor and the unit.
+        m_Station.Calibration().RequireRecord();
         m_Station.Outputs.ZeroAirChannels(*m_Station.CurrentAIB);
         if (result.Error = m_Report.Open(); result.Error.empty()) {
             m_Recorder.Begin(options);

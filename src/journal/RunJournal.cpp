@@ -185,11 +185,11 @@ void ReadJournalLines(std::string_view text, const std::function<void(const Sing
             break; // cut off
         try {
             take(SingleJson::parse(text.substr(0, end)));
-        } catch (const SingleJson::exception&) {
-            throw JournalError(fmt::format("The journal is damaged in line {}.", number));
-        } catch (const std::exception& error) {
+        } catch (const std::runtime_error& error) {
             throw JournalError(
                 fmt::format("The journal is damaged in line {}: {}.", number, error.what()));
+        } catch (const std::exception&) { // of the JSON, or of what it is taken into
+            throw JournalError(fmt::format("The journal is damaged in line {}.", number));
         }
         text.remove_prefix(end + 1);
     }

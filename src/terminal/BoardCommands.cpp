@@ -108,10 +108,21 @@ CommandResult RunDetect(CommandContext& context) {
 
 CommandResult RunInfo(CommandContext& context) {
     AIB& board = ChosenBoard(context);
-    const CalibrationSummary summary = SumUp(context.TheStation.Calibration().Record());
+    const ACURecord& record = context.TheStation.Calibration().Record();
+    const CalibrationSummary summary = SumUp(record);
     CommandResult result;
+    if (!record.IsRead()) {
+        result.Json["board"] = BoardJson(board);
+        for (const char* unknown : {"acuInitialised", "mfcNumber", "velocitySystem",
+                                    "velocityAudit", "pressureSystem", "pressureAudit"})
+            result.Json[unknown] = nullptr;
+        result.Text = BoardText(board);
+        result.Status = ExitStatus::NotPassed;
+        result.Error = WithPlainLineEnds(record.UnreadText());
+        return result;
+    }
     result.Json = {{"board", BoardJson(board)},
-                   {"acuInitialised", summary.ACUInitialised},
+                   {"acuInitialised", record.ACUInitialised},
                    {"mfcNumber", summary.MFCNumber},
                    {"velocitySystem", summary.VelocitySystem.Text},
                    {"velocityAudit", summary.VelocityAudit.Text},
@@ -121,7 +132,7 @@ CommandResult RunInfo(CommandContext& context) {
         BoardText(board) + fmt::format("ACU record       {}\nMFC number       {}\n"
                                        "Velocity system  {}\nVelocity audit   {}\n"
                                        "Pressure system  {}\nPressure audit   {}\n",
-                                       summary.ACUInitialised ? "initialised" : "not initialised",
+                                       record.ACUInitialised ? "initialised" : "not initialised",
                                        summary.MFCNumber, summary.VelocitySystem.Text,
                                        summary.VelocityAudit.Text, summary.PressureSystem.Text,
                                        summary.PressureAudit.Text);

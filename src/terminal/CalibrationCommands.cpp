@@ -69,6 +69,7 @@ std::string NumberInUse(const ACURecord& record) {
 
 CommandResult RunVelocityInit(CommandContext& context, const std::string& mfcNumber) {
     TerminalSetUp terminal(context);
+    context.TheStation.Calibration().RequireRecord();
     std::string number =
         mfcNumber.empty() ? NumberInUse(context.TheStation.Calibration().Record()) : mfcNumber;
     if (number == ACUSetUp::MFCNumberPlaceholder && context.Messages.Unattended())
@@ -100,6 +101,7 @@ CommandResult RunPressureCalibration(CommandContext& context, CalibrationKind ki
 
 CommandResult RunPressure(CommandContext& context) {
     ChosenBoard(context);
+    context.TheStation.Calibration().RequireRecord();
     BoardAnswer answer;
     const auto pressure_mBar = AirChannelControl(context.TheStation).PressureGet_mBar(&answer);
     if (!pressure_mBar)

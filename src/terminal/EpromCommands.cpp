@@ -208,6 +208,7 @@ CommandResult RunEpromDiff(CommandContext& context, const std::filesystem::path&
 
 CommandResult RunEpromShow(CommandContext& context) {
     ChosenBoard(context);
+    context.TheStation.Calibration().RequireRecord();
     CommandResult result;
     result.Json["record"] = RecordJson(context.TheStation.Calibration().Record());
     result.Text = result.Json["record"].dump(2) + "\n";

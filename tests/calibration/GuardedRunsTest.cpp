@@ -91,8 +91,6 @@ constexpr const char* NotPutBack = "Changed in the EPROM: solenoid valves, MFC n
                                    "not be put back: The EPROM";
 constexpr const char* WithTable = "Changed in the EPROM: solenoid valves, velocity table, result "
                                   "of the velocity system calibration, MFC number.";
-constexpr const char* AuditAlone =
-    "Changed in the EPROM: result of the velocity audit calibration.";
 
 /// What ends an initialisation; its first table is stored after some 700 s.
 struct Ending {
@@ -138,8 +136,10 @@ TEST_P(PutBackTest, OnlyANewTableKeepsTheSetUpAndWhatIsSaidIsTrue) {
     EXPECT_EQ(m_Bench.Record().Record().HasSolenoidValves, stays ? -1 : 0);
     EXPECT_EQ(m_Bench.Record().Record().MFCNumber != found, stays);
     EXPECT_TRUE(c.What == "end" || m_Bench.Told().back().ends_with(outcome.Eprom));
-    EXPECT_EQ(ReadHistory(m_Bench.Bench.Files, m_Bench.Board.SerialNumber()).Runs.back().Eprom,
-              outcome.Eprom);
+    const auto runs = ReadHistory(m_Bench.Bench.Files, m_Bench.Board.SerialNumber()).Runs;
+    EXPECT_EQ(runs.back().Eprom, outcome.Eprom);
+    EXPECT_EQ(runs.front().Found.HasSolenoidValves, 0) << "as found is before the set-up";
+    EXPECT_EQ(runs.front().Found.ACUMFCNumber(), Trimmed(found));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -158,7 +158,7 @@ INSTANTIATE_TEST_SUITE_P(
         {"RefusedWithTable", "plain", 900, "status:32@SetDAC", End::Stopped, WithTable},
         {"TableRefused", "plain", 100, "status:32@WriteEEPROM", End::NotStored, NotPutBack},
         {"NoTableFresh", "fresh", 1, "hysteresis:0,200", End::Failed, AsItWas},
-        {"NoTableThenAudits", "plain", 1, "hysteresis:0,900", End::Failed, AuditAlone}}),
+        {"NoTable", "plain", 1, "hysteresis:0,900", End::Failed, AsItWas}}),
     [](const auto& info) { return info.param.Name; });
 
 } // namespace

@@ -91,7 +91,8 @@ TEST_P(JournalledMeansTest, EveryResultIsTheMeanOfItsLastSamplesAndNoOtherIsAcce
         bench.SetUp.RunVelocity(kind);
     else
         bench.SetUp.RunPressure(kind);
-    std::istringstream lines(bench.JournalText());
+    const std::string whole = bench.JournalText();
+    std::istringstream lines(whole);
     const std::size_t column = GetParam() == RunKind::PressureAudit ? 2 : 1;
     const std::size_t result = IsVelocity(GetParam()) ? 0 : 1;
     const double rounding = IsVelocity(GetParam()) ? 0.5 : 1e-3;
@@ -120,7 +121,12 @@ TEST_P(JournalledMeansTest, EveryResultIsTheMeanOfItsLastSamplesAndNoOtherIsAcce
             SingleJson other = line;
             other["result"][result] = line.at("result").at(result).get<double>() + 1.0;
             EXPECT_THROW(ReadJournal(kept + LineOf(other) + "\n"), JournalError);
+            const std::string rest = whole.substr(kept.size() + text.size() + 1);
+            EXPECT_THROW(ReadJournal(kept + rest), JournalError) << "without it";
+            EXPECT_THROW(ReadJournal(kept + text + "\n" + text + "\n" + rest), JournalError);
             ++checked;
+        } else if (line.contains("channel")) {
+            EXPECT_THROW(ReadJournal(kept + text + "\n" + whole.substr(kept.size())), JournalError);
         }
     }
     EXPECT_GE(checked, 5U);

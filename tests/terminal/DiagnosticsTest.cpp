@@ -82,7 +82,7 @@ TEST_F(DiagnosticsTest, TheArchiveHoldsWhatSomebodyFarAwayNeeds) {
     EXPECT_NE(files["boards.txt"].find("FireWire, serial number 7,"), std::string::npos);
     EXPECT_EQ(files["board0_123.bin"], ReadWholeFile(m_Folder.Path() / "simulator/EPROM_123.bin"));
     EXPECT_NE(files["board1_7.txt"].find("M920"), std::string::npos);
-    EXPECT_NE(files["log.txt"].find("Health check: failed: The board does not answer"),
+    EXPECT_NE(files["log.txt"].find("Health check: failed: The EPROM of the board cannot be read"),
               std::string::npos)
         << files["log.txt"];
     EXPECT_EQ(files["crashes/crash_29990101_000000_ombrix_1.txt"], "new");

@@ -61,6 +61,23 @@ TEST_F(OmbrixctlTest, WhatIsNotSentOrAskedIsNotShownAsIfItWere) {
     EXPECT_EQ(RunSimulated("--fault status:32@SetDAC dac 2 100").Status, 1);
 }
 
+TEST_F(OmbrixctlTest, AnEpromThatCannotBeReadIsNotShownAsABlankOne) {
+    for (const std::string command : {"info", "eprom show", "pressure", "calibrate velocity-init",
+                                      "calibrate pressure-audit", "health-check --short"}) {
+        const Outcome unread = RunSimulated("--yes --fault status:3@ReadEEPROM " + command);
+        EXPECT_EQ(unread.Status, 1) << command;
+        EXPECT_NE(unread.Result["error"].get<std::string>().find(
+                      "The EPROM of the board cannot be read: AIB Access Denied."),
+                  std::string::npos)
+            << command;
+        EXPECT_TRUE(command != "info" || unread.Result.at("mfcNumber").is_null());
+    }
+    const Outcome named =
+        RunSimulated("--yes --time-scale max --fault status:3@ReadEEPROM test mfc");
+    EXPECT_NE(named.Result["files"][0].get<std::string>().find("ACU_301_UNKNOWN_"),
+              std::string::npos);
+}
+
 TEST_F(OmbrixctlTest, EpromWordsAreReadAndWritten) {
     EXPECT_EQ(RunSimulated("eprom write 1040 -5").Result["value"], -5);
     const Outcome read = RunSimulated("eprom read 1036 2");
@@ -167,12 +184,15 @@ TEST_F(OmbrixctlTest, WrongUsageEndsWithItsStatusAndAClearText) {
           Case{"--fault no-air detect", 2, "--simulate"},
           Case{"--simulate --time-scale 0 detect", 2, "number above 0"},
           Case{"--simulate --start-at 2026-02-30T10:20:30 detect", 2, "no date and time"},
-          Case{"--simulate dac 4 0", 2, "CHANNEL"}, Case{"--simulate eprom read 2048", 2, "2044"},
+          Case{"--simulate dac 4 0", 2, "CHANNEL"},
+          Case{"--simulate eprom read 2048", 2, "2044"},
           Case{"--simulate eprom read 2040 3", 2, "at most 2"},
           Case{"--simulate eprom write 2 0", 2, "steps of 4"},
           Case{"--simulate eprom write 0 4294967296", 2, "VALUE"},
           Case{"--simulate identity --serial 1000 --setup both", 2, "--serial"},
           Case{"--simulate health-check", 2, "required"},
+          Case{"--simulate --fpga-folder /none detect", 2, "Directory does not exist: /none"},
+          Case{"template check /", 4, "/ is a folder, not a file"},
           Case{"--simulate test air-sweep --step 0", 2, "--step"},
           Case{"--simulate test air-sweep --delay -1", 2, "--delay"},
           Case{"--simulate=none adc", 3, "No AIBs"},

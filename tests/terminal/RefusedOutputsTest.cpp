@@ -53,10 +53,12 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         RefusedCase{"acu", "calibrate velocity-system", Calibration},
         RefusedCase{"acu", "calibrate velocity-audit", Calibration},
-        RefusedCase{"acu",
-                    "calibrate pressure-system",
-                    {{"MFCSetFlowrate", "MFC 0"}, {"SetExtGPO", "extended output 8"}}},
-        RefusedCase{"acu", "calibrate pressure-audit", DigitalAir},
+        RefusedCase{
+            "acu",
+            "calibrate pressure-system",
+            {{"MFCSetFlowrate", "MFC 0"}, {"SetDAC", "DAC 2"}, {"SetExtGPO", "extended output 8"}}},
+        RefusedCase{
+            "acu", "calibrate pressure-audit", {{"MFCSetFlowrate", "MFC 0"}, {"SetDAC", "DAC 2"}}},
         RefusedCase{"acu", "health-check --short", DigitalAir},
         RefusedCase{"acu", "test mfc", DigitalAir},
         RefusedCase{"acu", "test air-sweep", {{"MFCSetFlowrate", "MFC 0"}, {"SetDAC", "DAC 2"}}},

@@ -36,30 +36,68 @@ bool IsHeaderValue(std::int32_t address, std::int32_t word) {
     return word != erased && address < Map::MFCNumber;
 }
 
+/// Remembers whether every word was answered.
+class WatchedEprom final : public EpromSource {
+  public:
+    explicit WatchedEprom(EpromSource& from) : m_From(from) {}
+
+    AIBStatus ReadEPROM(std::int32_t address, std::int32_t& word) override {
+        const AIBStatus status = m_From.ReadEPROM(address, word);
+        if (m_FirstFailure == Status::NoError)
+            m_FirstFailure = status;
+        return status;
+    }
+    AIBStatus FirstFailure() const { return m_FirstFailure; }
+
+  private:
+    EpromSource& m_From;
+    AIBStatus m_FirstFailure = Status::NoError;
+};
+
 } // namespace
 
 bool ACUCalibration::ReadEPROMValues() {
-    m_Record.ACUInitialised = false;
-    if (m_Board.IsUsb())
-        m_Record.DataVersion = ReadDataVersion_Usb(m_Board);
-    else if (m_Board.IsFireWire())
-        m_Record.DataVersion = ReadDataVersion_FireWire(m_Board);
-    const std::int32_t version = m_Record.DataVersion;
-    if (version == -1 || version == 0 || version == 3)
-        return false;
-    // One that cannot be read any further has been told to the operator, and counts as a record.
-    if ((version == 1 || version == 2) && !ReadEPROMValues_v02())
+    if (!ReadRecord())
         Tell("There was an error reading the EPROM in the AIB", MessageIcon::Information);
-    m_Record.ACUInitialised = true;
-    return true;
+    return m_Record.ACUInitialised;
 }
 
-bool ACUCalibration::ReadEPROMValues_v02() {
-    if (!ReadCapacities(m_Board, m_Record))
+bool ACUCalibration::ReadRecord() {
+    WatchedEprom words(m_Board);
+    m_Record.ReadStatus = Status::NoError;
+    const bool whole = TakeRecord(words);
+    m_Record.ReadStatus = words.FirstFailure();
+    return whole;
+}
+
+bool ACUCalibration::TakeRecord(EpromSource& from) {
+    m_Record.ACUInitialised = false;
+    if (m_Board.IsUsb())
+        m_Record.DataVersion = ReadDataVersion_Usb(from);
+    else if (m_Board.IsFireWire())
+        m_Record.DataVersion = ReadDataVersion_FireWire(from);
+    const std::int32_t version = m_Record.DataVersion;
+    if (version == -1 || version == 0 || version == 3)
+        return true;
+    const bool whole = (version != 1 && version != 2) || ReadEPROMValues_v02(from);
+    // One that cannot be read any further has been told to the operator, and counts as a record.
+    m_Record.ACUInitialised = true;
+    return whole;
+}
+
+void ACUCalibration::RequireRecord() {
+    if (!m_Record.IsRead())
+        ReadRecord();
+    if (!m_Record.IsRead())
+        throw BoardError(m_Record.UnreadText());
+}
+
+bool ACUCalibration::ReadEPROMValues_v02(EpromSource& from) {
+    if (!ReadCapacities(from, m_Record))
         return false; // what cannot be read is not known to be missing
     if (!HasCapacities(m_Record)) {
         // What a fresh header rewrites must not be lost to a record that has read nothing yet.
-        TakeWrittenMFCNumber(m_Board, m_Record);
+        TakeWrittenMFCNumber(from, m_Record);
         const Message question{"This ACU has not been initialised.\r\n\r\n"
                                "Would you like to Initialise the EPROM now?" +
                                    FreshHeaderChanges(),
@@ -70,13 +108,13 @@ bool ACUCalibration::ReadEPROMValues_v02() {
         if (m_World.Messages.Ask(question) != Answer::Yes || !InitialiseBlank())
             return false;
     }
-    ReadHeader(m_Board, m_Record);
+    ReadHeader(from, m_Record);
     if (m_Record.CalibrationPoints == 0) {
         Tell("Zero Calibration Points", MessageIcon::Information);
         return false;
     }
-    ReadEPROMValues_Velocity(m_Board, m_Record);
-    if (const auto unknown = ReadEPROMValues_Pressure(m_Board, m_Record))
+    ReadEPROMValues_Velocity(from, m_Record);
+    if (const auto unknown = ReadEPROMValues_Pressure(from, m_Record))
         Tell("Un-recognised Pressure Value: " + GeneralText(*unknown) +
                  "\r\n\r\nUsing Default of 1000mBar",
              MessageIcon::Information);
@@ -107,6 +145,8 @@ bool ACUCalibration::InitialiseBlank() {
 
 void ACUCalibration::Store(EpromGuard& guard,
                            const std::function<void(ACURecord& record, EpromSink& words)>& change) {
+    // What is written stands on what was there.
+    RequireRecord();
     ACURecord changed = m_Record;
     EpromWords words;
     change(changed, words);

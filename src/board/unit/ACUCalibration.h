@@ -27,8 +27,11 @@ class ACUCalibration {
     /// The unit as files and reports tell of it.
     ACU Unit() const { return {m_Board.SerialNumber(), m_Record}; }
 
-    /// Reads the record. False when the EPROM holds none.
+    /// Reads the record. False when the EPROM holds none, or does not answer
+    /// (ACURecord::IsRead).
     bool ReadEPROMValues();
+    /// Reads the record again when it could not be read. @throws BoardError when it still cannot
+    void RequireRecord();
 
     /// Writes the header of a fresh unit: 5000 and 200 ml/min, 10 points, solenoid valves.
     void SaveFreshHeader(EpromGuard& guard);
@@ -58,7 +61,10 @@ class ACUCalibration {
     void PressureZero(std::int32_t zero_bits) { m_Record.PressureZero = zero_bits; }
 
   private:
-    bool ReadEPROMValues_v02();
+    // False where a record is not read any further.
+    bool ReadRecord();
+    bool TakeRecord(EpromSource& from);
+    bool ReadEPROMValues_v02(EpromSource& from);
     bool InitialiseBlank();
     /// Writes what the change notes; a record whose words the EPROM does not hold does not stay.
     void Store(EpromGuard& guard,

@@ -1,5 +1,6 @@
 #include "board/unit/ACURecord.h"
 
+#include "board/AIB.h"
 #include "platform/text/Paths.h"
 #include "platform/text/Text.h"
 
@@ -30,18 +31,18 @@ std::string ACURecord::ACUMFCNumber() const {
 
 namespace {
 
-std::string InNames(std::string number) {
-    return number.empty() ? "UNKNOWN" : FileNamePart(std::move(number));
+std::string InNames(bool isRead, std::string number) {
+    return !isRead || number.empty() ? "UNKNOWN" : FileNamePart(std::move(number));
 }
 
 } // namespace
 
 std::string ACURecord::NumberInNames() const {
-    return InNames(ACUMFCNumber());
+    return InNames(IsRead(), ACUMFCNumber());
 }
 
 std::string ACURecord::CleanNumberInNames() const {
-    return InNames(MFCSerialNumber_Clean());
+    return InNames(IsRead(), MFCSerialNumber_Clean());
 }
 
 std::string ACURecord::MFCSerialNumber_Clean() const {
@@ -53,6 +54,13 @@ std::string ACURecord::MFCSerialNumber_Clean() const {
             clean += character;
     }
     return clean;
+}
+
+std::string ACURecord::UnreadText() const {
+    return IsRead() ? ""
+                    : fmt::format("The EPROM of the board cannot be read: {}.\r\n\r\nPlease check "
+                                  "its cable and its power, then detect the boards again.",
+                                  AIB::AIBErrorStr(ReadStatus));
 }
 
 LastCalibration ACURecord::LastCalDone_Velocity_System() const {

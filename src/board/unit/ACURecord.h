@@ -52,6 +52,9 @@ struct LastCalibration {
 struct ACURecord {
     /// The EPROM held a recognised record at the last read.
     bool ACUInitialised = false;
+    /// Of the first word that the last read got no answer for: what stands here is not known to be
+    /// the unit's then.
+    AIBStatus ReadStatus = Status::NoError;
     /// EPROM data version; 2 is written.
     std::int32_t DataVersion = 0;
     /// Full-scale flow of each air channel in ml/min.
@@ -109,12 +112,16 @@ struct ACURecord {
     static std::string TooLongText(const std::string& number);
     /// The MFC number without surrounding blanks.
     std::string ACUMFCNumber() const;
-    /// As a part of names of files and folders: "UNKNOWN" for a unit without one.
+    /// As a part of names of files and folders: "UNKNOWN" for a unit without one, and for one whose
+    /// record could not be read.
     std::string NumberInNames() const;
     /// The same of MFCSerialNumber_Clean.
     std::string CleanNumberInNames() const;
     /// The MFC number reduced to A–Z and 0–9, as it stands in file and folder names.
     std::string MFCSerialNumber_Clean() const;
+    bool IsRead() const { return ReadStatus == Status::NoError; }
+    /// Why it has not been read, and what to do; empty when it has.
+    std::string UnreadText() const;
     LastCalibration LastCalDone_Velocity_System() const;
     LastCalibration LastCalDone_Velocity_Audit() const;
     LastCalibration LastCalDone_Pressure_System() const;

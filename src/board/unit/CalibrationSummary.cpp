@@ -5,13 +5,18 @@
 
 namespace ombrix {
 
+namespace {
+
+constexpr Colour NotKnownOrange{192, 64, 0};
+
+} // namespace
+
 ColouredText ShowLastCalibration(const LastCalibration& calibration, bool initialised) {
     constexpr Colour passedBlue{0, 0, 255};
     constexpr Colour failedRed{255, 0, 0};
     constexpr Colour neverGrey{128, 128, 128};
-    constexpr Colour notInitialisedOrange{192, 64, 0};
     if (!initialised)
-        return {"ACU Data Not Initialised", notInitialisedOrange};
+        return {"ACU Data Not Initialised", NotKnownOrange};
     if (!(calibration.CalDate.Days() > 0.0))
         return {"Never", neverGrey};
     return {DateText(calibration.CalDate, "dd/mm/yyyy hh:nn") + " - " + Trimmed(calibration.User),
@@ -19,6 +24,10 @@ ColouredText ShowLastCalibration(const LastCalibration& calibration, bool initia
 }
 
 CalibrationSummary SumUp(const ACURecord& record) {
+    if (!record.IsRead()) {
+        const ColouredText unread{"EPROM cannot be read", NotKnownOrange};
+        return {std::nullopt, unread, unread, unread, unread, ""};
+    }
     const bool initialised = record.ACUInitialised;
     return {initialised,
             ShowLastCalibration(record.LastCalDone_Velocity_System(), initialised),

@@ -3,6 +3,7 @@
 #include "board/unit/ACUCalibration.h"
 #include "platform/text/Colour.h"
 
+#include <optional>
 #include <string>
 
 namespace ombrix {
@@ -19,7 +20,8 @@ ColouredText ShowLastCalibration(const LastCalibration& calibration, bool initia
 
 /// The state of an ACU's record as the main window and the terminal show it.
 struct CalibrationSummary {
-    bool ACUInitialised = false;
+    /// Nothing when the record could not be read; MFCNumber is empty then.
+    std::optional<bool> ACUInitialised;
     ColouredText VelocitySystem;
     ColouredText VelocityAudit;
     ColouredText PressureSystem;

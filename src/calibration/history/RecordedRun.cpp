@@ -11,6 +11,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
+#include <tuple>
 #include <utility>
 
 namespace ombrix {
@@ -39,7 +41,10 @@ class JournalReader {
     void TakeReading(const SingleJson& line);
     void TakeSamples(const SingleJson& samples);
     void TakeResult(const SingleJson& line);
+    void TakeJudged();
     void TakeMeasured(const SingleJson& line);
+    /// @throws std::runtime_error when a reading of the sweep has no result
+    void RequireAll(const char* sweep, std::size_t points) const;
     /// @throws std::runtime_error when a result is not what its samples make
     void CheckResult(const OpenReading& open);
     void Store();
@@ -49,7 +54,15 @@ class JournalReader {
     bool m_HasHeader = false;
     std::size_t m_Channel = 0;
     std::optional<OpenReading> m_Open;
+    std::set<std::size_t> m_Begun;
+    /// The readings that have their result, by channel, sweep and point.
+    std::set<std::tuple<std::size_t, std::string, std::size_t>> m_Ended;
 };
+
+void Require(bool holds, const std::string& otherwise) {
+    if (!holds)
+        throw std::runtime_error(otherwise);
+}
 
 void JournalReader::Take(const SingleJson& line) {
     if (!m_HasHeader)
@@ -63,8 +76,7 @@ void JournalReader::Take(const SingleJson& line) {
     else if (line.contains("result"))
         TakeResult(line);
     else if (line.contains("judged"))
-        m_Run.Velocity.Verdicts.at(m_Channel) =
-            JudgeChannel(Channel(), m_Run.Velocity.Measured.Kind, m_Channel);
+        TakeJudged();
     else if (line.contains("measured"))
         TakeMeasured(line);
     else if (line.contains("auditSheet"))
@@ -85,12 +97,14 @@ void JournalReader::TakeHeader(const SingleJson& line) {
     m_Run.Start = m_Run.MeasuredAt = header.Start;
     m_Run.Program = header.Program;
     m_Run.Unit = header.Unit;
+    m_Run.Found = line.contains("asFound") ? RecordOf(line.at("asFound")) : header.Unit.Record;
     m_HasHeader = true;
 }
 
 void JournalReader::TakeChannel(const SingleJson& line) {
     m_Channel = line.at("channel").get<std::size_t>();
     ChannelMeasurement& channel = Channel();
+    Require(m_Begun.insert(m_Channel).second, "the channel has begun before");
     channel.Capacity_ml_m = SingleOf(line.at("capacity_ml_m"));
     for (const SingleJson& demand : line.at("demands"))
         channel.Demand.push_back(DemandOf(demand));
@@ -99,20 +113,26 @@ void JournalReader::TakeChannel(const SingleJson& line) {
 }
 
 void JournalReader::TakeReading(const SingleJson& line) {
-    m_Open = OpenReading{line.at("reading").get<std::string>(),
-                         line.at("point").get<std::size_t>(),
-                         DemandOf(line.at("demand")),
-                         {},
-                         {},
-                         {}};
+    OpenReading next{line.at("reading").get<std::string>(),
+                     line.at("point").get<std::size_t>(),
+                     DemandOf(line.at("demand")),
+                     {},
+                     {},
+                     {}};
     if (line.contains("seconds"))
-        m_Open->Duration_s = SingleOf(line.at("seconds"));
+        next.Duration_s = SingleOf(line.at("seconds"));
+    // A step begins twice: with its wait at zero, and with its demand.
+    Require(!m_Open || (m_Open->Sweep == next.Sweep && m_Open->Point == next.Point &&
+                        m_Open->Reading.Trace.empty()),
+            "the reading before it has no result");
+    m_Open = std::move(next);
     if (m_Open->Sweep == Sweeps::Rising || m_Open->Sweep == Sweeps::Falling)
         Channel().Demand.at(m_Open->Point) = m_Open->Demand;
 }
 
 void JournalReader::TakeSamples(const SingleJson& samples) {
-    OpenReading& open = m_Open.value();
+    Require(m_Open.has_value(), "its samples belong to no reading");
+    OpenReading& open = *m_Open;
     for (const SingleJson& sample : samples) {
         const float time_s = SingleOf(sample.at(0));
         const auto bits = sample.at(1).get<std::int32_t>();
@@ -122,7 +142,10 @@ void JournalReader::TakeSamples(const SingleJson& samples) {
 }
 
 void JournalReader::TakeResult(const SingleJson& line) {
-    PointReading& reading = m_Open.value().Reading;
+    Require(m_Open.has_value(), "its result belongs to no reading");
+    Require(m_Ended.insert({m_Channel, m_Open->Sweep, m_Open->Point}).second,
+            "the reading has a result before");
+    PointReading& reading = m_Open->Reading;
     const PointDemand result = DemandOf(line.at("result"));
     reading.Reading_bits = result.Bits;
     reading.Flow_ml_m = result.Flow_ml_m;
@@ -139,16 +162,34 @@ void JournalReader::CheckResult(const OpenReading& open) {
         TakeMeans(made, *open.Duration_s, Channel().Capacity_ml_m);
     else
         made.Flow_ml_m = MeanOf(open.Pressures, CalibrationKindOf(m_Run.Kind)).value_or(NAN);
-    if (made.Reading_bits != open.Reading.Reading_bits || made.Flow_ml_m != open.Reading.Flow_ml_m)
-        throw std::runtime_error("its result is not the mean of its samples");
+    Require(made.Reading_bits == open.Reading.Reading_bits &&
+                made.Flow_ml_m == open.Reading.Flow_ml_m,
+            "its result is not the mean of its samples");
+}
+
+void JournalReader::RequireAll(const char* sweep, std::size_t points) const {
+    for (std::size_t point = 0; point < points; ++point)
+        Require(m_Ended.contains({m_Channel, sweep, point}),
+                fmt::format("there is no result of point {}, {}", point, sweep));
+}
+
+void JournalReader::TakeJudged() {
+    Require(!m_Open, "the reading before it has no result");
+    RequireAll(Sweeps::Rising, Channel().Demand.size());
+    RequireAll(Sweeps::Falling, Channel().Demand.size());
+    m_Run.Velocity.Verdicts.at(m_Channel) =
+        JudgeChannel(Channel(), m_Run.Velocity.Measured.Kind, m_Channel);
 }
 
 void JournalReader::TakeMeasured(const SingleJson& line) {
-    // An error took the reading that had begun from the run as well.
-    m_Open.reset();
     m_Run.MeasuredAt = DateOf(line.at("measured"));
     m_Run.Passed = line.at("passed").get<bool>();
     m_Run.Complete = line.at("complete").get<bool>();
+    Require(!m_Open || !m_Run.Complete, "the reading before it has no result");
+    if (m_Run.Complete && !IsVelocity(m_Run.Kind))
+        RequireAll(Sweeps::Pressure, PressurePoints);
+    // An error took the reading that had begun from the run as well.
+    m_Open.reset();
 }
 
 void JournalReader::Store() {
@@ -217,7 +258,7 @@ void MakeVelocityReport(const ReportTools& tools, const RecordedRun& run, Remade
 }
 
 void MakePressureSheet(const ReportTools& tools, const RecordedRun& run, RemadeReport& remade) {
-    std::array<float, 5> flows_ml_m{};
+    std::array<float, PressurePoints> flows_ml_m{};
     for (std::size_t i = 0; i < std::min(run.Pressure.size(), flows_ml_m.size()); ++i)
         flows_ml_m.at(i) = run.Pressure.at(i).Flow_ml_m;
     AddReport(remade, CreateAuditSheet_PV17(tools, run.Unit, run.MeasuredAt, flows_ml_m, true));
@@ -268,7 +309,7 @@ bool RecordedCalibration::NoteInterruption(Platform& world,
     entry.Program = m_Run.Program;
     entry.Serial = m_Run.Unit.Serial;
     entry.Verdict = InterruptedVerdict;
-    entry.Found = m_Run.Unit.Record;
+    entry.Found = m_Run.Found;
     entry.Left = m_Run.Left;
     entry.Velocity = m_Run.Velocity.Measured;
     entry.Pressure = m_Run.Pressure;

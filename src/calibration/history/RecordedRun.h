@@ -19,8 +19,10 @@ struct RecordedRun {
     /// When everything had been measured; the start of a run that did not come to that.
     OleDate MeasuredAt{};
     ProgramIdentity Program{};
-    /// As the run found it.
+    /// As it was measured.
     ACU Unit{};
+    /// As it was found, before it was set up for the run.
+    ACURecord Found{};
     /// As it stored the unit; nothing when it did not.
     std::optional<ACURecord> Left{};
     /// Measured, and judged again with the code of the run.

@@ -28,15 +28,17 @@ RunRecorder::RunRecorder(Station& station, RunKind kind)
     : m_Station(station), m_Kind(kind), m_Journal(station.World, "calibration"),
       m_Found(station.Calibration().Record()), m_Start(station.World.Time.Now()) {}
 
-void RunRecorder::Begin(bool unattended) {
+void RunRecorder::Begin(bool unattended, const ACURecord* found) {
     m_Begun = true;
     const ACU unit = m_Station.Calibration().Unit();
-    m_Found = unit.Record;
+    m_Found = found != nullptr ? *found : unit.Record;
     m_Start = m_Station.World.Time.Now();
     AIB& board = *m_Station.CurrentAIB;
     SingleJson header = HeaderJson({NameOf(m_Kind), m_Start, m_Station.World.Program, unit}, board);
     header["unattended"] = unattended;
     header["eprom"] = EpromJson(board);
+    if (found != nullptr)
+        header["asFound"] = UnitJson(m_Found);
     m_Journal.Open(JournalName(unit.SerialNumberStr(), NameOf(m_Kind), m_Start), LineOf(header));
 }
 

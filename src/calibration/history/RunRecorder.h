@@ -20,8 +20,9 @@ class RunRecorder {
   public:
     RunRecorder(Station& station, RunKind kind);
 
-    /// The run begins: takes down the unit as it is found.
-    void Begin(bool unattended);
+    /// The run begins: takes down the unit as it is. @param found the record before it was set up
+    /// for the run, when it was
+    void Begin(bool unattended, const ACURecord* found);
     bool Begun() const { return m_Begun; }
 
     // What is measured, as it is measured. A reading that is begun again replaces the one that

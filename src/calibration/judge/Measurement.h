@@ -77,6 +77,9 @@ struct VelocityMeasurement {
     std::array<ChannelMeasurement, AirChannels> Channels;
 };
 
+/// The flows that a pressure calibration measures at.
+inline constexpr std::size_t PressurePoints = 5;
+
 /// One point of a pressure calibration.
 struct PressureReading {
     float Flow_ml_m = 0.0F;

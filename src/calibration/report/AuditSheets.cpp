@@ -160,7 +160,8 @@ StoredReport CreateAuditSheet_PV16(const ReportTools& tools, const ACU& unit, Ol
 }
 
 StoredReport CreateAuditSheet_PV17(const ReportTools& tools, const ACU& unit, OleDate date,
-                                   const std::array<float, 5>& flows_ml_m, bool autoSave) {
+                                   const std::array<float, PressurePoints>& flows_ml_m,
+                                   bool autoSave) {
     Station& station = tools.TheStation;
     OpenedWorkbook opened = OpenFilled(tools, Opening, PV17::Template, [&](Workbook& book) {
         constexpr double passLimit_mBar = 0.3;

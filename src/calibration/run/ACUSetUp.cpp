@@ -146,7 +146,7 @@ void ACUSetUp::PutBack(Sequence& sequence) {
     sequence.NotPutBack = !m_Station.Calibration().PutBack(sequence.Guard, sequence.Found);
 }
 
-/// A set-up that has come to no table is put back; audits after it are of the table from before.
+/// A set-up that has come to no table is put back.
 void ACUSetUp::SettleSystemRun(Sequence& sequence, const CalibrationOutcome& run, bool isLast) {
     sequence.TableStored = sequence.TableStored || run.Saved;
     const bool goesOn =
@@ -206,12 +206,14 @@ void ACUSetUp::RunVelocityStages(Sequence& sequence, Initialisation& result) {
     result.Passed = true;
     for (const Stage& stage : VelocityStages) {
         const bool isSystem = stage.Kind == CalibrationKind::System;
-        // There is nothing to audit in a unit that has got no table.
-        if (!isSystem && m_Station.Calibration().Record().VelocitySystemDate == OleDate())
+        // A table from before is not this initialisation's to audit.
+        if (!isSystem && !sequence.TableStored)
             break;
         after_s -= run_s;
         RunContext context{m_Reports, m_Stages, sequence.Running, sequence.Guard,
                            true,      after_s,  whole_s};
+        if (!sequence.TableStored)
+            context.Found = &sequence.Found;
         if (isSystem)
             context.Settle = [&](const CalibrationOutcome& run) {
                 SettleSystemRun(sequence, run, &stage == LastSystemRun);
@@ -230,7 +232,7 @@ void ACUSetUp::RunVelocityStages(Sequence& sequence, Initialisation& result) {
         else if (outcome.Ended == End::Cancelled || outcome.NoFurtherRun)
             NoteCancel(result);
         if (sequence.NotPutBack && result.Ended == End::Passed)
-            result.Ended = End::NotStored; // no audit under a set-up that is not the unit's
+            result.Ended = End::NotStored;
         if (result.Ended != End::Passed)
             break;
     }

@@ -54,6 +54,8 @@ struct RunContext {
     /// The run has ended, and is about to say how it leaves the EPROM: the last moment to put
     /// something back.
     std::function<void(const CalibrationOutcome& run)> Settle{};
+    /// The unit as the procedure has found it, where that has set it up for the run.
+    const ACURecord* Found = nullptr;
 };
 
 /// The frame that velocity and pressure runs have in common. It asks, makes the EPROM ready, has

@@ -34,6 +34,8 @@ PressureRun::PressureRun(const RunContext& context, CalibrationKind kind)
 
 std::string PressureRun::Unready() const {
     const ACURecord& record = m_Unit.Record();
+    if (!record.IsRead())
+        return record.UnreadText();
     if (!record.ACUInitialised || record.VelocitySystemDate == OleDate())
         return "The pressure cannot be calibrated before the velocity.\r\n\r\nPlease run "
                "\"Initalise Velocity\" first.";
@@ -63,10 +65,12 @@ bool PressureRun::AskToBegin() {
 void PressureRun::Measure() {
     if (IsAudit())
         TellIfUnusable(m_Context.Reports, AuditSheetLayout::PV17::Template);
+    // What still flows from a hand-driven output would be taken for the zero.
+    m_Air.AllChannelsOff();
     TakeZero();
     m_Log.OpenCalibrationLog("ACUCal_Pressure", m_Unit.Unit().SerialNumberStr());
     Log({"Calibrate Pressure - Calibration Started", "", ""});
-    m_Recorder.Begin(m_Context.Unattended);
+    m_Recorder.Begin(m_Context.Unattended, m_Context.Found);
     CalibratePressureBase();
 }
 

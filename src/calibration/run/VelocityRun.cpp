@@ -43,7 +43,7 @@ bool VelocityRun::AskToBegin() {
 void VelocityRun::Measure() {
     if (!m_Unit.Record().ACUInitialised)
         m_Unit.ReadEPROMValues();
-    m_Recorder.Begin(m_Context.Unattended);
+    m_Recorder.Begin(m_Context.Unattended, m_Context.Found);
     m_Report.Open(Kind(), m_Unit.Unit(), m_World.Time.Now());
     if (IsAudit())
         TellIfUnusable(m_Context.Reports, AuditSheetLayout::PV16::Template);

@@ -137,9 +137,11 @@ int TakeFreeName(const char* temporary, const fs::path& path) {
 } // namespace
 
 std::string ReadWholeFile(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
     std::error_code error;
-    if (!file || fs::is_directory(path, error))
+    if (fs::is_directory(path, error))
+        throw DriveError(fmt::format("{} is a folder, not a file", path.string()));
+    std::ifstream file(path, std::ios::binary);
+    if (!file)
         throw DriveError(fmt::format("{} cannot be opened: {}", path.string(), Reason()));
     std::string content{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     if (file.bad())

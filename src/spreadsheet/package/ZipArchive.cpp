@@ -194,6 +194,8 @@ Source Merge(const std::vector<ZipFile>& files, const std::vector<Source>& compr
 } // namespace
 
 std::map<std::string, std::string> ReadZip(std::string_view archiveBytes, const ZipLimits& limits) {
+    if (archiveBytes.empty())
+        throw SpreadsheetError("it is empty");
     const Source source = MemorySource(archiveBytes);
     const Archive archive = OpenArchive(source, ZIP_RDONLY);
     const auto count = static_cast<zip_uint64_t>(zip_get_num_entries(archive.get(), 0));

@@ -169,8 +169,10 @@ void CalibrationPanel::ShowSummary(const CalibrationSummary& summary) {
     Show(*m_VelocityAudit, summary.VelocityAudit);
     Show(*m_PressureSystem, summary.PressureSystem);
     Show(*m_PressureAudit, summary.PressureAudit);
-    m_Hint->setVisible(!summary.ACUInitialised);
-    m_MFCNumber->setText(ToQt(summary.MFCNumber));
+    // A record that cannot be read may be a good one: nobody is invited to write over it.
+    m_Hint->setVisible(!summary.ACUInitialised.value_or(true));
+    m_MFCNumber->setText(
+        ToQt(summary.ACUInitialised ? summary.MFCNumber : ACUSetUp::MFCNumberPlaceholder));
 }
 
 void CalibrationPanel::ShowClearProgress(std::int32_t address) {

@@ -251,7 +251,7 @@ TEST_F(ACUCalibrationTest, SummaryShowsWhatTheOperatorSees) {
     EXPECT_EQ(ShowLastCalibration({}, true).TextColour, (Colour{128, 128, 128}));
 
     UseBench("fresh");
-    EXPECT_FALSE(ReadCalibrationSummary(Calibration()).ACUInitialised);
+    EXPECT_EQ(ReadCalibrationSummary(Calibration()).ACUInitialised, false);
     EXPECT_TRUE(Shown().empty()) << "a blank unit is no reason for a message";
 }
 

@@ -16,8 +16,6 @@ namespace Layout = HealthCheckLayout;
 namespace Overview = Layout::Overview;
 namespace Data = Layout::Data;
 
-constexpr double ReadingFullScale_bits = 65535;
-constexpr double Tolerance = 0.01;
 /// All ten sequences together reach to row 607.
 constexpr int FirstStepRow = Overview::HeadRow + Overview::HeadRows;
 constexpr int LastStepRow = 700;
@@ -81,9 +79,10 @@ void LayOutVerdict(SheetBuilder& sheet) {
                               Overview::Outcome, Overview::Completed, Overview::EndWindow_s),
                   Note);
     sheet.Text("N2", "Limit", Label)
-        .Number("O2", Tolerance, {.Bold = true, .Number = "0.0%", .Horizontal = Align::Right});
+        .Number(Overview::Limit, Overview::UsualLimit_share,
+                {.Bold = true, .Number = "0.0%", .Horizontal = Align::Right});
     sheet.Text("N3", "Full scale", Label)
-        .Number("O3", ReadingFullScale_bits,
+        .Number(Overview::FullScale, Overview::UsualFullScale_bits,
                 {.Bold = true, .Number = "0", .Horizontal = Align::Right});
     Look explanation = Note;
     explanation.Wrapped = true;

@@ -12,6 +12,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QSlider>
@@ -20,8 +21,10 @@
 #include <QTreeWidget>
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <exception>
 #include <filesystem>
+#include <functional>
 
 namespace {
 
@@ -104,6 +107,7 @@ class Photographer {
         Take(m_Window, file);
     }
 
+    /// One whose steps are judged, and one for the trend window, which shows the later one.
     void HealthCheck(const char* file) {
         for (int channel = 0; channel < 4; ++channel)
             Find<QSlider>(m_Window, QStringLiteral("sldDACValue_%1").arg(channel)).setValue(0);
@@ -112,28 +116,19 @@ class Photographer {
         Find<QAbstractButton>(m_Window, QStringLiteral("Command3")).click();
         QWidget& window = TopLevel("frmACUHealthCheck");
         window.resize(Screen);
-        Find<QAbstractButton>(window, QStringLiteral("chkPressureCheck")).click();
-        auto& progress = Find<QProgressBar>(window, QStringLiteral("prgRun"));
-        QTimer moment;
-        QObject::connect(&moment, &QTimer::timeout, &window, [&] {
-            constexpr int midway = 400;
-            if (progress.value() < midway)
-                return;
-            moment.stop();
-            Take(window, file);
-            Find<QAbstractButton>(window, QStringLiteral("cmdCancel")).click();
-        });
-        moment.start(0);
-        Find<QAbstractButton>(window, QStringLiteral("cmdStart")).click();
+        CheckUntil(window, "chkLowCh2", 800, [&] { Take(window, file); });
+        CheckUntil(window, "chkPressureCheck", 400, [] {});
         window.close();
     }
 
-    /// The stage window in the middle of a measurement of the second stage.
-    void Calibration(const char* file) {
+    /// The stage window in the middle of the second stage. @param channel that is measured, from 1
+    void Calibration(const char* file, int channel) {
         QTimer moment;
         QObject::connect(&moment, &QTimer::timeout, &m_Window, [&] {
             QWidget& window = TopLevel("frmACUCalibration");
-            if (!IsMidwayInStage(window, 1))
+            const QString phase = QStringLiteral("Phase %1 of 2").arg(channel);
+            if (!IsMidwayInStage(window, 1) ||
+                !Find<QLabel>(window, QStringLiteral("lblAccessoryCal1")).text().endsWith(phase))
                 return;
             moment.stop();
             Take(window, file);
@@ -162,11 +157,11 @@ class Photographer {
         auto& window = dynamic_cast<TrendWindow&>(TopLevel("frmTrend"));
         window.resize(Screen);
         const Drive& files = m_Assembly.TheStation().World.Files;
-        for (const std::string& journal : files.FilesIn(Paths::Journals)) {
-            if (journal.find("health-check") != std::string::npos)
-                window.ShowFile(
-                    QString::fromStdString(files.RealPath(Paths::Journals + journal).string()));
-        }
+        std::string last;
+        for (const std::string& journal : files.FilesIn(Paths::Journals))
+            last =
+                journal.find("health-check") != std::string::npos ? std::max(last, journal) : last;
+        window.ShowFile(QString::fromStdString(files.RealPath(Paths::Journals + last).string()));
         while (Find<QProgressBar>(window, QStringLiteral("prgTrend")).isVisible())
             QCoreApplication::processEvents();
         for (const char* chooser : {"cboAirUnit", "cboPressureUnit"})
@@ -178,6 +173,25 @@ class Photographer {
     }
 
   private:
+    /// Runs a health check up to so many thousandths, does something, and cancels it.
+    static void CheckUntil(QWidget& window, const char* option, int progress,
+                           const std::function<void()>& then) {
+        auto& box = Find<QAbstractButton>(window, QLatin1String(option));
+        const auto& bar = Find<QProgressBar>(window, QStringLiteral("prgRun"));
+        box.click();
+        QTimer moment;
+        QObject::connect(&moment, &QTimer::timeout, &window, [&] {
+            if (bar.value() < progress)
+                return;
+            moment.stop();
+            then();
+            Find<QAbstractButton>(window, QStringLiteral("cmdCancel")).click();
+        });
+        moment.start(0);
+        Find<QAbstractButton>(window, QStringLiteral("cmdStart")).click();
+        box.click();
+    }
+
     /// Repeats the first run of the unit every month, with readings that drift apart.
     void LetMonthsPass() {
         constexpr int months = 9;
@@ -201,9 +215,10 @@ class Photographer {
 
     static bool IsMidwayInStage(QWidget& window, int stage) {
         constexpr int resultColumn = 2;
-        // From before the middle on: the last measurement of the stage before stands at its end.
-        constexpr float from = 0.4F;
-        constexpr float to = 0.6F;
+        // In the falling sweep, which judges the points of the rising one; the last measurement of
+        // the stage before stands at its end.
+        constexpr float from = 0.7F;
+        constexpr float to = 0.8F;
         const auto& progress = Find<ProgressBar>(window, QStringLiteral("ctrlProgressBar"));
         const auto* line =
             Find<QTreeWidget>(window, QStringLiteral("lvwStage")).topLevelItem(stage);
@@ -278,11 +293,11 @@ StationOptions InVirtualTime(const char* bench, const std::filesystem::path& dat
 
 void MakePictures(const std::filesystem::path& folder, const std::filesystem::path& dataRoot) {
     const StationOptions fresh = InVirtualTime("fresh", dataRoot);
-    Studio(fresh, Answer::Yes, folder)->Calibration("calibration.png");
+    Studio(fresh, Answer::Yes, folder)->Calibration("calibration.png", 1);
     Studio(fresh, Answer::No, folder)->History("history.png");
     StationOptions faulty = fresh;
     faulty.FaultTexts = {"hysteresis:1,4000"};
-    Studio(faulty, Answer::Yes, folder)->Calibration("calibration-failed.png");
+    Studio(faulty, Answer::Yes, folder)->Calibration("calibration-failed.png", 2);
 
     Studio studio(InVirtualTime("acu", dataRoot), Answer::No, folder);
     studio->MainWindow("main-window.png");

@@ -12,20 +12,46 @@
 
 namespace ombrix {
 
+namespace {
+
+const char* const HealthCheckKind = NameOf(RunKind::HealthCheck);
+
+HistoryEntry EntryOf(const JournalHeader& header, const HealthCheckLimits& limits,
+                     HealthCheckFigures check) {
+    constexpr double percent = 100.0;
+    HistoryEntry entry;
+    entry.Kind = RunKind::HealthCheck;
+    entry.When = header.Start;
+    entry.Program = header.Program;
+    entry.Serial = header.Unit.Serial;
+    entry.Verdict = VerdictOf(check);
+    if (!IsComplete(check))
+        entry.Reasons.push_back(check.Outcome);
+    entry.Found = header.Unit.Record;
+    entry.Limits = {
+        {"endValue_percentOfFullScale", static_cast<float>(limits.Limit_share * percent)}};
+    entry.Check = std::move(check);
+    return entry;
+}
+
+} // namespace
+
 HealthCheckRecorder::HealthCheckRecorder(Station& station)
     : m_Station(station), m_Journal(station.World, "health check") {}
 
-void HealthCheckRecorder::Begin(std::span<const HealthCheckOption> options) {
-    AIB& board = *m_Station.CurrentAIB;
-    const OleDate start = m_Station.World.Time.Now();
-    SingleJson header = HeaderJson(
-        {HealthCheckKind, start, m_Station.World.Program, m_Station.Calibration().Unit()}, board);
-    header["options"] = SingleJson::array();
+void HealthCheckRecorder::Begin(std::span<const HealthCheckOption> options,
+                                const HealthCheckLimits& limits) {
+    m_Header = {HealthCheckKind, m_Station.World.Time.Now(), m_Station.World.Program,
+                m_Station.Calibration().Unit()};
+    m_Limits = limits;
     for (const HealthCheckOption option : options)
-        header["options"].push_back(NameOf(option));
-    m_Journal.Open(
-        JournalName(m_Station.Calibration().Unit().SerialNumberStr(), HealthCheckKind, start),
-        LineOf(header));
+        m_Options.emplace_back(NameOf(option));
+    SingleJson header = HeaderJson(m_Header, *m_Station.CurrentAIB);
+    header["options"] = m_Options;
+    header["limits"] = {{"endValue_share", static_cast<float>(limits.Limit_share)},
+                        {"fullScale_bits", static_cast<float>(limits.FullScale_bits)}};
+    m_Journal.Open(JournalName(m_Header.Unit.SerialNumberStr(), HealthCheckKind, m_Header.Start),
+                   LineOf(header));
 }
 
 void HealthCheckRecorder::SequenceBegins(const std::string& sheet,
@@ -54,12 +80,24 @@ void HealthCheckRecorder::Measured(const std::string& outcome) {
         LineOf({{"measured", DateJson(m_Station.World.Time.Now())}, {"outcome", outcome}}));
 }
 
-void HealthCheckRecorder::End(const std::string& verdict,
-                              const std::vector<std::filesystem::path>& files) {
-    std::vector<std::string> names;
-    for (const std::filesystem::path& file : files)
-        names.push_back(file.string());
-    m_Journal.Close(EndLine(m_Station.World.Time.Now(), verdict, names));
+bool HealthCheckRecorder::Finish(const std::string& ended, const Outcome& outcome,
+                                 HealthCheckFigures check) {
+    Platform& world = m_Station.World;
+    std::vector<std::string> files;
+    for (const std::filesystem::path& file : outcome.Files)
+        files.push_back(file.string());
+    bool stored = true;
+    if (check.Steps > 0) {
+        check.Options = m_Options;
+        HistoryEntry entry = EntryOf(m_Header, m_Limits, std::move(check));
+        if (entry.Reasons.empty() && !outcome.Error.empty())
+            entry.Reasons.push_back(outcome.Error.substr(0, outcome.Error.find("\r\n")));
+        entry.Files = files;
+        // A journal without an end is offered again at the next start, a gap in the history is not.
+        stored = AppendToHistory(world, std::move(entry));
+    }
+    m_Journal.Close(EndLine(world.Time.Now(), ended, files));
+    return stored;
 }
 
 namespace {
@@ -104,6 +142,12 @@ void RecordedHealthCheck::Take(const SingleJson& line) {
 
 void RecordedHealthCheck::TakeHeader(const SingleJson& line) {
     m_Header = HeaderOf(line);
+    m_Options = line.at("options").get<std::vector<std::string>>();
+    if (line.contains("limits")) { // checks of earlier versions had the usual ones
+        const SingleJson& limits = line.at("limits");
+        m_Limits = {AsInSheet(SingleOf(limits.at("endValue_share"))),
+                    AsInSheet(SingleOf(limits.at("fullScale_bits")))};
+    }
     m_MeasuredAt = m_Header.Start;
     m_HasHeader = true;
 }
@@ -173,9 +217,18 @@ RemadeReport RecordedHealthCheck::MakeReport() const {
 }
 
 bool RecordedHealthCheck::NoteInterruption(Platform& world,
-                                           const std::vector<std::string>& /*files*/) const {
-    WriteLog(world, "Interrupted: " + Describe()); // health checks have no history beside the log
-    return true;
+                                           const std::vector<std::string>& files) const {
+    WriteLog(world, "Interrupted: " + Describe());
+    HealthCheckFigures check;
+    check.Outcome = m_Outcome;
+    check.Options = m_Options;
+    for (const RecordedSequence& recorded : m_Sequences)
+        AddSequence(check, SequenceOf(recorded), recorded.Sheet, m_Limits);
+    HistoryEntry entry = EntryOf(m_Header, m_Limits, std::move(check));
+    entry.Files = files;
+    // The program may have ended between a check's entry and the end of its journal.
+    return m_Sequences.empty() || IsInHistory(world.Files, entry) ||
+           AppendToHistory(world, std::move(entry));
 }
 
 void AddHealthCheckReader(JournalReaders& readers, const ReportTools& tools) {

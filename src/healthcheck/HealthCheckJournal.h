@@ -1,6 +1,9 @@
 #pragma once
 
+#include "board/procedure/Outcome.h"
+#include "calibration/history/CalibrationHistory.h"
 #include "healthcheck/HealthCheckProgramme.h"
+#include "healthcheck/HealthCheckVerdict.h"
 #include "healthcheck/MFCStep.h"
 #include "journal/RunJournal.h"
 #include "journal/UnfinishedRuns.h"
@@ -13,17 +16,16 @@
 
 namespace ombrix {
 
-/// Name of a health check in its journal.
-inline constexpr const char* HealthCheckKind = "health-check";
-
-/// Streams a health check to its journal while it runs. One object serves one run.
+/// Writes down a health check for later: while it runs in its journal, and when it has ended in the
+/// history of its unit. One object serves one run.
 class HealthCheckRecorder {
   public:
     explicit HealthCheckRecorder(Station& station);
 
     /// The run begins on the current board; before that, and without a disk that takes the
     /// journal, nothing is written down.
-    void Begin(std::span<const HealthCheckOption> options);
+    /// @param limits that it will be judged by
+    void Begin(std::span<const HealthCheckOption> options, const HealthCheckLimits& limits);
     void SequenceBegins(const std::string& sheet, std::span<const StepPlan> steps);
     void StepBegins(std::int32_t index);
     void Sample(const MFCStep::Sample& sample);
@@ -32,12 +34,17 @@ class HealthCheckRecorder {
     void SequenceEnds(OleDate now, std::int32_t ended);
     /// All has been measured that will be. @param outcome as the report tells it
     void Measured(const std::string& outcome);
-    /// The run has ended. @param files of its report
-    void End(const std::string& verdict, const std::vector<std::filesystem::path>& files);
+    /// The run has ended. One that has begun a sequence joins the history. @param ended the text
+    /// for the journal @param outcome of the procedure @return false when the history could not be
+    /// written; the operator has been told
+    bool Finish(const std::string& ended, const Outcome& outcome, HealthCheckFigures check);
 
   private:
     Station& m_Station;
     RunJournal m_Journal;
+    JournalHeader m_Header;
+    std::vector<std::string> m_Options;
+    HealthCheckLimits m_Limits;
 };
 
 /// A step of a sequence as it was run, with what it recorded.
@@ -82,6 +89,8 @@ class RecordedHealthCheck final : public JournalledRun {
 
     ReportTools m_Tools;
     JournalHeader m_Header;
+    std::vector<std::string> m_Options;
+    HealthCheckLimits m_Limits;
     /// When the last whole sequence had been measured; the start of the run before that.
     OleDate m_MeasuredAt;
     /// As the report tells it.

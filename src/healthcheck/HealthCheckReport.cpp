@@ -30,6 +30,19 @@ std::string HealthCheckReport::Open() {
     return m_Opened.Error;
 }
 
+HealthCheckLimits HealthCheckReport::Limits() {
+    const Worksheet& overview = Book().Sheet(HealthCheckLayout::OverviewSheet);
+    HealthCheckLimits limits;
+    const auto read = [&overview](const char* cell, double& limit) {
+        const CellValue value = overview.Value(cell);
+        if (const auto* number = std::get_if<double>(&value))
+            limit = *number;
+    };
+    read(HealthCheckLayout::Overview::Limit, limits.Limit_share);
+    read(HealthCheckLayout::Overview::FullScale, limits.FullScale_bits);
+    return limits;
+}
+
 HealthCheckReport::Saved HealthCheckReport::Save(const ACU& unit, OleDate date,
                                                  const std::string& outcome) {
     const std::string name = fmt::format("{}_ACU{}_{}", unit.Record.CleanNumberInNames(),

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "board/Station.h"
+#include "healthcheck/HealthCheckVerdict.h"
 #include "reports/ReportFile.h"
 #include "reports/layout/HealthCheckLayout.h"
 
@@ -20,6 +21,8 @@ class HealthCheckReport {
     /// Opens it. Empty, or the reason why there is none, which the operator has been told.
     std::string Open();
     Workbook& Book() { return *m_Opened.Book; }
+    /// What the sheets will judge by.
+    HealthCheckLimits Limits();
     /// Row at which the overview goes on.
     std::int32_t& OverviewRow() { return m_OverviewRow; }
     /// Where the report lies.

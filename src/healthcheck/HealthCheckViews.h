@@ -1,8 +1,10 @@
 #pragma once
 
+#include "healthcheck/HealthCheckVerdict.h"
 #include "platform/text/Colour.h"
 
 #include <array>
+#include <string>
 #include <string_view>
 
 namespace ombrix {
@@ -39,14 +41,23 @@ class ValueLabels {
     virtual void SetCaption(std::size_t label, std::string_view text) = 0;
 };
 
+/// A step as it stands in the list, before it has run.
+struct StepLine {
+    /// All of it in one text.
+    std::string Text;
+    /// Of full scale, by channel.
+    std::array<float, 2> Demand{};
+    float Duration_s = 0.0F;
+};
+
 /// The list of a sequence's steps.
 class StepList {
   public:
     virtual ~StepList() = default;
     virtual void Clear() = 0;
-    virtual void AddItem(std::string_view text) = 0;
-    /// Replaces the text of a line, from 0.
-    virtual void SetItem(int line, std::string_view text) = 0;
+    virtual void AddItem(const StepLine& step) = 0;
+    /// What the step of a line, from 0, has come to.
+    virtual void ShowEnd(int line, const StepJudgement& judgement) = 0;
     /// Selects a line, from 0.
     virtual void ListIndex(int line) = 0;
 };

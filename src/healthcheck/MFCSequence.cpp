@@ -84,8 +84,8 @@ bool MFCSequence::RunSequence(Station& station, ProcedureWait& wait, const Seque
     if (view.Steps != nullptr)
         FillStepList(*view.Steps);
     const auto exportRecord = [&] {
-        for (std::int32_t index = 0; index < StepCount(); ++index)
-            MarkUnmeasured(index, view);
+        for (std::int32_t index = EndedCount(); index < StepCount(); ++index)
+            TellEnd(index, view);
         const OleDate now = station.World.Time.Now();
         if (view.Recorder != nullptr)
             view.Recorder->SequenceEnds(now, EndedCount());
@@ -117,7 +117,7 @@ bool MFCSequence::RunSteps(Station& station, ProcedureWait& wait, const Sequence
     while (true) {
         if (static_cast<float>(timer.ElapsedTime()) >= m_Steps[index].EndTime_s()) {
             m_Steps[index].EndStep();
-            MarkUnmeasured(static_cast<std::int32_t>(index), view);
+            TellEnd(static_cast<std::int32_t>(index), view);
             if (++index == m_Steps.size())
                 return true;
             start();
@@ -135,11 +135,9 @@ bool MFCSequence::RunSteps(Station& station, ProcedureWait& wait, const Sequence
     }
 }
 
-void MFCSequence::MarkUnmeasured(std::int32_t index, const SequenceView& view) const {
-    const MFCStep& step = Step(index);
-    if (view.Steps != nullptr && !step.IsMeasured())
-        view.Steps->SetItem(index,
-                            StepText(index) + (step.RecordFull() ? "  (record full)" : "  -"));
+void MFCSequence::TellEnd(std::int32_t index, const SequenceView& view) {
+    if (view.StepEnded)
+        view.StepEnded(index);
 }
 
 std::string MFCSequence::StepText(std::int32_t index) const {
@@ -154,7 +152,9 @@ std::string MFCSequence::StepText(std::int32_t index) const {
 void MFCSequence::FillStepList(StepList& steps) const {
     steps.Clear();
     for (std::int32_t index = 0; index < StepCount(); ++index)
-        steps.AddItem(StepText(index));
+        steps.AddItem({StepText(index),
+                       {Step(index).DemandValue_Percent(0), Step(index).DemandValue_Percent(1)},
+                       Step(index).Duration_s()});
 }
 
 // The empty graphs of a sequence: frames, titles, reference lines and the expected demand.

@@ -22,6 +22,9 @@ struct SequenceView {
     StepList* Steps = nullptr;
     /// Told the seconds since the start of the sequence with each sample.
     std::function<void(double elapsed_s)> Progress = {};
+    /// Told of each step that will not be measured any further, from 0: it has run to its end, or
+    /// the sequence has ended before.
+    std::function<void(std::int32_t index)> StepEnded = {};
     HealthCheckRecorder* Recorder = nullptr;
 };
 
@@ -63,8 +66,7 @@ class MFCSequence {
     void FillStepList(StepList& steps) const;
     std::string StepText(std::int32_t index) const;
     bool RunSteps(Station& station, ProcedureWait& wait, const SequenceView& view);
-    /// Says in the list that a step cannot be judged.
-    void MarkUnmeasured(std::int32_t index, const SequenceView& view) const;
+    static void TellEnd(std::int32_t index, const SequenceView& view);
 
     void ExportOverviewBlock(Worksheet& overview, std::int32_t& row) const;
 

@@ -198,6 +198,10 @@ float MFCStep::Get_EndVal(std::int32_t column, float window_ms) const {
     return sum / static_cast<float>(rows);
 }
 
+float MFCStep::EndValue(std::int32_t channel) const {
+    return Get_EndVal(2 + 2 * channel, EndWindow_ms);
+}
+
 bool MFCStep::IsMeasured() const {
     const std::int32_t rows = RowsWithin(EndWindow_ms);
     const bool reachesBack = rows < m_DataCount || m_Duration_s * 1000.0F <= EndWindow_ms;
@@ -294,8 +298,8 @@ void MFCStep::ExportStepData(std::int32_t row, Worksheet& sheet) const {
     write(Overview::Ch2Min, extreme(m_Extremes[1].MinValue));
     write(Overview::Ch2Max, extreme(m_Extremes[1].MaxValue));
     if (IsMeasured()) {
-        write(Overview::Ch1End, Get_EndVal(2, EndWindow_ms));
-        write(Overview::Ch2End, Get_EndVal(4, EndWindow_ms));
+        write(Overview::Ch1End, EndValue(0));
+        write(Overview::Ch2End, EndValue(1));
     } else {
         for (const char column :
              {Overview::Ch1End, Overview::Ch2End, Overview::Ch1Evaluation, Overview::Ch2Evaluation})

@@ -77,6 +77,8 @@ class MFCStep {
     /// Mean of a column over the last part of the record, in Single precision; 0 when the
     /// record does not reach back beyond it.
     float Get_EndVal(std::int32_t column, float window_ms) const;
+    /// The end value of a channel that the report shows: the mean reading of the last seconds.
+    float EndValue(std::int32_t channel) const;
 
   private:
     struct Extremes {

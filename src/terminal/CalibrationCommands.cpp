@@ -162,6 +162,23 @@ CommandResult RunInfoWorkbook(CommandContext& context) {
     return result;
 }
 
+namespace {
+
+void AddVerdict(CommandResult& result, const HealthCheckFigures& check) {
+    result.Json["complete"] = IsComplete(check);
+    result.Json["outcome"] = check.Outcome;
+    result.Json["verdict"] = VerdictOf(check);
+    result.Json["stepsPassed"] = check.Passed;
+    result.Json["stepsFailed"] = check.Failed;
+    result.Json["stepsNotEvaluated"] = check.NotEvaluated();
+    result.Text += fmt::format("{}: {}\n", VerdictOf(check),
+                               IsComplete(check) ? CountsText(check) : check.Outcome);
+    if (check.Worst)
+        result.Text += WorstText(check) + "\n";
+}
+
+} // namespace
+
 CommandResult RunHealthCheckCommand(CommandContext& context,
                                     const std::vector<HealthCheckOption>& options) {
     ChosenBoard(context);
@@ -187,10 +204,7 @@ CommandResult RunHealthCheckCommand(CommandContext& context,
                                        ? ""
                                        : fmt::format("  ({} completed)", sequence.Completed));
     }
-    result.Json["complete"] = outcome.Complete();
-    result.Json["outcome"] = outcome.OutcomeText;
-    if (!outcome.Complete())
-        result.Text += fmt::format("INCOMPLETE: {}\n", outcome.OutcomeText);
+    AddVerdict(result, outcome.Check);
     AddOutcome(result, outcome, "The health check");
     return result;
 }

@@ -201,7 +201,7 @@ void AddCalibrationCommands(CLI::App& app, CommandAdder& adder,
 void AddHistoryCommands(CLI::App& app, CommandAdder& adder,
                         const std::shared_ptr<Arguments>& args) {
     CLI::App* history =
-        adder.Add(app, "history", "The calibrations that units have had",
+        adder.Add(app, "history", "The calibrations and health checks that units have had",
                   [args](CommandContext& context) { return RunHistory(context, args->Serial); });
     history->add_option("--serial", args->Serial, "Serial number of one unit")
         ->check(CLI::PositiveNumber);

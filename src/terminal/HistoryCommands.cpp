@@ -23,6 +23,8 @@ std::string RunText(const HistoryEntry& run) {
     std::vector<std::string> remarks = run.Reasons;
     if (run.Verdict != VerdictOf(End::Passed) && !run.Eprom.empty())
         remarks.push_back(run.Eprom);
+    if (const std::string worst = WorstText(run.Check); !worst.empty())
+        remarks.push_back(worst);
     return fmt::format("ACU{:05}  {}  {:<27}  {:<18}  {:<12}  {}\n", run.Serial,
                        DateText(run.When, "yyyy-mm-dd hh:nn:ss"), TitleOf(run.Kind),
                        ShownVerdict(run), run.Program.Computer, fmt::join(remarks, "; "));

@@ -89,6 +89,7 @@ TEST(HealthCheckJournalCutTest, ARunWhoseProgramDiedIsOfferedWithAllButItsLastSe
     RunOn(bench, Option::Short, 10.0);
     EXPECT_GE(SamplesOf(bench, files.ReadFile(R"(C:\Journals\dead.jsonl)")), 425U);
     bench.Bench.Messages.Shown.clear();
+    files.ReplaceFile(R"(C:\History\ACU00301.jsonl)", ""); // as a program that died leaves it
     JournalReaders readers;
     AddHealthCheckReader(readers, bench.Reports);
     OfferUnfinishedRuns(bench.Bench.World, readers);
@@ -102,6 +103,10 @@ TEST(HealthCheckJournalCutTest, ARunWhoseProgramDiedIsOfferedWithAllButItsLastSe
     EXPECT_TRUE(report.Value("Overview", "C6").starts_with("Interrupted"));
     EXPECT_NE(report.Value("Zero - Ch2", "A60"), "");
     EXPECT_TRUE(FindUnfinishedRuns(bench.Bench.World).empty());
+    const HistoryEntry run = ReadHistory(files, 301).Runs.at(0);
+    EXPECT_EQ(run.Verdict + " " + run.Check.Outcome.substr(0, 11), "INCOMPLETE Interrupted");
+    EXPECT_EQ(run.Check.NotEvaluated(), 6) << "three of either sequence";
+    EXPECT_EQ(run.Files.at(0), file);
 }
 
 } // namespace

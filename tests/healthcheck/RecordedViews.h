@@ -53,10 +53,8 @@ class RecordedStepList final : public StepList {
     std::vector<int> Selections;
 
     void Clear() override { Items.clear(); }
-    void AddItem(std::string_view text) override { Items.emplace_back(text); }
-    void SetItem(int line, std::string_view text) override {
-        Items.at(static_cast<std::size_t>(line)) = text;
-    }
+    void AddItem(const StepLine& step) override { Items.push_back(step.Text); }
+    void ShowEnd(int /*line*/, const StepJudgement& /*judgement*/) override {}
     void ListIndex(int line) override { Selections.push_back(line); }
 };
 

@@ -4,10 +4,12 @@
 #include "journal/UnitJson.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/text/Paths.h"
+#include "platform/text/Text.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <sstream>
 
@@ -27,7 +29,8 @@ bool EndsWithinALine(const Drive& files, const std::string& path) {
 } // namespace
 
 bool AppendToHistory(Platform& world, HistoryEntry entry) {
-    entry.Limits = LimitsOf(entry.Kind);
+    if (IsCalibration(entry.Kind))
+        entry.Limits = LimitsOf(entry.Kind);
     try {
         world.Files.CreateFolder(Paths::History);
         const std::string path = PathOf(entry.Serial);
@@ -124,7 +127,33 @@ ChannelMeasurement ChannelOf(const SingleJson& json) {
     return channel;
 }
 
+SingleJson CheckJson(const HealthCheckFigures& check) {
+    SingleJson json = {{"outcome", check.Outcome}, {"options", check.Options},
+                       {"steps", check.Steps},     {"passed", check.Passed},
+                       {"failed", check.Failed},   {"notEvaluated", check.NotEvaluated()},
+                       {"worst", SingleJson()}};
+    if (check.Worst)
+        json["worst"] = {{"sheet", check.Worst->Sheet},
+                         {"step", check.Worst->Step},
+                         {"channel", check.Worst->Channel},
+                         {"percentOfFullScale", ToJson(check.Worst->Percent_ofFullScale)}};
+    return json;
+}
+
+HealthCheckFigures CheckOf(const SingleJson& json) {
+    HealthCheckFigures check{
+        json.at("outcome").get<std::string>(), json.at("options").get<std::vector<std::string>>(),
+        json.at("steps").get<int>(),           json.at("passed").get<int>(),
+        json.at("failed").get<int>(),          {}};
+    if (const SingleJson& worst = json.at("worst"); !worst.is_null())
+        check.Worst = {worst.at("sheet").get<std::string>(), worst.at("step").get<int>(),
+                       worst.at("channel").get<int>(), SingleOf(worst.at("percentOfFullScale"))};
+    return check;
+}
+
 SingleJson MeasuredJson(const HistoryEntry& entry) {
+    if (!IsCalibration(entry.Kind))
+        return CheckJson(entry.Check);
     SingleJson list = SingleJson::array();
     if (IsVelocity(entry.Kind)) {
         for (const ChannelMeasurement& channel : entry.Velocity.Channels)
@@ -137,7 +166,9 @@ SingleJson MeasuredJson(const HistoryEntry& entry) {
 }
 
 void TakeMeasured(HistoryEntry& entry, const SingleJson& list) {
-    if (IsVelocity(entry.Kind)) {
+    if (!IsCalibration(entry.Kind)) {
+        entry.Check = CheckOf(list);
+    } else if (IsVelocity(entry.Kind)) {
         entry.Velocity.Kind = CalibrationKindOf(entry.Kind);
         for (std::size_t channel = 0; channel < AirChannels; ++channel)
             entry.Velocity.Channels.at(channel) = ChannelOf(list.at(channel));
@@ -148,10 +179,24 @@ void TakeMeasured(HistoryEntry& entry, const SingleJson& list) {
 }
 
 const char* NameOfMeasured(RunKind kind) {
-    return IsVelocity(kind) ? "channels" : "pressure";
+    return !IsCalibration(kind) ? "check" : IsVelocity(kind) ? "channels" : "pressure";
 }
 
 } // namespace
+
+std::string CountsText(const HealthCheckFigures& check) {
+    return fmt::format("{} of {} steps passed, {} failed, {} not evaluated", check.Passed,
+                       check.Steps, check.Failed, check.NotEvaluated());
+}
+
+std::string WorstText(const HealthCheckFigures& check) {
+    if (!check.Worst)
+        return {};
+    return fmt::format(
+        "Largest deviation {} % of full scale: channel {}, step {} of {}",
+        FixedText(std::abs(static_cast<double>(check.Worst->Percent_ofFullScale)), 2),
+        check.Worst->Channel, check.Worst->Step, check.Worst->Sheet);
+}
 
 RunKind KindOf(const SingleJson& json) {
     const auto kind = RunKindNamed(json.get<std::string>());
@@ -179,7 +224,8 @@ std::vector<std::pair<std::string, float>> LimitsOf(RunKind kind) {
                 {"lowError_percentOfFullScale", LowError_percent},
                 {"lowUpTo_percentOfFullScale", static_cast<float>(LowPoint_percent)}};
     case RunKind::PressureAudit: return {{"error_mBar", Pressure_mBar}};
-    case RunKind::PressureSystem: break;
+    case RunKind::PressureSystem:
+    case RunKind::HealthCheck: break;
     }
     return {};
 }

@@ -13,13 +13,46 @@
 
 namespace ombrix {
 
-/// One calibration run in the history of its unit.
+/// What a health check has come to, as its report works it out.
+struct HealthCheckFigures {
+    /// The end value that is farthest from its demand.
+    struct Deviation {
+        /// Its sequence, by the sheet of the report.
+        std::string Sheet;
+        /// From 1.
+        int Step = 0;
+        int Channel = 0;
+        /// End value less demand.
+        float Percent_ofFullScale = 0.0F;
+    };
+
+    /// How its measuring ended ("Completed"); empty while it goes on.
+    std::string Outcome{};
+    /// Names of the tests that were chosen.
+    std::vector<std::string> Options{};
+    /// Steps of the sequences that were begun.
+    int Steps = 0;
+    int Passed = 0;
+    int Failed = 0;
+    /// Nothing where no step has been evaluated.
+    std::optional<Deviation> Worst{};
+
+    int NotEvaluated() const { return Steps - Passed - Failed; }
+};
+
+/// "20 of 24 steps passed, 0 failed, 4 not evaluated"
+std::string CountsText(const HealthCheckFigures& check);
+/// "Largest deviation 0.12 % of full scale: channel 2, step 5 of Low - Ch2"; empty without one.
+std::string WorstText(const HealthCheckFigures& check);
+
+/// One run in the history of its unit: a calibration or a health check.
 struct HistoryEntry {
     RunKind Kind = RunKind::VelocitySystem;
     OleDate When{};
     /// Station and program that ran it.
     ProgramIdentity Program{};
     std::int32_t Serial = 0;
+    /// Of a health check its report's: "PASS", "FAIL", "INCOMPLETE" or "NO RESULT".
     std::string Verdict{};
     std::vector<std::string> Reasons{};
     /// What was found in the unit, and what was left where the run has changed it.
@@ -30,6 +63,7 @@ struct HistoryEntry {
     /// The points of a velocity run, without traces.
     VelocityMeasurement Velocity{};
     std::vector<PressureReading> Pressure{};
+    HealthCheckFigures Check{};
     /// Names and values of the limits that it was judged by.
     std::vector<std::pair<std::string, float>> Limits{};
     std::vector<std::string> Files{};
@@ -44,8 +78,8 @@ struct CalibrationHistory {
     int DamagedLines = 0;
 };
 
-/// Adds a run to the history of its unit, with the limits that its kind is judged by. False when
-/// that could not be written; the operator has been told.
+/// Adds a run to the history of its unit, a calibration with the limits that its kind is judged
+/// by. False when that could not be written; the operator has been told.
 bool AppendToHistory(Platform& world, HistoryEntry entry);
 
 /// Whether the history of a run's unit holds it already, whatever its verdict there.
@@ -69,7 +103,8 @@ PointDemand DemandOf(const SingleJson& json);
 /// The kind by its name. @throws std::runtime_error for another one
 RunKind KindOf(const SingleJson& json);
 
-/// The limits that runs of a kind are judged by now.
+/// The limits that calibrations of a kind are judged by now; a health check has those of its
+/// template.
 std::vector<std::pair<std::string, float>> LimitsOf(RunKind kind);
 
 } // namespace ombrix

@@ -5,6 +5,7 @@
 #include "platform/text/Text.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <cmath>
@@ -182,6 +183,12 @@ std::string PressureText(const HistoryEntry& run) {
     return text;
 }
 
+std::string CheckText(const HealthCheckFigures& check) {
+    const std::string worst = WorstText(check);
+    return fmt::format("\nTests:    {}\nOutcome:  {}\n{}\n{}", fmt::join(check.Options, ", "),
+                       check.Outcome, CountsText(check), worst.empty() ? "" : worst + "\n");
+}
+
 std::string FoundText(const ACURecord& found) {
     return fmt::format("As found: velocity {}, audit {};\n          pressure {}, audit {}\n",
                        DateOrNever(found.VelocitySystemDate), DateOrNever(found.VelocityAuditDate),
@@ -197,7 +204,9 @@ std::string HistoryCsv(const CalibrationHistory& history) {
         const std::string head = fmt::format(
             "{},ACU{:05},{},{},{}", DateText(run.When, "yyyy-mm-dd hh:nn:ss"), run.Serial,
             Field(run.Program.Computer), NameOf(run.Kind), Field(run.Verdict));
-        if (IsVelocity(run.Kind))
+        if (!IsCalibration(run.Kind))
+            csv += head + ",,,,,,,,,\r\n"; // it has no points
+        else if (IsVelocity(run.Kind))
             AddVelocityLines(csv, head, run);
         else
             AddPressureLines(csv, head, run);
@@ -206,7 +215,8 @@ std::string HistoryCsv(const CalibrationHistory& history) {
 }
 
 std::string ShownVerdict(const HistoryEntry& run) {
-    const bool lacksTable = CalibrationKindOf(run.Kind) == CalibrationKind::System && !run.Left &&
+    const bool lacksTable = IsCalibration(run.Kind) &&
+                            CalibrationKindOf(run.Kind) == CalibrationKind::System && !run.Left &&
                             run.Verdict == VerdictOf(End::Passed);
     return run.Verdict + (lacksTable ? ", not stored" : "");
 }
@@ -222,7 +232,9 @@ std::string DetailsOf(const HistoryEntry& run) {
         text += "As left:  new values were stored in the unit\n";
     if (!run.Eprom.empty())
         text += "As left:  " + ReplaceAll(run.Eprom, ". ", ".\n          ") + "\n";
-    if (IsVelocity(run.Kind)) {
+    if (!IsCalibration(run.Kind)) {
+        text += CheckText(run.Check);
+    } else if (IsVelocity(run.Kind)) {
         for (std::size_t channel = 0; channel < AirChannels; ++channel)
             text += ChannelText(run.Velocity.Channels.at(channel), channel);
     } else {

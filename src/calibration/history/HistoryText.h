@@ -32,7 +32,8 @@ enum class DriftScale { PercentOfFullScale, Physical };
 Drift DriftOf(const CalibrationHistory& history, RunKind kind, std::size_t channel,
               DriftScale scale);
 
-/// Every point of every run of a history as comma-separated values.
+/// Every point of every calibration of a history as comma-separated values; a health check has a
+/// line without points.
 std::string HistoryCsv(const CalibrationHistory& history);
 
 /// The verdict in lists: one that a system run has passed is no table in the unit yet ("passed, not

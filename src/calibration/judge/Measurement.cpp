@@ -65,11 +65,12 @@ struct Names {
 };
 
 /// In the order of the kinds.
-constexpr std::array<Names, RunKinds.size()> NamesOfKinds = {
+constexpr std::array<Names, RunKinds.size() + 1> NamesOfKinds = {
     {{"velocity-system", "Velocity System Calibration"},
      {"velocity-audit", "Velocity Audit Calibration"},
      {"pressure-system", "Pressure System Calibration"},
-     {"pressure-audit", "Pressure Audit Calibration"}}};
+     {"pressure-audit", "Pressure Audit Calibration"},
+     {"health-check", "Health Check"}}};
 
 } // namespace
 
@@ -82,9 +83,9 @@ const char* TitleOf(RunKind kind) {
 }
 
 std::optional<RunKind> RunKindNamed(std::string_view name) {
-    for (const RunKind kind : RunKinds) {
-        if (name == NameOf(kind))
-            return kind;
+    for (std::size_t kind = 0; kind < NamesOfKinds.size(); ++kind) {
+        if (name == NamesOfKinds.at(kind).Name)
+            return static_cast<RunKind>(kind);
     }
     return std::nullopt;
 }

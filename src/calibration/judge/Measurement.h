@@ -99,9 +99,11 @@ struct PressureSample {
 /// mBar in an audit; nothing without samples.
 std::optional<float> MeanOf(std::span<const PressureSample> samples, CalibrationKind kind);
 
-/// What a calibration run calibrates or verifies.
-enum class RunKind { VelocitySystem, VelocityAudit, PressureSystem, PressureAudit };
+/// The runs that a unit's history tells of: what a calibration calibrates or verifies, and the
+/// health check, which does neither.
+enum class RunKind { VelocitySystem, VelocityAudit, PressureSystem, PressureAudit, HealthCheck };
 
+/// The calibrations.
 inline constexpr std::array<RunKind, 4> RunKinds = {RunKind::VelocitySystem, RunKind::VelocityAudit,
                                                     RunKind::PressureSystem,
                                                     RunKind::PressureAudit};
@@ -113,9 +115,13 @@ const char* TitleOf(RunKind kind);
 /// The kind of that name; nothing for another text.
 std::optional<RunKind> RunKindNamed(std::string_view name);
 
+constexpr bool IsCalibration(RunKind kind) {
+    return kind != RunKind::HealthCheck;
+}
 constexpr bool IsVelocity(RunKind kind) {
     return kind == RunKind::VelocitySystem || kind == RunKind::VelocityAudit;
 }
+/// Of calibrations.
 constexpr CalibrationKind CalibrationKindOf(RunKind kind) {
     return kind == RunKind::VelocityAudit || kind == RunKind::PressureAudit
                ? CalibrationKind::Audit

@@ -112,6 +112,7 @@ const char* Name(Answer answer) {
     case Answer::Yes: return "Yes";
     case Answer::No: return "No";
     case Answer::Retry: return "Retry";
+    case Answer::Open: return "Open";
     case Answer::Ok: break;
     }
     return "OK";
@@ -123,7 +124,7 @@ Answer LoggedOperator::Ask(const Message& message) {
     // Noted before it is answered: the program may die with the box still open.
     WriteLog(m_World, Heading(message.Icon) + message.Text);
     const Answer answer = m_Messages.Ask(message);
-    if (message.Buttons != MessageButtons::Ok)
+    if (message.Buttons != MessageButtons::Ok || message.OffersToOpen)
         WriteLog(m_World, std::string("Answer: ") + Name(answer));
     return answer;
 }
@@ -135,6 +136,15 @@ std::optional<std::string> LoggedOperator::AskText(const std::string& prompt,
     auto text = m_Messages.AskText(prompt, proposed, title);
     WriteLog(m_World, text ? "Answer: \"" + *text + "\"" : "Answer: Cancel");
     return text;
+}
+
+void TellOfFile(Platform& world, Message message, const std::filesystem::path& file) {
+    message.OffersToOpen = !file.empty();
+    if (world.Events.ProgramEnding())
+        WriteLog(world, "Not shown: " + message.Text);
+    else if (world.Messages.Ask(message) == Answer::Open && !world.Documents.OpenDocument(file))
+        world.Messages.Ask({"The desktop has no program that opens it:\r\n\r\n   " + file.string(),
+                            MessageIcon::Warning, MessageButtons::Ok});
 }
 
 void LoggedEnd::EndProgram(ExitStatus status) {

@@ -82,4 +82,8 @@ inline void TellOperator(Platform& world, const std::string& text,
         world.Messages.Ask({text, icon, MessageButtons::Ok});
 }
 
+/// The same of a message about a file, which the operator may open from there.
+/// @param file its real path; none where there is nothing to open
+void TellOfFile(Platform& world, Message message, const std::filesystem::path& file);
+
 } // namespace ombrix

@@ -23,7 +23,7 @@ class EventPump {
 
 enum class MessageIcon { Information, Question, Warning, Critical };
 enum class MessageButtons { Ok, OkCancel, YesNo, YesNoCancel, RetryCancel };
-enum class Answer { Ok, Cancel, Yes, No, Retry };
+enum class Answer { Ok, Cancel, Yes, No, Retry, Open };
 
 /// A modal message box. Texts use CR LF as line end, as they stand in the operator's manual.
 struct Message {
@@ -36,6 +36,9 @@ struct Message {
     bool DeclinedUnattended = false;
     /// The refusing button is the one that Enter presses.
     bool DefaultsToRefusal = false;
+    /// Has a button "Open" too, for the file that it tells of; on a terminal, which opens nothing,
+    /// it has none.
+    bool OffersToOpen = false;
 };
 
 /// The person at the bench: told of failures and asked for decisions.

@@ -48,6 +48,12 @@ inline constexpr char Description = 'L';
 /// Worked out by the sheet.
 inline constexpr char Ch1Evaluation = 'N';
 inline constexpr char Ch2Evaluation = 'O';
+/// By how much of full scale an end value may differ from its demand, and full scale in bits. A
+/// site's template may have others.
+inline constexpr const char* Limit = "O2";
+inline constexpr double UsualLimit_share = 0.01;
+inline constexpr const char* FullScale = "O3";
+inline constexpr double UsualFullScale_bits = 65535.0;
 /// Stands where nothing was measured, or cannot be judged.
 inline constexpr const char* NotEvaluated = "-";
 /// The end value is the mean of so much of a step's end. Steps that are no longer are not judged:

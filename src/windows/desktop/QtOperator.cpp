@@ -48,6 +48,7 @@ Answer AnswerOf(int button) {
     case QMessageBox::No: return Answer::No;
     case QMessageBox::Cancel: return Answer::Cancel;
     case QMessageBox::Retry: return Answer::Retry;
+    case QMessageBox::Open: return Answer::Open;
     default: return Answer::Ok;
     }
 }
@@ -112,6 +113,10 @@ Answer QtOperator::Ask(const Message& message) {
     box.setObjectName(QStringLiteral("messageBox"));
     box.setTextFormat(Qt::PlainText);
     FitToLines(box);
+    if (message.OffersToOpen) {
+        box.addButton(QMessageBox::Open);
+        box.setEscapeButton(QMessageBox::Ok);
+    }
     if (message.DefaultsToRefusal)
         box.setDefaultButton(message.Buttons == MessageButtons::YesNo ? QMessageBox::No
                                                                       : QMessageBox::Cancel);

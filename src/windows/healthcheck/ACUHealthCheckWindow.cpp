@@ -4,9 +4,12 @@
 #include "windows/desktop/KeepAbove.h"
 #include "windows/desktop/QtOperator.h"
 #include "windows/healthcheck/GraphWidget.h"
+#include "windows/healthcheck/StepListWidget.h"
+#include "windows/healthcheck/VerdictPanel.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/Guarded.h"
 #include "windows/widgets/QtText.h"
+#include "windows/widgets/ValueLabel.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -18,23 +21,6 @@
 #include <algorithm>
 
 namespace ombrix {
-
-StepListWidget::StepListWidget(QWidget* parent) : QListWidget(parent) {
-    Named(this, QStringLiteral("lstSteps"), tr("Steps"));
-    setUniformItemSizes(true);
-}
-
-void StepListWidget::AddItem(std::string_view text) {
-    addItem(ToQt(text));
-}
-
-void StepListWidget::SetItem(int line, std::string_view text) {
-    item(line)->setText(ToQt(text));
-}
-
-void StepListWidget::ListIndex(int line) {
-    setCurrentRow(line);
-}
 
 HealthCheckOptionsPanel::HealthCheckOptionsPanel(QWidget* parent) : QWidget(parent) {
     Named(this, QStringLiteral("picOptions"), tr("Options"));
@@ -100,16 +86,22 @@ constexpr int ProgressSteps = 1000;
 ACUHealthCheckWindow::ACUHealthCheckWindow(Station& station,
                                            const std::function<ReportTools(OpenExcelView&)>& tools)
     : m_Station(station), m_Options(new HealthCheckOptionsPanel(this)),
-      m_Steps(new StepListWidget(this)), m_Progress(new QProgressBar(this)),
-      m_Graphs(new GraphColumn(this)), m_Wait(nullptr), m_Reports(tools(m_Wait)) {
+      m_Sequence(new ValueLabel(QStringLiteral("lblSequence"), tr("Sequence"), this)),
+      m_Time(new ValueLabel(QStringLiteral("lblTime"), tr("Time"), this)),
+      m_Verdict(new VerdictPanel(this)), m_Steps(new StepListWidget(this)),
+      m_Progress(new QProgressBar(this)), m_Graphs(new GraphColumn(this)), m_Wait(nullptr),
+      m_Reports(tools(m_Wait)), m_Times(station) {
     KeepAbove(m_Wait, *this);
     Named(this, QStringLiteral("frmACUHealthCheck"), tr("Health Checking"));
     setWindowTitle(tr("Health Checking"));
     Named(m_Progress, QStringLiteral("prgRun"), tr("Progress of the run"));
     m_Progress->setRange(0, ProgressSteps);
+    auto* right = new QVBoxLayout;
+    right->addLayout(MakeHead());
+    right->addWidget(m_Graphs, 1);
     auto* layout = new QHBoxLayout(this);
     layout->addLayout(MakeSideColumn());
-    layout->addWidget(m_Graphs, 1);
+    layout->addLayout(right, 1);
     constexpr QSize size(1200, 680);
     resize(ScaledToFonts(*this, size));
     connect(m_Options, &HealthCheckOptionsPanel::StartWanted, this, &ACUHealthCheckWindow::Start);
@@ -121,17 +113,27 @@ ACUHealthCheckWindow::ACUHealthCheckWindow(Station& station,
     ProcedureRunning(station.Procedures.Running());
 }
 
+QLayout* ACUHealthCheckWindow::MakeHead() {
+    QFont bold = font();
+    bold.setBold(true);
+    m_Sequence->setFont(bold);
+    m_Sequence->CutToFit();
+    m_Sequence->ShowValue(tr("No sequence runs"));
+    auto* head = new QHBoxLayout;
+    head->addWidget(m_Sequence, 1);
+    head->addWidget(m_Time);
+    return head;
+}
+
 QLayout* ACUHealthCheckWindow::MakeSideColumn() {
     auto* column = new QVBoxLayout;
     column->addWidget(m_Options);
+    column->addWidget(m_Verdict);
     column->addWidget(m_Steps, 1);
     column->addWidget(m_Progress);
-    // Wide enough for the line of a step with two-digit figures.
-    const int width = fontMetrics().horizontalAdvance(
-        QStringLiteral("00.    Ch1 100.0%     Ch2 100.0%     for     00s__"));
-    m_Steps->setFixedWidth(width);
-    m_Options->setFixedWidth(width);
-    m_Progress->setFixedWidth(width);
+    const int width = m_Steps->WholeWidth();
+    for (QWidget* part : std::initializer_list<QWidget*>{m_Options, m_Verdict, m_Steps, m_Progress})
+        part->setFixedWidth(width);
     return column;
 }
 
@@ -144,39 +146,39 @@ void ACUHealthCheckWindow::Start() {
     if (m_Station.Procedures.Running())
         return;
     m_Running = true;
-    Guarded(m_Station.World.Messages, [this] { OfferWorkbook(RunHealthCheck()); });
+    Guarded(m_Station.World.Messages, [this] { RunHealthCheck(); });
     m_Running = false;
     if (m_CloseAfterRun)
         close();
 }
 
-HealthCheckResult ACUHealthCheckWindow::RunHealthCheck() {
+void ACUHealthCheckWindow::RunHealthCheck() {
     m_CloseAfterRun = false;
     const GraphSurfaces surfaces = m_Graphs->Surfaces();
     HealthCheckView view{&surfaces, m_Graphs, m_Steps};
-    view.Progress = [this](double share) {
-        m_Progress->setValue(static_cast<int>(share * ProgressSteps));
+    view.Progress = [this](double share) { ShowProgress(share); };
+    view.Sequence = [this](const RunningSequence& sequence) {
+        m_Sequence->ShowValue(tr("Sequence %1 of %2: %3")
+                                  .arg(sequence.Number)
+                                  .arg(sequence.Count)
+                                  .arg(ToQt(sequence.Sheet)));
+    };
+    view.Judged = [this](const HealthCheckFigures& check) { m_Verdict->ShowRunning(check); };
+    view.Ended = [this](const HealthCheckResult& result) {
+        if (result.Ended == End::Passed || result.Ended == End::Failed)
+            m_Progress->setValue(ProgressSteps);
+        m_Verdict->ShowEnd(result.Check, result.Limits, result.Error);
     };
     m_Progress->setValue(0);
+    m_Verdict->Clear();
     const std::vector<HealthCheckOption> chosen = m_Options->Chosen();
-    HealthCheckResult result = HealthCheckRun(m_Reports).Run(chosen, view);
-    if (result.Ended == End::Passed)
-        m_Progress->setValue(ProgressSteps);
-    return result;
+    HealthCheckRun(m_Reports).Run(chosen, view);
 }
 
-void ACUHealthCheckWindow::OfferWorkbook(const HealthCheckResult& result) {
-    Platform& world = m_Station.World;
-    if (result.Files.empty() || world.Events.ProgramEnding())
-        return;
-    const std::filesystem::path& workbook = result.Files.front();
-    const Answer answer =
-        world.Messages.Ask({"Open the report now?\r\n\r\n   " + workbook.filename().string(),
-                            MessageIcon::Question, MessageButtons::YesNo});
-    if (answer == Answer::Yes && !world.Documents.OpenDocument(workbook))
-        world.Messages.Ask(
-            {"The desktop has no program that opens the report:\r\n\r\n   " + workbook.string(),
-             MessageIcon::Warning, MessageButtons::Ok});
+void ACUHealthCheckWindow::ShowProgress(double share) {
+    m_Progress->setValue(static_cast<int>(share * ProgressSteps));
+    m_Times.Look();
+    m_Time->ShowValue(m_Times.Text());
 }
 
 void ACUHealthCheckWindow::closeEvent(QCloseEvent* event) {

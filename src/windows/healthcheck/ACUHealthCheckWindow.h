@@ -4,8 +4,8 @@
 #include "healthcheck/HealthCheckRun.h"
 #include "healthcheck/HealthCheckViews.h"
 #include "windows/desktop/OpenExcelWindow.h"
+#include "windows/procedure/ProcedureTimes.h"
 
-#include <QListWidget>
 #include <QWidget>
 
 #include <array>
@@ -16,19 +16,6 @@ class QLayout;
 class QProgressBar;
 
 namespace ombrix {
-
-/// The list of a sequence's steps on the screen (`lstSteps`).
-class StepListWidget final : public QListWidget, public StepList {
-    Q_OBJECT
-
-  public:
-    explicit StepListWidget(QWidget* parent);
-
-    void Clear() override { clear(); }
-    void AddItem(std::string_view text) override;
-    void SetItem(int line, std::string_view text) override;
-    void ListIndex(int line) override;
-};
 
 /// The options of a health check and its commands (`picOptions`).
 class HealthCheckOptionsPanel final : public QWidget {
@@ -63,8 +50,12 @@ class HealthCheckOptionsPanel final : public QWidget {
 };
 
 class GraphColumn;
+class StepListWidget;
+class ValueLabel;
+class VerdictPanel;
 
-/// The health check window: options, live traces and the steps of the running sequence.
+/// The health check window: options, the steps of the running sequence with what they came to, live
+/// traces, and the verdict.
 class ACUHealthCheckWindow final : public QWidget {
     Q_OBJECT
 
@@ -76,19 +67,24 @@ class ACUHealthCheckWindow final : public QWidget {
     void closeEvent(QCloseEvent* event) override;
 
   private:
+    QLayout* MakeHead();
     QLayout* MakeSideColumn();
     void Start();
-    HealthCheckResult RunHealthCheck();
-    void OfferWorkbook(const HealthCheckResult& result);
+    void RunHealthCheck();
+    void ShowProgress(double share);
     void ProcedureRunning(bool running);
 
     Station& m_Station;
     HealthCheckOptionsPanel* m_Options;
+    ValueLabel* m_Sequence;
+    ValueLabel* m_Time;
+    VerdictPanel* m_Verdict;
     StepListWidget* m_Steps;
     QProgressBar* m_Progress;
     GraphColumn* m_Graphs;
     OpenExcelWindow m_Wait;
     ReportTools m_Reports;
+    ProcedureTimes m_Times;
     /// The procedure that runs is this window's.
     bool m_Running = false;
     Subscription m_Procedures;

@@ -2,15 +2,17 @@
 
 #include "healthcheck/HealthCheckViews.h"
 
+#include <QPalette>
 #include <QPen>
 #include <QPixmap>
 #include <QRect>
-#include <QSizeF>
+#include <QRectF>
 #include <QString>
 #include <QWidget>
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 class QPainter;
@@ -28,15 +30,18 @@ struct GraphScale {
 /// From the units of a graph to pixels.
 class GraphMapping {
   public:
-    GraphMapping(const GraphScale& scale, QSizeF pixels);
+    /// @param plot where the corners lie
+    GraphMapping(const GraphScale& scale, const QRectF& plot);
 
     QPointF ToPixels(double x, double y) const {
-        return {(x - m_Left) * m_PixelsPerX, (y - m_Top) * m_PixelsPerY};
+        return {m_Origin.x() + (x - m_Left) * m_PixelsPerX,
+                m_Origin.y() + (y - m_Top) * m_PixelsPerY};
     }
     /// Length of a number of pixels in y units; positive whichever way y runs.
     double PixelsToY(double pixels) const;
 
   private:
+    QPointF m_Origin;
     double m_Left;
     double m_Top;
     double m_PixelsPerX;
@@ -56,8 +61,8 @@ class GraphContent {
     /// The pixels that the segment touches.
     QRect AddSegment(QPointF from, QPointF to, Colour colour, const GraphMapping& mapping);
 
-    /// Draws what is not on the picture yet.
-    void DrawNew(QPainter& painter, const GraphMapping& mapping);
+    /// Draws what is not on the picture yet. @param colours of what it stands on
+    void DrawNew(QPainter& painter, const GraphMapping& mapping, const QPalette& colours);
     /// The picture is empty: everything must be drawn.
     void Forget();
 
@@ -83,7 +88,7 @@ class GraphContent {
     };
 
     std::uint32_t PenIndexOf(Colour colour);
-    static QPen ToQt(const Pen& pen);
+    static QPen ToQt(const Pen& pen, const QColor& ground);
     void DrawTexts(QPainter& painter, const GraphMapping& mapping) const;
 
     std::vector<Pen> m_Pens;
@@ -94,6 +99,14 @@ class GraphContent {
     Pen m_Pen;
 };
 
+/// What stands beside a graph.
+struct GraphAxes {
+    /// Of its levels ("%"); the other axis is the time.
+    QString Unit;
+    /// A unit in the graph's own.
+    double UnitSize = 1.0;
+};
+
 /// A graph surface on the screen. What is drawn goes once onto a kept picture and only its
 /// neighbourhood is shown anew, so that a sample costs the same at any length of run; a list of
 /// it redraws the picture when size or resolution change.
@@ -102,6 +115,9 @@ class GraphWidget final : public QWidget, public GraphSurface {
 
   public:
     GraphWidget(const QString& objectName, const QString& accessibleName, QWidget* parent);
+
+    /// Gives it axes at its left and its lower edge, which it has not from the beginning.
+    void SetAxes(const GraphAxes& axes);
 
     void Scale(double left, double top, double right, double bottom) override;
     void Cls() override;
@@ -116,12 +132,20 @@ class GraphWidget final : public QWidget, public GraphSurface {
 
   protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
 
   private:
-    GraphMapping Mapping() const { return {m_Scale, QSizeF(size())}; }
+    /// Where the corners of the scale lie changes: everything must be drawn anew.
+    void PlacePlot();
+    GraphMapping Mapping() const { return {m_Scale, m_Plot}; }
     void RenewPicture();
+    void DrawAxes(QPainter& painter) const;
+    void DrawTimes(QPainter& painter) const;
+    void DrawLevels(QPainter& painter) const;
 
+    std::optional<GraphAxes> m_Axes;
+    QRectF m_Plot;
     GraphScale m_Scale;
     GraphContent m_Content;
     QPixmap m_Picture;

@@ -1,6 +1,5 @@
 #include "windows/procedure/ProcedureBar.h"
 
-#include "platform/ports/Clock.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/Guarded.h"
 #include "windows/widgets/QtText.h"
@@ -10,7 +9,6 @@
 #include <QPushButton>
 
 #include <algorithm>
-#include <cmath>
 
 namespace ombrix {
 
@@ -18,14 +16,6 @@ namespace {
 
 constexpr int BarSteps = 1000;
 constexpr int RefreshSpacing_ms = 100;
-
-QString DurationText(double seconds) {
-    const auto whole = static_cast<int>(std::ceil(seconds));
-    constexpr int minute = 60;
-    return ProcedureBar::tr("%1:%2 left")
-        .arg(whole / minute)
-        .arg(whole % minute, 2, 10, QLatin1Char('0'));
-}
 
 /// The workbook of a procedure that has left one, else its first file.
 std::filesystem::path ReportOf(const Outcome& outcome) {
@@ -49,7 +39,7 @@ ProcedureBar::ProcedureBar(Station& station, QWidget* parent)
       m_Cancel(MakeButton(QStringLiteral("cmdCancelProcedure"), tr("Cancel"), this)),
       m_Open(MakeButton(QStringLiteral("cmdOpenReport"), tr("Open Report"), this)),
       m_Folder(MakeButton(QStringLiteral("cmdShowInFolder"), tr("Show in Folder"), this)),
-      m_StopAir(MakeButton(QStringLiteral("cmdStopAir"), tr("Stop Air"), this)) {
+      m_StopAir(MakeButton(QStringLiteral("cmdStopAir"), tr("Stop Air"), this)), m_Times(station) {
     Named(this, QStringLiteral("picProcedure"), tr("Procedure"));
     m_Cancel->setToolTip(tr("Ends the procedure with the outputs at zero (Esc)."));
     m_StopAir->setToolTip(
@@ -82,9 +72,7 @@ void ProcedureBar::LayOut() {
 
 void ProcedureBar::Refresh() {
     const ProcedureGate& gate = m_Station.Procedures;
-    if (gate.Running() && !m_WasRunning)
-        m_Begun_s = MonotonicSeconds(m_Station.World.Time);
-    m_WasRunning = gate.Running();
+    m_Times.Look();
     m_Progress->setVisible(gate.Running());
     m_Left->setVisible(gate.Running() && !gate.CancelRequested());
     m_Cancel->setEnabled(gate.Running() && !gate.CancelRequested());
@@ -96,32 +84,16 @@ void ProcedureBar::Refresh() {
 
 void ProcedureBar::ShowRunning() {
     const ProcedureGate& gate = m_Station.Procedures;
-    if (gate.Progress() != m_Told) {
-        m_Told = gate.Progress();
-        m_ToldAt_s = MonotonicSeconds(m_Station.World.Time);
-    }
     m_Report.clear();
     m_Open->hide();
     m_Folder->hide();
-    const QString step = gate.CancelRequested() ? tr("ending…") : ToQt(m_Told.Step);
+    const QString step = gate.CancelRequested() ? tr("ending…") : ToQt(m_Times.Told().Step);
     m_What->ShowInPaletteColour();
     m_What->ShowValue(ToQt(gate.Name()) +
                       (step.isEmpty() ? QString() : QStringLiteral(": ") + step));
-    const auto left_s = Left_s();
-    m_Left->ShowValue(left_s ? DurationText(*left_s) : QString());
-    m_Progress->setValue(static_cast<int>(m_Told.Share * BarSteps));
-}
-
-std::optional<double> ProcedureBar::Left_s() {
-    const double now_s = MonotonicSeconds(m_Station.World.Time);
-    if (m_Told.Left_s)
-        return std::max(0.0, *m_Told.Left_s - (now_s - m_ToldAt_s));
-    // Too early a guess would jump.
-    constexpr double leastShare = 0.02;
-    if (m_Told.Share < leastShare)
-        return std::nullopt;
-    const double whole_s = (m_ToldAt_s - m_Begun_s) / m_Told.Share;
-    return std::max(0.0, whole_s - (now_s - m_Begun_s));
+    const auto left_s = m_Times.Left_s();
+    m_Left->ShowValue(left_s ? tr("%1 left").arg(DurationText(*left_s)) : QString());
+    m_Progress->setValue(static_cast<int>(m_Times.Told().Share * BarSteps));
 }
 
 void ProcedureBar::ShowEnd() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "board/Station.h"
+#include "windows/procedure/ProcedureTimes.h"
 #include "windows/widgets/ValueLabel.h"
 
 #include <QElapsedTimer>
@@ -8,7 +9,6 @@
 #include <QWidget>
 
 #include <filesystem>
-#include <optional>
 
 class QProgressBar;
 class QPushButton;
@@ -34,8 +34,6 @@ class ProcedureBar final : public QWidget {
     void LayOut();
     void ShowRunning();
     void ShowEnd();
-    /// Nothing while nobody can tell.
-    std::optional<double> Left_s();
     void OpenReport(bool folder);
 
     Station& m_Station;
@@ -47,11 +45,7 @@ class ProcedureBar final : public QWidget {
     QPushButton* m_Folder;
     QPushButton* m_StopAir;
     QTimer m_Refresh;
-    /// What was told last, and when, in seconds of the bench.
-    ProcedureProgress m_Told;
-    double m_ToldAt_s = 0.0;
-    double m_Begun_s = 0.0;
-    bool m_WasRunning = false;
+    ProcedureTimes m_Times;
     std::filesystem::path m_Report;
 };
 

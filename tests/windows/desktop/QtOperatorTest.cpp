@@ -60,6 +60,8 @@ TEST_F(QtOperatorTest, EachButtonGivesItsAnswer) {
     EXPECT_EQ(AskAndClick(question, QMessageBox::Cancel), Answer::Cancel);
     const Message again{"?", MessageIcon::Question, MessageButtons::RetryCancel};
     EXPECT_EQ(AskAndClick(again, QMessageBox::Retry), Answer::Retry);
+    EXPECT_EQ(AskAndClick({.Text = "Saved", .OffersToOpen = true}, QMessageBox::Open),
+              Answer::Open);
 }
 
 TEST_F(QtOperatorTest, EscapeDeclines) {

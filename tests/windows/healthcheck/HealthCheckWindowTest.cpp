@@ -1,9 +1,10 @@
+#include "calibration/history/CalibrationHistory.h"
 #include "windows/WindowBench.h"
 
-#include <QListWidget>
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QSlider>
+#include <QTreeWidget>
 
 namespace ombrix {
 namespace {
@@ -72,22 +73,26 @@ TEST_F(HealthCheckWindowTest, ShortRunMovesTheMainWindowsSlidersAndLocksTheContr
     Tick("chkShort");
     At(3.0, [&] {
         expectRunning(true, 13106);
-        EXPECT_EQ(Find<QListWidget>("lstSteps").count(), 3);
-        EXPECT_EQ(Find<QListWidget>("lstSteps").currentRow(), 1);
+        const auto& steps = Find<QTreeWidget>("lstSteps");
+        EXPECT_EQ(steps.topLevelItemCount(), 3);
+        EXPECT_EQ(steps.currentItem(), steps.topLevelItem(1));
+        EXPECT_EQ(steps.currentItem()->data(0, Qt::AccessibleTextRole).toString(),
+                  "2.    Ch1 20.0%     Ch2 0.0%     for     2s");
+        EXPECT_EQ(steps.currentItem()->text(1) + " " + steps.currentItem()->text(3), "20.0 2");
+        EXPECT_EQ(Find<QLabel>("lblSequence").text(), "Sequence 1 of 4: Zero - Ch1");
+        EXPECT_EQ(Find<QLabel>("lblTime").text(), "Elapsed 0:03 of 0:24");
         EXPECT_NEAR(Find<QProgressBar>("prgRun").value(), 3.0 / 24.0 * 1000.0, 2.0);
         EXPECT_TRUE(Find<QLabel>("lblValue_0").text().startsWith("13106  :  "));
     });
     Click("cmdStart");
     EXPECT_NEAR(Elapsed_s(), 24.0, 0.1);
     expectRunning(false, 0);
-    EXPECT_EQ(m_Bench->Bench.Messages.Shown.back().Buttons, MessageButtons::YesNo);
-    EXPECT_EQ(m_Bench->Bench.Documents.Opened.size(), 1U); // as was answered
+    EXPECT_TRUE(m_Bench->Bench.Documents.Opened.empty()) << "nobody has chosen Open";
     EXPECT_EQ(Board().DAC(1), 0);
     EXPECT_EQ(Find<QProgressBar>("prgRun").value(), 1000);
 }
 
 TEST_F(HealthCheckWindowTest, CancelEndsTheRunWithTheAirOffAndTheReportSaved) {
-    m_Bench->Bench.Messages.Answers = {Answer::Ok, Answer::No};
     QString wait;
     m_Bench->Bench.Events.EveryPass = [&wait] {
         QCoreApplication::processEvents();
@@ -111,7 +116,6 @@ TEST_F(HealthCheckWindowTest, CancelEndsTheRunWithTheAirOffAndTheReportSaved) {
 }
 
 TEST_F(HealthCheckWindowTest, ClosingInMidRunAsksThenCancels) {
-    m_Bench->Bench.Messages.Answers = {Answer::Ok, Answer::No};
     Tick("chkShort");
     At(3.0, [this] {
         EXPECT_FALSE(m_Window->close());
@@ -131,8 +135,8 @@ TEST_F(HealthCheckWindowTest, BoardThatIsLostIsToldAndTheControlsComeBack) {
     Open({"unplug@3"});
     Tick("chkShort");
     Click("cmdStart");
-    ASSERT_FALSE(m_Bench->Bench.Messages.Shown.empty());
-    EXPECT_EQ(m_Bench->Bench.Messages.Shown.front().Icon, MessageIcon::Critical);
+    ASSERT_EQ(m_Bench->Bench.Messages.Shown.size(), 2U);
+    EXPECT_EQ(m_Bench->Bench.Messages.Shown.back().Icon, MessageIcon::Critical);
     EXPECT_TRUE(Find("cmdStart").isEnabled());
     EXPECT_TRUE(m_Bench->Find<QWidget>("Command3").isEnabled());
 }
@@ -142,6 +146,42 @@ TEST_F(HealthCheckWindowTest, FolderOpensTheFolderOfTheReports) {
     ASSERT_EQ(m_Bench->Bench.Documents.Opened.size(), 1U);
     EXPECT_TRUE(std::filesystem::equivalent(m_Bench->Bench.Documents.Opened.front(),
                                             m_Bench->Bench.Folder.Path() / "ACUs"));
+}
+
+TEST_F(HealthCheckWindowTest, VerdictStepsHistoryAndTheOneBoxAtTheEndAgree) {
+    struct Case {
+        std::vector<std::string> Faults;
+        double CancelAt_s;
+        const char* Verdict;
+        const char* LastStep;
+    };
+    for (const Case& c :
+         {Case{{}, 1e9, "✓ PASS", "✓ Pass"}, Case{{"gain:1,50"}, 1e9, "✗ FAIL", "✓ Pass"},
+          Case{{}, 23.4, "✗ INCOMPLETE", "-"}}) {
+        Open(c.Faults);
+        m_Bench->Bench.Messages.Answers = {Answer::Open};
+        Tick("chkLowCh2");
+        At(c.CancelAt_s, [this] { Click("cmdCancel"); });
+        Click("cmdStart");
+        const std::string verdict = Find<QLabel>("lblVerdict").text().toStdString();
+        EXPECT_EQ(verdict, c.Verdict);
+        const HistoryEntry run = ReadHistory(m_Bench->Bench.Files, 301).Runs.at(0);
+        EXPECT_TRUE(verdict.ends_with(" " + run.Verdict));
+        EXPECT_EQ(Find<QLabel>("lblCounts").text().toStdString(),
+                  CountsText(run.Check) + "; limit 1 % of full scale");
+        const auto& steps = Find<QTreeWidget>("lstSteps");
+        EXPECT_EQ(steps.topLevelItem(23)->text(6), c.LastStep);
+        const auto failed = steps.findItems("✗ Fail", Qt::MatchExactly, 6);
+        EXPECT_EQ(failed.size(), run.Check.Failed);
+        for (const QTreeWidgetItem* step : failed)
+            EXPECT_TRUE(step->toolTip(6).contains("% of full scale off its demand"));
+        const auto& shown = m_Bench->Bench.Messages.Shown;
+        ASSERT_EQ(shown.size(), 1U);
+        EXPECT_TRUE(shown[0].OffersToOpen);
+        EXPECT_TRUE(shown[0].Text.ends_with(run.Verdict + ": " + CountsText(run.Check)));
+        ASSERT_EQ(m_Bench->Bench.Documents.Opened.size(), 1U);
+        EXPECT_EQ(m_Bench->Bench.Documents.Opened[0].string(), run.Files.at(0));
+    }
 }
 
 } // namespace

@@ -49,6 +49,16 @@ void TerminalStages::Stage_Complete(End ended) {
     Show(fmt::format("{}: {}", stage.Name, stage.Result));
 }
 
+void TerminalStages::BeginPoints(const PointTable& table) {
+    m_Points = table.Title;
+}
+
+void TerminalStages::ShowPoint(std::size_t point, const PointLine& line) {
+    if (line.Passed == false) // what passes would hide it
+        Show(fmt::format("  Failed: {}, point {}: {}", m_Points.substr(0, m_Points.find(',')),
+                         point + 1, line.Why));
+}
+
 void TerminalStages::ShowLine(StageLine line, const std::string& text) {
     // The other lines change too often for a terminal that keeps what was printed.
     if (line != StageLine::Phase || text == m_Phase)

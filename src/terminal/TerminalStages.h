@@ -41,6 +41,8 @@ class TerminalStages final : public CalibrationView {
     void Stage_Add(const std::string& name) override;
     void Stage_RunNext() override;
     void Stage_Complete(End ended) override;
+    void BeginPoints(const PointTable& table) override;
+    void ShowPoint(std::size_t point, const PointLine& line) override;
     void ShowLine(StageLine line, const std::string& text) override;
     void ShowWarning(const std::string& text) override;
     void BeginProgress(float span_s) override;
@@ -56,6 +58,8 @@ class TerminalStages final : public CalibrationView {
     /// How many stages have been begun; the last of them is the running one.
     std::size_t m_Begun = 0;
     std::string m_Phase;
+    /// Of the points that are measured.
+    std::string m_Points;
     float m_Span_s = 0.0F;
     std::unique_ptr<TerminalProgress> m_Bar;
 };

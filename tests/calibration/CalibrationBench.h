@@ -15,6 +15,7 @@ class RecordedStages final : public CalibrationView {
     std::vector<std::string> Names;
     std::vector<std::string> Results;
     std::vector<std::string> Warnings;
+    std::vector<PointTable> Tables;
     std::array<std::string, 4> Lines;
     float Span_s = 0.0F;
     float Progress_s = 0.0F;
@@ -23,6 +24,10 @@ class RecordedStages final : public CalibrationView {
     void Stage_Add(const std::string& name) override { Names.push_back(name); }
     void Stage_RunNext() override { Results.emplace_back("Running..."); }
     void Stage_Complete(End ended) override { Results.back() = StageResult(ended); }
+    void BeginPoints(const PointTable& table) override { Tables.push_back(table); }
+    void ShowPoint(std::size_t point, const PointLine& line) override {
+        Tables.back().Lines.at(point) = line;
+    }
     void ShowLine(StageLine line, const std::string& text) override {
         Lines.at(static_cast<std::size_t>(line)) = text;
     }

@@ -52,6 +52,18 @@ inline void ShowStages(const Visit& visit) {
     window.Stage_RunNext();
     window.Stage_Complete(End::Passed);
     window.ShowWarning("The MFCs are not ready.");
+    window.Stage_RunNext();
+    window.BeginPoints(
+        {"channel 2, readings in ml/min",
+         {"Point", "Demand", "mm/s", "Rising", "Falling", "Mean", "Deviation", "Limit"},
+         std::vector<PointLine>(10)});
+    window.ShowPoint(4,
+                     {{"5", "750", "6.37", "764.8251", "764.7913", "764.8082",
+                       "1.936229 % of reading", "1 % of reading"},
+                      false,
+                      "The mean flow is 1.936229 % of the reading off its demand; 1 % is allowed.",
+                      1.94});
+    QCoreApplication::processEvents();
     visit(window);
 }
 

@@ -61,6 +61,19 @@ class WindowBench {
         return nullptr;
     }
 
+    static QWidget* StageWindow() { return TopLevel("frmACUCalibration"); }
+    /// Handles the windows' events, and looks at them, in one pass of so many: hours of a
+    /// calibration then take seconds, and the windows still live.
+    void LookRarely(std::function<void()> look) {
+        Bench.Events.EveryPass = [look = std::move(look), pass = 0]() mutable {
+            constexpr int passesBetween = 500;
+            if (++pass % passesBetween != 0)
+                return;
+            QCoreApplication::processEvents();
+            look();
+        };
+    }
+
     QString LabelText(const QString& name) { return Find<QLabel>(name).text(); }
     void Click(const QString& name) {
         QTest::mouseClick(&Find<QAbstractButton>(name), Qt::LeftButton);

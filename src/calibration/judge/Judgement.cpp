@@ -21,20 +21,32 @@ void Log(LogLines& log, std::initializer_list<std::string_view> lines) {
         log.emplace_back(line);
 }
 
+PointVerdict JudgeHysteresis(const ChannelMeasurement& measured, std::size_t point) {
+    const std::int32_t signedDifference =
+        measured.Falling.at(point).Reading_bits - measured.Rising.at(point).Reading_bits;
+    const std::int32_t difference = std::abs(signedDifference);
+    PointVerdict verdict{difference <= Hysteresis_bits, "0.2% Full Scale",
+                         std::to_string(difference), GeneralText(Hysteresis_bits), "bits"};
+    verdict.OfLimit = signedDifference / Hysteresis_bits;
+    if (!verdict.Passed)
+        verdict.Why = fmt::format("The falling reading is {} bits off the rising one; {} bits "
+                                  "(0.2 % of full scale) are allowed.",
+                                  verdict.Figure, verdict.Limit);
+    return verdict;
+}
+
 bool CheckHysteresis(const ChannelMeasurement& measured, LogLines& log) {
     Log(log, {"Checking Calibration Data - Hysteresis", "", "Criteria", "--------",
               "Difference (bits) is less than 0.2% of full scale"});
     bool passed = true;
     for (std::size_t point = 0; point < measured.Demand.size(); ++point) {
-        const std::int32_t rising = measured.Rising.at(point).Reading_bits;
-        const std::int32_t falling = measured.Falling.at(point).Reading_bits;
-        const std::int32_t difference = std::abs(falling - rising);
-        const bool pointPassed = difference <= Hysteresis_bits;
-        passed = passed && pointPassed;
+        const PointVerdict verdict = JudgeHysteresis(measured, point);
+        passed = passed && verdict.Passed;
         log.push_back(fmt::format(
-            "Checking Point {},{},{},{},<-- {} (0.2% Full Scale),{} is {} than {}", point + 1,
-            rising, falling, difference, pointPassed ? "Pass" : "Fail", difference,
-            pointPassed ? "not greater" : "greater", GeneralText(Hysteresis_bits)));
+            "Checking Point {},{},{},{},<-- {} ({}),{} is {} than {}", point + 1,
+            measured.Rising.at(point).Reading_bits, measured.Falling.at(point).Reading_bits,
+            verdict.Figure, verdict.Passed ? "Pass" : "Fail", verdict.Criterion, verdict.Figure,
+            verdict.Passed ? "not greater" : "greater", verdict.Limit));
     }
     log.push_back(passed ? " -> Hysteresis Check - Passed" : " -> Hysteresis Check - Failed");
     log.push_back("");
@@ -70,48 +82,55 @@ void WarnOfDeviations(const ChannelMeasurement& measured, const Line& line, LogL
     log.push_back(" -> MC Fit Test - Passed");
 }
 
-struct AuditPoint {
-    float Demand_ml_m;
-    float First_ml_m;
-    float Second_ml_m;
-    float Mean_ml_m;
-    float Error_ml_m;
-};
-
-AuditPoint AuditPointOf(const ChannelMeasurement& measured, std::size_t point) {
-    AuditPoint audit{};
-    audit.Demand_ml_m = measured.Demand.at(point).Flow_ml_m;
-    audit.First_ml_m = measured.Rising.at(point).Flow_ml_m;
-    audit.Second_ml_m = measured.Falling.at(point).Flow_ml_m;
-    audit.Mean_ml_m = (audit.First_ml_m + audit.Second_ml_m) / 2.0F;
-    audit.Error_ml_m = std::abs(audit.Demand_ml_m - audit.Mean_ml_m);
-    return audit;
-}
-
-struct PointVerdict {
-    bool Passed;
-    const char* Criterion;
-    /// The figure that is judged, and its limit.
-    std::string Figure;
-    std::string Limit;
-};
-
-PointVerdict JudgeByReading(const AuditPoint& audit) {
+PointVerdict JudgeByReading(float error_ml_m, float mean_ml_m) {
     // Without a reading there is nothing of which the error could be a percentage.
-    if (audit.Mean_ml_m == 0.0F)
-        return {false, "1% of Reading", "-", GeneralText(Error_percent)};
-    const float percent = audit.Error_ml_m / audit.Mean_ml_m * 100.0F;
-    return {percent <= Error_percent, "1% of Reading", GeneralText(percent),
-            GeneralText(Error_percent)};
+    if (mean_ml_m == 0.0F)
+        return {false,          "1% of Reading",         "-", GeneralText(Error_percent),
+                "% of reading", "No air has been read.", {}};
+    const float percent = std::abs(error_ml_m) / mean_ml_m * 100.0F;
+    PointVerdict verdict{percent <= Error_percent, "1% of Reading", GeneralText(percent),
+                         GeneralText(Error_percent), "% of reading"};
+    verdict.OfLimit = std::copysign(static_cast<double>(percent / Error_percent),
+                                    static_cast<double>(error_ml_m));
+    if (!verdict.Passed)
+        verdict.Why = fmt::format("The mean flow is {} % of the reading off its demand; {} % is "
+                                  "allowed.",
+                                  verdict.Figure, verdict.Limit);
+    return verdict;
 }
 
-PointVerdict JudgeByFullScale(const AuditPoint& audit, float capacity_ml_m) {
+PointVerdict JudgeByFullScale(float error_ml_m, float capacity_ml_m) {
     const auto limit_ml_m = static_cast<float>(static_cast<double>(capacity_ml_m) * LowError_share);
-    return {audit.Error_ml_m <= limit_ml_m, "0.1% Full Scale", GeneralText(audit.Error_ml_m),
-            GeneralText(limit_ml_m)};
+    PointVerdict verdict{std::abs(error_ml_m) <= limit_ml_m, "0.1% Full Scale",
+                         GeneralText(std::abs(error_ml_m)), GeneralText(limit_ml_m), "ml/min"};
+    verdict.OfLimit = static_cast<double>(error_ml_m / limit_ml_m);
+    if (!verdict.Passed)
+        verdict.Why = fmt::format("The mean flow is {} ml/min off its demand; {} ml/min (0.1 % of "
+                                  "full scale) are allowed.",
+                                  verdict.Figure, verdict.Limit);
+    return verdict;
+}
+
+PointVerdict JudgeAudit(const ChannelMeasurement& measured, std::size_t point) {
+    const float mean_ml_m = MeanFlow_ml_m(measured, point);
+    const float error_ml_m = mean_ml_m - measured.Demand.at(point).Flow_ml_m;
+    const bool isLow = CalPointPrecentage(static_cast<std::int32_t>(point),
+                                          CalibrationKind::Audit) <= LowPoint_percent;
+    return isLow ? JudgeByFullScale(error_ml_m, measured.Capacity_ml_m)
+                 : JudgeByReading(error_ml_m, mean_ml_m);
 }
 
 } // namespace
+
+float MeanFlow_ml_m(const ChannelMeasurement& measured, std::size_t point) {
+    return (measured.Rising.at(point).Flow_ml_m + measured.Falling.at(point).Flow_ml_m) / 2.0F;
+}
+
+PointVerdict JudgePoint(const ChannelMeasurement& measured, CalibrationKind kind,
+                        std::size_t point) {
+    return kind == CalibrationKind::Audit ? JudgeAudit(measured, point)
+                                          : JudgeHysteresis(measured, point);
+}
 
 bool CheckSystemCalibrationData(const ChannelMeasurement& measured, Line& bestFit, LogLines& log) {
     const bool passed = CheckHysteresis(measured, log);
@@ -125,18 +144,15 @@ bool CheckAuditCalibrationData(const ChannelMeasurement& measured, LogLines& log
     log.push_back("Checking Audit Calibration Data");
     bool passed = true;
     for (std::size_t point = 0; point < measured.Demand.size(); ++point) {
-        const AuditPoint audit = AuditPointOf(measured, point);
-        const bool isLow = CalPointPrecentage(static_cast<std::int32_t>(point),
-                                              CalibrationKind::Audit) <= LowPoint_percent;
-        const PointVerdict verdict =
-            isLow ? JudgeByFullScale(audit, measured.Capacity_ml_m) : JudgeByReading(audit);
+        const PointVerdict verdict = JudgeAudit(measured, point);
         passed = passed && verdict.Passed;
-        log.push_back(fmt::format("Checking Point {},{},{},{},{},<-- {} ({}),{} is {} than {}",
-                                  point + 1, GeneralText(audit.Demand_ml_m),
-                                  GeneralText(audit.First_ml_m), GeneralText(audit.Second_ml_m),
-                                  GeneralText(audit.Mean_ml_m), verdict.Passed ? "Pass" : "Fail",
-                                  verdict.Criterion, verdict.Figure,
-                                  verdict.Passed ? "less" : "greater", verdict.Limit));
+        log.push_back(fmt::format(
+            "Checking Point {},{},{},{},{},<-- {} ({}),{} is {} than {}", point + 1,
+            GeneralText(measured.Demand.at(point).Flow_ml_m),
+            GeneralText(measured.Rising.at(point).Flow_ml_m),
+            GeneralText(measured.Falling.at(point).Flow_ml_m),
+            GeneralText(MeanFlow_ml_m(measured, point)), verdict.Passed ? "Pass" : "Fail",
+            verdict.Criterion, verdict.Figure, verdict.Passed ? "less" : "greater", verdict.Limit));
     }
     return passed;
 }
@@ -276,17 +292,27 @@ PressureVerdict FitPressure(std::span<const PressureReading> points) {
     return verdict;
 }
 
+PointVerdict JudgePressure(const PressureReading& point) {
+    PointVerdict verdict{std::abs(point.Reading) <= Pressure_mBar, "0.5 mBar",
+                         Fixed2(point.Reading), FixedText(static_cast<double>(Pressure_mBar), 1),
+                         "mBar"};
+    verdict.OfLimit = static_cast<double>(point.Reading / Pressure_mBar);
+    if (!verdict.Passed)
+        verdict.Why = fmt::format("The pressure reads {} mBar; up to {} mBar are allowed.",
+                                  verdict.Figure, verdict.Limit);
+    return verdict;
+}
+
 PressureVerdict CheckPressure(std::span<const PressureReading> points, float base_mm) {
     PressureVerdict verdict;
     verdict.Passed = true;
     verdict.Log = {"", "Check Audit Data", Rule(16)};
     for (std::size_t i = 0; i < points.size(); ++i) {
-        const bool passes = std::abs(points[i].Reading) <= Pressure_mBar;
-        verdict.Passed = verdict.Passed && passes;
+        const PointVerdict point = JudgePressure(points[i]);
+        verdict.Passed = verdict.Passed && point.Passed;
         verdict.Log.push_back(fmt::format("Calibration Point {}: {}:  {}:  {}:    ({})",
-                                          passes ? "Passed" : "Failed", i,
-                                          Fixed2(points[i].Flow_ml_m), Fixed2(points[i].Reading),
-                                          FixedText(static_cast<double>(Pressure_mBar), 1)));
+                                          point.Passed ? "Passed" : "Failed", i,
+                                          Fixed2(points[i].Flow_ml_m), point.Figure, point.Limit));
     }
     verdict.Log.push_back(Rule(16));
     verdict.Log.push_back(fmt::format("Audit Calibration {}:  Base Index: 0  ({} mm)",

@@ -72,6 +72,29 @@ bool HasTable(const VelocityResult& result);
 /// A channel of a system run at least has a new table.
 bool HasPartOfTable(const VelocityResult& result);
 
+/// A calibration point as it is judged, in the figures of the log.
+struct PointVerdict {
+    bool Passed = false;
+    const char* Criterion = "";
+    /// The figure that is judged, and its limit, both in the unit.
+    std::string Figure;
+    std::string Limit;
+    const char* Unit = "";
+    /// Why the point has not passed, for the operator; empty when it has.
+    std::string Why{};
+    /// The figure as a share of its limit, with its sign; nothing where there is no figure.
+    std::optional<double> OfLimit{};
+};
+
+/// Judges a point that both sweeps have read: of a system run by how far they differ, of an audit
+/// by how far their mean is from the demand.
+PointVerdict JudgePoint(const ChannelMeasurement& measured, CalibrationKind kind,
+                        std::size_t point);
+/// Judges a point of a pressure audit.
+PointVerdict JudgePressure(const PressureReading& point);
+/// The mean of both sweeps' flows at a point.
+float MeanFlow_ml_m(const ChannelMeasurement& measured, std::size_t point);
+
 /// Judges what a system run has measured on a channel: at every point the rising and the falling
 /// reading must agree within 0.2 % of full scale. Points that deviate from the best-fit straight
 /// line by more than 0.1 % of full scale are warned of.

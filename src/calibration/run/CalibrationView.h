@@ -1,7 +1,9 @@
 #pragma once
 
 #include "board/procedure/Outcome.h"
+#include "calibration/judge/PointTable.h"
 
+#include <cstddef>
 #include <string>
 
 namespace ombrix {
@@ -18,7 +20,8 @@ enum class StageLine {
     Remaining,
 };
 
-/// Where calibrations show: the stages of a sequence, four status lines and a progress bar.
+/// Where calibrations show: the stages of a sequence, the points of what is being measured, four
+/// status lines and a progress bar.
 class CalibrationView {
   public:
     virtual ~CalibrationView() = default;
@@ -29,6 +32,10 @@ class CalibrationView {
     virtual void Stage_RunNext() = 0;
     /// Marks the running stage as finished.
     virtual void Stage_Complete(End ended) = 0;
+    /// Points are about to be measured in the running stage; those before them stay.
+    virtual void BeginPoints(const PointTable& table) = 0;
+    /// One of them, from 0, has been read, or read again.
+    virtual void ShowPoint(std::size_t point, const PointLine& line) = 0;
     virtual void ShowLine(StageLine line, const std::string& text) = 0;
     /// Shows what the operator should look into; it stays until the view goes.
     virtual void ShowWarning(const std::string& text) = 0;

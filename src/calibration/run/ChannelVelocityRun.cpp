@@ -79,6 +79,8 @@ bool ChannelVelocityRun::CalibrateChannelVelocity(ChannelMeasurement& result) {
     m_Services.Air.AllChannelsOff();
     BuildDemands(points, result);
     m_Services.Recorder.ChannelBegins(static_cast<std::size_t>(m_Channel), result);
+    m_Services.Stages.BeginPoints(
+        VelocityPoints(result, m_Kind, static_cast<std::size_t>(m_Channel)));
     m_Services.Stages.ShowLine(
         StageLine::Phase,
         Heading() + FormatArgs(" - Phase [1] of [2]",
@@ -164,8 +166,10 @@ void ChannelVelocityRun::Sweep(ChannelMeasurement& result, std::vector<PointRead
                                           time_s);
         sweep.at(point) = m_Services.Loop.Measure(m_Channel, time_s, display, Samples());
         m_Services.Recorder.ReadingEnds(sweep.at(point));
-        if (!m_Services.Wait.Ended())
-            LogPoint(point, demand, sweep.at(point));
+        if (m_Services.Wait.Ended())
+            return;
+        LogPoint(point, demand, sweep.at(point));
+        m_Services.Stages.ShowPoint(point, VelocityPoint(result, m_Kind, point));
     }
 }
 

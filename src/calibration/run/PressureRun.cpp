@@ -108,8 +108,9 @@ void PressureRun::AskForHose() {
 }
 
 void PressureRun::MeasurePoints() {
-    const auto& capacity_ml_m = m_Unit.Record().ChannelCapacity;
-    const float largest_ml_m = std::max(capacity_ml_m[0], capacity_ml_m[1]);
+    const CalibrationKind kind = IsAudit() ? CalibrationKind::Audit : CalibrationKind::System;
+    const std::array<float, Points> flows_ml_m = FlowsOfPoints();
+    m_Stages.BeginPoints(PressurePoints(flows_ml_m, kind));
     for (std::size_t i = 0; i < Points && GoesOn(); ++i) {
         PressureReading& point = m_Points.at(i);
         m_Stages.ShowLine(StageLine::Phase,
@@ -119,7 +120,7 @@ void PressureRun::MeasurePoints() {
         m_Station.Procedures.Tell({fmt::format("point {} of {}", i + 1, Points),
                                    1.0 - pointsLeft / (Points + 1.0),
                                    pointsLeft * static_cast<double>(LineSettles_s + RecordTime_s)});
-        point.Flow_ml_m = largest_ml_m / static_cast<float>(Points) * static_cast<float>(i);
+        point.Flow_ml_m = flows_ml_m.at(i);
         m_Log.LogCalibration("Flow Rate: " + Fixed(point.Flow_ml_m, 2) + " lm/min");
         m_Recorder.ReadingBegins(Sweeps::Pressure, i, {0, point.Flow_ml_m}, RecordTime_s);
         const auto reading = RecordPressurePoint(point.Flow_ml_m);
@@ -130,7 +131,17 @@ void PressureRun::MeasurePoints() {
         ++m_PointsMeasured;
         m_Log.LogCalibration("   Result: " + (IsAudit() ? Fixed(point.Reading, 2) + " mBar"
                                                         : Fixed(point.Reading, 1) + " Bits"));
+        m_Stages.ShowPoint(i, PressurePoint(point, kind, i));
     }
+}
+
+std::array<float, PressureRun::Points> PressureRun::FlowsOfPoints() const {
+    const auto& capacity_ml_m = m_Unit.Record().ChannelCapacity;
+    const float largest_ml_m = std::max(capacity_ml_m[0], capacity_ml_m[1]);
+    std::array<float, Points> flows_ml_m{};
+    for (std::size_t i = 0; i < Points; ++i)
+        flows_ml_m.at(i) = largest_ml_m / static_cast<float>(Points) * static_cast<float>(i);
+    return flows_ml_m;
 }
 
 bool PressureRun::Pass(HiResTimer& timer, double duration_s, const std::function<void()>& work) {

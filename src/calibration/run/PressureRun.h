@@ -35,6 +35,7 @@ class PressureRun final : public CalibrationRun {
     void CalibratePressureBase();
     void AskForHose();
     void MeasurePoints();
+    std::array<float, Points> FlowsOfPoints() const;
     /// What the sensor reads; nothing when a reading has failed. @throws BoardError
     std::optional<PressureSample> Read();
     /// Adds a sample when one is due.

@@ -1,6 +1,8 @@
 #include "windows/calibration/ACUCalibrationWindow.h"
 
 #include "board/unit/ACUCalibration.h"
+#include "windows/calibration/DeviationPlotWidget.h"
+#include "windows/calibration/PointListWidget.h"
 #include "windows/calibration/StageListWidget.h"
 #include "windows/desktop/QtOperator.h"
 #include "windows/widgets/Controls.h"
@@ -11,6 +13,7 @@
 #include <QCloseEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QShortcut>
 #include <QVBoxLayout>
 
@@ -35,15 +38,17 @@ ValueLabel* MakeLine(const char* objectName, const QString& meaning, QWidget* pa
 
 ACUCalibrationWindow::ACUCalibrationWindow(Station& station)
     : m_Station(station), m_Unit(MakeLine("lblUnit", tr("Unit"), this)),
-      m_Stages(new StageListWidget(this)),
+      m_Stages(new StageListWidget(this)), m_PointList(new PointListWidget(this)),
+      m_Deviations(new DeviationPlotWidget(this)),
       m_Phase(MakeLine("lblAccessoryCal1", tr("Calibration"), this)),
       m_Demand(MakeLine("lblAccessoryCal2", tr("Demand"), this)),
       m_Reading(MakeLine("lblAccessoryCal4", tr("Reading"), this)),
       m_Remaining(MakeLine("lblAccessoryCal5", tr("State"), this)),
       m_Warning(MakeLine("lblWarning", tr("Warning"), this)),
+      m_Time(new ValueLabel(QStringLiteral("lblTime"), tr("Time"), this)),
       m_Progress(Named(new ProgressBar(this), QStringLiteral("ctrlProgressBar"),
                        tr("Progress of the measurement"))),
-      m_Cancel(MakeButton(QStringLiteral("cmdCancel"), tr("Cancel"), this)) {
+      m_Cancel(MakeButton(QStringLiteral("cmdCancel"), tr("Cancel"), this)), m_Times(station) {
     Named(this, QStringLiteral("frmACUCalibration"), tr("Calibration"));
     setWindowTitle(tr("Calibration"));
     constexpr int fromTheLeft = 0;
@@ -58,31 +63,53 @@ ACUCalibrationWindow::ACUCalibrationWindow(Station& station)
 }
 
 void ACUCalibrationWindow::LayOut() {
+    auto* content = new QScrollArea(this);
+    content->setWidget(MakeContent());
+    content->setWidgetResizable(true);
+    content->setFrameShape(QFrame::NoFrame);
+    content->setFocusPolicy(Qt::NoFocus);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(content, 1);
+    layout->addLayout(MakeFoot());
+    constexpr QSize comfortable(1000, 680);
+    resize(ScaledToFonts(*this, comfortable));
+}
+
+QWidget* ACUCalibrationWindow::MakeContent() {
     constexpr int headingPoints = 14;
     auto* heading = MakeCaption(tr("Calibrating Aeration Control Unit"), this);
     heading->setObjectName(QStringLiteral("lblCalMsg"));
     heading->setFont(LabelFont(headingPoints));
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(m_Cancel);
-    auto* layout = new QVBoxLayout(this);
-    constexpr int margin = 16;
-    layout->setContentsMargins(margin, margin, margin, margin);
+    auto* left = new QVBoxLayout;
+    left->addWidget(m_Stages);
+    left->addLayout(MakeStatusLines());
+    auto* upper = new QHBoxLayout;
+    upper->addLayout(left, 1);
+    upper->addWidget(m_Deviations, 1);
+    auto* content = new QWidget;
+    auto* layout = new QVBoxLayout(content);
+    layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(heading);
     layout->addWidget(m_Unit);
-    layout->addWidget(m_Stages, 1);
-    layout->addLayout(MakeStatusLines());
-    layout->addWidget(m_Progress);
-    layout->addLayout(buttons);
-    constexpr QSize comfortable(640, 500);
-    resize(ScaledToFonts(*this, comfortable));
+    layout->addLayout(upper);
+    layout->addWidget(m_PointList);
+    return content;
+}
+
+/// What stays in sight however small the window is.
+QLayout* ACUCalibrationWindow::MakeFoot() {
+    constexpr int progressHeight = 28;
+    constexpr int progressPoints = 10;
+    m_Progress->setFont(LabelFont(progressPoints));
+    m_Progress->setFixedHeight(progressHeight);
+    auto* foot = new QHBoxLayout;
+    foot->addWidget(m_Progress, 1);
+    foot->addWidget(m_Time);
+    foot->addWidget(m_Cancel);
+    return foot;
 }
 
 QLayout* ACUCalibrationWindow::MakeStatusLines() {
-    constexpr int progressPoints = 10;
-    constexpr int progressHeight = 28;
-    m_Progress->setFont(LabelFont(progressPoints));
-    m_Progress->setFixedHeight(progressHeight);
     QFont bold = m_Phase->font();
     bold.setBold(true);
     m_Phase->setFont(bold);
@@ -97,6 +124,10 @@ QLayout* ACUCalibrationWindow::MakeStatusLines() {
 
 void ACUCalibrationWindow::SetToDesign() {
     m_Stages->clear();
+    m_PointList->clear();
+    m_Points = {};
+    m_Deviations->Show({}, {});
+    m_Time->ShowValue({});
     m_Unit->ShowValue({});
     m_Warning->ShowValue({});
     ClearLines();
@@ -145,6 +176,19 @@ ValueLabel& ACUCalibrationWindow::LineOf(StageLine line) const {
     return *m_Phase;
 }
 
+void ACUCalibrationWindow::BeginPoints(const PointTable& table) {
+    m_Points = table;
+    m_PointsTitle = QStringLiteral("%1, %2").arg(m_Stages->CurrentName(), ToQt(table.Title));
+    m_PointList->Begin(m_PointsTitle, table);
+    m_Deviations->Show(m_PointsTitle, m_Points.Lines);
+}
+
+void ACUCalibrationWindow::ShowPoint(std::size_t point, const PointLine& line) {
+    m_Points.Lines.at(point) = line;
+    m_PointList->Show(point, line);
+    m_Deviations->Show(m_PointsTitle, m_Points.Lines);
+}
+
 void ACUCalibrationWindow::ShowLine(StageLine line, const std::string& text) {
     LineOf(line).ShowValue(ToQt(text));
 }
@@ -162,6 +206,8 @@ void ACUCalibrationWindow::BeginProgress(float span_s) {
 
 void ACUCalibrationWindow::ShowProgress(float elapsed_s) {
     m_Progress->Value(elapsed_s);
+    m_Times.Look();
+    m_Time->ShowValue(m_Times.Text());
 }
 
 void ACUCalibrationWindow::EndProgress() {

@@ -11,6 +11,9 @@ namespace {
 
 enum Column { Number, Stage, Result };
 
+/// Of the result of a stage that has ended: whether it has passed.
+constexpr int PassedRole = Qt::UserRole;
+
 constexpr int RoomBetweenLines = 8;
 constexpr int RoomBetweenColumns = 16;
 
@@ -26,7 +29,7 @@ Colour FromQt(const QColor& colour) {
 
 /// Lines with room between them. Results show in their colours on any palette, also on the
 /// selected line, whose bar would paint them over; a colour that is too pale for a light list
-/// stands on a dark ground.
+/// stands on a dark ground. What has ended has a sign before its result.
 class StageDelegate final : public QStyledItemDelegate {
   public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -42,6 +45,7 @@ class StageDelegate final : public QStyledItemDelegate {
         const QColor base = option->palette.color(QPalette::Base);
         const QColor bar = option->palette.color(QPalette::Highlight);
         option->palette.setColor(QPalette::Highlight, Mixed(base, bar));
+        option->text = SignOf(index) + option->text;
         const QVariant given = index.data(Qt::ForegroundRole);
         QColor text = option->widget->palette().color(QPalette::Text);
         if (given.isValid()) {
@@ -55,6 +59,14 @@ class StageDelegate final : public QStyledItemDelegate {
     }
 
   private:
+    /// For those who do not see the colours apart.
+    static QString SignOf(const QModelIndex& index) {
+        const QVariant passed = index.data(PassedRole);
+        return !passed.isValid() ? QString()
+               : passed.toBool() ? QStringLiteral("✓ ")
+                                 : QStringLiteral("✗ ");
+    }
+
     static void StandOnDarkGround(QStyleOptionViewItem& option) {
         constexpr int roomBesideText = 10;
         option.backgroundBrush = QColor(32, 32, 32);
@@ -79,19 +91,31 @@ StageListWidget::StageListWidget(QWidget* parent) : QTreeWidget(parent) {
     Named(this, QStringLiteral("lvwStage"), tr("Stages"));
     setRootIsDecorated(false);
     setUniformRowHeights(true);
-    HoldRoomForLongestSequence();
     setAllColumnsShowFocus(true);
     setSelectionMode(NoSelection);
     setItemDelegate(new StageDelegate(this));
     header()->setSectionsMovable(false);
 }
 
-void StageListWidget::HoldRoomForLongestSequence() {
-    constexpr int stages = 8;
+int StageListWidget::HeightOf(int stages) const {
     constexpr int headings = 1;
     constexpr int roomForFrames = 4;
-    setMinimumHeight((stages + headings) *
-                     (fontMetrics().height() + RoomBetweenLines + roomForFrames));
+    return (stages + headings) * (fontMetrics().height() + RoomBetweenLines + roomForFrames);
+}
+
+QSize StageListWidget::sizeHint() const {
+    constexpr int longestSequence = 8;
+    return {QTreeWidget::sizeHint().width(), HeightOf(longestSequence)};
+}
+
+QSize StageListWidget::minimumSizeHint() const {
+    constexpr int fewest = 3;
+    return {QTreeWidget::minimumSizeHint().width(), HeightOf(fewest)};
+}
+
+QString StageListWidget::CurrentName() const {
+    const QTreeWidgetItem* current = Current();
+    return current == nullptr ? QString() : current->text(Stage);
 }
 
 void StageListWidget::Add(const QString& name) {
@@ -124,6 +148,7 @@ void StageListWidget::Complete(End ended) {
     const Colour colour = ended == End::Cancelled ? AbortedRed
                           : ended == End::Passed  ? PassedGreen
                                                   : FailedLightRed;
+    current->setData(Result, PassedRole, ended == End::Passed);
     ShowResult(*current, tr(StageResult(ended)), colour);
 }
 

@@ -20,9 +20,15 @@ class StageListWidget final : public QTreeWidget {
     void RunNext();
     /// Gives the current stage its result.
     void Complete(End ended);
+    /// Name of the current stage; empty before the first.
+    QString CurrentName() const;
+
+    /// Room for the longest sequence.
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
 
   private:
-    void HoldRoomForLongestSequence();
+    int HeightOf(int stages) const;
     QTreeWidgetItem* Current() const;
     static void ShowResult(QTreeWidgetItem& stage, const QString& text, Colour colour);
 };

@@ -14,18 +14,6 @@
 namespace ombrix {
 namespace {
 
-/// Handles the windows' events, and looks at them, in one pass of so many: hours of a calibration
-/// then take seconds, and the windows still live.
-void LookRarely(WindowBench& bench, std::function<void()> look) {
-    bench.Bench.Events.EveryPass = [look = std::move(look), pass = 0]() mutable {
-        constexpr int passesBetween = 500;
-        if (++pass % passesBetween != 0)
-            return;
-        QCoreApplication::processEvents();
-        look();
-    };
-}
-
 std::string StoredMFCNumber(WindowBench& bench) {
     return Trimmed(bench.Bench.Bench.Board(0).Eprom().Image().substr(
         ACUMemoryMap::MFCNumber, ACUMemoryMap::MFCNumberLength));
@@ -42,10 +30,6 @@ std::vector<std::string> Texts(const std::vector<Message>& messages) {
     for (const Message& message : messages)
         texts.push_back(message.Text);
     return texts;
-}
-
-QWidget* StageWindow() {
-    return WindowBench::TopLevel("frmACUCalibration");
 }
 
 TEST(SetUpCommands, IdentityButtonsWriteWhatWasEntered) {
@@ -107,7 +91,7 @@ TEST(SetUpCommands, MFCNumberIsAskedForUntilThereIsOneAndWrittenUnchanged) {
         EXPECT_EQ(bench.Bench.Messages.Prompts,
                   std::vector<std::string>(asked.size(), "Please enter the MFC Number"));
         EXPECT_EQ(StoredMFCNumber(bench), stored);
-        EXPECT_EQ(StageWindow(), nullptr);
+        EXPECT_EQ(WindowBench::StageWindow(), nullptr);
     }
 }
 
@@ -120,7 +104,7 @@ TEST(SetUpCommands, MFCNumberThatIsTooLongIsRefusedAndCancelEndsTheCommand) {
     EXPECT_NE(bench.Bench.Messages.Shown.at(0).Text.find("too long"), std::string::npos);
     EXPECT_EQ(bench.Bench.Messages.Prompts.size(), 1U);
     EXPECT_EQ(StoredMFCNumber(bench), before);
-    EXPECT_EQ(StageWindow(), nullptr);
+    EXPECT_EQ(WindowBench::StageWindow(), nullptr);
 }
 
 TEST(SetUpCommands, IdentityThatTheBoardRefusesIsNotSaidToBeProgrammed) {
@@ -179,18 +163,18 @@ class InitialisationTest : public ::testing::Test {
     void Open(const std::vector<std::string>& faults = {}) {
         m_Bench = std::make_unique<WindowBench>("fresh", faults);
         EnterMFCNumber(*m_Bench, "M9200302C");
-        LookRarely(*m_Bench, [this] {
-            if (StageWindow() == nullptr)
+        m_Bench->LookRarely([this] {
+            if (WindowBench::StageWindow() == nullptr)
                 return;
             m_Results.clear();
-            auto& list = WindowBench::FindIn<QTreeWidget>(*StageWindow(), "lvwStage");
+            auto& list = WindowBench::FindIn<QTreeWidget>(*WindowBench::StageWindow(), "lvwStage");
             for (int line = 0; line < list.topLevelItemCount(); ++line)
                 m_Results.push_back(list.topLevelItem(line)->text(2).toStdString());
         });
     }
     std::vector<std::string> Told() const { return Texts(m_Bench->Bench.Messages.Shown); }
     void ExpectCommandsBack() {
-        EXPECT_EQ(StageWindow(), nullptr);
+        EXPECT_EQ(WindowBench::StageWindow(), nullptr);
         EXPECT_EQ(WindowBench::TopLevel("frmOpenExcel"), nullptr);
         EXPECT_TRUE(m_Bench->Find<QWidget>("cmdVelocity_Init").isEnabled());
     }
@@ -224,7 +208,7 @@ TEST_F(InitialisationTest, CancelEndsTheSequenceAndLeavesTheRestPending) {
     Open();
     m_Bench->Bench.Events.At(100.0, [this] {
         EXPECT_GT(m_Bench->Find<QSlider>("sldDACValue_0").value(), 0);
-        QTest::mouseClick(&WindowBench::FindIn<QWidget>(*StageWindow(), "cmdCancel"),
+        QTest::mouseClick(&WindowBench::FindIn<QWidget>(*WindowBench::StageWindow(), "cmdCancel"),
                           Qt::LeftButton);
     });
     m_Bench->Click("cmdVelocity_Init");
@@ -245,11 +229,11 @@ TEST_F(InitialisationTest, BoardThatIsLostEndsTheSequenceWithAMessage) {
 
 TEST(SetUpCommands, ThePressureIsCalibratedFromTheToolsMenu) {
     WindowBench bench("plain");
-    LookRarely(bench, [] {});
+    bench.LookRarely([] {});
     bench.Find<QAction>("mnuPressureSystem").trigger();
     EXPECT_EQ(Texts(bench.Bench.Messages.Shown).back(), "ACU Pressure System Caibration Passed");
     EXPECT_TRUE(bench.LabelText("lblACUPresure_System").startsWith("15/03/2024 14:06"));
-    EXPECT_EQ(StageWindow(), nullptr);
+    EXPECT_EQ(WindowBench::StageWindow(), nullptr);
     bench.Bench.Messages.Answers = {Answer::Cancel};
     bench.Find<QAction>("mnuPressureAudit").trigger();
     EXPECT_EQ(bench.Bench.Messages.Shown.back().Icon, MessageIcon::Question);
@@ -259,10 +243,10 @@ TEST(SetUpCommands, TheVelocityIsCalibratedAloneFromTheToolsMenu) {
     for (const char* action : {"mnuVelocitySystem", "mnuVelocityAudit"}) {
         WindowBench bench;
         QWidget* stages = nullptr;
-        LookRarely(bench, [&stages] { stages = StageWindow(); });
+        bench.LookRarely([&stages] { stages = WindowBench::StageWindow(); });
         bench.Find<QAction>(action).trigger();
         EXPECT_NE(stages, nullptr) << "shown meanwhile";
-        EXPECT_EQ(StageWindow(), nullptr);
+        EXPECT_EQ(WindowBench::StageWindow(), nullptr);
         const bool isAudit = std::string_view(action).ends_with("Audit");
         EXPECT_TRUE(bench.LabelText(isAudit ? "lblACUVel_Audit" : "lblACUVel_System")
                         .startsWith("15/03/2024"));
@@ -311,7 +295,7 @@ TEST(SetUpCommands, ClosingTheProgramEndsACalibrationSafelyWithoutFurtherQuestio
         EXPECT_EQ(bench.Bench.Bench.Board(0).Eprom().Image().substr(kept), before);
         QCoreApplication::processEvents();
         EXPECT_FALSE(bench.Window.isVisible());
-        EXPECT_EQ(StageWindow(), nullptr);
+        EXPECT_EQ(WindowBench::StageWindow(), nullptr);
     }
 }
 

@@ -31,6 +31,7 @@ namespace {
 using namespace ombrix;
 
 constexpr QSize Screen(1366, 728);
+constexpr QSize Stages(1000, 680);
 
 /// Nobody sits before the pictures: gauges count as placed, questions are all answered alike.
 class AbsentOperator final : public Operator {
@@ -131,6 +132,8 @@ class Photographer {
                 !Find<QLabel>(window, QStringLiteral("lblAccessoryCal1")).text().endsWith(phase))
                 return;
             moment.stop();
+            window.resize(Stages);
+            QCoreApplication::processEvents();
             Take(window, file);
             Find<QAbstractButton>(window, QStringLiteral("cmdCancel")).click();
         });

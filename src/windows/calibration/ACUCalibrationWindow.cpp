@@ -72,7 +72,7 @@ void ACUCalibrationWindow::LayOut() {
     layout->addWidget(content, 1);
     layout->addLayout(MakeFoot());
     constexpr QSize comfortable(1000, 680);
-    resize(ScaledToFonts(*this, comfortable));
+    resize(ScaledToScreen(*this, comfortable));
 }
 
 QWidget* ACUCalibrationWindow::MakeContent() {

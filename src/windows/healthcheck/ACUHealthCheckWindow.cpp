@@ -103,7 +103,7 @@ ACUHealthCheckWindow::ACUHealthCheckWindow(Station& station,
     layout->addLayout(MakeSideColumn());
     layout->addLayout(right, 1);
     constexpr QSize size(1200, 680);
-    resize(ScaledToFonts(*this, size));
+    resize(ScaledToScreen(*this, size));
     connect(m_Options, &HealthCheckOptionsPanel::StartWanted, this, &ACUHealthCheckWindow::Start);
     connect(m_Options, &HealthCheckOptionsPanel::CancelWanted, this,
             [this] { m_Station.Procedures.Cancel(); });

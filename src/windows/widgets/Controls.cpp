@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QScreen>
 #include <QSlider>
 #include <QTreeView>
 
@@ -146,6 +147,13 @@ QComboBox* MakeChooser(const char* objectName, const QString& caption, QHBoxLayo
 QSize ScaledToFonts(const QWidget& widget, QSize usual) {
     constexpr int usualResolution = 96;
     return usual * widget.logicalDpiX() / usualResolution;
+}
+
+QSize ScaledToScreen(const QWidget& window, QSize usual) {
+    constexpr int titleBar = 40;
+    constexpr QSize smallest(853, 440);
+    const QSize room = window.screen()->availableGeometry().size() - QSize(0, titleBar);
+    return ScaledToFonts(window, usual).boundedTo(room.expandedTo(ScaledToFonts(window, smallest)));
 }
 
 QLabel* MakeCaption(const QString& caption, QWidget* parent) {

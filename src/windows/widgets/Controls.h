@@ -63,6 +63,9 @@ QComboBox* MakeChooser(const char* objectName, const QString& caption, QHBoxLayo
                        QWidget* parent);
 /// A size that suits fonts of 96 dots to the inch, for the dots of the desktop's fonts.
 QSize ScaledToFonts(const QWidget& widget, QSize usual);
+/// The same for a window's first size, which is no larger than the screen: one of 1280 × 720 pixels
+/// that are shown at 150 % has room for little more than half of that.
+QSize ScaledToScreen(const QWidget& window, QSize usual);
 /// A text that never changes.
 QLabel* MakeCaption(const QString& caption, QWidget* parent);
 

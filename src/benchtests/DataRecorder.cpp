@@ -36,6 +36,7 @@ void DataRecorder::Start() {
         LineFile::Begin(m_Station.World, "recording",
                         Paths::Recording + DateText(world.Time.Now(), "yyyyddmm_hhnnss") + ".csv"));
     m_StartOfDay_s = world.Time.SecondsSinceMidnight();
+    m_Start_s = MonotonicSeconds(world.Time);
     try {
         m_File->WriteHeading("Timer,CH1 Flow,Ch2 Flow,3v3,Floating");
     } catch (const DriveError&) {
@@ -44,12 +45,36 @@ void DataRecorder::Start() {
     }
 }
 
+std::string DataRecorder::Elapsed() const {
+    return GeneralText(
+        static_cast<float>(m_Station.World.Time.SecondsSinceMidnight() - m_StartOfDay_s));
+}
+
+double DataRecorder::Duration_s() const {
+    const bool goesOn = m_File && m_File->IsOpen();
+    return (goesOn ? MonotonicSeconds(m_Station.World.Time) : m_Stop_s) - m_Start_s;
+}
+
+void DataRecorder::Stop() {
+    if (!Recording())
+        return;
+    m_Stop_s = MonotonicSeconds(m_Station.World.Time);
+    m_File->Close();
+}
+
+void DataRecorder::Append(const std::string& line) {
+    try {
+        m_File->WriteLine(line);
+    } catch (const DriveError&) {
+        Stop();
+        throw;
+    }
+}
+
 void DataRecorder::RecordLine() {
-    const auto elapsed_s =
-        static_cast<float>(m_Station.World.Time.SecondsSinceMidnight() - m_StartOfDay_s);
-    std::string fields;
+    std::string line = Elapsed(); // before the readings, which take their time
     const auto add = [&](std::optional<std::int32_t> reading) {
-        fields += "," + OptionalText(reading);
+        line += "," + OptionalText(reading);
         m_FailedReadings += reading ? 0 : 1;
     };
     for (std::int32_t channel = 0; channel < AIB::DACChannels; ++channel)
@@ -57,13 +82,12 @@ void DataRecorder::RecordLine() {
     std::int32_t pressure = 0;
     const AIBStatus status = m_Board->ReadReg(AIB::PressureRegister, pressure);
     add(status == Status::NoError ? std::optional(pressure) : std::nullopt);
-    try {
-        m_File->WriteLine(GeneralText(elapsed_s) + fields);
-        ++m_Lines;
-    } catch (const DriveError&) {
-        Stop();
-        throw;
-    }
+    Append(line);
+    ++m_Lines;
+}
+
+void DataRecorder::Mark(const std::string& text) {
+    Append(Elapsed() + std::string(Readings + 1, ',') + text);
 }
 
 RecordingResult TimedRecording::Run(double duration_s,

@@ -24,12 +24,14 @@ class DataRecorder {
     /// Appends a line. A reading that fails is an empty field. @throws DriveError and stops
     /// recording: what was written is whole
     void RecordLine();
-    void Stop() {
-        if (m_File)
-            m_File->Close();
-    }
+    /// Appends what somebody has noted: the time, empty fields in the place of the readings, the
+    /// text. @throws DriveError and stops recording
+    void Mark(const std::string& text);
+    void Stop();
 
     std::int64_t Lines() const { return m_Lines; }
+    /// From the start on, until it was stopped.
+    double Duration_s() const;
     /// Of the five of each line, how many the board has not answered.
     std::int64_t FailedReadings() const { return m_FailedReadings; }
     /// There are lines, and nothing in them.
@@ -41,11 +43,16 @@ class DataRecorder {
     /// Inputs and pressure register.
     static constexpr std::int64_t Readings = AIB::DACChannels + 1;
 
+    std::string Elapsed() const;
+    void Append(const std::string& line);
+
     Station& m_Station;
     /// The board that was current when the recording began.
     std::shared_ptr<AIB> m_Board;
     std::optional<LineFile> m_File;
     double m_StartOfDay_s = 0.0;
+    double m_Start_s = 0.0;
+    double m_Stop_s = 0.0;
     std::int64_t m_Lines = 0;
     std::int64_t m_FailedReadings = 0;
 };

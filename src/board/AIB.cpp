@@ -97,30 +97,48 @@ AIBStatus AIB::ConfigureGPIO(std::int32_t mask) {
     return status;
 }
 
-AIBStatus AIB::NoteValve(AIBStatus status, bool isValveOutput, bool set) {
-    if (isValveOutput && status == Status::NoError)
-        m_ValveIsSet = set;
+namespace {
+
+/// A pin's bit; none for a pin that no board has.
+std::int32_t BitOf(std::int32_t pin) {
+    constexpr std::int32_t bits = 31;
+    return pin >= 0 && pin < bits ? 1 << pin : 0;
+}
+
+} // namespace
+
+std::optional<bool> AIB::Levels::Of(std::int32_t pin) const {
+    return (Told & BitOf(pin)) != 0 ? std::optional((Set & BitOf(pin)) != 0) : std::nullopt;
+}
+
+AIBStatus AIB::NoteLevel(AIBStatus status, Levels& levels, std::int32_t pin, bool set) {
+    if (status == Status::NoError) {
+        levels.Told |= BitOf(pin);
+        levels.Set = set ? levels.Set | BitOf(pin) : levels.Set & ~BitOf(pin);
+    }
     return CheckStatus(status);
 }
 
+std::optional<bool> AIB::ValveIsSet() const {
+    if (IsUsb())
+        return ExtendedIsSet(ACUWiring::UsbValveOutput);
+    return IsFireWire() ? PinIsSet(ACUWiring::FireWireValvePin) : std::nullopt;
+}
+
 AIBStatus AIB::SetGPO(std::int32_t pin) {
-    return NoteValve(m_Services.Library.SetGPO(m_Index, pin),
-                     IsFireWire() && pin == ACUWiring::FireWireValvePin, true);
+    return NoteLevel(m_Services.Library.SetGPO(m_Index, pin), m_Pins, pin, true);
 }
 
 AIBStatus AIB::ClearGPO(std::int32_t pin) {
-    return NoteValve(m_Services.Library.ClearGPO(m_Index, pin),
-                     IsFireWire() && pin == ACUWiring::FireWireValvePin, false);
+    return NoteLevel(m_Services.Library.ClearGPO(m_Index, pin), m_Pins, pin, false);
 }
 
 AIBStatus AIB::SetExtGPO(std::int32_t pin) {
-    return NoteValve(m_Services.Library.SetExtGPO(m_Index, pin),
-                     IsUsb() && pin == ACUWiring::UsbValveOutput, true);
+    return NoteLevel(m_Services.Library.SetExtGPO(m_Index, pin), m_Extended, pin, true);
 }
 
 AIBStatus AIB::ClearExtGPO(std::int32_t pin) {
-    return NoteValve(m_Services.Library.ClearExtGPO(m_Index, pin),
-                     IsUsb() && pin == ACUWiring::UsbValveOutput, false);
+    return NoteLevel(m_Services.Library.ClearExtGPO(m_Index, pin), m_Extended, pin, false);
 }
 
 AIBStatus AIB::GetGPI(std::int32_t pin, std::int32_t& level) {

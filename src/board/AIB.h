@@ -99,13 +99,17 @@ class AIB final : public EpromSource, public EpromSink {
     AIBStatus ConfigureGPIO(std::int32_t mask);
     /// The mask that ConfigureGPIO has last set.
     std::int32_t Directions() const { return m_Directions; }
+    /// Whether a pin was last set or cleared; nothing before the board has taken either.
+    std::optional<bool> PinIsSet(std::int32_t pin) const { return m_Pins.Of(pin); }
+    /// The same of an extended output, as the power of the MFCs.
+    std::optional<bool> ExtendedIsSet(std::int32_t pin) const { return m_Extended.Of(pin); }
     AIBStatus SetGPO(std::int32_t pin);
     AIBStatus ClearGPO(std::int32_t pin);
     AIBStatus SetExtGPO(std::int32_t pin);
     AIBStatus ClearExtGPO(std::int32_t pin);
     /// Whether the output of the solenoid valves was last set or cleared; nothing before the board
     /// has taken either.
-    std::optional<bool> ValveIsSet() const { return m_ValveIsSet; }
+    std::optional<bool> ValveIsSet() const;
     AIBStatus GetGPI(std::int32_t pin, std::int32_t& level);
     AIBStatus GetVariable(std::int32_t number, std::int32_t& value);
     AIBStatus SetVariable(std::int32_t number, std::int32_t value);
@@ -192,7 +196,14 @@ class AIB final : public EpromSource, public EpromSink {
 
   private:
     AIBStatus CheckStatus(AIBStatus status);
-    AIBStatus NoteValve(AIBStatus status, bool isValveOutput, bool set);
+    /// What outputs that are on or off were told last, a bit each.
+    struct Levels {
+        std::int32_t Told = 0;
+        std::int32_t Set = 0;
+
+        std::optional<bool> Of(std::int32_t pin) const;
+    };
+    AIBStatus NoteLevel(AIBStatus status, Levels& levels, std::int32_t pin, bool set);
     /// Has the feed told, if anybody listens. @param value_bits counts where the board has
     /// taken or answered it
     void Tell(BoardNote::Subject what, std::int32_t channel, bool answered,
@@ -216,7 +227,8 @@ class AIB final : public EpromSource, public EpromSink {
     bool m_Programmed = false;
     bool m_MFCReady = false;
     std::int32_t m_Directions = 0;
-    std::optional<bool> m_ValveIsSet;
+    Levels m_Pins;
+    Levels m_Extended;
     bool m_EpromIsWritten = false;
 };
 

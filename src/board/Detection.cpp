@@ -24,6 +24,16 @@ void LogIdentity(Platform& world, const AIB& board) {
                          board.HWVersion(), board.MFCReady() ? "MFCs ready" : "MFCs not ready"));
 }
 
+} // namespace
+
+std::string BoardCaption(const Station& station, const AIB& board) {
+    const bool isOurs = station.Claims.Refusal(board.DevSerialNum()).empty();
+    return fmt::format("AIB_{}: {}{}", board.DevSerialNum(), board.BusTypeText(),
+                       isOurs ? "" : " (read only)");
+}
+
+namespace {
+
 void ProgramBoard(Station& station, DetectionView& view, std::int32_t index) {
     AIB& board = *station.AIBList.AIB(index);
     const std::string bus = board.BusTypeText();
@@ -35,10 +45,9 @@ void ProgramBoard(Station& station, DetectionView& view, std::int32_t index) {
     view.SetTabCaption(index, fmt::format("Programming {} AIB...", bus));
     station.World.Events.ProcessPendingEvents();
     // Programming a board would disturb the program that works with it.
-    const bool isOurs = station.Claims.ClaimUnlessTaken(serial);
-    if (isOurs)
+    if (station.Claims.ClaimUnlessTaken(serial))
         board.StartFPGAUpload();
-    view.SetTabCaption(index, fmt::format("AIB_{}: {}{}", serial, bus, isOurs ? "" : " (in use)"));
+    view.SetTabCaption(index, BoardCaption(station, board));
 }
 
 void ShowCount(const AIBList& list, DetectionView& view) {

@@ -19,6 +19,9 @@ class DetectionView {
     virtual void SetTabCaption(std::int32_t board, const std::string& caption) = 0;
 };
 
+/// "AIB_7: FireWire", and that it is read only where this program may not drive it.
+std::string BoardCaption(const Station& station, const AIB& board);
+
 /// Opens the board library, identifies and claims the boards, switches off what a program that
 /// died has left driven, and loads the FPGA of each board but those that another program has: these
 /// stay as they are, and count as not programmed.

@@ -1,3 +1,4 @@
+#include "platform/text/Text.h"
 #include "trend/TrendReaders.h"
 
 #include <fmt/format.h>
@@ -32,6 +33,8 @@ struct CsvFormat {
     std::size_t Fields;
     /// There may be others behind those.
     bool MayBeLonger;
+    /// What stands behind those is a mark: a text at that time, without readings.
+    bool HasMarks;
     std::vector<CsvGroup> Groups;
     /// Full scale that the test itself reckons with.
     TrendScales Scales{};
@@ -59,6 +62,7 @@ std::vector<CsvFormat> Formats() {
         {"Timer,CH1 Flow,Ch2 Flow,3v3,Floating",
          6,
          false,
+         true,
          {{0,
            {{1, "CH1 flow", Subject::Channel1},
             {2, "CH2 flow", Subject::Channel2},
@@ -67,6 +71,7 @@ std::vector<CsvFormat> Formats() {
             {5, "Pressure register", Subject::PressureRegister}}}}},
         {"Input,Output1,Output2,Output3,Output4",
          5,
+         false,
          false,
          {{std::nullopt,
            {{0, "Level set"},
@@ -78,6 +83,7 @@ std::vector<CsvFormat> Formats() {
          "Timer,Switch,FlowCh0,FlowCh1,MeasureCh0",
          7,
          true,
+         false,
          {{0,
            {{1, "Valve"},
             {2, "Demand CH1", Subject::Channel1},
@@ -90,6 +96,7 @@ std::vector<CsvFormat> Formats() {
          "Data0,EndPointUp,EndPointDn",
          9,
          true,
+         false,
          {{0,
            {{1, "Demand CH1", Subject::Channel1},
             {2, "Flow CH1", Subject::Channel1},
@@ -101,6 +108,7 @@ std::vector<CsvFormat> Formats() {
         {"Timer,OutA0,OutA1,OutA2,OutA3,InA0,InA1,InA2,InA3,"
          "OutB0,OutB1,OutB2,OutB3,InB0,InB1,InB2,InB3",
          17,
+         false,
          false,
          {rig()}},
     };
@@ -165,8 +173,12 @@ class CsvReader {
         const std::string_view line(begin, static_cast<std::size_t>(end - begin));
         if (line.empty() || line == m_Format.Header)
             return; // a sweep has a header for each way
-        if (ReadFields(begin, end))
+        const char* behind = ReadFields(begin, end);
+        const bool isWhole = behind == end || (behind != nullptr && m_Format.MayBeLonger);
+        if (isWhole)
             Store();
+        else if (behind != nullptr && IsMark())
+            NoteMark({behind + 1, end});
         else
             m_Damaged.Note(m_Line);
     }
@@ -175,6 +187,8 @@ class CsvReader {
     TrendData Finish(const std::filesystem::path& path) {
         if (m_Data.Empty())
             throw NothingToShow(path, m_Damaged);
+        if (m_Marks > MarksTold)
+            m_Data.Remarks.push_back(fmt::format("There are {} marks.", m_Marks));
         if (m_Damaged.Count() > 0)
             m_Data.Remarks.push_back(m_Damaged.Text());
         if (m_SetBack > 0)
@@ -187,18 +201,31 @@ class CsvReader {
     }
 
   private:
-    bool ReadFields(const char* at, const char* end) {
+    /// Where the numbers of a line end; nullptr when it is damaged.
+    const char* ReadFields(const char* at, const char* end) {
         std::size_t field = 0;
         while (true) {
             at = ReadNumber(at, end, m_Fields[field]);
-            if (at == nullptr)
-                return false;
-            if (++field == m_Format.Fields)
-                return at == end || m_Format.MayBeLonger;
+            if (at == nullptr || ++field == m_Format.Fields)
+                return at;
             if (at == end)
-                return false;
+                return nullptr;
             ++at; // the comma
         }
+    }
+
+    bool IsMark() const {
+        return m_Format.HasMarks && !std::isnan(m_Fields[0]) &&
+               std::all_of(m_Fields.begin() + 1,
+                           m_Fields.begin() + static_cast<std::ptrdiff_t>(m_Format.Fields),
+                           [](double field) { return std::isnan(field); });
+    }
+
+    void NoteMark(std::string_view text) {
+        if (++m_Marks <= MarksTold)
+            m_Data.Remarks.push_back(
+                fmt::format("Mark at {} s: {}.",
+                            GeneralText(static_cast<float>(m_Fields[0] + m_Shifts_s[0])), text));
     }
 
     void Store() {
@@ -247,6 +274,9 @@ class CsvReader {
     TrendData m_Data;
     std::array<double, MostFields> m_Fields{};
     DamagedLines m_Damaged;
+    /// More of them would fill the window.
+    static constexpr int MarksTold = 8;
+    int m_Marks = 0;
     std::int64_t m_Line = 0;
     std::int64_t m_Step = 0;
     std::int64_t m_SetBack = 0;

@@ -39,31 +39,35 @@ TrendScales TrendScales::Of(const ACU& unit, std::string source) {
     return scales;
 }
 
-std::optional<TrendConversion> TrendTrace::In(TrendUnit unit, const TrendScales& scales) const {
-    if (Subject == TrendSubject::Pressure_mBar)
-        return unit == TrendUnit::Pressure_mBar ? std::optional(TrendConversion{}) : std::nullopt;
+std::optional<TrendConversion> TrendScales::Of(TrendSubject subject, TrendUnit unit) const {
     if (unit == TrendUnit::Bits)
         return TrendConversion{};
     if (unit == TrendUnit::Percent)
         return TrendConversion{HundredPercent / FullScale_bits, 0.0};
-    // Another board has another unit behind it.
-    if (Serial != 0 && Serial != scales.Serial)
-        return std::nullopt;
     if (unit == TrendUnit::Flow_ml_m &&
-        (Subject == TrendSubject::Channel1 || Subject == TrendSubject::Channel2)) {
-        const auto& capacity = scales.Capacity_ml_m[Subject == TrendSubject::Channel1 ? 0 : 1];
+        (subject == TrendSubject::Channel1 || subject == TrendSubject::Channel2)) {
+        const auto& capacity = Capacity_ml_m[subject == TrendSubject::Channel1 ? 0 : 1];
         if (capacity)
             return TrendConversion{static_cast<double>(*capacity) / FullScale_bits, 0.0};
     }
-    if (unit == TrendUnit::Pressure_mBar && Subject == TrendSubject::Pressure &&
-        scales.MaxPressure_mBar) {
+    if (unit == TrendUnit::Pressure_mBar && subject == TrendSubject::Pressure && MaxPressure_mBar) {
         ACURecord sensor;
-        sensor.MaxPressure = *scales.MaxPressure_mBar;
+        sensor.MaxPressure = *MaxPressure_mBar;
         sensor.CalculatePressureScaling();
         return TrendConversion{static_cast<double>(sensor.PressureScale),
                                static_cast<double>(sensor.PressureOffset)};
     }
     return std::nullopt;
+}
+
+std::optional<TrendConversion> TrendTrace::In(TrendUnit unit, const TrendScales& scales) const {
+    if (Subject == TrendSubject::Pressure_mBar)
+        return unit == TrendUnit::Pressure_mBar ? std::optional(TrendConversion{}) : std::nullopt;
+    const bool isOfTheBoard = unit == TrendUnit::Bits || unit == TrendUnit::Percent;
+    // Another board has another unit behind it.
+    if (!isOfTheBoard && Serial != 0 && Serial != scales.Serial)
+        return std::nullopt;
+    return scales.Of(Subject, unit);
 }
 
 void TrendTimes::Append(double time_s) {

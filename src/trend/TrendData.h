@@ -40,6 +40,8 @@ inline bool IsPressure(TrendSubject subject) {
 }
 
 /// What a unit's record says of the bits of its channels. What is not known is not guessed.
+struct TrendConversion;
+
 struct TrendScales {
     /// Full scale of the air channels.
     std::array<std::optional<float>, 2> Capacity_ml_m{};
@@ -53,6 +55,8 @@ struct TrendScales {
     /// @param source as above; nothing is known of a unit without a record
     static TrendScales Of(const ACU& unit, std::string source);
     bool Any() const { return Capacity_ml_m[0] || Capacity_ml_m[1] || MaxPressure_mBar; }
+    /// From bits to a unit; nothing where the subject is not known in it.
+    std::optional<TrendConversion> Of(TrendSubject subject, TrendUnit unit) const;
 };
 
 /// Value in a unit = Factor × value as kept + AtZero; the factor is positive.

@@ -37,7 +37,9 @@ TEST(Text, NumbersAreToldFromOtherTexts) {
     EXPECT_EQ(ParseNumber(" 70000 "), 70000.0);
     EXPECT_EQ(ParseNumber("-5"), -5.0);
     EXPECT_EQ(ParseNumber("+1e3"), 1000.0);
-    for (const char* text : {"", " ", "12x", "0x10", "1,5", "nan", "inf", "--1", "+-1", "1e999"})
+    EXPECT_EQ(ParseNumber(" 0xfF "), 255.0);
+    for (const char* text : {"", " ", "12x", "0x", "0x1G", "0x100000000", "-0x1", "1,5", "nan",
+                             "inf", "--1", "+-1", "1e999"})
         EXPECT_FALSE(ParseNumber(text)) << text;
 }
 

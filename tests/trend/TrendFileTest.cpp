@@ -91,6 +91,10 @@ INSTANTIATE_TEST_SUITE_P(
         FileCase{"PastMidnight",
                  Recording + "9.5,1,2,3,4,5\r\n-86389.5,6,2,3,4,5\r\n-86380,7,2,3,4,5\r\n",
                  {"CH1 flow 9.5:1 10.5:6 20:7"}},
+        FileCase{"Marks",
+                 Recording + "0,1,2,3,4,5\r\n0.5,,,,,,hose, left one, moved\r\n1,6,2,3,4,5\r\n",
+                 {"CH1 flow 0:1 1:6\n"},
+                 "Mark at 0.5 s: hose, left one, moved."},
         FileCase{"DamagedLines",
                  Recording + "0,1,2,3,4,5\n1,1,2,3\n2,x,2,3,4,5\n3,1,2,3,4,56,1,2\n,1,2,3,4,5\n"
                              "4,12345678901234567,2,3,4,5\n5,1.25,2,3,4,5\n6,1,2,3,4,5",

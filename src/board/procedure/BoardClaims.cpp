@@ -24,11 +24,22 @@ std::string NameOf(const ProgramIdentity& program) {
 
 bool BoardClaims::Claim(std::int32_t serial) {
     std::unique_ptr<FileLock>& claim = m_Claims[serial];
-    if (!claim) {
+    if (claim)
+        return true;
+    try {
         claim = m_World.Files.TryLock(ClaimPath(m_World.Files, serial, "lock"),
                                       NameOf(m_World.Program));
+        m_Refusals[serial] = claim ? "" : "in use by " + Holder(serial);
+    } catch (const DriveError& error) {
+        m_Refusals[serial] = std::string("not kept from other programs: ") + error.what();
+        throw;
     }
     return claim != nullptr;
+}
+
+std::string BoardClaims::Refusal(std::int32_t serial) const {
+    const auto refusal = m_Refusals.find(serial);
+    return refusal == m_Refusals.end() ? std::string() : refusal->second;
 }
 
 bool BoardClaims::ClaimUnlessTaken(std::int32_t serial) noexcept {

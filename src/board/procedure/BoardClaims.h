@@ -31,16 +31,23 @@ class BoardClaims {
     /// Claims the board and tells whether no other program has it. One whose claim cannot even be
     /// tried counts as ours: switching air off comes before keeping out of somebody's way.
     bool ClaimUnlessTaken(std::int32_t serial) noexcept;
+    /// Why the board is not this program's to drive, since it was last tried to claim it ("in use
+    /// by ombrixctl, process 1234 on bench7"); empty when it is, and before.
+    std::string Refusal(std::int32_t serial) const;
     /// Who has the board that could not be claimed ("ombrixctl, process 1234 on bench7").
     std::string Holder(std::int32_t serial) const;
     /// Claims a board that is about to be driven. @throws BoardInUse, DriveError
     void Require(std::int32_t serial);
     /// Gives every board back, as before they are detected anew.
-    void ReleaseAll() { m_Claims.clear(); }
+    void ReleaseAll() {
+        m_Claims.clear();
+        m_Refusals.clear();
+    }
 
   private:
     Platform& m_World;
     std::map<std::int32_t, std::unique_ptr<FileLock>> m_Claims;
+    std::map<std::int32_t, std::string> m_Refusals;
 };
 
 /// A program as others are told of it: "ombrixctl, process 1234 on bench7".

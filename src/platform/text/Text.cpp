@@ -91,6 +91,19 @@ std::string FormatArgs(std::string_view text, std::initializer_list<std::string_
     return result;
 }
 
+namespace {
+
+/// What stands behind the "0x" of a number.
+std::optional<double> ParseHexadecimal(std::string_view digits) {
+    std::uint32_t value = 0;
+    const auto [end, error] =
+        std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
+    const bool isNumber = error == std::errc{} && end == digits.data() + digits.size();
+    return isNumber ? std::optional<double>(value) : std::nullopt;
+}
+
+} // namespace
+
 std::optional<double> ParseNumber(std::string_view text) {
     std::string_view number = text;
     while (!number.empty() && IsBlank(number.front()))
@@ -99,6 +112,8 @@ std::optional<double> ParseNumber(std::string_view text) {
         number.remove_suffix(1);
     if (number.starts_with('+') && number.size() > 1 && number[1] != '-')
         number.remove_prefix(1);
+    if (number.starts_with("0x") || number.starts_with("0X"))
+        return ParseHexadecimal(number.substr(2));
     double value = 0.0;
     const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
     const bool isNumber = error == std::errc{} && end == number.data() + number.size();

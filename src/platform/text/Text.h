@@ -32,7 +32,8 @@ std::string ReplaceAll(std::string_view text, std::string_view what, std::string
 /// The template with "[1]", "[2]", … replaced by the first, second, … value.
 std::string FormatArgs(std::string_view text, std::initializer_list<std::string_view> values);
 
-/// Text of a number that an operator typed; nothing when it is no number.
+/// Text of a number that an operator typed, decimal or hexadecimal ("0x1F"); nothing when it is no
+/// number.
 std::optional<double> ParseNumber(std::string_view text);
 
 /// The text without surrounding blanks (and the zero bytes that fill up fixed-width texts).

@@ -7,10 +7,10 @@
 #include "windows/desktop/KeepAbove.h"
 #include "windows/desktop/QtOperator.h"
 #include "windows/healthcheck/ACUHealthCheckWindow.h"
+#include "windows/live/DACPanel.h"
 #include "windows/main/ACUCommands.h"
 #include "windows/main/BenchTestCommands.h"
 #include "windows/main/BoardPanel.h"
-#include "windows/main/DACPanel.h"
 #include "windows/main/InfoPanel.h"
 #include "windows/main/ToolWindows.h"
 #include "windows/procedure/BoardNotices.h"
@@ -216,6 +216,7 @@ void AIBAccessoriesWindow::ResetPanels() {
         m_Tabs->setCurrentIndex(0);
     }
     m_Station.CurrentAIB = m_Station.AIBList.AIB(0);
+    m_Notices->Reset();
     m_Board->Reset();
 }
 
@@ -224,6 +225,7 @@ void AIBAccessoriesWindow::SelectBoard(int tab) {
     m_Notices->Reset();
     m_Board->ShowLost(false);
     m_Board->ShowBoard();
+    UpdateCommands();
 }
 
 void AIBAccessoriesWindow::ShowPanels(bool boardsFound) {
@@ -265,9 +267,9 @@ void AIBAccessoriesWindow::UpdateCommands() {
     m_UARTsAction->setEnabled(free);
     m_DiagnosticsAction->setEnabled(free);
     for (QAction* action : m_ACUActions)
-        action->setEnabled(free && m_BoardsFound);
+        action->setEnabled(free && m_BoardsFound && !m_Notices->IsReadOnly());
     m_Tabs->setEnabled(free);
-    m_Board->TakeCommands(free);
+    m_Board->TakeCommands(free && !m_Notices->IsReadOnly());
     m_Info->TakeCommands(free);
     if (m_BoardsFound && !m_Tools->RigIsOpen())
         m_UpdateInput->start();
@@ -282,7 +284,10 @@ void AIBAccessoriesWindow::StopAllAir() {
 }
 
 void AIBAccessoriesWindow::MarkDriving() {
+    const bool wasReadOnly = m_Notices->IsReadOnly();
     const bool drives = m_Notices->MarkTabs();
+    if (m_Notices->IsReadOnly() != wasReadOnly)
+        UpdateCommands();
     const QString caption = ToQt(WindowCaption(m_Services.Version));
     setWindowTitle(drives ? tr("%1 – outputs on").arg(caption) : caption);
 }

@@ -1,9 +1,9 @@
 #include "windows/main/BoardPanel.h"
 
+#include "windows/live/DACPanel.h"
+#include "windows/live/GIOPanel.h"
 #include "windows/main/CalibrationPanel.h"
-#include "windows/main/DACPanel.h"
 #include "windows/main/EPROMPanel.h"
-#include "windows/main/GIOPanel.h"
 #include "windows/main/IdentityPanel.h"
 #include "windows/main/TestPanels.h"
 #include "windows/widgets/Controls.h"
@@ -65,6 +65,7 @@ void BoardPanel::ShowBoard() {
 
 void BoardPanel::ShowSummary() {
     m_Calibration->ShowSummary(ReadCalibrationSummary(m_Station.Calibration()));
+    m_DAC->TakeScales(TrendScales::Of(m_Station.Calibration().Unit(), {}));
 }
 
 void BoardPanel::Reset() {
@@ -88,6 +89,7 @@ bool BoardPanel::Refresh() {
 
 void BoardPanel::ShowFed() {
     m_DAC->ShowFed();
+    m_GIO->ShowTold();
 }
 
 void BoardPanel::ShowLost(bool lost) {

@@ -1,5 +1,6 @@
 #include "windows/procedure/BoardNotices.h"
 
+#include "board/Detection.h"
 #include "platform/ports/Clock.h"
 #include "platform/text/OleDate.h"
 #include "windows/widgets/Controls.h"
@@ -19,6 +20,7 @@ constexpr double BannerAfter_s = 0.8;
 
 constexpr QColor SimulationGround(255, 200, 60);
 constexpr QColor AlarmGround(176, 0, 32);
+constexpr QColor ReadOnlyGround(64, 78, 100);
 
 QLabel* MakeStrip(const char* objectName, const QColor& ground, const QColor& text,
                   QWidget* parent) {
@@ -57,10 +59,12 @@ BoardNotices::BoardNotices(Station& station, QTabBar& tabs, const std::string& s
                            QWidget* parent)
     : QWidget(parent), m_Station(station), m_Tabs(tabs),
       m_Simulation(MakeStrip("lblSimulation", SimulationGround, Qt::black, this)),
-      m_Lost(MakeStrip("lblBoardLost", AlarmGround, Qt::white, this)) {
+      m_Lost(MakeStrip("lblBoardLost", AlarmGround, Qt::white, this)),
+      m_ReadOnly(MakeStrip("lblReadOnly", ReadOnlyGround, Qt::white, this)) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_Lost);
+    layout->addWidget(m_ReadOnly);
     layout->addWidget(m_Simulation);
     if (simulation.empty())
         return;
@@ -87,7 +91,7 @@ void BoardNotices::ShowLost(bool lost) {
         return;
     }
     const AIB& board = *m_Station.CurrentAIB;
-    m_Banner = DateText(m_Station.World.Time.Now(), "hh:nn:ss");
+    m_Banner = DateText(m_Station.World.Time.Now(), "yyyy-mm-dd hh:nn:ss");
     QString text = tr("Board %1 (%2) has not answered since %3.")
                        .arg(board.DevSerialNum())
                        .arg(ToQt(board.BusTypeText()), ToQt(*m_Banner));
@@ -101,22 +105,48 @@ void BoardNotices::ShowLost(bool lost) {
 }
 
 bool BoardNotices::MarkTabs() {
+    ShowReadOnly();
     bool anyDrives = false;
     for (int tab = 0; tab < m_Tabs.count() && tab < m_Station.AIBList.AIBCount(); ++tab) {
-        const bool drives = m_Station.AIBList.AIB(tab)->Drives();
-        anyDrives = anyDrives || drives;
-        if (drives == !m_Tabs.tabIcon(tab).isNull())
-            continue;
-        m_Tabs.setTabIcon(tab, drives ? DrivingIcon() : QIcon());
-        m_Tabs.setTabToolTip(tab,
-                             drives ? tr("Outputs of this board stand above zero.") : QString());
+        const AIB& board = *m_Station.AIBList.AIB(tab);
+        anyDrives = anyDrives || board.Drives();
+        if (board.Drives() == m_Tabs.tabIcon(tab).isNull())
+            m_Tabs.setTabIcon(tab, board.Drives() ? DrivingIcon() : QIcon());
+        m_Tabs.setTabToolTip(tab, TipOf(board));
+        const QString caption = ToQt(BoardCaption(m_Station, board));
+        // A detection has captions of its own.
+        if (!m_Station.Procedures.Running() && m_Tabs.tabText(tab) != caption)
+            m_Tabs.setTabText(tab, caption);
     }
     return anyDrives;
+}
+
+QString BoardNotices::TipOf(const AIB& board) const {
+    const std::string refusal = m_Station.Claims.Refusal(board.DevSerialNum());
+    if (!refusal.empty())
+        return tr("Read only: %1.").arg(ToQt(refusal));
+    return board.Drives() ? tr("Outputs of this board stand above zero.") : QString();
+}
+
+void BoardNotices::ShowReadOnly() {
+    const AIB& board = *m_Station.CurrentAIB;
+    const std::string refusal = m_Station.Claims.Refusal(board.DevSerialNum());
+    m_IsReadOnly = m_Tabs.count() > 0 && !refusal.empty();
+    m_ReadOnly->setVisible(m_IsReadOnly);
+    const QString text = tr("Read only: board %1 (%2) is %3. When that is over, detect the "
+                            "boards again (F5).")
+                             .arg(board.DevSerialNum())
+                             .arg(ToQt(board.BusTypeText()), ToQt(refusal));
+    if (!m_IsReadOnly || text == m_ReadOnly->text())
+        return;
+    m_ReadOnly->setText(text);
+    m_ReadOnly->setAccessibleName(text);
 }
 
 void BoardNotices::Reset() {
     m_Since_s.reset();
     ShowLost(false);
+    ShowReadOnly();
 }
 
 } // namespace ombrix

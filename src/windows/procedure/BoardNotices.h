@@ -12,8 +12,9 @@ class QTabBar;
 
 namespace ombrix {
 
-/// What must not be overlooked, above everything else: that the bench is a simulated one, and that
-/// a board does not answer any more. Marks the tabs of boards whose outputs stand above zero.
+/// What must not be overlooked, above everything else: that the bench is a simulated one, that a
+/// board does not answer any more, and that it is read only because another program has it. Marks
+/// the tabs of boards that are read only or whose outputs stand above zero.
 class BoardNotices final : public QWidget {
     Q_OBJECT
 
@@ -25,18 +26,25 @@ class BoardNotices final : public QWidget {
     void NoteAnswer(bool answered);
     /// The current board has not answered for most of a second.
     bool IsLost() const { return m_Banner.has_value(); }
-    /// Marks the tabs anew. True when a board drives something.
+    /// The current board is not this program's to drive.
+    bool IsReadOnly() const { return m_IsReadOnly; }
+    /// Marks the tabs anew, and tells of a board that is read only. True when a board drives
+    /// something.
     bool MarkTabs();
     /// Another board is shown, or boards were detected anew.
     void Reset();
 
   private:
     void ShowLost(bool lost);
+    void ShowReadOnly();
+    QString TipOf(const AIB& board) const;
 
     Station& m_Station;
     QTabBar& m_Tabs;
     QLabel* m_Simulation;
     QLabel* m_Lost;
+    QLabel* m_ReadOnly;
+    bool m_IsReadOnly = false;
     /// Monotonic seconds since the board has not answered.
     std::optional<double> m_Since_s;
     /// The banner's date, while it stands.

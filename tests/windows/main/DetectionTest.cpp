@@ -26,20 +26,61 @@ TEST(Detection, OneTabForEachBoardAndTheFirstIsCurrent) {
     EXPECT_FALSE(bench.Find<QWidget>("picNoAIBs").isVisible());
 }
 
-TEST(Detection, ABoardOfAnotherProgramIsNotShownAsProgrammed) {
+TEST(Detection, ABoardOfAnotherProgramIsReadOnlyUntilThatHasEnded) {
     WindowBench bench("pair");
-    bench.Bench.TheStation.Claims.ReleaseAll();
-    BoardClaims other(bench.Bench.World);
-    ASSERT_TRUE(other.Claim(7));
-    bench.Find<QAction>("mnuDetectAIBs").trigger();
-    EXPECT_EQ(bench.Find<QTabBar>("tabAIBs").tabText(1), "AIB_7: FireWire (in use)");
-    EXPECT_EQ(bench.LabelText("lblProgramming_0"), "Programming Incomplete");
-    EXPECT_EQ(bench.LabelText("lblProgramming_1"), "2 board(s) detected, 1 programmed");
-    for (const auto& [board, ready] : {std::pair{1, "MFCs Not Ready"}, {0, "MFCs Ready"}}) {
-        bench.Window.ShowTab(board);
-        bench.Update();
-        EXPECT_EQ(bench.LabelText("lblMFCsReady"), ready);
+    const auto& tabs = bench.Find<QTabBar>("tabAIBs");
+    const auto expectReadOnly = [&](bool readOnly) {
+        bench.Find<QAction>("mnuDetectAIBs").trigger();
+        EXPECT_EQ(tabs.tabText(0), "AIB_123: USB");
+        EXPECT_EQ(tabs.tabText(1), readOnly ? "AIB_7: FireWire (read only)" : "AIB_7: FireWire");
+        bench.Window.ShowTab(1);
+        QTest::qWait(250); // for the panel's ticks, which show the reading and the readiness
+        for (const char* name : {"sldDACValue_0", "txtDACVal_2", "chkGIO_0", "cmdVelocity_Init",
+                                 "Command3", "cmdSetSerial_2", "cmdAirTestHi", "chkRecordADCs"})
+            EXPECT_EQ(bench.Find<QWidget>(name).isEnabled(), !readOnly) << name;
+        EXPECT_EQ(bench.Find<QAction>("mnuVelocitySystem").isEnabled(), !readOnly);
+        EXPECT_EQ(bench.LabelText("lblDACValue_2"), readOnly ? "--" : "0");
+        EXPECT_NE(bench.LabelText("lblADC_2"), "--") << "it can be looked at";
+        EXPECT_EQ(bench.LabelText("lblMFCsReady"), readOnly ? "MFCs Not Ready" : "MFCs Ready");
+        const auto& notice = bench.Find<QLabel>("lblReadOnly");
+        const QString holder =
+            QString::fromStdString("in use by " + ombrix::NameOf(bench.Bench.World.Program));
+        EXPECT_EQ(notice.isVisible() && notice.text().contains("board 7 (FireWire) is " + holder),
+                  readOnly);
+        EXPECT_EQ(tabs.tabToolTip(1), readOnly ? "Read only: " + holder + "." : "");
+    };
+    {
+        bench.Bench.TheStation.Claims.ReleaseAll();
+        BoardClaims other(bench.Bench.World);
+        ASSERT_TRUE(other.Claim(7));
+        expectReadOnly(true);
+        EXPECT_EQ(bench.LabelText("lblProgramming_0"), "Programming Incomplete");
+        EXPECT_EQ(bench.LabelText("lblProgramming_1"), "2 board(s) detected, 1 programmed");
+        bench.Window.ShowTab(0);
+        EXPECT_TRUE(bench.Find<QWidget>("sldDACValue_2").isEnabled());
     }
+    expectReadOnly(false);
+}
+
+TEST(Detection, EachTabShowsWhatItsBoardWasTold) {
+    WindowBench bench("pair");
+    for (const char* ticked : {"chkGIO_3", "chkGIOOn_3", "chkExtGPIO_1"})
+        bench.Tick(ticked);
+    bench.Find<QLineEdit>("txtDACVal_2").setText("77");
+    const auto expectTicked = [&bench](bool ticked, const char* mask) {
+        for (const char* name : {"chkGIO_3", "chkGIOOn_3", "chkExtGPIO_1"})
+            EXPECT_EQ(bench.Find<QAbstractButton>(name).isChecked(), ticked) << name;
+        EXPECT_EQ(bench.LabelText("lblGIOValHex"), mask);
+    };
+    bench.Window.ShowTab(1);
+    expectTicked(false, "1"); // the pin of its valves
+    EXPECT_EQ(bench.Find<QLineEdit>("txtDACVal_2").text(), "0");
+    // What a procedure tells a board shows too.
+    bench.Bench.TheStation.Outputs.SetValve(*bench.Bench.TheStation.CurrentAIB, true);
+    bench.Update();
+    EXPECT_TRUE(bench.Find<QAbstractButton>("chkGIOOn_0").isChecked());
+    bench.Window.ShowTab(0);
+    expectTicked(true, "9");
 }
 
 TEST(Detection, BoardOfTheChosenTabIsCurrent) {
@@ -154,7 +195,7 @@ TEST(Detection, EveryCommandCanBeGivenButThoseWithoutAFunction) {
     WindowBench bench;
     const QStringList without = {"cmdVelocity_PV16", "cmdPressure_PV17", "cmdACU_PVBoth"};
     const QStringList cancels = {"cmdCancelTest", "cmdCancelAirTest", "cmdCancelAirFlow",
-                                 "cmdCancelProcedure"};
+                                 "cmdCancelProcedure", "cmdMark"};
     for (const auto* command : bench.Window.findChildren<QPushButton*>()) {
         if (!command->isVisible() || cancels.contains(command->objectName()))
             continue;

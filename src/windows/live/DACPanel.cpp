@@ -1,101 +1,19 @@
-#include "windows/main/DACPanel.h"
+#include "windows/live/DACPanel.h"
 
-#include "board/Outputs.h"
-#include "platform/text/Rounding.h"
-#include "platform/text/Text.h"
-#include "windows/main/PressurePanel.h"
-#include "windows/main/RecordingBox.h"
-#include "windows/widgets/ADCBar.h"
+#include "windows/live/PressurePanel.h"
+#include "windows/live/RecordingPanel.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/Guarded.h"
 
 #include <QCheckBox>
-#include <QGridLayout>
+#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QSlider>
 
 #include <utility>
 
 namespace ombrix {
-
-namespace {
-
-QString ChannelHeading(int channel) {
-    // The air channels are 1 and 2 to the operator.
-    constexpr int airChannels = 2;
-    return channel < airChannels ? DACChannel::tr("DAC %1 (Ch %2)").arg(channel).arg(channel + 1)
-                                 : DACChannel::tr("DAC %1").arg(channel);
-}
-
-} // namespace
-
-DACChannel::DACChannel(int channel, QWidget* parent)
-    : QWidget(parent), m_Channel(channel),
-      m_Slider(MakeDemandSlider(ElementName("sldDACValue", channel), tr("DAC %1").arg(channel),
-                                SliderScale::Top, this)),
-      m_Bar(new ADCBar(channel, tr("Bars of ADC %1 and DAC %1").arg(channel), this)),
-      m_Output(new ValueLabel(ElementName("lblDACValue", channel),
-                              tr("Value of DAC %1").arg(channel), this)),
-      m_Input(new ValueLabel(ElementName("lblADC", channel), tr("Reading of ADC %1").arg(channel),
-                             this)),
-      m_Text(Named(new QLineEdit(this), ElementName("txtDACVal", channel),
-                   tr("New value of DAC %1").arg(channel))) {
-    m_Text->setToolTip(
-        tr("A value from 0 to %1, taken with Enter").arg(SliderScale::LargestDemand));
-    LayOut();
-    connect(m_Slider, &QSlider::valueChanged, this,
-            [this](int position) { emit SliderChanged(m_Channel, position); });
-    connect(m_Text, &QLineEdit::returnPressed, this, &DACChannel::TakeText);
-}
-
-void DACChannel::LayOut() {
-    auto* layout = new QGridLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    QLabel* heading = MakeCaption(ChannelHeading(m_Channel), this);
-    for (QLabel* label : {heading, static_cast<QLabel*>(m_Output), static_cast<QLabel*>(m_Input)})
-        label->setAlignment(Qt::AlignCenter);
-    m_Text->setAlignment(Qt::AlignCenter);
-    constexpr int textWidth = 84;
-    m_Text->setMaximumWidth(textWidth);
-    int row = 0;
-    layout->addWidget(heading, row++, 0, 1, 2);
-    layout->addWidget(m_Slider, row, 0, Qt::AlignRight);
-    layout->addWidget(m_Bar, row++, 1, Qt::AlignLeft);
-    layout->setRowStretch(1, 1);
-    layout->addWidget(m_Output, row++, 0, 1, 2);
-    layout->addWidget(m_Input, row++, 0, 1, 2);
-    layout->addWidget(m_Text, row++, 0, 1, 2, Qt::AlignHCenter);
-}
-
-void DACChannel::ShowOutput(std::int32_t taken_bits, const BoardAnswer& answer, NumberBase base) {
-    m_Slider->setValue(SliderScale::PositionOf(taken_bits));
-    m_Text->setText(QString::number(taken_bits));
-    if (answer.Taken())
-        m_Output->ShowValue(NumberText(taken_bits, base));
-    else
-        m_Output->ShowFailure(ToQt(answer.Text()));
-}
-
-void DACChannel::ShowInput(std::optional<std::int32_t> reading, const QString& reason,
-                           std::int32_t output_bits, NumberBase base) {
-    if (reading)
-        m_Input->ShowValue(NumberText(*reading, base));
-    else
-        m_Input->ShowFailure(reason);
-    m_Bar->Draw(reading, output_bits);
-}
-
-void DACChannel::TakeValues(bool ready) {
-    m_Slider->setEnabled(ready);
-    m_Text->setEnabled(ready);
-}
-
-void DACChannel::TakeText() {
-    if (const auto number = ParseNumber(m_Text->text().toStdString()))
-        emit ValueTyped(m_Channel, RoundHalfEven(*number));
-}
 
 DACPanel::DACPanel(Station& station, QWidget* parent)
     : QGroupBox(tr("DAC Sliders"), parent), m_Station(station), m_IsDigitalSetup(nullptr),
@@ -121,11 +39,18 @@ QWidget* DACPanel::MakeCaptionColumn() {
     auto* column = new QWidget(this);
     auto* layout = new QVBoxLayout(column);
     layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(DACChannel::RowSpacing);
     layout->addStretch(1);
-    for (const QString& caption : {tr("D Out"), tr("A In"), tr("Set")})
-        layout->addWidget(MakeCaption(caption, column), 0, Qt::AlignRight);
+    QLabel* set = MakeCaption(tr("Set"), column);
     const QLineEdit model;
-    layout->itemAt(layout->count() - 1)->widget()->setFixedHeight(model.sizeHint().height());
+    set->setFixedHeight(model.sizeHint().height());
+    const int line = fontMetrics().height() + DACChannel::RowSpacing;
+    layout->addWidget(MakeCaption(tr("D Out"), column), 0, Qt::AlignRight);
+    layout->addSpacing(line);
+    layout->addWidget(MakeCaption(tr("A In"), column), 0, Qt::AlignRight);
+    layout->addSpacing(line);
+    layout->addWidget(set, 0, Qt::AlignRight);
+    layout->addSpacing(line);
     return column;
 }
 
@@ -137,10 +62,7 @@ QWidget* DACPanel::MakeSideColumn() {
     m_MFCsReady = new ValueLabel(QStringLiteral("lblMFCsReady"), tr("MFC readiness"), column);
     m_MFCsReady->ShowValue(tr("MFCs Readt Status"));
     m_Pressure = new PressurePanel(m_Station, column);
-    m_Record = new RecordingBox(m_Station, column);
-    m_Recorded = new ValueLabel(QStringLiteral("lblRecorded"), tr("Recording"), column);
-    m_Recorded->CutToFit();
-    connect(m_Record, &RecordingBox::Recorded, m_Recorded, &ValueLabel::ShowValue);
+    m_Record = new RecordingPanel(m_Station, column);
     m_Speed = MakeButton(QStringLiteral("cmdTestSpeed"), tr("Speed"), column);
     m_Speed->setToolTip(tr("Drives both air channels 2000 times in analog, then in digital mode."));
     connect(m_Speed, &QPushButton::clicked, this, &DACPanel::SpeedTestWanted);
@@ -153,7 +75,6 @@ QWidget* DACPanel::MakeSideColumn() {
     layout->addWidget(m_Pressure);
     layout->addStretch(1);
     layout->addWidget(m_Record);
-    layout->addWidget(m_Recorded);
     layout->addWidget(m_Speed);
     return column;
 }
@@ -165,10 +86,7 @@ QWidget* DACPanel::MakeBaseChoice() {
     auto* decimal = Named(new QRadioButton(tr("Dec"), choice), ElementName("optHexBin", 1),
                           tr("Numbers in decimal"));
     m_Hexadecimal->setChecked(true);
-    connect(m_Hexadecimal, &QRadioButton::toggled, this, [this] {
-        for (int channel = 0; channel < AIB::DACChannels; ++channel)
-            SetDAC(channel, Board().DAC(channel));
-    });
+    connect(m_Hexadecimal, &QRadioButton::toggled, this, &DACPanel::ShowOutputs);
     auto* layout = new QHBoxLayout(choice);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_Hexadecimal);
@@ -225,8 +143,25 @@ void DACPanel::Zero() {
 
 void DACPanel::ShowBoard() {
     ShowDigitalSetup();
-    for (int channel = 0; channel < AIB::DACChannels; ++channel)
-        SetDAC(channel, Board().DAC(channel));
+    ShowOutputs();
+    m_Pressure->ShowReading(std::nullopt, tr("It has not been read yet."));
+    for (DACChannel* channel : m_Channels)
+        channel->ForgetTyped();
+}
+
+void DACPanel::TakeScales(const TrendScales& scales) {
+    for (DACChannel* channel : m_Channels)
+        channel->TakeScales(scales);
+}
+
+void DACPanel::ShowOutputs() {
+    const bool isReadOnly = !m_Station.Claims.Refusal(Board().DevSerialNum()).empty();
+    for (int channel = 0; channel < AIB::DACChannels; ++channel) {
+        if (isReadOnly) // what its outputs stand at, another program knows
+            ShowChange({Board(), channel, {Status::AccessDenied}});
+        else
+            SetDAC(channel, Board().DAC(channel));
+    }
 }
 
 void DACPanel::ShowDigitalSetup() {
@@ -275,10 +210,12 @@ void DACPanel::ShowFed() {
 }
 
 void DACPanel::TakeCommands(bool take) {
+    m_TakesCommands = take;
     for (DACChannel* channel : m_Channels)
         channel->TakeValues(take);
-    for (QWidget* control : std::initializer_list<QWidget*>{m_IsDigitalSetup, m_Record, m_Speed})
+    for (QWidget* control : std::initializer_list<QWidget*>{m_IsDigitalSetup, m_Speed})
         control->setEnabled(take);
+    m_Record->TakeCommands(take);
 }
 
 void DACPanel::ShowReadiness(bool ready) {
@@ -291,8 +228,8 @@ void DACPanel::ShowReadiness(bool ready) {
         m_MFCsReady->ShowInPaletteColour();
     else
         m_MFCsReady->ShowInColour(red);
-    m_Channels[0]->TakeValues(ready);
-    m_Channels[1]->TakeValues(ready);
+    m_Channels[0]->TakeValues(ready && m_TakesCommands);
+    m_Channels[1]->TakeValues(ready && m_TakesCommands);
 }
 
 } // namespace ombrix

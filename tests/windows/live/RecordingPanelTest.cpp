@@ -1,6 +1,7 @@
 #include "windows/WindowBench.h"
 
 #include <QCheckBox>
+#include <QLineEdit>
 
 #include <algorithm>
 
@@ -14,7 +15,7 @@ std::ptrdiff_t LineCount(const std::filesystem::path& file) {
     return std::count(content.begin(), content.end(), '\n');
 }
 
-class RecordingBoxTest : public ::testing::Test {
+class RecordingPanelTest : public ::testing::Test {
   protected:
     void Click() { m_Bench.Tick("chkRecordADCs"); }
     bool Ticked() { return m_Bench.Find<QCheckBox>("chkRecordADCs").isChecked(); }
@@ -23,7 +24,7 @@ class RecordingBoxTest : public ::testing::Test {
     const std::filesystem::path m_File = m_Bench.Bench.Folder.Path() / "Data_20241503_140509.csv";
 };
 
-TEST_F(RecordingBoxTest, RecordsWhileItIsTicked) {
+TEST_F(RecordingPanelTest, RecordsWhileItIsTicked) {
     Click();
     EXPECT_TRUE(Ticked());
     QTest::qWait(Moment_ms);
@@ -44,7 +45,7 @@ TEST_F(RecordingBoxTest, RecordsWhileItIsTicked) {
     EXPECT_TRUE(std::filesystem::exists(root / "Data_20241503_140510.csv"));
 }
 
-TEST_F(RecordingBoxTest, GoesOnDuringAProcedureAndCountsWhatFailed) {
+TEST_F(RecordingPanelTest, GoesOnDuringAProcedureAndCountsWhatFailed) {
     Click();
     const RunningProcedure procedure(m_Bench.Bench.TheStation.Procedures, "test");
     const std::ptrdiff_t before = LineCount(m_File);
@@ -54,7 +55,26 @@ TEST_F(RecordingBoxTest, GoesOnDuringAProcedureAndCountsWhatFailed) {
     EXPECT_TRUE(m_Bench.LabelText("lblRecorded").contains("failed"));
 }
 
-TEST_F(RecordingBoxTest, EndsWithTheWindow) {
+TEST_F(RecordingPanelTest, TellsOfItsFileAndTakesMarksAlsoWhileAProcedureRuns) {
+    auto& mark = m_Bench.Find<QLineEdit>("txtMark");
+    EXPECT_FALSE(mark.isEnabled());
+    Click();
+    const RunningProcedure procedure(m_Bench.Bench.TheStation.Procedures, "test");
+    QTest::qWait(Moment_ms);
+    m_Bench.Bench.Time.Advance(75.5);
+    QTest::keyClicks(&mark, "hose, left one, moved");
+    QTest::keyClick(&mark, Qt::Key_Return);
+    EXPECT_EQ(mark.text(), "");
+    QTest::qWait(Moment_ms);
+    EXPECT_EQ(m_Bench.LabelText("lblRecordedFile"), "Data_20241503_140509.csv");
+    EXPECT_TRUE(m_Bench.LabelText("lblRecorded").contains(" lines, 0:01:15"));
+    EXPECT_TRUE(
+        m_Bench.LabelText("lblRecordedSize").contains(QRegularExpression("^\\d.+, .+B free")));
+    EXPECT_NE(ReadWholeFile(m_File).find("\r\n75.5,,,,,,hose, left one, moved\r\n"),
+              std::string::npos);
+}
+
+TEST_F(RecordingPanelTest, EndsWithTheWindow) {
     Click();
     m_Bench.Window.close();
     EXPECT_FALSE(Ticked());
@@ -63,7 +83,7 @@ TEST_F(RecordingBoxTest, EndsWithTheWindow) {
     EXPECT_EQ(LineCount(m_File), stopped);
 }
 
-TEST_F(RecordingBoxTest, AFileThatCannotBeMadeUnticksTheBox) {
+TEST_F(RecordingPanelTest, AFileThatCannotBeMadeUnticksTheBox) {
     std::filesystem::create_directory(m_File);
     Click();
     EXPECT_FALSE(Ticked());

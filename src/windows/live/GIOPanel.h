@@ -23,8 +23,10 @@ class GIOPanel final : public QGroupBox {
 
     /// Makes pin 0 the only output of the current board, as after the start.
     void Reset();
-    /// Shows which power outputs the current board has.
+    /// Shows which power outputs the current board has, and what it was told.
     void ShowBoard();
+    /// Shows what pins and power outputs of the current board were told, whoever told them.
+    void ShowTold();
     /// Reads the level of every input pin.
     void Refresh();
 
@@ -38,15 +40,11 @@ class GIOPanel final : public QGroupBox {
     void AddPin(QGridLayout& grid, int pin);
     QWidget* MakeFooter();
     QCheckBox* MakePowerBox(int index, const QString& caption, QWidget* parent);
-    void TickFirstPinOnly();
-    /// Has the board told something, and shows what it refuses.
-    bool Tell(const QString& output, const std::function<BoardAnswer()>& tell);
+    /// Has the board told something, and shows what it has taken and why it refuses.
+    void Tell(const QString& output, const std::function<BoardAnswer()>& tell);
     void ShowAnswer(const QString& output, const BoardAnswer& answer);
-    /// What was refused is not shown as done.
-    static void PutBack(QCheckBox& box);
     std::int32_t TickedPins() const;
-    void ChangeDirection(QCheckBox& clicked);
-    void ShowDirections();
+    void ChangeDirections();
     void ShowGIOColumns();
     void SetOutput(int pin, bool high);
     AIB& Board() const { return *m_Station.CurrentAIB; }
@@ -58,6 +56,8 @@ class GIOPanel final : public QGroupBox {
     std::array<QCheckBox*, 2> m_Power{};
     ValueLabel* m_Mask;
     ValueLabel* m_Answer = nullptr;
+    /// The board whose answer shows.
+    const AIB* m_Answered = nullptr;
 };
 
 } // namespace ombrix

@@ -1,4 +1,4 @@
-#include "windows/main/GIOPanel.h"
+#include "windows/live/GIOPanel.h"
 
 #include "platform/text/Text.h"
 #include "windows/widgets/Controls.h"
@@ -33,8 +33,7 @@ GIOPanel::GIOPanel(Station& station, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(grid);
     layout->addWidget(MakeFooter());
-    TickFirstPinOnly();
-    ShowGIOColumns();
+    ShowTold();
 }
 
 void GIOPanel::AddPin(QGridLayout& grid, int pin) {
@@ -49,7 +48,7 @@ void GIOPanel::AddPin(QGridLayout& grid, int pin) {
     m_IsOutput.at(index) = isOutput;
     m_Output.at(index) = output;
     m_Input.at(index) = input;
-    connect(isOutput, &QCheckBox::toggled, this, [this, isOutput] { ChangeDirection(*isOutput); });
+    connect(isOutput, &QCheckBox::toggled, this, &GIOPanel::ChangeDirections);
     connect(output, &QCheckBox::toggled, this, [this, pin](bool high) { SetOutput(pin, high); });
 
     const int column = pin + 1;
@@ -94,53 +93,61 @@ QCheckBox* GIOPanel::MakePowerBox(int index, const QString& caption, QWidget* pa
     auto* box = MakeCheckBox(ElementName("chkExtGPIO", index), caption, parent);
     m_Power.at(static_cast<std::size_t>(index)) = box;
     connect(box, &QCheckBox::toggled, this, [this, index, box](bool on) {
-        const bool taken = Tell(box->text(), [&] {
-            return m_Station.Outputs.SetExtendedPin(Board(), FirstPowerPin + index, on);
-        });
-        if (!taken)
-            PutBack(*box);
+        Tell(box->text(),
+             [&] { return m_Station.Outputs.SetExtendedPin(Board(), FirstPowerPin + index, on); });
     });
     return box;
 }
 
-void GIOPanel::TickFirstPinOnly() {
-    for (std::size_t pin = 0; pin < Pins; ++pin) {
-        const QSignalBlocker quiet(m_IsOutput.at(pin));
-        m_IsOutput.at(pin)->setChecked(pin == 0);
-    }
-}
-
 void GIOPanel::Reset() {
-    TickFirstPinOnly();
-    ShowDirections();
-    // The pins of a board that another program has stay as they are, and the panel says so.
-    Guarded(m_Station.World.Messages, [this] {
-        ShowAnswer(tr("Directions"), m_Station.Outputs.SetDirections(Board(), TickedPins()));
-    });
+    constexpr std::int32_t firstPin = 1;
+    // The pins of a board that another program has stay as they are.
+    if (m_Station.Claims.Refusal(Board().DevSerialNum()).empty())
+        Guarded(m_Station.World.Messages, [this] {
+            ShowAnswer(tr("Directions"), m_Station.Outputs.SetDirections(Board(), firstPin));
+        });
 }
 
 void GIOPanel::ShowBoard() {
     for (QCheckBox* power : m_Power)
         power->setEnabled(Board().IsUsb());
+    if (m_Answered != &Board())
+        m_Answer->ShowValue({});
+    ShowTold();
 }
 
-bool GIOPanel::Tell(const QString& output, const std::function<BoardAnswer()>& tell) {
+void GIOPanel::ShowTold() {
+    const auto show = [](QCheckBox& box, bool ticked) {
+        const QSignalBlocker quiet(box);
+        box.setChecked(ticked);
+    };
+    for (std::size_t pin = 0; pin < Pins; ++pin) {
+        const auto number = static_cast<std::int32_t>(pin);
+        show(*m_IsOutput.at(pin), (Board().Directions() >> number & 1) != 0);
+        show(*m_Output.at(pin), Board().PinIsSet(number).value_or(false));
+    }
+    for (std::size_t index = 0; index < m_Power.size(); ++index)
+        show(*m_Power.at(index),
+             Board()
+                 .ExtendedIsSet(FirstPowerPin + static_cast<std::int32_t>(index))
+                 .value_or(false));
+    m_Mask->ShowValue(ToQt(HexText(Board().Directions())));
+    ShowGIOColumns();
+}
+
+void GIOPanel::Tell(const QString& output, const std::function<BoardAnswer()>& tell) {
     BoardAnswer answer{Status::AccessDenied};
     Guarded(m_Station.World.Messages, [&] {
         m_Station.Claims.Require(Board().DevSerialNum());
         answer = tell();
     });
     ShowAnswer(output, answer);
-    return answer.Taken();
+    ShowTold(); // what was refused is not shown as done
 }
 
 void GIOPanel::ShowAnswer(const QString& output, const BoardAnswer& answer) {
+    m_Answered = &Board();
     m_Answer->ShowValue(answer.Taken() ? QString() : tr("%1: %2").arg(output, ToQt(answer.Text())));
-}
-
-void GIOPanel::PutBack(QCheckBox& box) {
-    const QSignalBlocker quiet(box);
-    box.toggle();
 }
 
 std::int32_t GIOPanel::TickedPins() const {
@@ -150,16 +157,9 @@ std::int32_t GIOPanel::TickedPins() const {
     return mask;
 }
 
-void GIOPanel::ChangeDirection(QCheckBox& clicked) {
-    if (!Tell(tr("Directions"),
-              [this] { return m_Station.Outputs.SetDirections(Board(), TickedPins()); }))
-        PutBack(clicked);
-    ShowDirections();
-}
-
-void GIOPanel::ShowDirections() {
-    m_Mask->ShowValue(ToQt(HexText(TickedPins())));
-    ShowGIOColumns();
+void GIOPanel::ChangeDirections() {
+    Tell(tr("Directions"),
+         [this] { return m_Station.Outputs.SetDirections(Board(), TickedPins()); });
 }
 
 void GIOPanel::ShowGIOColumns() {
@@ -171,14 +171,12 @@ void GIOPanel::ShowGIOColumns() {
 }
 
 void GIOPanel::SetOutput(int pin, bool high) {
-    const bool taken =
-        Tell(tr("Pin %1").arg(pin), [&] { return m_Station.Outputs.SetPin(Board(), pin, high); });
-    if (!taken)
-        PutBack(*m_Output.at(static_cast<std::size_t>(pin)));
+    Tell(tr("Pin %1").arg(pin), [&] { return m_Station.Outputs.SetPin(Board(), pin, high); });
     emit UpdateWanted();
 }
 
 void GIOPanel::Refresh() {
+    ShowTold(); // procedures tell pins and power too
     for (std::size_t pin = 0; pin < Pins; ++pin) {
         if (m_IsOutput.at(pin)->isChecked())
             continue;

@@ -1,4 +1,4 @@
-#include "windows/main/PressurePanel.h"
+#include "windows/live/PressurePanel.h"
 
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/QtText.h"

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "board/Station.h"
-#include "windows/widgets/QtText.h"
-#include "windows/widgets/ValueLabel.h"
+#include "windows/live/DACChannel.h"
 
 #include <QGroupBox>
 #include <QWidget>
@@ -10,53 +9,14 @@
 #include <array>
 #include <cstdint>
 
-class QLineEdit;
 class QPushButton;
-class QSlider;
 class QCheckBox;
 class QRadioButton;
 
 namespace ombrix {
 
-class ADCBar;
-
-/// The controls of one analog output and the input of the same number: slider, bars, values and
-/// the field for a typed value.
-class DACChannel final : public QWidget {
-    Q_OBJECT
-
-  public:
-    DACChannel(int channel, QWidget* parent);
-
-    /// What the board has taken, and how it took the last demand.
-    void ShowOutput(std::int32_t taken_bits, const BoardAnswer& answer, NumberBase base);
-    /// Shows what the input has read, beside what the output was told.
-    /// @param reading nothing when there is none, for the reason given
-    void ShowInput(std::optional<std::int32_t> reading, const QString& reason,
-                   std::int32_t output_bits, NumberBase base);
-    /// Air channels take values only while the MFCs are ready.
-    void TakeValues(bool ready);
-
-  signals:
-    /// The slider has another position, whoever moved it.
-    void SliderChanged(int channel, int position);
-    /// The operator typed a number and pressed Enter.
-    void ValueTyped(int channel, int value);
-
-  private:
-    void LayOut();
-    void TakeText();
-
-    int m_Channel;
-    QSlider* m_Slider;
-    ADCBar* m_Bar;
-    ValueLabel* m_Output;
-    ValueLabel* m_Input;
-    QLineEdit* m_Text;
-};
-
 class PressurePanel;
-class RecordingBox;
+class RecordingPanel;
 
 /// Frame "DAC Sliders": the analog outputs and inputs of the current board and the readiness of
 /// its MFCs. It shows what the outputs are told, whoever tells them.
@@ -72,6 +32,8 @@ class DACPanel final : public QGroupBox {
     void Zero();
     /// Shows what the current board was last told.
     void ShowBoard();
+    /// What the unit's record says of the bits.
+    void TakeScales(const TrendScales& scales);
     void StopRecording();
     /// Makes no lines meanwhile.
     void HoldRecording(bool hold);
@@ -81,7 +43,8 @@ class DACPanel final : public QGroupBox {
     bool Refresh();
     /// Shows what the procedure that runs has read in the last second, and that alone.
     void ShowFed();
-    /// While a procedure runs nothing here can be operated, but the values stay live.
+    /// While a procedure runs, and on a board that is read only, nothing here can be operated, but
+    /// the values stay live.
     void TakeCommands(bool take);
 
   signals:
@@ -89,6 +52,7 @@ class DACPanel final : public QGroupBox {
 
   private:
     void ShowChange(const OutputChange& change);
+    void ShowOutputs();
     void SetDigitalSetup(bool digital);
     QWidget* MakeCaptionColumn();
     QWidget* MakeSideColumn();
@@ -109,15 +73,15 @@ class DACPanel final : public QGroupBox {
     std::array<DACChannel*, AIB::DACChannels> m_Channels{};
     std::array<Fed, AIB::DACChannels> m_FedInputs{};
     Fed m_FedPressure;
-    RecordingBox* m_Record = nullptr;
+    RecordingPanel* m_Record = nullptr;
     QCheckBox* m_IsDigitalSetup;
     QRadioButton* m_Hexadecimal = nullptr;
     ValueLabel* m_MFCsReady;
-    ValueLabel* m_Recorded = nullptr;
     QPushButton* m_Speed = nullptr;
     PressurePanel* m_Pressure;
     /// A slider that moves because its value was set does not send it again.
     bool m_SettingDAC = false;
+    bool m_TakesCommands = true;
     Subscription m_Changes;
     Subscription m_Notes;
 };

@@ -1,5 +1,5 @@
 #include "windows/WindowBench.h"
-#include "windows/main/DACPanel.h"
+#include "windows/live/DACPanel.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
@@ -27,6 +27,7 @@ TEST(LivePanel, TypedNumberIsSentWithinTheRangeAndShownInTheChosenBase) {
     for (const auto& [typed, sent, hexadecimal] :
          {std::tuple("70000", 65534, "FFFE"),
           {"-5", 0, "0"},
+          {"0xfE", 254, "FE"},
           {"201", 201, "C9"}, // the slider's own change would send 200
           {"12x", 201, "C9"}}) {
         Type(bench, "txtDACVal_2", typed);
@@ -36,6 +37,44 @@ TEST(LivePanel, TypedNumberIsSentWithinTheRangeAndShownInTheChosenBase) {
     }
     bench.Tick("optHexBin_1");
     EXPECT_EQ(bench.LabelText("lblDACValue_2"), "201");
+}
+
+TEST(LivePanel, ATypedValueIsMarkedUntilItIsTakenAndAWrongOneSaysWhy) {
+    WindowBench bench;
+    auto& field = bench.Find<QLineEdit>("txtDACVal_2");
+    const auto ground = [&] { return field.palette().color(QPalette::Base); };
+    const QColor usual = ground();
+    Type(bench, "txtDACVal_2", "12x");
+    const QColor wrong = ground();
+    EXPECT_GT(wrong.red(), wrong.green() + 20);
+    EXPECT_EQ(bench.LabelText("lblDACNote_2"), "Not a Number");
+    field.selectAll();
+    QTest::keyClicks(&field, "500");
+    EXPECT_EQ(bench.LabelText("lblDACNote_2"), "Enter to set");
+    EXPECT_NE(ground(), usual);
+    EXPECT_NE(ground(), wrong);
+    bench.Bench.TheStation.Outputs.Set(Board(bench), 2, 100);
+    EXPECT_EQ(field.text(), "500") << "not dropped by what others tell";
+    QTest::keyClick(&field, Qt::Key_Escape);
+    EXPECT_EQ(field.text(), "100");
+    EXPECT_EQ(bench.LabelText("lblDACNote_2"), "");
+    EXPECT_EQ(ground(), usual);
+}
+
+TEST(LivePanel, BitsStandInUnitsTooAsFarAsTheUnitIsKnown) {
+    for (const auto& [name, flow] : {std::pair("acu", " ml/min"), {"fresh", " %"}}) {
+        WindowBench bench(name);
+        Type(bench, "txtDACVal_0", "32767");
+        bench.Bench.Time.Advance(5.0);
+        bench.Update();
+        EXPECT_EQ(bench.LabelText("lblDACShare_0"), "50.0 %");
+        const QString measured = bench.LabelText("lblADCUnits_0");
+        ASSERT_TRUE(measured.endsWith(flow)) << measured.toStdString();
+        const float full = flow == std::string(" %") ? 100.0F : 5000.0F;
+        EXPECT_NEAR(measured.chopped(static_cast<int>(std::strlen(flow))).toFloat(), full / 2,
+                    full / 50);
+        EXPECT_EQ(bench.LabelText("lblADCUnits_2").endsWith(" mBar"), full > 100.0F);
+    }
 }
 
 TEST(LivePanel, SliderSendsTwiceItsPositionAndShowsWhatOthersSend) {

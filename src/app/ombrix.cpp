@@ -44,20 +44,42 @@ void EndWithoutDisplay(Station& station, QtOperator& messages) noexcept {
     SwitchAllOff(station);
 }
 
-int RunWindows(const StationOptions& options, SafeApplication& application,
+constexpr auto LibraryKey = "Board/Library";
+
+/// The library that an operator has chosen, where the command line names none.
+void TakeChosenLibrary(StationOptions& options, const QSettings& settings) {
+    if (options.Bench.empty() && options.Library == StationOptions().Library)
+        options.Library = settings.value(LibraryKey, QString::fromStdString(options.Library))
+                              .toString()
+                              .toStdString();
+}
+
+/// Runs the main window until it is closed. @param options where it begins anew, with what
+int RunWindows(StationOptions& options, bool& beginsAnew, SafeApplication& application,
                StopSignals& stopSignals, const CrashReport& crash) {
+    beginsAnew = false;
     QtEventPump events;
     QtOperator messages;
     QtDocumentOpener documents;
     QtProgramEnd end;
     try {
-        Assembly assembly(options, {events, messages, documents, end}, "ombrix");
         QSettings settings(QSettings::IniFormat, QSettings::UserScope, "ombrix", "ombrix");
+        TakeChosenLibrary(options, settings);
+        Assembly assembly(options, {events, messages, documents, end}, "ombrix");
+        const auto startAnew = [&](const std::string& library) {
+            beginsAnew = true;
+            options.Bench = library.empty() ? "acu" : "";
+            if (library.empty())
+                return;
+            options.Library = library;
+            settings.setValue(LibraryKey, QString::fromStdString(library));
+        };
         AIBAccessoriesWindow window(
             assembly.TheStation(),
             {[&events] { events.EndProgram(); },
              [&assembly](OpenExcelView& wait) { return assembly.Reports(wait); }, ReadersOfJournals,
-             OMBRIX_VERSION, assembly.OptionsText(), assembly.SimulationText(), &settings});
+             OMBRIX_VERSION, assembly.OptionsText(), assembly.SimulationText(), &settings,
+             startAnew});
         end.BeforeEnd = [&assembly] { SwitchAllOff(assembly.TheStation()); };
         const AtExit withoutDisplay([&] { EndWithoutDisplay(assembly.TheStation(), messages); });
         SafeEnd safeEnd(assembly.TheStation(), messages, stopSignals,
@@ -69,9 +91,9 @@ int RunWindows(const StationOptions& options, SafeApplication& application,
                          [&application] { application.OnUnexpectedError = nullptr; });
         const WindowPlace place(window, settings);
         window.show();
-        QTimer::singleShot(0, &window, [&window, &options] {
+        QTimer::singleShot(0, &window, [&window, board = options.Board] {
             if (window.DetectAndProgramAIBs())
-                window.ShowTab(options.Board);
+                window.ShowTab(board);
             window.OfferUnfinishedRuns();
         });
         return QApplication::exec();
@@ -104,5 +126,10 @@ int main(int argc, char** argv) {
     QApplication::setWindowIcon(ProgramIcon());
     // Where windows carry no icons of their own, the desktop takes that of the program's entry.
     QGuiApplication::setDesktopFileName("org.ombrix.Ombrix");
-    return RunWindows(options, application, stopSignals, crash);
+    bool beginsAnew = false;
+    int status = 0;
+    do
+        status = RunWindows(options, beginsAnew, application, stopSignals, crash);
+    while (beginsAnew);
+    return status;
 }

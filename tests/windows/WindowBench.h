@@ -1,6 +1,7 @@
 #pragma once
 
 #include "calibration/history/RecordedRun.h"
+#include "platform/text/Paths.h"
 #include "spreadsheet/XlsxApplication.h"
 #include "support/NoConverter.h"
 #include "support/TestBench.h"
@@ -35,8 +36,10 @@ class WindowBench {
                           AddCalibrationReaders(readers, tools);
                           return readers;
                       },
-                  .Version = "1.2.34"}) {
-        Bench.Files.Mount(Templates, TEMPLATES_FOLDER);
+                  .Version = "1.2.34",
+                  .StartAnew =
+                      [this](const std::string& library) { StartedAnew.push_back(library); }}) {
+        Bench.Files.Mount(Paths::Program, PROGRAMS_FOLDER);
         Bench.Events.EveryPass = [] { QCoreApplication::processEvents(); };
         Window.show();
         Window.DetectAndProgramAIBs();
@@ -96,16 +99,16 @@ class WindowBench {
     }
 
     TestBench Bench;
+    /// The libraries with which the program was to begin anew; none: the simulated bench.
+    std::vector<std::string> StartedAnew;
     AIBAccessoriesWindow Window;
 
   private:
     ReportTools Reports(OpenExcelView& wait) {
         return {Bench.TheStation,
                 [this] { return std::make_unique<XlsxApplication>(Bench.Files, m_Converter); },
-                wait, std::string(Templates) + "\\"};
+                wait, Paths::Templates};
     }
-
-    static constexpr std::string_view Templates = R"(C:\Program Files\Ombrix\Templates)";
 
     NoConverter m_Converter;
 };

@@ -187,7 +187,7 @@ void JournalReader::TakeMeasured(const SingleJson& line) {
     m_Run.Complete = line.at("complete").get<bool>();
     Require(!m_Open || !m_Run.Complete, "the reading before it has no result");
     if (m_Run.Complete && !IsVelocity(m_Run.Kind))
-        RequireAll(Sweeps::Pressure, PressurePoints);
+        RequireAll(Sweeps::Pressure, PressurePointCount);
     // An error took the reading that had begun from the run as well.
     m_Open.reset();
 }
@@ -258,7 +258,7 @@ void MakeVelocityReport(const ReportTools& tools, const RecordedRun& run, Remade
 }
 
 void MakePressureSheet(const ReportTools& tools, const RecordedRun& run, RemadeReport& remade) {
-    std::array<float, PressurePoints> flows_ml_m{};
+    std::array<float, PressurePointCount> flows_ml_m{};
     for (std::size_t i = 0; i < std::min(run.Pressure.size(), flows_ml_m.size()); ++i)
         flows_ml_m.at(i) = run.Pressure.at(i).Flow_ml_m;
     AddReport(remade, CreateAuditSheet_PV17(tools, run.Unit, run.MeasuredAt, flows_ml_m, true));

@@ -78,7 +78,7 @@ struct VelocityMeasurement {
 };
 
 /// The flows that a pressure calibration measures at.
-inline constexpr std::size_t PressurePoints = 5;
+inline constexpr std::size_t PressurePointCount = 5;
 
 /// One point of a pressure calibration.
 struct PressureReading {

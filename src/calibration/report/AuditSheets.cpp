@@ -160,7 +160,7 @@ StoredReport CreateAuditSheet_PV16(const ReportTools& tools, const ACU& unit, Ol
 }
 
 StoredReport CreateAuditSheet_PV17(const ReportTools& tools, const ACU& unit, OleDate date,
-                                   const std::array<float, PressurePoints>& flows_ml_m,
+                                   const std::array<float, PressurePointCount>& flows_ml_m,
                                    bool autoSave) {
     Station& station = tools.TheStation;
     OpenedWorkbook opened = OpenFilled(tools, Opening, PV17::Template, [&](Workbook& book) {

@@ -14,7 +14,7 @@ StoredReport CreateAuditSheet_PV16(const ReportTools& tools, const ACU& unit, Ol
 
 /// The pressure audit as a report ("PV17"). @param flows_ml_m the five flows that were set
 StoredReport CreateAuditSheet_PV17(const ReportTools& tools, const ACU& unit, OleDate date,
-                                   const std::array<float, PressurePoints>& flows_ml_m,
+                                   const std::array<float, PressurePointCount>& flows_ml_m,
                                    bool autoSave);
 
 } // namespace ombrix

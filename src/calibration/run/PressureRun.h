@@ -20,7 +20,7 @@ class PressureRun final : public CalibrationRun {
     PressureRun(const RunContext& context, CalibrationKind kind);
 
   private:
-    static constexpr std::size_t Points = PressurePoints;
+    static constexpr std::size_t Points = PressurePointCount;
 
     std::string Unready() const override;
     bool AskToBegin() override;

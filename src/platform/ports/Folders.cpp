@@ -109,6 +109,12 @@ std::string StoreUnderFreeName(Drive& files, std::string_view path, std::string_
     });
 }
 
+void OpenOrTell(Platform& world, const std::filesystem::path& path) {
+    if (!world.Documents.OpenDocument(path))
+        world.Messages.Ask({"The desktop has no program that opens it:\r\n\r\n   " + path.string(),
+                            MessageIcon::Warning, MessageButtons::Ok});
+}
+
 bool ShellOpenFile(const Drive& drive, DocumentOpener& opener, std::string_view path) {
     try {
         return opener.OpenDocument(drive.RealPath(path));

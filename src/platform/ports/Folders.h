@@ -37,6 +37,9 @@ std::unique_ptr<OutputFile> OpenUnderFreeName(Drive& files, std::string_view pat
 /// Stores a whole file under its free path. @return that path @throws DriveError
 std::string StoreUnderFreeName(Drive& files, std::string_view path, std::string_view content);
 
+/// Opens a file or folder with the program that the desktop has for it, or tells that it has none.
+void OpenOrTell(Platform& world, const std::filesystem::path& path);
+
 /// Opens a file or folder with its program; true when the desktop could.
 bool ShellOpenFile(const Drive& drive, DocumentOpener& opener, std::string_view path);
 

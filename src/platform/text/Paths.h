@@ -19,6 +19,13 @@ inline constexpr const char* Temporary = R"(T:\)";
 inline constexpr const char* Program = R"(C:\Program Files\Ombrix)";
 inline constexpr const char* Templates = R"(C:\Program Files\Ombrix\Templates\)";
 
+/// The guides as they are shown to operators, and what they are called there.
+inline constexpr const char* Guides = R"(C:\Program Files\Ombrix\Guides\)";
+inline constexpr const char* OperatorsGuide = "operators-guide.html";
+inline constexpr const char* ServiceGuide = "service-guide.html";
+inline constexpr const char* TerminalGuide = "ombrixctl.html";
+inline constexpr const char* FormatsGuide = "file-formats.html";
+
 /// The instrument's system folder with the FPGA configuration files: its two places, in the order
 /// in which they are searched.
 inline constexpr std::array<std::string_view, 2> SystemFolders = {

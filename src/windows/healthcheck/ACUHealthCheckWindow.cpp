@@ -1,6 +1,7 @@
 #include "windows/healthcheck/ACUHealthCheckWindow.h"
 
 #include "healthcheck/HealthCheckReport.h"
+#include "platform/ports/Folders.h"
 #include "windows/desktop/KeepAbove.h"
 #include "windows/desktop/QtOperator.h"
 #include "windows/healthcheck/GraphWidget.h"

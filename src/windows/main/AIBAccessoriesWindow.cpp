@@ -12,6 +12,8 @@
 #include "windows/main/BenchTestCommands.h"
 #include "windows/main/BoardPanel.h"
 #include "windows/main/InfoPanel.h"
+#include "windows/main/MainMenu.h"
+#include "windows/main/NoBoardPanel.h"
 #include "windows/main/ToolWindows.h"
 #include "windows/procedure/BoardNotices.h"
 #include "windows/procedure/ProcedureBar.h"
@@ -57,7 +59,10 @@ QTimer* MakeTimer(const char* objectName, int interval_ms, QObject* parent) {
 } // namespace
 
 AIBAccessoriesWindow::AIBAccessoriesWindow(Station& station, MainWindowServices services)
-    : m_Station(station), m_Services(std::move(services)), m_Tabs(new QTabBar(this)),
+    : AskForLibrary(FileDialogOf(*this, QFileDialog::AcceptOpen, tr("Board library"),
+                                 tr("Libraries (*.so *.so.*);;All files (*)"))),
+      m_Station(station), m_Services(std::move(services)), m_Menu(new MainMenu(*menuBar())),
+      m_Tabs(new QTabBar(this)),
       m_Notices(new BoardNotices(station, *m_Tabs, m_Services.Simulation, this)),
       m_NoBoards(new NoBoardPanel(this)), m_Info(new InfoPanel(this)),
       m_Board(new BoardPanel(station, this)), m_Foot(new ProcedureBar(station, this)),
@@ -68,11 +73,10 @@ AIBAccessoriesWindow::AIBAccessoriesWindow(Station& station, MainWindowServices 
     const QString caption = ToQt(WindowCaption(m_Services.Version));
     Named(this, QStringLiteral("frmAIBAccessories"), caption);
     setWindowTitle(caption);
-    MakeMenus();
+    ConnectMenu();
+    ConnectNoBoards();
     LayOut();
     ShowPanels(false);
-    connect(m_NoBoards, &NoBoardPanel::DetectionWanted, this,
-            &AIBAccessoriesWindow::DetectAndProgramAIBs);
     connect(m_Tabs, &QTabBar::currentChanged, this, [this](int tab) {
         Guarded(m_Station.World.Messages, [this, tab] { SelectBoard(tab); });
     });
@@ -94,63 +98,47 @@ AIBAccessoriesWindow::AIBAccessoriesWindow(Station& station, MainWindowServices 
 
 AIBAccessoriesWindow::~AIBAccessoriesWindow() = default;
 
-void AIBAccessoriesWindow::MakeMenus() {
-    QMenu* file = menuBar()->addMenu(tr("&File"));
-    m_DetectAction = file->addAction(tr("&Detect AIBs"), QKeySequence(Qt::Key_F5), this,
-                                     &AIBAccessoriesWindow::DetectAndProgramAIBs);
-    file->addAction(tr("Open Data &Folder"), this, &AIBAccessoriesWindow::OpenDataFolder);
-    file->addSeparator();
-    file->addAction(tr("&Quit"), QKeySequence(QKeySequence::Quit), this, &QWidget::close);
-    QMenu* tools = menuBar()->addMenu(tr("&Tools"));
-    AddACUActions(*tools);
-    tools->addSeparator();
-    m_UARTsAction = tools->addAction(tr("&UART Console"), m_Tools.get(), &ToolWindows::ShowUARTs);
-    QAction* history =
-        tools->addAction(tr("Calibration &History…"), this, &AIBAccessoriesWindow::ShowHistory);
-    tools->addSeparator();
-    QAction* trend = tools->addAction(tr("&Trend"), QKeySequence(Qt::CTRL | Qt::Key_T),
-                                      m_Tools.get(), &ToolWindows::ShowTrend);
-    QAction* recording =
-        tools->addAction(tr("&Open recording…"), m_Tools.get(), &ToolWindows::OpenRecording);
-    QMenu* help = menuBar()->addMenu(tr("&Help"));
-    m_DiagnosticsAction = help->addAction(tr("Save &Diagnostics…"), this, [this] {
+void AIBAccessoriesWindow::ConnectMenu() {
+    connect(m_Menu, &MainMenu::DetectionWanted, this, &AIBAccessoriesWindow::DetectAndProgramAIBs);
+    connect(m_Menu, &MainMenu::DataFolderWanted, this, [this] { Open(Paths::DriveC); });
+    connect(m_Menu, &MainMenu::QuitWanted, this, &QWidget::close);
+    connect(m_Menu, &MainMenu::ACUCommandWanted, this,
+            [this](const std::function<void(ACUCommands&)>& command) { command(*m_ACUCommands); });
+    connect(m_Menu, &MainMenu::UARTsWanted, m_Tools.get(), &ToolWindows::ShowUARTs);
+    connect(m_Menu, &MainMenu::HistoryWanted, this, &AIBAccessoriesWindow::ShowHistory);
+    connect(m_Menu, &MainMenu::TrendWanted, m_Tools.get(), &ToolWindows::ShowTrend);
+    connect(m_Menu, &MainMenu::RecordingWanted, m_Tools.get(), &ToolWindows::OpenRecording);
+    connect(m_Menu, &MainMenu::GuideWanted, this, &AIBAccessoriesWindow::ShowGuide);
+    connect(m_Menu, &MainMenu::DiagnosticsWanted, this, [this] {
         Guarded(m_Station.World.Messages,
                 [this] { SaveDiagnostics(m_Station, m_Services.Options); });
     });
-    m_DiagnosticsAction->setObjectName(QStringLiteral("mnuSaveDiagnostics"));
-    help->addAction(tr("&About"), this, &AIBAccessoriesWindow::ShowAbout);
-    const auto name = [](QObject* object, const char* objectName) {
-        object->setObjectName(QLatin1String(objectName));
-    };
-    name(m_DetectAction, "mnuDetectAIBs");
-    name(file->actions().at(1), "mnuOpenDataFolder");
-    name(file->actions().back(), "mnuQuit");
-    name(m_UARTsAction, "mnuUARTs");
-    name(history, "mnuCalibrationHistory");
-    name(trend, "mnuTrend");
-    name(recording, "mnuOpenRecording");
-    name(help->actions().back(), "mnuAbout");
+    connect(m_Menu, &MainMenu::AboutWanted, this, &AIBAccessoriesWindow::ShowAbout);
 }
 
-void AIBAccessoriesWindow::AddACUActions(QMenu& tools) {
-    const auto add = [&](const char* objectName, const QString& caption, const auto& command) {
-        QAction* action =
-            tools.addAction(caption, this, [this, command] { command(*m_ACUCommands); });
-        action->setObjectName(QLatin1String(objectName));
-        m_ACUActions.push_back(action);
-    };
-    using Kind = CalibrationKind;
-    add("mnuVelocitySystem", tr("&Velocity System Calibration"),
-        [](ACUCommands& commands) { commands.CalibrateVelocity(Kind::System); });
-    add("mnuVelocityAudit", tr("V&elocity Audit Calibration"),
-        [](ACUCommands& commands) { commands.CalibrateVelocity(Kind::Audit); });
-    add("mnuPressureSystem", tr("&Pressure System Calibration"),
-        [](ACUCommands& commands) { commands.CalibratePressure(Kind::System); });
-    add("mnuPressureAudit", tr("Pressure &Audit Calibration"),
-        [](ACUCommands& commands) { commands.CalibratePressure(Kind::Audit); });
-    tools.addSeparator();
-    add("mnuPressureSensor", tr("Pressure &Sensor…"),
-        [](ACUCommands& commands) { commands.DeclarePressureSensor(); });
+void AIBAccessoriesWindow::ConnectNoBoards() {
+    connect(m_NoBoards, &NoBoardPanel::DetectionWanted, this,
+            &AIBAccessoriesWindow::DetectAndProgramAIBs);
+    connect(m_NoBoards, &NoBoardPanel::SimulationWanted, this, [this] { StartAnew({}); });
+    connect(m_NoBoards, &NoBoardPanel::LibraryWanted, this, [this] {
+        AskForLibrary({}, [this](const QString& file) { StartAnew(file.toStdString()); });
+    });
+    connect(m_NoBoards, &NoBoardPanel::GuideWanted, this,
+            [this] { ShowGuide(QLatin1String(Paths::OperatorsGuide)); });
+}
+
+void AIBAccessoriesWindow::StartAnew(const std::string& library) {
+    m_Services.StartAnew(library);
+    close();
+}
+
+void AIBAccessoriesWindow::ShowGuide(const QString& file) {
+    Open(Paths::Guides + file.toStdString());
+}
+
+void AIBAccessoriesWindow::Open(const std::string& path) {
+    Platform& world = m_Station.World;
+    Guarded(world.Messages, [&] { OpenOrTell(world, world.Files.RealPath(path)); });
 }
 
 void AIBAccessoriesWindow::LayOut() {
@@ -263,11 +251,7 @@ void AIBAccessoriesWindow::ProcedureRunning(bool running) {
 
 void AIBAccessoriesWindow::UpdateCommands() {
     const bool free = !m_Station.Procedures.Running();
-    m_DetectAction->setEnabled(free);
-    m_UARTsAction->setEnabled(free);
-    m_DiagnosticsAction->setEnabled(free);
-    for (QAction* action : m_ACUActions)
-        action->setEnabled(free && m_BoardsFound && !m_Notices->IsReadOnly());
+    m_Menu->TakeCommands(free, m_BoardsFound && !m_Notices->IsReadOnly());
     m_Tabs->setEnabled(free);
     m_Board->TakeCommands(free && !m_Notices->IsReadOnly());
     m_Info->TakeCommands(free);
@@ -319,16 +303,6 @@ void AIBAccessoriesWindow::RigShown(bool open) {
     // The rig drives the outputs past the sliders.
     if (!open && m_BoardsFound)
         m_Board->Sliders().ShowBoard();
-}
-
-void AIBAccessoriesWindow::OpenDataFolder() {
-    Guarded(m_Station.World.Messages, [this] {
-        Platform& world = m_Station.World;
-        if (!ShellOpenFile(world.Files, world.Documents, Paths::DriveC))
-            world.Messages.Ask({"The data folder could not be opened:\r\n\r\n   " +
-                                    world.Files.RealPath(Paths::DriveC).string(),
-                                MessageIcon::Warning, MessageButtons::Ok});
-    });
 }
 
 void AIBAccessoriesWindow::ShowAbout() {

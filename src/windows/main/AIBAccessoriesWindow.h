@@ -3,6 +3,7 @@
 #include "board/Detection.h"
 #include "journal/UnfinishedRuns.h"
 #include "reports/ReportFile.h"
+#include "windows/desktop/FileQuestion.h"
 
 #include <QMainWindow>
 #include <QTimer>
@@ -11,10 +12,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
-class QAction;
-class QMenu;
 class QSettings;
 class QTabBar;
 
@@ -28,6 +26,7 @@ class BenchTestCommands;
 class BoardNotices;
 class BoardPanel;
 class InfoPanel;
+class MainMenu;
 class NoBoardPanel;
 class ProcedureBar;
 class StopKeys;
@@ -51,6 +50,9 @@ struct MainWindowServices {
     std::string Simulation{};
     /// Where places of windows are remembered; none when they are not.
     QSettings* Settings = nullptr;
+    /// Has the program begin anew once this window is closed. @param library path of the board
+    /// library, for this time and the next ones; empty for the simulated bench, this time alone
+    std::function<void(const std::string& library)> StartAnew = [](const std::string&) {};
 };
 
 /// The main window: one tab for each board, and the panels that show and drive the board of the
@@ -71,12 +73,15 @@ class AIBAccessoriesWindow final : public QMainWindow, private DetectionView {
     /// Asks what to do with calibrations that an earlier program did not finish.
     void OfferUnfinishedRuns();
 
+    /// How it asks for a board library; the dialog of the desktop at first.
+    FileQuestion AskForLibrary;
+
   protected:
     void closeEvent(QCloseEvent* event) override;
 
   private:
-    void MakeMenus();
-    void AddACUActions(QMenu& tools);
+    void ConnectMenu();
+    void ConnectNoBoards();
     void LayOut();
     bool Detect();
     void ResetPanels();
@@ -91,7 +96,11 @@ class AIBAccessoriesWindow final : public QMainWindow, private DetectionView {
     void RigShown(bool open);
     void StopAllAir();
     void MarkDriving();
-    void OpenDataFolder();
+    /// @param library path of a board library; empty for the simulated bench
+    void StartAnew(const std::string& library);
+    void ShowGuide(const QString& file);
+    /// A file or folder of the program's drives.
+    void Open(const std::string& path);
     void ShowAbout();
 
     void ShowOutcome(const std::string& text) override;
@@ -101,6 +110,7 @@ class AIBAccessoriesWindow final : public QMainWindow, private DetectionView {
 
     Station& m_Station;
     MainWindowServices m_Services;
+    MainMenu* m_Menu;
     QTabBar* m_Tabs;
     BoardNotices* m_Notices;
     NoBoardPanel* m_NoBoards;
@@ -108,11 +118,6 @@ class AIBAccessoriesWindow final : public QMainWindow, private DetectionView {
     BoardPanel* m_Board;
     ProcedureBar* m_Foot;
     std::unique_ptr<StopKeys> m_StopKeys;
-    QAction* m_DetectAction = nullptr;
-    /// What needs a board.
-    std::vector<QAction*> m_ACUActions;
-    QAction* m_UARTsAction = nullptr;
-    QAction* m_DiagnosticsAction = nullptr;
     QTimer* m_UpdateInput;
     std::unique_ptr<ACUHealthCheckWindow> m_HealthCheck;
     std::unique_ptr<CalibrationHistoryWindow> m_History;

@@ -1,5 +1,6 @@
 #include "windows/procedure/ProcedureBar.h"
 
+#include "platform/ports/Folders.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/Guarded.h"
 #include "windows/widgets/QtText.h"
@@ -122,12 +123,7 @@ void ProcedureBar::ShowEnd() {
 void ProcedureBar::OpenReport(bool folder) {
     Platform& world = m_Station.World;
     const std::filesystem::path path = folder ? m_Report.parent_path() : m_Report;
-    Guarded(world.Messages, [&] {
-        if (!world.Documents.OpenDocument(path))
-            world.Messages.Ask(
-                {"The desktop has no program that opens it:\r\n\r\n   " + path.string(),
-                 MessageIcon::Warning, MessageButtons::Ok});
-    });
+    Guarded(world.Messages, [&] { OpenOrTell(world, path); });
 }
 
 } // namespace ombrix

@@ -37,7 +37,8 @@ class Keeper final : public QObject {
 
   private:
     void Centre() {
-        if (m_Placed || !m_Owner.isVisible())
+        // One that was put somewhere, as where it was left, stays there.
+        if (m_Placed || m_Window.testAttribute(Qt::WA_Moved) || !m_Owner.isVisible())
             return;
         m_Placed = true;
         const QRect screen = m_Owner.screen()->availableGeometry();

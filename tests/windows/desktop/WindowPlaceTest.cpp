@@ -1,6 +1,7 @@
 #include "windows/desktop/WindowPlace.h"
 
 #include "support/TemporaryFolder.h"
+#include "windows/desktop/KeepAbove.h"
 
 #include <QSettings>
 #include <QWidget>
@@ -9,16 +10,22 @@
 namespace ombrix {
 namespace {
 
-TEST(WindowPlace, AWindowOpensAsLargeAsItWasLeft) {
+TEST(WindowPlace, AWindowOpensWhereAndAsLargeAsItWasLeft) {
+    QWidget owner;
+    owner.setGeometry(0, 0, 700, 500);
+    owner.show();
     const TemporaryFolder folder;
     QSettings settings(QString::fromStdString(folder.Path() / "ombrix.ini"), QSettings::IniFormat);
     for (const int width : {300, 417}) { // as it is made, then as it was left
         QWidget window;
         window.setObjectName("frmAnyWindow");
         window.resize(300, 200);
+        KeepAbove(window, owner);
         const WindowPlace place(window, settings);
+        window.show();
         EXPECT_EQ(window.width(), width);
-        window.resize(417, 233);
+        EXPECT_EQ(window.x() < 100, width == 417) << "else in the middle of its owner";
+        window.setGeometry(31, 17, 417, 233);
     }
 }
 

@@ -90,9 +90,33 @@ TEST(CalibrationHistory, TheDriftIsThatFromTheFirstRun) {
     const Drift flow = DriftOf(history, kind, 0, DriftScale::Physical);
     EXPECT_NEAR(flow.Series[9].Deviations.at(2).value(), -25.0, 1e-3);
 
+    EXPECT_NEAR(percent.Series[2].Limit.value_or(0.0), 0.0, 0.0) << "judged by none";
+    for (HistoryEntry& run : history.Runs)
+        run.Limits = LimitsOf(run.Kind);
+    const Drift limited = DriftOf(history, kind, 0, DriftScale::PercentOfFullScale);
+    EXPECT_NEAR(limited.Series[2].Limit.value(), 0.1, 1e-6) << "at 9 %, of full scale";
+    EXPECT_NEAR(limited.Series[9].Limit.value(), 0.9, 1e-6) << "at 90 %, of reading";
+    EXPECT_NEAR(DriftOf(history, kind, 0, DriftScale::Physical).Series[9].Limit.value(), 45.0,
+                1e-3);
+
     const std::string csv = HistoryCsv(history);
     EXPECT_EQ(std::count(csv.begin(), csv.end(), '\n'), 1 + 3 * 20);
     EXPECT_NE(csv.find(",\"bench, \"\"left\"\"\",velocity-audit,passed,1,5,"), std::string::npos);
+}
+
+TEST(CalibrationHistory, ARunThatWasBrokenOffIsNoBaseline) {
+    CalibrationHistory history{{AuditEntry(7.0F), AuditEntry(0.0F), AuditEntry(10.0F)}};
+    const auto drift = [&] {
+        return DriftOf(history, RunKind::VelocityAudit, 0, DriftScale::Physical).Series.at(9);
+    };
+    for (const char* verdict :
+         {VerdictOf(End::Cancelled), VerdictOf(End::Stopped), InterruptedVerdict}) {
+        history.Runs[0].Verdict = verdict;
+        EXPECT_NEAR(drift().Deviations.at(0).value(), 7.0, 1e-3) << "shown, against the next one";
+        EXPECT_NEAR(drift().Deviations.at(2).value(), 10.0, 1e-3);
+    }
+    history.Runs.resize(1);
+    EXPECT_FALSE(drift().Deviations.at(0)) << "nothing to compare with";
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace ombrix {
@@ -68,23 +69,74 @@ std::string PointName(const HistoryEntry& run, std::size_t point) {
         CalPointPrecentage(static_cast<std::int32_t>(point), CalibrationKindOf(run.Kind)));
 }
 
-/// Adds a run to the series; points that no run before has had begin with it.
-void AddRun(Drift& drift, std::vector<double>& first, const HistoryEntry& run, const Shares& shares,
-            double factor) {
-    const std::size_t before = drift.Runs.size();
-    drift.Runs.push_back(run.When);
-    for (std::size_t point = drift.Series.size(); point < shares.size(); ++point) {
-        drift.Series.push_back({PointName(run, point), Shares(before)});
-        first.push_back(std::nan(""));
+/// A run that was cancelled, stopped or interrupted may have measured what had not settled: others
+/// are not compared with it.
+bool IsBaseline(const HistoryEntry& run) {
+    constexpr std::array whole = {End::Passed, End::Failed, End::NotStored};
+    return std::any_of(whole.begin(), whole.end(),
+                       [&run](End end) { return run.Verdict == VerdictOf(end); });
+}
+
+/// A run as a part of the drift.
+struct DriftRun {
+    const HistoryEntry* Run;
+    Shares Points;
+    /// Of a share, in the drift's unit.
+    double Scale;
+};
+
+/// What a point of a run was judged by, as a share of full scale: of a system run the agreement of
+/// its sweeps, of an audit the error.
+std::optional<double> LimitOf(const HistoryEntry& run, std::size_t point) {
+    const auto limit = [&run](std::string_view name) -> std::optional<double> {
+        for (const auto& [known, value] : run.Limits) {
+            if (known == name)
+                return static_cast<double>(value);
+        }
+        return std::nullopt;
+    };
+    const auto shareOf = [](std::optional<double> part, double whole) {
+        return part && whole > 0.0 ? std::optional(*part / whole) : std::nullopt;
+    };
+    constexpr double percent = 100.0;
+    switch (run.Kind) {
+    case RunKind::VelocitySystem: return shareOf(limit("hysteresis_bits"), FullScale_bits);
+    case RunKind::PressureAudit:
+        return shareOf(limit("error_mBar"), static_cast<double>(run.Found.MaxPressure));
+    case RunKind::VelocityAudit: {
+        const double at_percent =
+            CalPointPrecentage(static_cast<std::int32_t>(point), CalibrationKind::Audit);
+        return at_percent <= limit("lowUpTo_percentOfFullScale").value_or(0.0)
+                   ? shareOf(limit("lowError_percentOfFullScale"), percent)
+                   : shareOf(limit("error_percentOfReading"), percent * percent / at_percent);
     }
-    for (std::size_t point = 0; point < drift.Series.size(); ++point) {
-        const auto share = point < shares.size() ? shares[point] : std::nullopt;
-        if (share && std::isnan(first[point]))
-            first[point] = *share;
-        const double deviation = share ? (*share - first[point]) * factor : std::nan("");
-        drift.Series[point].Deviations.push_back(std::isfinite(deviation) ? std::optional(deviation)
-                                                                          : std::nullopt);
+    case RunKind::PressureSystem: break;
     }
+    return std::nullopt;
+}
+
+std::optional<double> ShareAt(const DriftRun& run, std::size_t point) {
+    return point < run.Points.size() ? run.Points[point] : std::nullopt;
+}
+
+DriftSeries SeriesOf(const std::vector<DriftRun>& runs, std::size_t point) {
+    const auto has = [point](const DriftRun& run) { return ShareAt(run, point).has_value(); };
+    const auto first = std::find_if(runs.begin(), runs.end(), [&](const DriftRun& run) {
+        return has(run) && IsBaseline(*run.Run);
+    });
+    const auto named = std::find_if(runs.begin(), runs.end(),
+                                    [&](const DriftRun& run) { return point < run.Points.size(); });
+    DriftSeries series{PointName(*named->Run, point), {}};
+    for (const DriftRun& run : runs) {
+        const double deviation = first != runs.end() && has(run)
+                                     ? (*ShareAt(run, point) - *ShareAt(*first, point)) * run.Scale
+                                     : std::nan("");
+        series.Deviations.push_back(std::isfinite(deviation) ? std::optional(deviation)
+                                                             : std::nullopt);
+    }
+    if (const auto limit = LimitOf(*runs.back().Run, point))
+        series.Limit = *limit * runs.back().Scale;
+    return series;
 }
 
 } // namespace
@@ -95,17 +147,22 @@ Drift DriftOf(const CalibrationHistory& history, RunKind kind, std::size_t chann
     const bool isPercent = scale == DriftScale::PercentOfFullScale;
     Drift drift;
     drift.Unit = isPercent ? "% of full scale" : IsVelocity(kind) ? "ml/min" : "mBar";
-    std::vector<double> first;
+    std::vector<DriftRun> runs;
+    std::size_t points = 0;
     for (const HistoryEntry& run : history.Runs) {
         if (run.Kind != kind)
             continue;
-        const Shares shares = SharesOf(run, channel);
-        const bool measured = std::any_of(shares.begin(), shares.end(),
-                                          [](const auto& share) { return share.has_value(); });
-        if (measured)
-            AddRun(drift, first, run, shares,
-                   isPercent ? percent : static_cast<double>(FullScaleOf(run, channel)));
+        Shares shares = SharesOf(run, channel);
+        if (std::none_of(shares.begin(), shares.end(),
+                         [](const auto& share) { return share.has_value(); }))
+            continue;
+        points = std::max(points, shares.size());
+        drift.Runs.push_back(run.When);
+        runs.push_back({&run, std::move(shares),
+                        isPercent ? percent : static_cast<double>(FullScaleOf(run, channel))});
     }
+    for (std::size_t point = 0; point < points; ++point)
+        drift.Series.push_back(SeriesOf(runs, point));
     return drift;
 }
 

@@ -12,9 +12,12 @@ namespace ombrix {
 struct DriftSeries {
     /// What the point is ("Point 3: 30 %").
     std::string Name;
-    /// By run: the deviation from the first run that has the point; nothing where it was not
-    /// measured.
+    /// By run: the deviation from the first run that has the point and came to its end; nothing
+    /// where it was not measured, or there is no such run.
     std::vector<std::optional<double>> Deviations;
+    /// By how much the last run may have been off at the point, by the limits that it was judged
+    /// by; nothing for a kind of run without such a limit.
+    std::optional<double> Limit{};
 };
 
 /// The drift of all points.

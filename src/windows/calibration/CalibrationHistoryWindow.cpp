@@ -2,7 +2,9 @@
 
 #include "calibration/history/HistoryText.h"
 #include "platform/os/FolderDrive.h"
+#include "platform/ports/Folders.h"
 #include "platform/text/OleDate.h"
+#include "platform/text/Paths.h"
 #include "windows/calibration/DriftPlotWidget.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/Guarded.h"
@@ -10,7 +12,6 @@
 #include "windows/widgets/QtText.h"
 
 #include <QComboBox>
-#include <QFileDialog>
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -22,6 +23,8 @@
 #include <QSplitter>
 #include <QTreeWidget>
 
+#include <algorithm>
+
 namespace ombrix {
 
 namespace {
@@ -31,9 +34,7 @@ constexpr QSize PictureSize(1200, 675);
 } // namespace
 
 CalibrationHistoryWindow::CalibrationHistoryWindow(Station& station)
-    : ChooseFile([this](const QString& proposed) {
-          return QFileDialog::getSaveFileName(this, tr("Export"), proposed);
-      }),
+    : AskFileToWrite(FileDialogOf(*this, QFileDialog::AcceptSave, tr("Export"))),
       m_Station(station),
       m_Runs(Named(new QTreeWidget(this), QStringLiteral("lvwRuns"), tr("Runs of the unit"))),
       m_Details(Named(new QPlainTextEdit(this), QStringLiteral("txtDetails"),
@@ -42,6 +43,8 @@ CalibrationHistoryWindow::CalibrationHistoryWindow(Station& station)
     Named(this, QStringLiteral("frmCalibrationHistory"), tr("Calibration History"));
     setWindowTitle(tr("Calibration History"));
     m_State->setObjectName(QStringLiteral("lblHistoryState"));
+    // A path is of any length; pointing at it shows all of it.
+    m_State->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_Runs->setHeaderLabels({tr("Date"), tr("Kind"), tr("Verdict"), tr("Station")});
     m_Runs->setRootIsDecorated(false);
     m_Details->setReadOnly(true);
@@ -93,8 +96,10 @@ QLayout* CalibrationHistoryWindow::MakeChoosers() {
 
 QLayout* CalibrationHistoryWindow::MakeButtons() {
     m_ExportPicture = MakeButton(QStringLiteral("cmdExportPNG"), tr("Export &PNG…"), this);
+    m_ExportPicture->setToolTip(tr("Stores the plot as a picture."));
     m_ExportTable = MakeButton(QStringLiteral("cmdExportCSV"), tr("&Export CSV…"), this);
-    auto* close = MakeButton(QStringLiteral("cmdClose"), tr("Close"), this);
+    m_ExportTable->setToolTip(tr("Stores every point of every run of the unit as a table."));
+    auto* close = MakeButton(QStringLiteral("cmdClose"), tr("C&lose"), this);
     connect(m_ExportPicture, &QPushButton::clicked, this, [this] {
         Export(QStringLiteral("png"), [this] { return PngOf(m_Plot->Picture(PictureSize)); });
     });
@@ -158,20 +163,42 @@ void CalibrationHistoryWindow::ShowUnit() {
         m_Runs->setCurrentItem(m_Runs->topLevelItem(m_Runs->topLevelItemCount() - 1));
     m_ExportPicture->setEnabled(any);
     m_ExportTable->setEnabled(any);
-    m_State->setText(!any ? tr("No calibration has been run yet.")
-                     : m_History.DamagedLines > 0
-                         ? tr("%n damaged line(s) of the history are passed over.", nullptr,
-                              m_History.DamagedLines)
-                         : QString());
-    m_State->setAccessibleName(tr("State of the history: %1").arg(m_State->text()));
+    ShowState(!any ? tr("No calibration has been run yet.")
+              : m_History.DamagedLines > 0
+                  ? tr("%n damaged line(s) of the history are passed over.", nullptr,
+                       m_History.DamagedLines)
+                  : QString());
     ShowRun();
     ShowDrift();
 }
 
-void CalibrationHistoryWindow::ShowRun() {
+const HistoryEntry* CalibrationHistoryWindow::SelectedRun() const {
     const int row = m_Runs->indexOfTopLevelItem(m_Runs->currentItem());
-    m_Details->setPlainText(
-        row < 0 ? QString() : ToQt(DetailsOf(m_History.Runs.at(static_cast<std::size_t>(row)))));
+    return row < 0 ? nullptr : &m_History.Runs.at(static_cast<std::size_t>(row));
+}
+
+void CalibrationHistoryWindow::ShowRun() {
+    const HistoryEntry* run = SelectedRun();
+    m_Details->setPlainText(run == nullptr ? QString() : ToQt(DetailsOf(*run)));
+    // The plot shows runs of one kind: that of the run that is looked at.
+    if (run != nullptr)
+        m_Kinds->setCurrentIndex(static_cast<int>(
+            std::find(RunKinds.begin(), RunKinds.end(), run->Kind) - RunKinds.begin()));
+    MarkRun();
+}
+
+void CalibrationHistoryWindow::MarkRun() {
+    const HistoryEntry* run = SelectedRun();
+    const bool isShown =
+        run != nullptr &&
+        RunKinds.at(static_cast<std::size_t>(m_Kinds->currentIndex())) == run->Kind;
+    m_Plot->MarkRun(isShown ? std::optional(run->When) : std::nullopt);
+}
+
+void CalibrationHistoryWindow::ShowState(const QString& text) {
+    m_State->setText(text);
+    m_State->setToolTip(text);
+    m_State->setAccessibleName(tr("State of the history: %1").arg(text));
 }
 
 void CalibrationHistoryWindow::ShowDrift() {
@@ -185,14 +212,21 @@ void CalibrationHistoryWindow::ShowDrift() {
     m_Plot->Show(
         DriftOf(m_History, kind, static_cast<std::size_t>(m_Channels->currentIndex()), scale),
         title);
+    MarkRun();
 }
 
 void CalibrationHistoryWindow::Export(const QString& ending,
                                       const std::function<std::string()>& content) {
-    const QString file = ChooseFile(QStringLiteral("%1_history.%2").arg(UnitName(), ending));
-    if (file.isEmpty())
-        return;
-    Guarded(m_Station.World.Messages, [&] { ReplaceWholeFile(file.toStdString(), content()); });
+    const Drive& files = m_Station.World.Files;
+    const std::string proposed = FreePath(files, Paths::DriveC + UnitName().toStdString() +
+                                                     "_history." + ending.toStdString());
+    AskAndWrite(
+        *this, AskFileToWrite, ToQt(files.RealPath(proposed).string()),
+        [this, content](const QString& file) {
+            ReplaceWholeFile(file.toStdString(), content());
+            ShowState(tr("Written: %1").arg(file));
+        },
+        [this](const QString& error) { ShowState(error); });
 }
 
 } // namespace ombrix

@@ -2,6 +2,7 @@
 
 #include "board/Station.h"
 #include "calibration/history/CalibrationHistory.h"
+#include "windows/desktop/FileQuestion.h"
 
 #include <QWidget>
 
@@ -29,8 +30,7 @@ class CalibrationHistoryWindow final : public QWidget {
     /// Reads the histories anew and shows the window, with the current board's unit if it has one.
     void Open();
 
-    /// Asks for a file to write, with its proposed name; empty when the operator cancels.
-    std::function<QString(const QString& proposed)> ChooseFile;
+    FileQuestion AskFileToWrite;
 
   private:
     QLayout* MakeChoosers();
@@ -39,6 +39,9 @@ class CalibrationHistoryWindow final : public QWidget {
     void ShowUnit();
     void ShowRun();
     void ShowDrift();
+    void MarkRun();
+    const HistoryEntry* SelectedRun() const;
+    void ShowState(const QString& text);
     void ProcedureRunning(bool running);
     std::int32_t Serial() const;
     QString UnitName() const;

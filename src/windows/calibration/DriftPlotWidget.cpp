@@ -39,8 +39,38 @@ struct DriftPlotWidget::Frame {
     }
 };
 
+namespace {
+
+/// "Point 3: 30 %  ± 0.3"
+QString LegendText(const DriftSeries& series) {
+    return series.Limit
+               ? QStringLiteral("%1  ± %2").arg(ToQt(series.Name)).arg(*series.Limit, 0, 'g', 3)
+               : ToQt(series.Name);
+}
+
+/// The narrowest limit of all points; 0 where there is none.
+double NarrowestLimit(const Drift& drift) {
+    double narrowest = 0.0;
+    for (const DriftSeries& series : drift.Series) {
+        if (series.Limit && (narrowest == 0.0 || *series.Limit < narrowest))
+            narrowest = *series.Limit;
+    }
+    return narrowest;
+}
+
+/// Points with one limit share its lines.
+bool IsShared(const Drift& drift, double limit) {
+    return std::count_if(drift.Series.begin(), drift.Series.end(),
+                         [limit](const auto& series) { return series.Limit == limit; }) > 1;
+}
+
+} // namespace
+
 DriftPlotWidget::DriftPlotWidget(QWidget* parent) : QWidget(parent) {
     Named(this, QStringLiteral("picDrift"), tr("Drift of the calibration points"));
+    setToolTip(
+        tr("The run that is selected stands on a bar. Runs that were cancelled or stopped are "
+           "shown, and others are not compared with them."));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
@@ -57,6 +87,19 @@ void DriftPlotWidget::Show(Drift drift, const QString& title) {
     m_Title = title;
     setAccessibleDescription(tr("%1, %2 runs").arg(title).arg(m_Drift.Runs.size()));
     update();
+}
+
+void DriftPlotWidget::MarkRun(std::optional<OleDate> when) {
+    m_Marked = when;
+    update();
+}
+
+std::optional<std::size_t> DriftPlotWidget::MarkedRun() const {
+    const auto marked = m_Marked ? std::find(m_Drift.Runs.begin(), m_Drift.Runs.end(), *m_Marked)
+                                 : m_Drift.Runs.end();
+    return marked == m_Drift.Runs.end()
+               ? std::nullopt
+               : std::optional(static_cast<std::size_t>(marked - m_Drift.Runs.begin()));
 }
 
 QImage DriftPlotWidget::Picture(QSize size) const {
@@ -79,8 +122,11 @@ DriftPlotWidget::Frame DriftPlotWidget::FrameIn(const QPainter& painter, const Q
     Frame frame{};
     frame.Colours = colours;
     frame.Runs = m_Drift.Runs.size();
+    // What is near a limit shows; limits that are far from it would press the lines flat.
+    frame.Largest = NarrowestLimit(m_Drift);
+    frame.Least = -frame.Largest;
     for (const DriftSeries& series : m_Drift.Series) {
-        legendWidth = std::max(legendWidth, metrics.horizontalAdvance(ToQt(series.Name)));
+        legendWidth = std::max(legendWidth, metrics.horizontalAdvance(LegendText(series)));
         for (const auto& deviation : series.Deviations) {
             frame.Least = std::min(frame.Least, deviation.value_or(0.0));
             frame.Largest = std::max(frame.Largest, deviation.value_or(0.0));
@@ -121,6 +167,8 @@ void DriftPlotWidget::Draw(QPainter& painter, const QRectF& area, const QPalette
                      Qt::AlignLeft, tr("Deviation from the first run, %1").arg(ToQt(m_Drift.Unit)));
     DrawLevels(painter, frame);
     DrawRuns(painter, frame);
+    DrawLimits(painter, frame);
+    DrawMark(painter, frame);
     DrawSeries(painter, frame);
     DrawLegend(painter, frame);
 }
@@ -155,6 +203,33 @@ void DriftPlotWidget::DrawRuns(QPainter& painter, const Frame& frame) const {
     }
 }
 
+void DriftPlotWidget::DrawLimits(QPainter& painter, const Frame& frame) const {
+    for (std::size_t index = 0; index < m_Drift.Series.size(); ++index) {
+        const auto& limit = m_Drift.Series[index].Limit;
+        if (!limit || *limit > frame.Largest || -*limit < frame.Least)
+            continue;
+        QPen pen(IsShared(m_Drift, *limit) ? frame.Ink() : frame.SeriesPen(index).color());
+        pen.setStyle(Qt::DashLine);
+        painter.setPen(pen);
+        for (const double level : {*limit, -*limit})
+            painter.drawLine(QPointF(frame.Plot.left(), frame.Y(level)),
+                             QPointF(frame.Plot.right(), frame.Y(level)));
+    }
+}
+
+void DriftPlotWidget::DrawMark(QPainter& painter, const Frame& frame) const {
+    const auto run = MarkedRun();
+    if (!run)
+        return;
+    constexpr double halfWidth = 5.0;
+    constexpr int alpha = 90;
+    const double x = frame.At(*run, 0.0).x();
+    QColor colour = frame.Colours.color(QPalette::Highlight);
+    colour.setAlpha(alpha);
+    painter.fillRect(QRectF(x - halfWidth, frame.Plot.top(), 2 * halfWidth, frame.Plot.height()),
+                     colour);
+}
+
 void DriftPlotWidget::DrawSeries(QPainter& painter, const Frame& frame) const {
     constexpr double radius = 3.0;
     for (std::size_t index = 0; index < m_Drift.Series.size(); ++index) {
@@ -175,18 +250,24 @@ void DriftPlotWidget::DrawSeries(QPainter& painter, const Frame& frame) const {
 
 void DriftPlotWidget::DrawLegend(QPainter& painter, const Frame& frame) const {
     constexpr double sample = 28.0;
-    const double line =
-        std::min(painter.fontMetrics().height() + PlotGap / 2,
-                 frame.Legend.height() / static_cast<double>(m_Drift.Series.size()));
+    const bool hasLimits = NarrowestLimit(m_Drift) > 0.0;
+    const std::size_t entries = m_Drift.Series.size() + (hasLimits ? 1 : 0);
+    const double line = std::min(painter.fontMetrics().height() + PlotGap / 2,
+                                 frame.Legend.height() / static_cast<double>(entries));
     double y = frame.Legend.top() + line / 2;
-    for (std::size_t index = 0; index < m_Drift.Series.size(); ++index, y += line) {
-        painter.setPen(frame.SeriesPen(index));
+    const auto draw = [&](const QPen& pen, const QString& text) {
+        painter.setPen(pen);
         painter.drawLine(QPointF(frame.Legend.left(), y), QPointF(frame.Legend.left() + sample, y));
         painter.setPen(frame.Ink());
         painter.drawText(QRectF(frame.Legend.left() + sample + PlotGap, y - line / 2,
                                 frame.Legend.width(), line),
-                         Qt::AlignLeft | Qt::AlignVCenter, ToQt(m_Drift.Series[index].Name));
-    }
+                         Qt::AlignLeft | Qt::AlignVCenter, text);
+        y += line;
+    };
+    for (std::size_t index = 0; index < m_Drift.Series.size(); ++index)
+        draw(frame.SeriesPen(index), LegendText(m_Drift.Series[index]));
+    if (hasLimits)
+        draw(QPen(frame.Ink(), 1.0, Qt::DashLine), tr("limits, ±"));
 }
 
 } // namespace ombrix

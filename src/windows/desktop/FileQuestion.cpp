@@ -1,5 +1,13 @@
 #include "windows/desktop/FileQuestion.h"
 
+#include "windows/desktop/QtOperator.h"
+#include "windows/widgets/QtText.h"
+
+#include <QFileInfo>
+
+#include <exception>
+#include <utility>
+
 namespace ombrix {
 
 FileQuestion FileDialogOf(QWidget& window, QFileDialog::AcceptMode mode, const QString& title,
@@ -18,6 +26,28 @@ FileQuestion FileDialogOf(QWidget& window, QFileDialog::AcceptMode mode, const Q
         QObject::connect(dialog, &QFileDialog::fileSelected, &window, chosen);
         dialog->open();
     };
+}
+
+void AskAndWrite(QWidget& window, const FileQuestion& ask, const QString& proposed,
+                 std::function<void(const QString& file)> write,
+                 std::function<void(const QString& error)> failed) {
+    ask(proposed,
+        [&window, write = std::move(write), failed = std::move(failed)](const QString& file) {
+            if (file.isEmpty())
+                return;
+            const auto writeNow = [write, failed, file] {
+                try {
+                    write(file);
+                } catch (const std::exception& error) {
+                    failed(ToQt(error.what()));
+                }
+            };
+            if (QFileInfo::exists(file))
+                AskWhileRunning(
+                    window, QObject::tr("%1 is there already.\n\nReplace it?").arg(file), writeNow);
+            else
+                writeNow();
+        });
 }
 
 } // namespace ombrix

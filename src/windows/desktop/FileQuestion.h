@@ -17,4 +17,10 @@ using FileQuestion =
 FileQuestion FileDialogOf(QWidget& window, QFileDialog::AcceptMode mode, const QString& title,
                           const QString& filter = {});
 
+/// Asks for a file and has it written, after a question where it would replace one.
+/// @param write stores it @param failed told what was wrong
+void AskAndWrite(QWidget& window, const FileQuestion& ask, const QString& proposed,
+                 std::function<void(const QString& file)> write,
+                 std::function<void(const QString& error)> failed);
+
 } // namespace ombrix

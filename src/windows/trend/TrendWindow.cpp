@@ -3,7 +3,6 @@
 #include "platform/os/FolderDrive.h"
 #include "platform/text/Paths.h"
 #include "platform/text/Text.h"
-#include "windows/desktop/QtOperator.h"
 #include "windows/trend/TrendPlotWidget.h"
 #include "windows/trend/TrendTable.h"
 #include "windows/trend/TrendUnitChoosers.h"
@@ -13,7 +12,6 @@
 
 #include <QCheckBox>
 #include <QCloseEvent>
-#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QProgressBar>
@@ -307,21 +305,8 @@ void TrendWindow::closeEvent(QCloseEvent* event) {
 
 void TrendWindow::Write(const QString& ending,
                         const std::function<void(const QString& file)>& write) {
-    AskFileToWrite(QStringLiteral("trend.%1").arg(ending), [this, write](const QString& file) {
-        if (file.isEmpty())
-            return;
-        const auto writeNow = [this, write, file] {
-            try {
-                write(file);
-            } catch (const std::exception& error) {
-                ShowState(ToQt(error.what()));
-            }
-        };
-        if (QFileInfo::exists(file))
-            AskWhileRunning(*this, tr("%1 is there already.\n\nReplace it?").arg(file), writeNow);
-        else
-            writeNow();
-    });
+    AskAndWrite(*this, AskFileToWrite, QStringLiteral("trend.%1").arg(ending), write,
+                [this](const QString& error) { ShowState(error); });
 }
 
 void TrendWindow::ExportPicture() {

@@ -22,6 +22,7 @@ class HistoryWindowTest : public ::testing::Test {
             HistoryEntry run;
             run.Kind = RunKind::VelocitySystem;
             run.Serial = serial;
+            run.When = OleDate(45000.0 + static_cast<double>(++m_Days));
             run.Verdict = VerdictOf(End::Failed);
             run.Reasons = {"Channel 2"};
             run.Velocity = GoodRun(CalibrationKind::System).Measured;
@@ -38,17 +39,24 @@ class HistoryWindowTest : public ::testing::Test {
         return WindowBench::FindIn<Control>(*m_Window, name);
     }
     const Drift& Plotted() { return Find<DriftPlotWidget>("picDrift").Shown(); }
+    QString State() { return Find<QLabel>("lblHistoryState").text(); }
+    /// Takes the name that is proposed.
     std::string Export(const char* button) {
-        const auto file = m_Bench.Bench.Folder.Path() / "exported";
-        m_Window->ChooseFile = [&file](const QString& /*proposed*/) {
-            return QString::fromStdString(file.string());
+        QString file;
+        m_Window->AskFileToWrite = [&file](const QString& proposed, const auto& chosen) {
+            file = proposed;
+            chosen(proposed);
         };
         QTest::mouseClick(&Find<QPushButton>(button), Qt::LeftButton);
-        return ReadWholeFile(file);
+        EXPECT_EQ(State(), "Written: " + file);
+        EXPECT_EQ(std::filesystem::path(file.toStdString()).parent_path(),
+                  m_Bench.Bench.Files.RealPath(Paths::DriveC));
+        return ReadWholeFile(file.toStdString());
     }
 
     WindowBench m_Bench{"none"};
     CalibrationHistoryWindow* m_Window = nullptr;
+    int m_Days = 0;
 };
 
 TEST_F(HistoryWindowTest, ShowsTheRunsOfTheChosenUnitAndTheirDrift) {
@@ -59,17 +67,28 @@ TEST_F(HistoryWindowTest, ShowsTheRunsOfTheChosenUnitAndTheirDrift) {
     ASSERT_EQ(runs.topLevelItemCount(), 2);
     EXPECT_EQ(runs.topLevelItem(1)->text(2), "failed");
     EXPECT_TRUE(Find<QPlainTextEdit>("txtDetails").toPlainText().contains("Channel 2\n"));
-    EXPECT_EQ(Find<QLabel>("lblHistoryState").text().left(9), "1 damaged");
+    EXPECT_EQ(State().left(9), "1 damaged");
     EXPECT_EQ(Plotted().Series.size(), 10U);
     EXPECT_EQ(Plotted().Runs.size(), 2U);
+    auto& plot = Find<DriftPlotWidget>("picDrift");
+    EXPECT_EQ(plot.MarkedRun(), 1U);
+    const QImage marked = plot.Picture({400, 300});
+    Find<QTreeWidget>("lvwRuns").setCurrentItem(runs.topLevelItem(0));
+    EXPECT_EQ(plot.MarkedRun(), 0U);
+    EXPECT_NE(plot.Picture({400, 300}), marked);
     Find<QComboBox>("cboKind").setCurrentIndex(2);
     EXPECT_TRUE(Plotted().Series.empty());
+    EXPECT_FALSE(plot.MarkedRun());
+    Find<QTreeWidget>("lvwRuns").setCurrentItem(runs.topLevelItem(1));
+    EXPECT_EQ(plot.MarkedRun(), 1U) << "the plot is that of the run which is looked at";
 }
 
 TEST_F(HistoryWindowTest, ExportsThePlotAsAPictureAndTheRunsAsATable) {
     const QImage plot = QImage::fromData(QByteArray::fromStdString(Export("cmdExportPNG")), "PNG");
     EXPECT_EQ(plot.size(), QSize(1200, 675));
     EXPECT_TRUE(Export("cmdExportCSV").starts_with("when,unit,station,"));
+    EXPECT_TRUE(Export("cmdExportCSV").starts_with("when,unit,station,"));
+    EXPECT_TRUE(State().endsWith("ACU00012_history (2).csv")) << State().toStdString();
 }
 
 TEST_F(HistoryWindowTest, AnUnfinishedRunIsOfferedAtTheStart) {

@@ -142,13 +142,6 @@ std::string QuotedText(const EpromField& field, const EpromImage& image) {
     return '"' + FromWindows1252(bytes) + '"';
 }
 
-std::string HexWords(const EpromField& field, const EpromImage& image) {
-    std::string text = " (";
-    for (std::int32_t word = 0; word < field.Words; ++word)
-        text += fmt::format("{}{:08X}", word == 0 ? "" : " ", Bits(image, field, word));
-    return text + ")";
-}
-
 bool IsErased(const EpromField& field, const EpromImage& image) {
     for (std::int32_t word = 0; word < field.Words; ++word)
         if (Bits(image, field, word) != 0xFFFFFFFFU)
@@ -187,6 +180,13 @@ std::string ShowField(const EpromField& field, const EpromImage& image) {
     return std::to_string(image.Word(field.Address));
 }
 
+std::string WordsText(const EpromField& field, const EpromImage& image) {
+    std::string text;
+    for (std::int32_t word = 0; word < field.Words; ++word)
+        text += fmt::format("{}{:08X}", word == 0 ? "" : " ", Bits(image, field, word));
+    return text;
+}
+
 std::vector<EpromDifference> EpromDifferences(const EpromImage& before, const EpromImage& after) {
     std::vector<EpromDifference> differences;
     for (const EpromField& field : EpromFields()) {
@@ -195,8 +195,8 @@ std::vector<EpromDifference> EpromDifferences(const EpromImage& before, const Ep
         EpromDifference difference{field.Address, field.Name, ShowField(field, before),
                                    ShowField(field, after)};
         if (difference.Old == difference.New) {
-            difference.Old += HexWords(field, before);
-            difference.New += HexWords(field, after);
+            difference.Old += fmt::format(" ({})", WordsText(field, before));
+            difference.New += fmt::format(" ({})", WordsText(field, after));
         }
         differences.push_back(std::move(difference));
     }
@@ -213,16 +213,22 @@ std::string DifferenceText(const EpromDifference& difference) {
 }
 
 std::string PartsText(const std::set<std::int32_t>& addresses) {
+    constexpr int listedWords = 3;
     std::vector<std::string> parts;
+    int words = 0;
     for (const EpromField& field : EpromFields()) {
         const auto first = addresses.lower_bound(field.Address);
-        const bool isConcerned =
-            first != addresses.end() && *first < field.Address + field.Words * EpromWordBytes;
+        if (first == addresses.end() || *first >= field.Address + field.Words * EpromWordBytes)
+            continue;
+        if (field.Part.empty() && ++words > listedWords)
+            continue;
         const std::string part =
             field.Part.empty() ? fmt::format("word {}", field.Address) : field.Part;
-        if (isConcerned && std::find(parts.begin(), parts.end(), part) == parts.end())
+        if (std::find(parts.begin(), parts.end(), part) == parts.end())
             parts.push_back(part);
     }
+    if (words > listedWords)
+        parts.push_back(fmt::format("{} more words", words - listedWords));
     return fmt::format("{}", fmt::join(parts, ", "));
 }
 

@@ -82,6 +82,9 @@ std::vector<EpromField> EpromFields();
 /// What stands in a field, for people: a number, a date and time, or a text in quotes.
 std::string ShowField(const EpromField& field, const EpromImage& image);
 
+/// The words of a field in hexadecimal: "00000000 40E1D5C0".
+std::string WordsText(const EpromField& field, const EpromImage& image);
+
 /// A field that two images do not have in common.
 struct EpromDifference {
     std::int32_t Address = 0;
@@ -102,7 +105,7 @@ std::string PlaceText(const EpromDifference& difference);
 std::string DifferenceText(const EpromDifference& difference);
 
 /// The parts of the record that the words at the addresses belong to, each named once:
-/// "capacities, velocity table".
+/// "capacities, velocity table"; of many words that belong to none, the number.
 std::string PartsText(const std::set<std::int32_t>& addresses);
 
 } // namespace ombrix

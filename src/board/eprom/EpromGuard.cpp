@@ -174,17 +174,8 @@ void EpromGuard::ReadBack(const Written& written) {
         Report(wanted, std::move(wrong), written.Failure);
 }
 
-std::set<std::int32_t> EpromGuard::ChangedWords() const {
-    std::set<std::int32_t> changed;
-    for (std::int32_t address = 0; address < EpromBytes; address += EpromWordBytes) {
-        if (m_Content.Word(address) != m_Found.Word(address))
-            changed.insert(address);
-    }
-    return changed;
-}
-
 bool EpromGuard::PutBack() {
-    std::set<std::int32_t> addresses = ChangedWords();
+    std::set<std::int32_t> addresses = DifferingWords(m_Found, m_Content);
     addresses.insert(m_Unread.begin(), m_Unread.end());
     m_NotPutBack.clear();
     if (addresses.empty())
@@ -203,7 +194,7 @@ bool EpromGuard::PutBack() {
 }
 
 std::string EpromGuard::ChangesText() const {
-    const std::set<std::int32_t> changed = ChangedWords();
+    const std::set<std::int32_t> changed = DifferingWords(m_Found, m_Content);
     std::string text;
     if (!changed.empty())
         text = fmt::format("Changed in the EPROM: {}.", PartsText(changed));

@@ -99,7 +99,6 @@ class EpromGuard {
     void Save();
     bool WriteWords(const EpromWords& words, const Progress& progress, Written& written);
     void ReadBack(const Written& written);
-    std::set<std::int32_t> ChangedWords() const;
     [[noreturn]] void ReportUnreadable(AIBStatus status) const;
     [[noreturn]] void Report(const EpromImage& wanted, std::vector<EpromMismatch::Word> wrong,
                              AIBStatus failure) const;

@@ -37,4 +37,13 @@ std::string EpromImage::Bytes() const {
     return bytes;
 }
 
+std::set<std::int32_t> DifferingWords(const EpromImage& before, const EpromImage& after) {
+    std::set<std::int32_t> differing;
+    for (std::int32_t address = 0; address < EpromBytes; address += EpromWordBytes) {
+        if (before.Word(address) != after.Word(address))
+            differing.insert(address);
+    }
+    return differing;
+}
+
 } // namespace ombrix

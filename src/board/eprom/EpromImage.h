@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -34,5 +35,8 @@ class EpromImage {
 
     std::array<std::int32_t, static_cast<std::size_t>(WordCount)> m_Words{};
 };
+
+/// Addresses of the words that two images do not have in common.
+std::set<std::int32_t> DifferingWords(const EpromImage& before, const EpromImage& after);
 
 } // namespace ombrix

@@ -26,18 +26,23 @@ AIBStatus WriteIdentity(Station& station, std::int32_t serial, MFCSetup setup) {
 
 namespace {
 
-EpromEnd WriteImage(Station& station, const char* purpose, const EpromImage& image,
+EpromEnd WriteWords(Station& station, const char* purpose, const EpromWords& words,
                     const EpromProgress& progress) {
     const RunningProcedure running(station.Procedures, "writing of the EPROM");
-    EpromWords words;
-    for (std::int32_t address = 0; address < EpromBytes; address += EpromWordBytes)
-        words.WriteEPROM(address, image.Word(address));
     const bool whole = EpromGuard(station, purpose).Write(words, [&](std::int32_t address) {
         const bool goesOn = progress(address);
         station.World.Events.ProcessPendingEvents();
         return goesOn && !station.World.Events.ProgramEnding();
     });
     return whole ? EpromEnd::Done : EpromEnd::BrokenOff;
+}
+
+EpromEnd WriteImage(Station& station, const char* purpose, const EpromImage& image,
+                    const EpromProgress& progress) {
+    EpromWords words;
+    for (std::int32_t address = 0; address < EpromBytes; address += EpromWordBytes)
+        words.WriteEPROM(address, image.Word(address));
+    return WriteWords(station, purpose, words, progress);
 }
 
 } // namespace
@@ -82,12 +87,25 @@ std::string OriginWarning(const std::filesystem::path& file, const AIB& board) {
                        serial, board.SerialNumber());
 }
 
-EpromEnd RestoreEPROM(Station& station, const EpromImage& image,
-                      const std::function<bool(const std::vector<EpromDifference>&)>& agreed,
+EpromEnd RestoreEPROM(Station& station, const EpromImage& image, const EpromAgreement& agreed,
                       const EpromProgress& progress) {
     if (!agreed(EpromDifferences(EpromImage::Read(*station.CurrentAIB), image)))
         return EpromEnd::Declined;
     return WriteImage(station, "EPROM Restore", image, progress);
+}
+
+EpromEnd WriteEPROMFields(Station& station, const EpromWords& words, const EpromAgreement& agreed,
+                          const EpromProgress& progress) {
+    const EpromImage found = EpromImage::Read(*station.CurrentAIB);
+    EpromImage wanted = found;
+    for (const EpromWords::Word& word : words.All())
+        wanted.SetWord(word.Address, word.Value);
+    if (!agreed(EpromDifferences(found, wanted)))
+        return EpromEnd::Declined;
+    EpromWords changed;
+    for (const std::int32_t address : DifferingWords(found, wanted))
+        changed.WriteEPROM(address, wanted.Word(address));
+    return WriteWords(station, "EPROM Fields", changed, progress);
 }
 
 } // namespace ombrix

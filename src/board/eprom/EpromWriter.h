@@ -51,10 +51,15 @@ EpromImage ReadEpromFile(const std::filesystem::path& file);
 /// unit; empty where it does not.
 std::string OriginWarning(const std::filesystem::path& file, const AIB& board);
 
+/// Shown what will change, and asked whether it shall.
+using EpromAgreement = std::function<bool(const std::vector<EpromDifference>& differences)>;
+
 /// Writes every word of an image, as a procedure.
-/// @param agreed shown what will change, and asked whether it shall
-EpromEnd RestoreEPROM(Station& station, const EpromImage& image,
-                      const std::function<bool(const std::vector<EpromDifference>&)>& agreed,
+EpromEnd RestoreEPROM(Station& station, const EpromImage& image, const EpromAgreement& agreed,
                       const EpromProgress& progress);
+
+/// Writes those words of changed fields that differ from what the EPROM holds, as a procedure.
+EpromEnd WriteEPROMFields(Station& station, const EpromWords& words, const EpromAgreement& agreed,
+                          const EpromProgress& progress);
 
 } // namespace ombrix

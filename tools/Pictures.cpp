@@ -4,6 +4,8 @@
 #include "calibration/history/CalibrationHistory.h"
 #include "platform/text/Paths.h"
 #include "windows/desktop/QtPorts.h"
+#include "windows/eprom/EPROMFieldsTable.h"
+#include "windows/eprom/EPROMFieldsWindow.h"
 #include "windows/main/AIBAccessoriesWindow.h"
 #include "windows/trend/TrendWindow.h"
 #include "windows/widgets/ProgressBar.h"
@@ -152,6 +154,19 @@ class Photographer {
         QCoreApplication::processEvents();
         Take(window, file);
         window.close();
+    }
+
+    /// Fields of the EPROM, with changes and a wrong entry.
+    void EPROMFields(const char* file) {
+        Find<QAction>(m_Window, QStringLiteral("mnuEPROMFields")).trigger();
+        auto& window = dynamic_cast<EPROMFieldsWindow&>(TopLevel("frmEPROMFields"));
+        auto& table = Find<EPROMFieldsTable>(window, QStringLiteral("tblFields"));
+        constexpr int value = 3;
+        table.Enter(1, value, QStringLiteral("4000"));
+        table.Enter(2, value, QStringLiteral("20O"));
+        QCoreApplication::processEvents();
+        Take(window, file);
+        window.GiveUp();
     }
 
     /// The journal of the health check before, between two cursors.
@@ -305,6 +320,7 @@ void MakePictures(const std::filesystem::path& folder, const std::filesystem::pa
     Studio studio(InVirtualTime("acu", dataRoot), Answer::No, folder);
     studio->MainWindow("main-window.png");
     studio->LivePanel("live-panel.png");
+    studio->EPROMFields("eprom-fields.png");
     studio->HealthCheck("health-check.png");
     studio->Trend("trend.png");
     QApplication::setPalette(DarkPalette());

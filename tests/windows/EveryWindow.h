@@ -1,12 +1,15 @@
 #pragma once
 
+#include "board/eprom/EpromWriter.h"
 #include "board/unit/CalibrationSummary.h"
 #include "windows/WindowBench.h"
 #include "windows/calibration/ACUCalibrationWindow.h"
 #include "windows/calibration/PressureSensorWindow.h"
 #include "windows/desktop/OpenExcelWindow.h"
 #include "windows/desktop/QtOperator.h"
-#include "windows/main/RestoreEPROMWindow.h"
+#include "windows/eprom/ConfirmChangesWindow.h"
+#include "windows/eprom/EPROMFieldsTable.h"
+#include "windows/eprom/RestoreEPROMWindow.h"
 
 #include <QAction>
 #include <QTimer>
@@ -103,12 +106,34 @@ inline void ShowTrend(const Visit& visit) {
 }
 
 inline void ShowRestore(const Visit& visit) {
-    RestoreEPROMWindow window("ACU00301_20240315_140509_EPROM To All.bin",
-                              "This is the EPROM of another unit: ACU00301. It is about to go into "
-                              "ACU00302.",
-                              {{1024, "MFC number", "\"M9200301A\"", "\"M9200123Z\""}}, nullptr);
+    TestBench bench;
+    bench.Detect();
+    WriteEPROMWord(bench.TheStation, 1024, 0);
+    // One of another unit, of which the window warns.
+    bench.Files.ReplaceFile(R"(C:\Backups\ACU00007_20240101_010101_EPROM To All.bin)",
+                            EpromImage().Bytes());
+    RestoreEPROMWindow window(bench.TheStation, nullptr);
+    window.show();
+    QTest::keyClick(window.focusWidget(), Qt::Key_End);
+    visit(window);
+}
+
+inline void ShowConfirmChanges(const Visit& visit) {
+    ConfirmChangesWindow window("Write EPROM", "Write these changes to the EPROM of ACU00301?",
+                                {{1024, "MFC number", "\"M9200301A\"", "\"M9200123Z\""}}, nullptr);
     window.show();
     visit(window);
+}
+
+inline void ShowEPROMFields(const Visit& visit) {
+    WindowBench bench;
+    bench.Click("cmdFields");
+    QWidget& window = *WindowBench::TopLevel("frmEPROMFields");
+    auto& table = WindowBench::FindIn<EPROMFieldsTable>(window, "tblFields");
+    table.Enter(1, 3, "five litres"); // column of the values
+    table.Enter(2, 3, "250");
+    visit(window);
+    table.Discard();
 }
 
 inline void ShowSensor(const Visit& visit) {
@@ -149,6 +174,8 @@ inline std::vector<WindowOfProgram> EveryWindow() {
             {"History", ShowHistory},
             {"Trend", ShowTrend},
             {"Restore", ShowRestore},
+            {"ConfirmChanges", ShowConfirmChanges},
+            {"EPROMFields", ShowEPROMFields},
             {"Sensor", ShowSensor},
             {"Wait", ShowWait},
             {"Message", Box([](QtOperator& messages) {

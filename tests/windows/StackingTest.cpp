@@ -70,6 +70,7 @@ TEST(Stacking, EveryWindowOfTheMainWindowLiesAboveIt) {
     const std::pair<std::function<void()>, const char*> windows[] = {
         {[&] { bench.Click("Command3"); }, "frmACUHealthCheck"},
         {[&] { bench.Find<QAction>("mnuCalibrationHistory").trigger(); }, "frmCalibrationHistory"},
+        {[&] { bench.Click("cmdFields"); }, "frmEPROMFields"},
         {[&] { bench.Find<QAction>("mnuUARTs").trigger(); }, "frmUARTs"}};
     for (const auto& [open, name] : windows) {
         open();

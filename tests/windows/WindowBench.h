@@ -11,8 +11,10 @@
 #include <QApplication>
 #include <QLabel>
 #include <QTest>
+#include <QTimer>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -75,6 +77,16 @@ class WindowBench {
             QCoreApplication::processEvents();
             look();
         };
+    }
+
+    /// Acts on a window as soon as it stands.
+    static void OnceShown(const QString& name, const std::function<void(QWidget&)>& act) {
+        QTimer::singleShot(5, [name, act] {
+            if (QWidget* window = TopLevel(name))
+                act(*window);
+            else
+                OnceShown(name, act);
+        });
     }
 
     QString LabelText(const QString& name) { return Find<QLabel>(name).text(); }

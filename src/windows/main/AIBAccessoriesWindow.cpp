@@ -3,7 +3,6 @@
 #include "board/procedure/SafeOutputs.h"
 #include "platform/ports/Folders.h"
 #include "platform/text/Paths.h"
-#include "windows/calibration/CalibrationHistoryWindow.h"
 #include "windows/desktop/KeepAbove.h"
 #include "windows/desktop/QtOperator.h"
 #include "windows/healthcheck/ACUHealthCheckWindow.h"
@@ -92,6 +91,7 @@ AIBAccessoriesWindow::AIBAccessoriesWindow(Station& station, MainWindowServices 
     m_ACUCommands = std::make_unique<ACUCommands>(station, *m_Board, m_Services.Reports, *this);
     m_BenchTests = std::make_unique<BenchTestCommands>(station, *m_Board, *m_Info);
     connect(m_Info, &InfoPanel::TestRigWanted, m_Tools.get(), &ToolWindows::ShowTestRigOptions);
+    ConnectEPROM();
     connect(m_Tools.get(), &ToolWindows::RigShown, this, &AIBAccessoriesWindow::RigShown);
     m_Procedures = station.Procedures.Listen([this](bool running) { ProcedureRunning(running); });
 }
@@ -104,8 +104,9 @@ void AIBAccessoriesWindow::ConnectMenu() {
     connect(m_Menu, &MainMenu::QuitWanted, this, &QWidget::close);
     connect(m_Menu, &MainMenu::ACUCommandWanted, this,
             [this](const std::function<void(ACUCommands&)>& command) { command(*m_ACUCommands); });
+    connect(m_Menu, &MainMenu::EPROMFieldsWanted, m_Tools.get(), &ToolWindows::ShowEPROMFields);
     connect(m_Menu, &MainMenu::UARTsWanted, m_Tools.get(), &ToolWindows::ShowUARTs);
-    connect(m_Menu, &MainMenu::HistoryWanted, this, &AIBAccessoriesWindow::ShowHistory);
+    connect(m_Menu, &MainMenu::HistoryWanted, m_Tools.get(), &ToolWindows::ShowHistory);
     connect(m_Menu, &MainMenu::TrendWanted, m_Tools.get(), &ToolWindows::ShowTrend);
     connect(m_Menu, &MainMenu::RecordingWanted, m_Tools.get(), &ToolWindows::OpenRecording);
     connect(m_Menu, &MainMenu::GuideWanted, this, &AIBAccessoriesWindow::ShowGuide);
@@ -234,6 +235,7 @@ void AIBAccessoriesWindow::Tick() {
         try {
             m_Notices->NoteAnswer(m_Board->Refresh());
             m_Board->ShowLost(m_Notices->IsLost());
+            m_Tools->ShowLost(m_Notices->IsLost());
         } catch (const std::exception&) {
             m_UpdateInput->stop(); // told once, not twenty times a second
             throw;
@@ -286,12 +288,10 @@ void AIBAccessoriesWindow::ShowHealthCheck() {
     m_HealthCheck->activateWindow();
 }
 
-void AIBAccessoriesWindow::ShowHistory() {
-    if (!m_History) {
-        m_History = std::make_unique<CalibrationHistoryWindow>(m_Station);
-        KeepAbove(*m_History, *this);
-    }
-    m_History->Open();
+void AIBAccessoriesWindow::ConnectEPROM() {
+    connect(m_Board, &BoardPanel::EPROMFieldsWanted, m_Tools.get(), &ToolWindows::ShowEPROMFields);
+    connect(m_Board, &BoardPanel::RecordRead, m_Tools.get(), &ToolWindows::ShowBoard);
+    connect(m_Tools.get(), &ToolWindows::EpromWritten, m_Board, &BoardPanel::ShowEPROM);
 }
 
 void AIBAccessoriesWindow::OfferUnfinishedRuns() {
@@ -327,6 +327,12 @@ void AIBAccessoriesWindow::closeEvent(QCloseEvent* event) {
                             [this] { EndUnasked(); });
         return;
     }
+    if (const QString unwritten = m_Tools->UnwrittenText(); !unwritten.isEmpty() && !m_Closing) {
+        event->ignore();
+        AskWhileRunning(*this, unwritten + tr("\n\nClose the program all the same?"),
+                        [this] { EndUnasked(); });
+        return;
+    }
     m_Services.EndProgram();
     m_UpdateInput->stop();
     m_Board->StopTimers();
@@ -334,11 +340,9 @@ void AIBAccessoriesWindow::closeEvent(QCloseEvent* event) {
     // Nobody is left who could switch off what the sliders have switched on.
     SwitchAllOff(m_Station);
     m_Tools->CloseAll();
-    m_Tools->CloseTrend();
+    m_Tools->CloseRest();
     if (m_HealthCheck)
         m_HealthCheck->close();
-    if (m_History)
-        m_History->close();
     event->accept();
 }
 

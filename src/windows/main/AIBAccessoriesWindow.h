@@ -32,7 +32,6 @@ class ProcedureBar;
 class StopKeys;
 class ToolWindows;
 class ACUHealthCheckWindow;
-class CalibrationHistoryWindow;
 
 /// What main hands to the main window beside the station.
 struct MainWindowServices {
@@ -92,7 +91,7 @@ class AIBAccessoriesWindow final : public QMainWindow, private DetectionView {
     void ProcedureRunning(bool running);
     void UpdateCommands();
     void ShowHealthCheck();
-    void ShowHistory();
+    void ConnectEPROM();
     void RigShown(bool open);
     void StopAllAir();
     void MarkDriving();
@@ -120,7 +119,6 @@ class AIBAccessoriesWindow final : public QMainWindow, private DetectionView {
     std::unique_ptr<StopKeys> m_StopKeys;
     QTimer* m_UpdateInput;
     std::unique_ptr<ACUHealthCheckWindow> m_HealthCheck;
-    std::unique_ptr<CalibrationHistoryWindow> m_History;
     std::unique_ptr<ACUCommands> m_ACUCommands;
     std::unique_ptr<BenchTestCommands> m_BenchTests;
     std::unique_ptr<ToolWindows> m_Tools;

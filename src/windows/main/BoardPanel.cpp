@@ -1,9 +1,9 @@
 #include "windows/main/BoardPanel.h"
 
+#include "windows/eprom/EPROMPanel.h"
 #include "windows/live/DACPanel.h"
 #include "windows/live/GIOPanel.h"
 #include "windows/main/CalibrationPanel.h"
-#include "windows/main/EPROMPanel.h"
 #include "windows/main/IdentityPanel.h"
 #include "windows/main/TestPanels.h"
 #include "windows/widgets/Controls.h"
@@ -26,6 +26,7 @@ BoardPanel::BoardPanel(Station& station, QWidget* parent)
     layout->addLayout(MakeCommandColumn());
     connect(m_Tests, &TestsPanel::HealthCheckWanted, this, &BoardPanel::HealthCheckWanted);
     connect(m_EPROM, &EPROMPanel::Written, this, &BoardPanel::ShowSummary);
+    connect(m_EPROM, &EPROMPanel::FieldsWanted, this, &BoardPanel::EPROMFieldsWanted);
     connect(m_GIO, &GIOPanel::UpdateWanted, this, &BoardPanel::UpdateWanted);
 }
 
@@ -66,6 +67,12 @@ void BoardPanel::ShowBoard() {
 void BoardPanel::ShowSummary() {
     m_Calibration->ShowSummary(ReadCalibrationSummary(m_Station.Calibration()));
     m_DAC->TakeScales(TrendScales::Of(m_Station.Calibration().Unit(), {}));
+    emit RecordRead();
+}
+
+void BoardPanel::ShowEPROM() {
+    ShowSummary();
+    m_EPROM->ShowBoard();
 }
 
 void BoardPanel::Reset() {

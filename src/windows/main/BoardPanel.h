@@ -33,6 +33,8 @@ class BoardPanel final : public QWidget {
     void ShowBoard();
     /// Reads the ACU's record anew and shows its state.
     void ShowSummary();
+    /// The same, and what the EPROM editor shows.
+    void ShowEPROM();
     /// Brings outputs and pins of the current board to the state after the start, and shows it.
     void Reset();
     /// Ends the recording and what else the timers of the panels do.
@@ -49,6 +51,9 @@ class BoardPanel final : public QWidget {
   signals:
     void HealthCheckWanted();
     void UpdateWanted();
+    void EPROMFieldsWanted();
+    /// The record has been read: the EPROM may hold something else, or belong to another board.
+    void RecordRead();
 
   private:
     QLayout* MakeIdentityColumn();

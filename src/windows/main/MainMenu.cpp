@@ -71,6 +71,9 @@ void MainMenu::AddACUActions(QMenu& tools) {
     tools.addSeparator();
     add("mnuPressureSensor", tr("Pressure &Sensor…"),
         [](ACUCommands& commands) { commands.DeclarePressureSensor(); });
+    m_ACUActions.push_back(
+        NamedAction(tools.addAction(tr("EPROM &Fields…"), this, &MainMenu::EPROMFieldsWanted),
+                    "mnuEPROMFields"));
 }
 
 void MainMenu::AddHelp(QMenuBar& bar) {

@@ -29,6 +29,7 @@ class MainMenu final : public QObject {
     void QuitWanted();
     /// A command for the unit behind the current board.
     void ACUCommandWanted(const std::function<void(ombrix::ACUCommands&)>& command);
+    void EPROMFieldsWanted();
     void UARTsWanted();
     void HistoryWanted();
     void TrendWanted();

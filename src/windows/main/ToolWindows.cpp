@@ -3,7 +3,6 @@
 #include "platform/ports/Folders.h"
 #include "reports/Diagnostics.h"
 #include "windows/desktop/KeepAbove.h"
-#include "windows/desktop/WindowPlace.h"
 
 #include <QtGlobal>
 
@@ -20,27 +19,57 @@ ToolWindows::ToolWindows(Station& station, QWidget& owner, QSettings* settings)
 
 ToolWindows::~ToolWindows() = default;
 
-TrendWindow& ToolWindows::Trend() {
-    if (!m_Trend) {
-        m_Trend = std::make_unique<TrendWindow>(m_Station);
-        KeepAbove(*m_Trend, m_Owner);
+template <class Window>
+Window& ToolWindows::Made(Placed<Window>& window) {
+    if (!window.It) {
+        window.It = std::make_unique<Window>(m_Station);
+        KeepAbove(*window.It, m_Owner);
         if (m_Settings != nullptr)
-            m_TrendPlace = std::make_unique<WindowPlace>(*m_Trend, *m_Settings);
+            window.Place = std::make_unique<WindowPlace>(*window.It, *m_Settings);
     }
-    return *m_Trend;
+    return *window.It;
 }
 
 void ToolWindows::ShowTrend() {
-    Trend().Open();
+    Made(m_Trend).Open();
 }
 
 void ToolWindows::OpenRecording() {
-    Trend().OpenRecording();
+    Made(m_Trend).OpenRecording();
 }
 
-void ToolWindows::CloseTrend() {
-    if (m_Trend)
-        m_Trend->close();
+void ToolWindows::ShowHistory() {
+    Made(m_History).Open();
+}
+
+void ToolWindows::ShowEPROMFields() {
+    EPROMFieldsWindow& fields = Made(m_EPROMFields);
+    connect(&fields, &EPROMFieldsWindow::Written, this, &ToolWindows::EpromWritten,
+            Qt::UniqueConnection);
+    fields.Open();
+}
+
+void ToolWindows::ShowBoard() {
+    if (m_EPROMFields.It)
+        m_EPROMFields.It->ShowBoard();
+}
+
+void ToolWindows::ShowLost(bool lost) {
+    if (m_EPROMFields.It)
+        m_EPROMFields.It->ShowLost(lost);
+}
+
+QString ToolWindows::UnwrittenText() const {
+    return m_EPROMFields.It ? m_EPROMFields.It->UnwrittenText() : QString();
+}
+
+void ToolWindows::CloseRest() {
+    if (m_Trend.It)
+        m_Trend.It->close();
+    if (m_History.It)
+        m_History.It->close();
+    if (m_EPROMFields.It)
+        m_EPROMFields.It->GiveUp();
 }
 
 void ToolWindows::ShowTestRigOptions() {

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "board/Station.h"
+#include "windows/calibration/CalibrationHistoryWindow.h"
+#include "windows/desktop/WindowPlace.h"
+#include "windows/eprom/EPROMFieldsWindow.h"
 #include "windows/testrig/AIBTestRigOptionsWindow.h"
 #include "windows/testrig/AIBTestRigWindow.h"
 #include "windows/testrig/UARTsWindow.h"
@@ -15,10 +18,8 @@ class QSettings;
 
 namespace ombrix {
 
-class WindowPlace;
-
 /// The windows beside the main window: the test rig and the UART console, which exercise boards,
-/// and the trend, which looks on.
+/// the fields of the EPROM, and the trend and the history, which look on.
 class ToolWindows final : public QObject {
     Q_OBJECT
 
@@ -36,15 +37,35 @@ class ToolWindows final : public QObject {
     bool RigIsOpen() const;
     /// Those that work with the boards that are there now.
     void CloseAll();
-    void CloseTrend();
+    /// The rest, when the program ends.
+    void CloseRest();
+
+    void ShowHistory();
+    void ShowEPROMFields();
+    /// The record of the current board has been read anew, or another board is current.
+    void ShowBoard();
+    /// Whether the current board does not answer.
+    void ShowLost(bool lost);
+    /// What was entered for an EPROM and not written; empty for nothing.
+    QString UnwrittenText() const;
 
   signals:
     /// The test rig has been opened or closed.
     void RigShown(bool open);
+    /// The EPROM of the current board has been written, or a part of it.
+    void EpromWritten();
 
   private:
+    /// A window that is made when it is first wanted, and remembers its place.
+    template <class Window>
+    struct Placed {
+        std::unique_ptr<Window> It{};
+        std::unique_ptr<WindowPlace> Place{};
+    };
+
+    template <class Window>
+    Window& Made(Placed<Window>& window);
     void RigWindowClosed();
-    TrendWindow& Trend();
 
     AIBTestRigWindow m_Rig;
     AIBTestRigOptionsWindow m_RigOptions;
@@ -52,8 +73,9 @@ class ToolWindows final : public QObject {
     Station& m_Station;
     QWidget& m_Owner;
     QSettings* m_Settings;
-    std::unique_ptr<TrendWindow> m_Trend;
-    std::unique_ptr<WindowPlace> m_TrendPlace;
+    Placed<TrendWindow> m_Trend;
+    Placed<CalibrationHistoryWindow> m_History;
+    Placed<EPROMFieldsWindow> m_EPROMFields;
 };
 
 /// Stores the archive of diagnostics in the data folder, tells where it lies and offers to open

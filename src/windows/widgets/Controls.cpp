@@ -7,6 +7,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QScreen>
@@ -144,6 +145,14 @@ QComboBox* MakeChooser(const char* objectName, const QString& caption, QHBoxLayo
     return chooser;
 }
 
+void ShowAsWrong(QLineEdit& field, bool wrong) {
+    QPalette own;
+    if (wrong)
+        own.setColor(QPalette::Text,
+                     ReadableColour(WrongRed, field.palette().color(QPalette::Base)));
+    field.setPalette(own);
+}
+
 QSize ScaledToFonts(const QWidget& widget, QSize usual) {
     constexpr int usualResolution = 96;
     return usual * widget.logicalDpiX() / usualResolution;
@@ -161,6 +170,15 @@ QLabel* MakeCaption(const QString& caption, QWidget* parent) {
     label->setTextFormat(Qt::PlainText);
     label->setAccessibleName(caption);
     return label;
+}
+
+void ShowWrapped(QLabel& label, const QString& text) {
+    constexpr int comfortable = 440;
+    label.setWordWrap(true);
+    label.setText(text);
+    label.setAccessibleName(text);
+    label.setMinimumWidth(ScaledToFonts(label, {comfortable, 0}).width());
+    label.setMinimumHeight(std::max(0, label.heightForWidth(label.minimumWidth())));
 }
 
 void AutoSizeColumns(QAbstractItemView& list) {

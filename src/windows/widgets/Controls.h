@@ -10,6 +10,7 @@ class QCheckBox;
 class QComboBox;
 class QHBoxLayout;
 class QLabel;
+class QLineEdit;
 class QPushButton;
 class QSlider;
 class QAbstractItemView;
@@ -61,6 +62,10 @@ QSlider* MakeDemandSlider(const QString& objectName, const QString& accessibleNa
 /// A list to choose from, with its caption before it. @param row takes both
 QComboBox* MakeChooser(const char* objectName, const QString& caption, QHBoxLayout& row,
                        QWidget* parent);
+/// Of what was entered and cannot be taken.
+inline constexpr Colour WrongRed{176, 0, 32};
+/// Shows what is typed in a field in red, or in the colour of ordinary text again.
+void ShowAsWrong(QLineEdit& field, bool wrong);
 /// A size that suits fonts of 96 dots to the inch, for the dots of the desktop's fonts.
 QSize ScaledToFonts(const QWidget& widget, QSize usual);
 /// The same for a window's first size, which is no larger than the screen: one of 1280 × 720 pixels
@@ -68,6 +73,9 @@ QSize ScaledToFonts(const QWidget& widget, QSize usual);
 QSize ScaledToScreen(const QWidget& window, QSize usual);
 /// A text that never changes.
 QLabel* MakeCaption(const QString& caption, QWidget* parent);
+
+/// Shows a text of any length in lines of a comfortable width at least, with room for all of them.
+void ShowWrapped(QLabel& label, const QString& text);
 
 /// Fits every column to the wider of its heading and its widest entry. A view that has no
 /// columns to fit, such as a list of icons, is left untouched.

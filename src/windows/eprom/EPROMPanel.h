@@ -38,6 +38,8 @@ class EPROMPanel final : public QGroupBox {
   signals:
     /// The EPROM has been written, or a part of it.
     void Written();
+    /// The table of the fields is to be opened.
+    void FieldsWanted();
 
   private:
     void AddAddressRows(QGridLayout& grid);
@@ -45,6 +47,9 @@ class EPROMPanel final : public QGroupBox {
     QWidget* MakeCommands();
     void Restore();
     void ShowEPROMAddress(std::int32_t address);
+    /// The address that stands in the field; nothing where that is none.
+    std::optional<std::int32_t> GoToAddressTyped() const;
+    void GoToAddress();
     void TakeNewValue();
     void ValidateNewValue(std::optional<double> value);
     void WriteValue();
@@ -56,6 +61,7 @@ class EPROMPanel final : public QGroupBox {
     Station& m_Station;
     QScrollBar* m_Address = nullptr;
     ValueLabel* m_CurrentAddress = nullptr;
+    QLineEdit* m_GoTo = nullptr;
     ValueLabel* m_CurrentValue = nullptr;
     ClickableLabel* m_CurrentValueDec = nullptr;
     QLineEdit* m_NewText = nullptr;

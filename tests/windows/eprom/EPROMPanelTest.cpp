@@ -1,27 +1,14 @@
 #include "windows/WindowBench.h"
+#include "windows/eprom/RestoreEPROMWindow.h"
 
-#include <QDir>
-#include <QFileDialog>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTimer>
 #include <QTreeWidget>
 
-#include <functional>
-
 namespace ombrix {
 namespace {
-
-/// Acts on a window as soon as it stands.
-void OnceShown(const QString& name, const std::function<void(QWidget&)>& act) {
-    QTimer::singleShot(5, [name, act] {
-        if (QWidget* window = WindowBench::TopLevel(name))
-            act(*window);
-        else
-            OnceShown(name, act);
-    });
-}
 
 class EPROMPanelTest : public ::testing::Test {
   protected:
@@ -104,30 +91,82 @@ TEST_F(EPROMPanelTest, ToAllAsksAndThenWritesEveryWord) {
     EXPECT_EQ(m_Bench.LabelText("lblCurrentValueDec"), "0");
 }
 
-TEST_F(EPROMPanelTest, ASavedContentIsShownAndBroughtBack) {
+TEST_F(EPROMPanelTest, AnAddressCanBeTyped) {
+    struct Case {
+        const char* Typed;
+        const char* Shown;
+        bool CanWrite;
+    };
+    for (const Case& c :
+         {Case{"1024", "1024", true}, Case{"0x7fc", "2044", true}, Case{"0", "0", true},
+          Case{"2048", "204", false}, Case{"0x7FD", "0", false}, Case{"MFC", "0", false}}) {
+        auto& field = m_Bench.Find<QLineEdit>("txtAddress");
+        Scroll(0);
+        field.clear();
+        QTest::keyClicks(&field, c.Typed);
+        EXPECT_EQ(m_Bench.LabelText("lblCurrentAddress"), c.Shown) << c.Typed;
+        EXPECT_EQ(CanWrite(), c.CanWrite) << c.Typed << ": no word that is not meant";
+    }
+    Scroll(2);
+    EXPECT_EQ(m_Bench.LabelText("lblCurrentAddress"), "8");
+    EXPECT_TRUE(CanWrite());
+}
+
+TEST_F(EPROMPanelTest, SavedContentsAreListedWithWhatCameAfterAndBroughtBack) {
     const std::string before = Image();
     Scroll(256);
     m_Bench.Click("cmdWriteValue"); // 0 for the first characters of the MFC number
+    m_Bench.Bench.Time.Advance(60.0);
+    Scroll(400);
+    m_Bench.Click("cmdWriteValue");
+    m_Bench.Bench.Files.ReplaceFile(R"(C:\Backups\ACU00007_20240101_010101_Damaged.bin)",
+                                    "cut off");
+    const std::string written = Image();
     for (const char* button : {"cmdCancelRestore", "cmdRestoreNow"}) {
-        EXPECT_NE(Image(), before);
-        OnceShown("dlgChooseImage", [](QWidget& window) {
-            auto& dialog = dynamic_cast<QFileDialog&>(window);
-            dialog.selectFile(dialog.directory().filePath(
-                dialog.directory().entryList({"*EPROM Word 1024.bin"}).at(0)));
-            OnceShown("dlgChooseImage",
-                      [](QWidget& chosen) { QTest::keyClick(&chosen, Qt::Key_Return); });
-        });
-        OnceShown("frmRestoreEPROM", [button](QWidget& form) {
-            auto& list = WindowBench::FindIn<QTreeWidget>(form, "lvwDifferences");
-            EXPECT_EQ(list.topLevelItemCount(), 1);
-            EXPECT_EQ(list.topLevelItem(0)->text(3), "\"M9200301A\"");
-            WindowBench::FindIn<QAbstractButton>(form, button).click();
+        EXPECT_EQ(Image(), written);
+        WindowBench::OnceShown("frmRestoreEPROM", [button](QWidget& form) {
+            auto& list = WindowBench::FindIn<QTreeWidget>(form, "lvwBackups");
+            ASSERT_EQ(list.topLevelItemCount(), 3);
+            const auto row = [&list](int line) {
+                QStringList texts;
+                for (int column = 0; column < 4; ++column)
+                    texts << list.topLevelItem(line)->text(column);
+                return texts.join('|').toStdString();
+            };
+            EXPECT_EQ(row(0), "ACU00301|15/03/2024 14:06:09|EPROM Word 1600|word 1600");
+            EXPECT_EQ(row(1), "ACU00301|15/03/2024 14:05:09|EPROM Word 1024|MFC number");
+            EXPECT_EQ(row(2), "ACU00007|01/01/2024 01:01:01|Damaged|--");
+            list.setCurrentItem(list.topLevelItem(2));
+            auto& restore = WindowBench::FindIn<QAbstractButton>(form, button);
+            EXPECT_EQ(restore.isEnabled(), restore.objectName() == "cmdCancelRestore");
+            EXPECT_TRUE(WindowBench::FindIn<QLabel>(form, "lblOrigin").isVisible());
+            list.setCurrentItem(list.topLevelItem(1));
+            const auto& differences = WindowBench::FindIn<QTreeWidget>(form, "lvwDifferences");
+            EXPECT_EQ(differences.topLevelItemCount(), 2);
+            EXPECT_EQ(differences.topLevelItem(0)->text(3), "\"M9200301A\"");
+            restore.click();
         });
         m_Bench.Click("cmdRestore");
     }
     EXPECT_EQ(Image(), before);
-    EXPECT_EQ(m_Bench.LabelText("lblCurrentValue"), "3032394D");
     EXPECT_EQ(m_Bench.Bench.Messages.Shown.back().Text, "The EPROM holds what the file holds.");
+}
+
+TEST_F(EPROMPanelTest, AnImageThatLiesElsewhereIsBroughtBack) {
+    const auto file = m_Bench.Bench.Folder.Path() / "elsewhere.bin";
+    const std::string before = Image();
+    ReplaceWholeFile(file, before);
+    m_Bench.Click("cmdWriteValue");
+    WindowBench::OnceShown("frmRestoreEPROM", [file](QWidget& form) {
+        dynamic_cast<RestoreEPROMWindow&>(form).AskFile = [file](const QString& /*proposed*/,
+                                                                 const auto& chosen) {
+            chosen(QString::fromStdString(file.string()));
+        };
+        for (const char* button : {"cmdOtherFile", "cmdRestoreNow"})
+            WindowBench::FindIn<QAbstractButton>(form, button).click();
+    });
+    m_Bench.Click("cmdRestore");
+    EXPECT_EQ(Image(), before);
 }
 
 TEST_F(EPROMPanelTest, ThePressureRegisterIsPolledWhileTheButtonSaysSo) {

@@ -1,11 +1,10 @@
-#include "windows/main/EPROMPanel.h"
+#include "windows/eprom/EPROMPanel.h"
 
 #include "board/eprom/EpromGuard.h"
-#include "board/eprom/EpromImage.h"
-#include "platform/text/Paths.h"
+#include "board/eprom/FieldEntry.h"
 #include "platform/text/Rounding.h"
 #include "platform/text/Text.h"
-#include "windows/main/RestoreEPROMWindow.h"
+#include "windows/eprom/RestoreEPROMWindow.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/Guarded.h"
 #include "windows/widgets/QtText.h"
@@ -15,6 +14,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTimer>
+#include <QToolTip>
 
 #include <cmath>
 #include <limits>
@@ -56,6 +56,8 @@ void EPROMPanel::AddAddressRows(QGridLayout& grid) {
     m_Address->setRange(0, LastWord);
     m_Address->setFocusPolicy(Qt::StrongFocus);
     connect(m_Address, &QScrollBar::valueChanged, this, [this](int word) {
+        if (GoToAddressTyped() != word * WordBytes)
+            m_GoTo->clear();
         Guarded(m_Station.World.Messages, [this, word] { ShowEPROMAddress(word * WordBytes); });
     });
     m_CurrentAddress = MakeValue("lblCurrentAddress", tr("Address"), QStringLiteral("0"), this);
@@ -65,13 +67,25 @@ void EPROMPanel::AddAddressRows(QGridLayout& grid) {
     m_CurrentValueDec->ShowValue(QStringLiteral("--"));
     connect(m_CurrentValueDec, &ClickableLabel::Clicked, this,
             [this] { m_Station.World.Messages.Ask({m_CurrentValueDec->text().toStdString()}); });
+    m_GoTo = Named(new QLineEdit(this), QStringLiteral("txtAddress"), tr("Go to address"));
+    m_GoTo->setPlaceholderText(tr("go to"));
+    m_GoTo->setToolTip(tr("Shows the word at an address: 0 to 2044, or 0x0 to 0x7FC."));
+    connect(m_GoTo, &QLineEdit::textChanged, this, &EPROMPanel::GoToAddress);
+    auto* address = new QHBoxLayout;
+    address->addWidget(m_CurrentAddress);
+    address->addWidget(m_GoTo, 1);
     grid.addWidget(MakeCaption(tr("Address:"), this), 0, 0);
-    grid.addWidget(m_CurrentAddress, 0, 1);
+    grid.addLayout(address, 0, 1);
+    auto* fields = MakeButton(QStringLiteral("cmdFields"), tr("Fields…"), this);
+    fields->setToolTip(tr("Shows the fields of the record with their values, to be edited."));
+    connect(fields, &QPushButton::clicked, this, &EPROMPanel::FieldsWanted);
     auto* restore = MakeButton(QStringLiteral("cmdRestore"), tr("Restore…"), this);
-    restore->setToolTip(tr("Shows what a saved content would change, and brings it back."));
+    restore->setToolTip(
+        tr("Lists saved contents, shows what one would change, and brings it back."));
     connect(restore, &QPushButton::clicked, this, &EPROMPanel::Restore);
-    grid.addWidget(restore, 0, 2);
-    grid.addWidget(m_Address, 1, 0, 1, 3);
+    grid.addWidget(fields, 0, 2);
+    grid.addWidget(m_Address, 1, 0, 1, 2);
+    grid.addWidget(restore, 1, 2);
     grid.addWidget(MakeCaption(tr("Current:"), this), 2, 0);
     grid.addWidget(m_CurrentValue, 2, 1);
     grid.addWidget(m_CurrentValueDec, 2, 2);
@@ -133,6 +147,28 @@ void EPROMPanel::ShowEPROMAddress(std::int32_t address) {
     m_CurrentValueDec->ShowValue(QString::number(word));
 }
 
+std::optional<std::int32_t> EPROMPanel::GoToAddressTyped() const {
+    const FieldEntry entry = ParseValue(EpromField{}, m_GoTo->text().toStdString());
+    if (!entry.IsRight())
+        return std::nullopt;
+    const std::int32_t address = entry.Words.front();
+    const bool isAddress = address >= 0 && address < EpromBytes && address % WordBytes == 0;
+    return isAddress ? std::optional(address) : std::nullopt;
+}
+
+void EPROMPanel::GoToAddress() {
+    const auto address = GoToAddressTyped();
+    const bool wrong = !address && !m_GoTo->text().isEmpty();
+    if (address)
+        Guarded(m_Station.World.Messages, [&] { ShowEPROMAddress(*address); });
+    ShowAsWrong(*m_GoTo, wrong);
+    if (wrong)
+        QToolTip::showText(m_GoTo->mapToGlobal(QPoint(0, m_GoTo->height())),
+                           tr("No address: 0 to 2044 in steps of 4, or 0x0 to 0x7FC."), m_GoTo);
+    // What is about to be written must not go to another word than the one that is meant.
+    TakeNewValue();
+}
+
 void EPROMPanel::TakeNewValue() {
     ValidateNewValue(ParseNumber(m_NewText->text().toStdString()));
 }
@@ -144,7 +180,7 @@ void EPROMPanel::ValidateNewValue(std::optional<double> value) {
     // What is no number must not leave an earlier value ready to be written.
     m_Error->ShowValue(!value ? tr("Not a Number") : inRange ? QString() : tr("Out of Range"));
     m_NewValue = inRange ? RoundHalfEven(rounded) : 0;
-    m_Write->setEnabled(inRange);
+    m_Write->setEnabled(inRange && (m_GoTo->text().isEmpty() || GoToAddressTyped()));
     m_WriteAll->setEnabled(inRange);
     m_NewValueHex->ShowValue(ToQt(HexText(m_NewValue)));
 }
@@ -165,19 +201,13 @@ void EPROMPanel::WriteAll() {
 }
 
 void EPROMPanel::Restore() {
-    const Drive& files = m_Station.World.Files;
-    const auto file = ChooseEpromImage(
-        files.RealPath(files.FolderExists(Paths::Backups) ? Paths::Backups : Paths::DriveC), this);
-    if (!file)
-        return;
-    const EpromEnd ended = WriteShown([this, &file](const EpromProgress& progress) {
-        const auto agreed = [this, &file](const std::vector<EpromDifference>& differences) {
-            RestoreEPROMWindow form(ToQt(file->filename().string()),
-                                    ToQt(OriginWarning(*file, *m_Station.CurrentAIB)), differences,
-                                    this);
-            return form.exec() == QDialog::Accepted;
-        };
-        return RestoreEPROM(m_Station, ReadEpromFile(*file), agreed, progress);
+    const EpromEnd ended = WriteShown([this](const EpromProgress& progress) {
+        RestoreEPROMWindow form(m_Station, this);
+        if (form.exec() != QDialog::Accepted)
+            return EpromEnd::Declined;
+        // The window has shown the differences already.
+        return RestoreEPROM(
+            m_Station, form.Content(), [](const auto& /*differences*/) { return true; }, progress);
     });
     if (ended == EpromEnd::Done)
         m_Station.World.Messages.Ask({"The EPROM holds what the file holds."});

@@ -144,7 +144,8 @@ CommandResult RunSelfTest(CommandContext& context) {
     context.TheStation.Claims.Require(board.DevSerialNum());
     std::vector<int> failedBits;
     const bool registersPassed = board.RunWalkingRegisterTest(&failedBits);
-    const bool mfcReady = board.CheckMFCReady();
+    board.CheckMFCReady();
+    const bool mfcReady = IsReady(board);
     CommandResult result;
     result.Json = {
         {"registersPassed", registersPassed}, {"failedBits", failedBits}, {"mfcReady", mfcReady}};

@@ -68,6 +68,8 @@ std::string NumberInUse(const ACURecord& record) {
 } // namespace
 
 CommandResult RunVelocityInit(CommandContext& context, const std::string& mfcNumber) {
+    if (!mfcNumber.empty())
+        RequireMFCNumber(mfcNumber);
     TerminalSetUp terminal(context);
     context.TheStation.Calibration().RequireRecord();
     std::string number =
@@ -75,7 +77,6 @@ CommandResult RunVelocityInit(CommandContext& context, const std::string& mfcNum
     if (number == ACUSetUp::MFCNumberPlaceholder && context.Messages.Unattended())
         throw CommandError(ExitStatus::WrongUsage,
                            "The unit has no MFC number yet: give it with --mfc-number.");
-    RequireMFCNumber(number);
     const ACUSetUp::Initialisation outcome =
         terminal.SetUp.RunACUInitialisation(number, true, false);
     CommandResult result;

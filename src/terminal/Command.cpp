@@ -1,5 +1,10 @@
 #include "terminal/Command.h"
 
+#include "calibration/run/ACUSetUp.h"
+#include "platform/text/Text.h"
+
+#include <fmt/format.h>
+
 namespace ombrix {
 
 ExitStatus StatusOf(const Outcome& outcome) {
@@ -11,8 +16,11 @@ ExitStatus StatusOf(const Outcome& outcome) {
 }
 
 void RequireMFCNumber(const std::string& number) {
+    if (Trimmed(number).empty() || number == ACUSetUp::MFCNumberPlaceholder)
+        throw CommandError(ExitStatus::WrongUsage,
+                           fmt::format("\"{}\" is no MFC number of a unit.", number));
     if (!ACURecord::IsMFCNumber(number))
-        throw CommandError(ExitStatus::WrongUsage, ACURecord::TooLongText(number));
+        throw CommandError(ExitStatus::WrongUsage, ACURecord::NumberRefusal(number));
 }
 
 void AddFiles(CommandResult& result, const std::vector<std::filesystem::path>& files) {

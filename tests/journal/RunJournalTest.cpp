@@ -82,7 +82,13 @@ INSTANTIATE_TEST_SUITE_P(
                       ReportCase{"PressureAudit", "plain", {}, false, Kind::Audit}),
     [](const auto& info) { return info.param.Name; });
 
-class JournalledMeansTest : public ::testing::TestWithParam<RunKind> {};
+class JournalledMeansTest : public ::testing::TestWithParam<RunKind> {
+  protected:
+    static std::string After(const std::string& whole, const std::string& kept,
+                             const std::string& line) {
+        return whole.substr(kept.size() + line.size() + 1);
+    }
+};
 
 TEST_P(JournalledMeansTest, EveryResultIsTheMeanOfItsLastSamplesAndNoOtherIsAccepted) {
     CalibrationBench bench("plain");
@@ -121,12 +127,23 @@ TEST_P(JournalledMeansTest, EveryResultIsTheMeanOfItsLastSamplesAndNoOtherIsAcce
             SingleJson other = line;
             other["result"][result] = line.at("result").at(result).get<double>() + 1.0;
             EXPECT_THROW(ReadJournal(kept + LineOf(other) + "\n"), JournalError);
-            const std::string rest = whole.substr(kept.size() + text.size() + 1);
-            EXPECT_THROW(ReadJournal(kept + rest), JournalError) << "without it";
-            EXPECT_THROW(ReadJournal(kept + text + "\n" + text + "\n" + rest), JournalError);
+            other = line;
+            other["valid"] = false;
+            EXPECT_THROW(ReadJournal(kept + LineOf(other) + "\n" + After(whole, kept, text)),
+                         JournalError);
             ++checked;
-        } else if (line.contains("channel")) {
-            EXPECT_THROW(ReadJournal(kept + text + "\n" + whole.substr(kept.size())), JournalError);
+        }
+        if (line.contains("reading") || (line.contains("samples") && checked % 5 != 0))
+            continue; // a reading may begin anew
+        EXPECT_THROW(ReadJournal(kept + text + "\n" + whole.substr(kept.size())), JournalError)
+            << "twice: " << text.substr(0, 40);
+        for (const char* needed : {"result", "judged", "channel", "measured"})
+            if (line.contains(needed))
+                EXPECT_THROW(ReadJournal(kept + After(whole, kept, text)), JournalError) << needed;
+        if (line.contains("measured")) {
+            SingleJson other = line;
+            other["passed"] = !line.at("passed").get<bool>();
+            EXPECT_THROW(ReadJournal(kept + LineOf(other) + "\n"), JournalError);
         }
     }
     EXPECT_GE(checked, 5U);

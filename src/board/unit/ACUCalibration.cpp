@@ -197,7 +197,7 @@ bool ACUCalibration::PutBack(EpromGuard& guard, const ACURecord& found) {
 
 void ACUCalibration::SaveMFCNumber(EpromGuard& guard, const std::string& mfcNumber) {
     if (!ACURecord::IsMFCNumber(mfcNumber))
-        throw std::invalid_argument(ACURecord::TooLongText(mfcNumber));
+        throw std::invalid_argument(ACURecord::NumberRefusal(mfcNumber));
     Store(guard, [&](ACURecord& record, EpromSink& words) {
         WriteEPROM_MFCNumber(words, record, mfcNumber);
     });

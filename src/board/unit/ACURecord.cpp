@@ -12,17 +12,25 @@
 namespace ombrix {
 
 bool ACURecord::IsMFCNumber(std::string_view number) {
+    return NumberRefusal(number).empty();
+}
+
+std::string ACURecord::NumberRefusal(std::string_view number) {
     const auto characters = std::count_if(number.begin(), number.end(), [](char byte) {
         constexpr unsigned continuation = 0x80U;
         constexpr unsigned highBits = 0xC0U;
         return (static_cast<unsigned char>(byte) & highBits) != continuation;
     });
-    return characters <= ACUMemoryMap::MFCNumberLength;
-}
-
-std::string ACURecord::TooLongText(const std::string& number) {
-    return fmt::format("The MFC number \"{}\" is too long: a unit holds {} characters.", number,
-                       ACUMemoryMap::MFCNumberLength);
+    if (characters > ACUMemoryMap::MFCNumberLength)
+        return fmt::format("The MFC number \"{}\" is too long: a unit holds {} characters.", number,
+                           ACUMemoryMap::MFCNumberLength);
+    const bool isHeld = std::all_of(number.begin(), number.end(), [](char byte) {
+        constexpr unsigned char firstBeyondEightBits = 0xC4U;
+        return static_cast<unsigned char>(byte) < firstBeyondEightBits;
+    });
+    return isHeld ? ""
+                  : fmt::format("The MFC number \"{}\" has characters that a unit cannot hold.",
+                                number);
 }
 
 std::string ACURecord::ACUMFCNumber() const {

@@ -106,10 +106,10 @@ struct ACURecord {
         return PressurePresent ? static_cast<std::int32_t>(MaxPressure) : 0;
     }
 
-    /// The number is not longer than the 12 characters that are stored.
+    /// A unit can hold the number: 12 characters of eight bits.
     static bool IsMFCNumber(std::string_view number);
-    /// Why it is refused.
-    static std::string TooLongText(const std::string& number);
+    /// Why it cannot; empty when it can.
+    static std::string NumberRefusal(std::string_view number);
     /// The MFC number without surrounding blanks.
     std::string ACUMFCNumber() const;
     /// As a part of names of files and folders: "UNKNOWN" for a unit without one, and for one whose

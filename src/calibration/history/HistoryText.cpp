@@ -110,7 +110,8 @@ std::optional<double> LimitOf(const HistoryEntry& run, std::size_t point) {
                    ? shareOf(limit("lowError_percentOfFullScale"), percent)
                    : shareOf(limit("error_percentOfReading"), percent * percent / at_percent);
     }
-    case RunKind::PressureSystem: break;
+    case RunKind::PressureSystem:
+    case RunKind::HealthCheck: break;
     }
     return std::nullopt;
 }

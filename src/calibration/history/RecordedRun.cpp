@@ -43,6 +43,11 @@ class JournalReader {
     void TakeResult(const SingleJson& line);
     void TakeJudged();
     void TakeMeasured(const SingleJson& line);
+    void TakeEnd(const SingleJson& line);
+    /// Whether what was measured is a pass, by the run's own rules.
+    bool MadePass() const;
+    /// @throws std::runtime_error when such a line has no business here
+    void RequirePlace(const SingleJson& line);
     /// @throws std::runtime_error when a reading of the sweep has no result
     void RequireAll(const char* sweep, std::size_t points) const;
     /// @throws std::runtime_error when a result is not what its samples make
@@ -55,6 +60,12 @@ class JournalReader {
     std::size_t m_Channel = 0;
     std::optional<OpenReading> m_Open;
     std::set<std::size_t> m_Begun;
+    /// Lines of which a run has one, or one for each channel.
+    std::set<std::string> m_Once;
+    /// The readings tell how long they take; journals of older versions do not.
+    std::optional<bool> m_TellDurations;
+    /// A reading was called invalid that its samples make; a cancel does that.
+    bool m_Withdrawn = false;
     /// The readings that have their result, by channel, sweep and point.
     std::set<std::tuple<std::size_t, std::string, std::size_t>> m_Ended;
 };
@@ -64,7 +75,22 @@ void Require(bool holds, const std::string& otherwise) {
         throw std::runtime_error(otherwise);
 }
 
+void JournalReader::RequirePlace(const SingleJson& line) {
+    Require(!m_Run.Ended, "it stands behind the end of the run");
+    for (const char* key : {"measured", "auditSheet", "stored", "judged"}) {
+        if (!line.contains(key))
+            continue;
+        const std::string once = key + (line.contains("judged") ? std::to_string(m_Channel) : "");
+        Require(m_Once.insert(once).second, fmt::format("there is a line \"{}\" before it", key));
+        return;
+    }
+    const bool ends = line.contains("end");
+    Require(ends || !m_Once.contains("measured"), "it stands behind what was measured");
+}
+
 void JournalReader::Take(const SingleJson& line) {
+    if (m_HasHeader)
+        RequirePlace(line);
     if (!m_HasHeader)
         TakeHeader(line);
     else if (line.contains("channel"))
@@ -84,7 +110,7 @@ void JournalReader::Take(const SingleJson& line) {
     else if (line.contains("stored"))
         m_Run.Left = RecordOf(line.at("stored"));
     else if (line.contains("end"))
-        m_Run.Ended = true;
+        TakeEnd(line);
     else
         throw std::runtime_error("it says nothing that is known");
 }
@@ -119,7 +145,11 @@ void JournalReader::TakeReading(const SingleJson& line) {
                      {},
                      {},
                      {}};
-    if (line.contains("seconds"))
+    const bool tells = line.contains("seconds");
+    Require(tells == m_TellDurations.value_or(tells),
+            "it does not tell how long the reading takes");
+    m_TellDurations = tells;
+    if (tells)
         next.Duration_s = SingleOf(line.at("seconds"));
     // A step begins twice: with its wait at zero, and with its demand.
     Require(!m_Open || (m_Open->Sweep == next.Sweep && m_Open->Point == next.Point &&
@@ -135,6 +165,8 @@ void JournalReader::TakeSamples(const SingleJson& samples) {
     OpenReading& open = *m_Open;
     for (const SingleJson& sample : samples) {
         const float time_s = SingleOf(sample.at(0));
+        Require(open.Reading.Trace.empty() || open.Reading.Trace.back().Time_s <= time_s,
+                "its samples go back in time");
         const auto bits = sample.at(1).get<std::int32_t>();
         open.Reading.Trace.push_back({time_s, bits});
         open.Pressures.push_back({time_s, bits, sample.size() > 2 ? SingleOf(sample.at(2)) : 0.0F});
@@ -155,13 +187,18 @@ void JournalReader::TakeResult(const SingleJson& line) {
 }
 
 void JournalReader::CheckResult(const OpenReading& open) {
-    if (!open.Reading.Valid || !open.Duration_s)
+    if (!open.Duration_s)
         return;
     PointReading made = open.Reading;
+    made.Valid = false;
     if (IsVelocity(m_Run.Kind))
         TakeMeans(made, *open.Duration_s, Channel().Capacity_ml_m);
     else
         made.Flow_ml_m = MeanOf(open.Pressures, CalibrationKindOf(m_Run.Kind)).value_or(NAN);
+    if (!open.Reading.Valid) {
+        m_Withdrawn = m_Withdrawn || made.Valid;
+        return;
+    }
     Require(made.Reading_bits == open.Reading.Reading_bits &&
                 made.Flow_ml_m == open.Reading.Flow_ml_m,
             "its result is not the mean of its samples");
@@ -177,6 +214,13 @@ void JournalReader::TakeJudged() {
     Require(!m_Open, "the reading before it has no result");
     RequireAll(Sweeps::Rising, Channel().Demand.size());
     RequireAll(Sweeps::Falling, Channel().Demand.size());
+    for (const std::int32_t step : StepPoints) {
+        const auto point = static_cast<std::size_t>(step);
+        Require(point >= Channel().Demand.size() ||
+                    m_Ended.contains({m_Channel, Sweeps::Step, point}),
+                fmt::format("there is no result of point {}, {}", point, Sweeps::Step));
+    }
+    Require(!m_Withdrawn, "a reading of the channel is called invalid, against its samples");
     m_Run.Velocity.Verdicts.at(m_Channel) =
         JudgeChannel(Channel(), m_Run.Velocity.Measured.Kind, m_Channel);
 }
@@ -188,8 +232,27 @@ void JournalReader::TakeMeasured(const SingleJson& line) {
     Require(!m_Open || !m_Run.Complete, "the reading before it has no result");
     if (m_Run.Complete && !IsVelocity(m_Run.Kind))
         RequireAll(Sweeps::Pressure, PressurePointCount);
+    Require(!m_Run.Complete || m_Run.Passed == MadePass(),
+            "the verdict is not that of what was measured");
     // An error took the reading that had begun from the run as well.
     m_Open.reset();
+}
+
+void JournalReader::TakeEnd(const SingleJson& line) {
+    const auto verdict = line.at("verdict").get<std::string>();
+    Require(m_Once.contains("measured") ||
+                (verdict != VerdictOf(End::Passed) && verdict != VerdictOf(End::Failed)),
+            "it ends a run that nothing was measured in");
+    m_Run.Ended = true;
+}
+
+bool JournalReader::MadePass() const {
+    if (IsVelocity(m_Run.Kind))
+        return ReasonOfFailure(m_Run.Velocity).empty();
+    Require(m_Run.Pressure.size() == PressurePointCount, "a point is called invalid");
+    const bool isAudit = CalibrationKindOf(m_Run.Kind) == CalibrationKind::Audit;
+    return (isAudit ? CheckPressure(m_Run.Pressure, PressureBase_mm) : FitPressure(m_Run.Pressure))
+        .Passed;
 }
 
 void JournalReader::Store() {

@@ -52,6 +52,9 @@ std::uint8_t CalPointPrecentage(std::int32_t point, CalibrationKind kind);
 /// bits, an audit a flow, whose bits are found through the stored table when it is set.
 PointDemand DemandOfPoint(std::int32_t point, CalibrationKind kind, float capacity_ml_m);
 
+/// The calibration points that are measured from zero air too.
+inline constexpr std::array<std::int32_t, 2> StepPoints = {1, 3};
+
 /// A demand set from zero air, measured beside the sweeps.
 struct StepMeasurement {
     std::int32_t Point = 0;
@@ -79,6 +82,8 @@ struct VelocityMeasurement {
 
 /// The flows that a pressure calibration measures at.
 inline constexpr std::size_t PressurePointCount = 5;
+/// Diameter in mm of the aeration base that it is made with.
+inline constexpr float PressureBase_mm = 50.0F;
 
 /// One point of a pressure calibration.
 struct PressureReading {

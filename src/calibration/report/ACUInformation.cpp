@@ -193,8 +193,10 @@ InformationReport OutputACUData(const ReportTools& tools) {
                    InformationLayout::Template, [&](Workbook& book) {
                        InformationSheet sheet(book.Sheet(InformationLayout::UnitSheet));
                        WriteIdentity(sheet, board, station.World.Time.Now());
-                       WriteVelocity(sheet, unit.Record);
-                       WritePressure(sheet, unit.Record);
+                       if (unit.Record.IsRead()) {
+                           WriteVelocity(sheet, unit.Record);
+                           WritePressure(sheet, unit.Record);
+                       }
                        Worksheet& eprom = book.Sheet(InformationLayout::EpromSheet);
                        NameFirstWords(eprom, board);
                        unread = DumpEPROM(eprom, board);
@@ -203,9 +205,10 @@ InformationReport OutputACUData(const ReportTools& tools) {
         return {};
     std::string lack;
     if (unread > 0) {
-        lack = fmt::format("{} of the {} words of the EPROM could not be read. Their cells are "
+        lack = fmt::format("{} of the {} words of the EPROM could not be read. Their cells{} are "
                            "empty.",
-                           unread, EpromImage::WordCount);
+                           unread, EpromImage::WordCount,
+                           unit.Record.IsRead() ? "" : ", and those of the ACU's record,");
         TellOperator(station.World, lack, MessageIcon::Warning);
     }
     return {SaveCalibrationExcelWorkbook(

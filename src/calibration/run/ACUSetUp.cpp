@@ -91,7 +91,7 @@ bool ACUSetUp::AskMFCNumber(std::string& mfcNumber) {
            !ACURecord::IsMFCNumber(mfcNumber)) {
         if (!ACURecord::IsMFCNumber(mfcNumber))
             messages.Ask(
-                {ACURecord::TooLongText(mfcNumber), MessageIcon::Warning, MessageButtons::Ok});
+                {ACURecord::NumberRefusal(mfcNumber), MessageIcon::Warning, MessageButtons::Ok});
         const auto entered =
             messages.AskText("Please enter the MFC Number", MFCNumberPlaceholder, "");
         // An unattended station has no number to give.
@@ -287,6 +287,7 @@ void ACUSetUp::DeclarePressureSensor(std::int32_t fullScale_mBar) {
 bool ACUSetUp::ClearPressure(const std::function<void(std::int32_t address)>& progress) {
     const RunningProcedure running(m_Station.Procedures, "clearing of the pressure calibration");
     Platform& world = m_Station.World;
+    m_Station.Calibration().RequireRecord();
     Message question{"Are you sure you want to Clear the Pressure Calibration?\r\n\r\nUnit: " +
                          m_Station.Calibration().Unit().SerialNumberStr(),
                      MessageIcon::Question, MessageButtons::YesNo};

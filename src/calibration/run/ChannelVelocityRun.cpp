@@ -22,8 +22,6 @@ constexpr double PointTime_s = 15.0;
 /// The lowest demand of a unit without valves takes its time.
 constexpr double LowestPointTime_s = 30.0;
 constexpr double ZeroTime_s = 10.0;
-/// The points that are also measured as steps from zero air.
-constexpr std::array<std::int32_t, 2> StepPoints = {1, 3};
 /// A fit needs a segment.
 constexpr std::int32_t FewestPoints = 2;
 

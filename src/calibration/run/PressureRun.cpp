@@ -16,7 +16,6 @@ namespace ombrix {
 
 namespace {
 
-constexpr float BaseDiameter_mm = 50.0F;
 constexpr float LineSettles_s = 15.0F;
 constexpr float RecordTime_s = MeanTime_s;
 constexpr double DisplaySpacing_s = 0.05;
@@ -75,11 +74,11 @@ void PressureRun::Measure() {
 }
 
 void PressureRun::CalibratePressureBase() {
-    m_Cal.BaseDiameter_mm = BaseDiameter_mm;
+    m_Cal.BaseDiameter_mm = PressureBase_mm;
     AskForHose();
     RecordPressurePoint(0.0F); // lets the line settle; the reading is of no use
     TakeZero();
-    Log({"", "Calibration of Base Started " + GeneralText(BaseDiameter_mm) + " mm", Rule(68)});
+    Log({"", "Calibration of Base Started " + GeneralText(PressureBase_mm) + " mm", Rule(68)});
     MeasurePoints();
     SetChannelAir_ml_m(0, 0.0F);
     SetChannelAir_ml_m(1, 0.0F);
@@ -87,7 +86,7 @@ void PressureRun::CalibratePressureBase() {
     if (!GoesOn())
         return;
     const PressureVerdict verdict =
-        IsAudit() ? CheckPressure(m_Points, BaseDiameter_mm) : FitPressure(m_Points);
+        IsAudit() ? CheckPressure(m_Points, PressureBase_mm) : FitPressure(m_Points);
     Log(verdict.Log);
     if (!IsAudit())
         m_Cal.Coefficients = verdict.Coefficients;
@@ -102,7 +101,7 @@ void PressureRun::AskForHose() {
         m_World,
         FormatArgs("Please connect the aeration hose to the [1]mm diameter aeration base and to "
                    "the port on the front of the Aeration Control Unit.",
-                   {GeneralText(BaseDiameter_mm)}) +
+                   {GeneralText(PressureBase_mm)}) +
             "\r\n\r\nNote - it is not necessary to attach a vessel\r\n\r\nClick OK to continue");
     m_Stages.TakeInput(true);
 }

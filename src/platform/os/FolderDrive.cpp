@@ -140,6 +140,9 @@ std::string ReadWholeFile(const fs::path& path) {
     std::error_code error;
     if (fs::is_directory(path, error))
         throw DriveError(fmt::format("{} is a folder, not a file", path.string()));
+    // A pipe or a device may have no end.
+    if (fs::is_other(path, error))
+        throw DriveError(fmt::format("{} is no file", path.string()));
     std::ifstream file(path, std::ios::binary);
     if (!file)
         throw DriveError(fmt::format("{} cannot be opened: {}", path.string(), Reason()));

@@ -65,6 +65,7 @@ int RunWindows(StationOptions& options, bool& beginsAnew, SafeApplication& appli
     try {
         QSettings settings(QSettings::IniFormat, QSettings::UserScope, "ombrix", "ombrix");
         TakeChosenLibrary(options, settings);
+        const WindowPlaces places(settings);
         Assembly assembly(options, {events, messages, documents, end}, "ombrix");
         const auto startAnew = [&](const std::string& library) {
             beginsAnew = true;
@@ -78,8 +79,7 @@ int RunWindows(StationOptions& options, bool& beginsAnew, SafeApplication& appli
             assembly.TheStation(),
             {[&events] { events.EndProgram(); },
              [&assembly](OpenExcelView& wait) { return assembly.Reports(wait); }, ReadersOfJournals,
-             OMBRIX_VERSION, assembly.OptionsText(), assembly.SimulationText(), &settings,
-             startAnew});
+             OMBRIX_VERSION, assembly.OptionsText(), assembly.SimulationText(), startAnew});
         end.BeforeEnd = [&assembly] { SwitchAllOff(assembly.TheStation()); };
         const AtExit withoutDisplay([&] { EndWithoutDisplay(assembly.TheStation(), messages); });
         SafeEnd safeEnd(assembly.TheStation(), messages, stopSignals,
@@ -89,7 +89,6 @@ int RunWindows(StationOptions& options, bool& beginsAnew, SafeApplication& appli
         };
         QObject::connect(&safeEnd, &QObject::destroyed,
                          [&application] { application.OnUnexpectedError = nullptr; });
-        const WindowPlace place(window, settings);
         window.show();
         QTimer::singleShot(0, &window, [&window, board = options.Board] {
             if (window.DetectAndProgramAIBs())

@@ -1,16 +1,21 @@
 // What holds for every window: names for screen readers, reach by keyboard, and texts that are
 // neither cut, at any scale that the environment of a run gives, nor hard to read.
 #include "windows/EveryWindow.h"
+#include "windows/desktop/AccessKeys.h"
 #include "windows/widgets/Controls.h"
 
 #include <QAbstractItemView>
 #include <QAbstractSlider>
 #include <QAccessible>
+#include <QDialogButtonBox>
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPushButton>
 #include <QRadioButton>
+#include <QRegularExpression>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QSlider>
 #include <QTabBar>
 
@@ -190,6 +195,66 @@ TEST_P(EveryWindowTest, NoTextIsCutOnTheSmallestScreen) {
     });
 }
 
+/// Lies within the window and is not scrolled away.
+bool IsInSight(const QWidget& window, const QWidget& control) {
+    const QRect place(control.mapTo(&window, QPoint()), control.size());
+    return window.rect().contains(place) &&
+           control.visibleRegion().boundingRect() == control.rect();
+}
+
+TEST_P(EveryWindowTest, WhatEndsThingsStaysInSightOnAScreenOf1280By720At150Percent) {
+    GetParam().Show([](QWidget& window) {
+        constexpr QSize screen(853, 480 - 30); // less the window's own frame
+        window.resize(window.size().boundedTo(screen));
+        Settle();
+        EXPECT_EQ(window.size().boundedTo(screen), window.size());
+        for (const QWidget* control : ControlsOf(window)) {
+            // Of a panel's tests the foot of the window has a Cancel too.
+            static const QRegularExpression ends("^cmd(Cancel(Procedure|Run)?|Close|StopAir)$");
+            const bool endsThings =
+                control->objectName().contains(ends) ||
+                qobject_cast<const QDialogButtonBox*>(control->parentWidget()) != nullptr;
+            EXPECT_TRUE(!endsThings || IsInSight(window, *control)) << NameOf(control);
+            EXPECT_TRUE(ShowsWholeText(*control)) << NameOf(control);
+        }
+    });
+}
+
+/// The keys that act at once: those that captions mark, and those that are given to buttons.
+QStringList KeysOf(const QWidget& window) {
+    QStringList keys;
+    for (const QMenu* menu : window.findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly))
+        keys << QKeySequence::mnemonic(menu->title()).toString();
+    for (const QAction* menu : window.findChildren<QAction*>(QString(), Qt::FindDirectChildrenOnly))
+        keys << QKeySequence::mnemonic(menu->text()).toString();
+    for (const QAbstractButton* button : window.findChildren<QAbstractButton*>()) {
+        keys << QKeySequence::mnemonic(button->text()).toString();
+        for (const QShortcut* key : button->findChildren<QShortcut*>())
+            keys << key->key().toString();
+    }
+    keys.removeAll(QString());
+    return keys;
+}
+
+TEST_P(EveryWindowTest, ButtonsHaveKeysOfTheirOwnAndTellWhatTheyDo) {
+    const AccessKeys keys;
+    GetParam().Show([](QWidget& window) {
+        QStringList taken = KeysOf(window);
+        EXPECT_EQ(taken.removeDuplicates(), 0) << taken.join(' ').toStdString();
+        for (const QWidget* control : ControlsOf(window)) {
+            if (!IsTabStop(control) || control->objectName().isEmpty())
+                continue;
+            const auto* button = qobject_cast<const QPushButton*>(control);
+            EXPECT_TRUE(button == nullptr || button->findChild<QShortcut*>() != nullptr ||
+                        button->toolTip().contains("Esc)") ||
+                        !QKeySequence::mnemonic(button->text()).isEmpty())
+                << NameOf(control);
+            const bool acts = button != nullptr || control->inherits("QAbstractSlider");
+            EXPECT_TRUE(!acts || !control->toolTip().isEmpty()) << NameOf(control);
+        }
+    });
+}
+
 TEST_P(EveryWindowTest, TextsAreReadableWhenTheDesktopTurnsDark) {
     GetParam().Show([](QWidget& window) {
         const QPalette light = QApplication::palette();
@@ -200,6 +265,24 @@ TEST_P(EveryWindowTest, TextsAreReadableWhenTheDesktopTurnsDark) {
         ExpectReadable(window, least);
         QApplication::setPalette(light);
     });
+}
+
+TEST(AccessKeys, PressTheButtonWhoseToolTipNamesThem) {
+    const AccessKeys keys;
+    QWidget window;
+    QPushButton first("Go", &window);
+    QPushButton second("Go", &window);
+    int pressed = 0;
+    QObject::connect(&second, &QPushButton::clicked, [&pressed] { ++pressed; });
+    window.show();
+    window.activateWindow();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(first.toolTip() + second.toolTip(), "Alt+GAlt+O");
+    for (const bool enabled : {true, false}) {
+        second.setEnabled(enabled);
+        QTest::keyClick(&window, Qt::Key_O, Qt::AltModifier);
+        EXPECT_EQ(pressed, 1);
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Accessibility, EveryWindowTest, ::testing::ValuesIn(EveryWindow()),

@@ -1,5 +1,8 @@
 #include "windows/desktop/WindowPlace.h"
 
+#include <QApplication>
+#include <QEvent>
+#include <QScreen>
 #include <QSettings>
 #include <QWidget>
 
@@ -7,20 +10,40 @@ namespace ombrix {
 
 namespace {
 
+/// A window that has been put where it was left is not put there again: it may have been moved.
+constexpr auto WasPlaced = "wasPlaced";
+
+/// What desktops put around a window, about.
+constexpr QSize Frame(4, 32);
+
 QString GeometryKey(const QWidget& window) {
     return window.objectName() + QStringLiteral("/Geometry");
 }
 
 } // namespace
 
-WindowPlace::WindowPlace(QWidget& window, QSettings& settings)
-    : m_Window(window), m_Settings(settings) {
-    // What is no geometry, or lies on a screen that is gone, is put right by the toolkit.
-    m_Window.restoreGeometry(m_Settings.value(GeometryKey(m_Window)).toByteArray());
+WindowPlaces::WindowPlaces(QSettings& settings) : m_Settings(settings) {
+    QCoreApplication::instance()->installEventFilter(this);
 }
 
-WindowPlace::~WindowPlace() {
-    m_Settings.setValue(GeometryKey(m_Window), m_Window.saveGeometry());
+bool WindowPlaces::eventFilter(QObject* watched, QEvent* event) {
+    const bool shows = event->type() == QEvent::Show;
+    if (!(shows || event->type() == QEvent::Hide) || event->spontaneous() ||
+        !watched->isWidgetType() || !watched->objectName().startsWith(QLatin1String("frm")))
+        return false;
+    auto& window = static_cast<QWidget&>(*watched);
+    if (!window.isWindow())
+        return false;
+    if (!shows) {
+        m_Settings.setValue(GeometryKey(window), window.saveGeometry());
+    } else if (!window.property(WasPlaced).toBool()) {
+        window.setProperty(WasPlaced, true);
+        // What is no geometry, or lies on a screen that is gone, is put right by the toolkit.
+        window.restoreGeometry(m_Settings.value(GeometryKey(window)).toByteArray());
+        // What ends things stands at the foot of a window, and must not lie below the screen.
+        window.resize(window.size().boundedTo(window.screen()->availableSize() - Frame));
+    }
+    return false;
 }
 
 } // namespace ombrix

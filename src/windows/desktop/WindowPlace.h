@@ -1,22 +1,26 @@
 #pragma once
 
+#include <QObject>
+
 class QSettings;
-class QWidget;
 
 namespace ombrix {
 
-/// Opens a window where the operator left it: takes its place and size from the settings, and
-/// gives them back at its own end.
-class WindowPlace {
+/// Opens every window of the program, those whose names begin with "frm", where the operator left
+/// it: takes its place and size from the settings when it is shown first, and gives them back when
+/// it goes. None is larger than the screen.
+class WindowPlaces final : public QObject {
+    Q_OBJECT
+
   public:
-    /// Both outlive this; the window's object name is the name of the group in the settings.
-    WindowPlace(QWidget& window, QSettings& settings);
-    WindowPlace(const WindowPlace&) = delete;
-    WindowPlace& operator=(const WindowPlace&) = delete;
-    ~WindowPlace();
+    /// Listens to the application for as long as it lives.
+    /// @param settings a window's object name is the name of its group there
+    explicit WindowPlaces(QSettings& settings);
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    QWidget& m_Window;
     QSettings& m_Settings;
 };
 

@@ -55,6 +55,7 @@ void EPROMPanel::AddAddressRows(QGridLayout& grid) {
                       tr("Word of the EPROM"));
     m_Address->setRange(0, LastWord);
     m_Address->setFocusPolicy(Qt::StrongFocus);
+    m_Address->setToolTip(tr("The word that is shown, and written by \"Write\""));
     connect(m_Address, &QScrollBar::valueChanged, this, [this](int word) {
         if (GoToAddressTyped() != word * WordBytes)
             m_GoTo->clear();
@@ -100,6 +101,9 @@ void EPROMPanel::AddValueRows(QGridLayout& grid) {
     grid.addWidget(MakeCaption(tr("New:"), this), 3, 0);
     grid.addWidget(m_NewText, 3, 1);
     grid.addWidget(m_NewValueHex, 3, 2);
+    m_Error = MakeValue("lblValueError", tr("Error of the new value"), {}, this);
+    m_Error->setFixedHeight(m_Error->fontMetrics().height());
+    grid.addWidget(m_Error, 4, 1, 1, 2);
 }
 
 QWidget* EPROMPanel::MakeCommands() {
@@ -109,16 +113,16 @@ QWidget* EPROMPanel::MakeCommands() {
     m_Write = MakeButton(QStringLiteral("cmdWriteValue"), tr("Write"), commands);
     m_WriteAll = MakeButton(QStringLiteral("cmdWriteValueAll"), tr("To All"), commands);
     m_Command1 = MakeButton(QStringLiteral("Command1"), tr("Not Recording"), commands);
+    m_Write->setToolTip(tr("Writes the new value to the word that is shown."));
+    m_WriteAll->setToolTip(tr("Writes the new value to every word of the EPROM."));
     m_Command1->setToolTip(tr("Reads the pressure register ten times a second; nothing is shown."));
-    m_Error = MakeValue("lblValueError", tr("Error of the new value"), {}, commands);
-    m_Error->CutToFit();
     connect(m_Write, &QPushButton::clicked, this, &EPROMPanel::WriteValue);
     connect(m_WriteAll, &QPushButton::clicked, this, &EPROMPanel::WriteAll);
     connect(m_Command1, &QPushButton::clicked, this, &EPROMPanel::TogglePolling);
     layout->addWidget(m_Write);
     layout->addWidget(m_WriteAll);
     layout->addWidget(m_Command1);
-    layout->addWidget(m_Error, 1);
+    layout->addStretch(1);
     return commands;
 }
 

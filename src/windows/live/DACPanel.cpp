@@ -58,6 +58,8 @@ QWidget* DACPanel::MakeSideColumn() {
     auto* column = new QWidget(this);
     m_IsDigitalSetup =
         MakeCheckBox(QStringLiteral("chkIsDigitalSetup"), tr("Is Digital Setup"), column);
+    m_IsDigitalSetup->setToolTip(tr("The air channels are driven by the digital MFCs. A change "
+                                    "brings them to zero first."));
     connect(m_IsDigitalSetup, &QCheckBox::clicked, this, &DACPanel::SetDigitalSetup);
     m_MFCsReady = new ValueLabel(QStringLiteral("lblMFCsReady"), tr("MFC readiness"), column);
     m_MFCsReady->ShowValue(tr("MFCs Readt Status"));
@@ -86,6 +88,8 @@ QWidget* DACPanel::MakeBaseChoice() {
     auto* decimal = Named(new QRadioButton(tr("Dec"), choice), ElementName("optHexBin", 1),
                           tr("Numbers in decimal"));
     m_Hexadecimal->setChecked(true);
+    for (QRadioButton* base : {m_Hexadecimal, decimal})
+        base->setToolTip(tr("How the panel shows outputs and inputs."));
     connect(m_Hexadecimal, &QRadioButton::toggled, this, &DACPanel::ShowOutputs);
     auto* layout = new QHBoxLayout(choice);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -48,6 +48,8 @@ void GIOPanel::AddPin(QGridLayout& grid, int pin) {
     m_IsOutput.at(index) = isOutput;
     m_Output.at(index) = output;
     m_Input.at(index) = input;
+    isOutput->setToolTip(tr("Makes pin %1 an output.").arg(pin));
+    output->setToolTip(tr("What pin %1 is told").arg(pin));
     connect(isOutput, &QCheckBox::toggled, this, &GIOPanel::ChangeDirections);
     connect(output, &QCheckBox::toggled, this, [this, pin](bool high) { SetOutput(pin, high); });
 
@@ -67,6 +69,7 @@ QWidget* GIOPanel::MakeFooter() {
     m_Mask = new ValueLabel(QStringLiteral("lblGIOValHex"), tr("Direction mask"), footer);
     m_Mask->ReserveFor(QStringLiteral("FFFFF"));
     auto* update = MakeButton(QStringLiteral("cmdUpdate"), tr("Update"), footer);
+    update->setToolTip(tr("Reads the whole live panel at once."));
     connect(update, &QPushButton::clicked, this, &GIOPanel::UpdateWanted);
     auto* explanation = new QHBoxLayout;
     explanation->addWidget(MakeCaption(tr("A tick represents an Output"), footer));
@@ -92,6 +95,7 @@ QWidget* GIOPanel::MakeFooter() {
 QCheckBox* GIOPanel::MakePowerBox(int index, const QString& caption, QWidget* parent) {
     auto* box = MakeCheckBox(ElementName("chkExtGPIO", index), caption, parent);
     m_Power.at(static_cast<std::size_t>(index)) = box;
+    box->setToolTip(tr("Switches the extended output %1 of the board.").arg(FirstPowerPin + index));
     connect(box, &QCheckBox::toggled, this, [this, index, box](bool on) {
         Tell(box->text(),
              [&] { return m_Station.Outputs.SetExtendedPin(Board(), FirstPowerPin + index, on); });

@@ -24,6 +24,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMenuBar>
+#include <QScrollArea>
 #include <QSignalBlocker>
 #include <QTabBar>
 #include <QVBoxLayout>
@@ -67,7 +68,7 @@ AIBAccessoriesWindow::AIBAccessoriesWindow(Station& station, MainWindowServices 
       m_Board(new BoardPanel(station, this)), m_Foot(new ProcedureBar(station, this)),
       m_StopKeys(std::make_unique<StopKeys>(station)),
       m_UpdateInput(MakeTimer("timUpdateInput", 50, this)),
-      m_Tools(std::make_unique<ToolWindows>(station, *this, m_Services.Settings)) {
+      m_Tools(std::make_unique<ToolWindows>(station, *this)) {
     QCoreApplication::setApplicationName(tr("AIB Test Form"));
     const QString caption = ToQt(WindowCaption(m_Services.Version));
     Named(this, QStringLiteral("frmAIBAccessories"), caption);
@@ -146,6 +147,13 @@ void AIBAccessoriesWindow::LayOut() {
     Named(m_Tabs, QStringLiteral("tabAIBs"), tr("Boards"));
     m_Tabs->setExpanding(false);
     m_Tabs->setDrawBase(false);
+    auto* content = new QWidget(this);
+    content->setAccessibleName(tr("Boards"));
+    auto* panels = new QVBoxLayout(content);
+    panels->setContentsMargins(0, 0, 0, 0);
+    panels->addWidget(m_NoBoards, 1);
+    panels->addWidget(m_Board, 1);
+    panels->addWidget(m_Info);
     auto* central = new QWidget(this);
     central->setAccessibleName(tr("Boards"));
     auto* layout = new QVBoxLayout(central);
@@ -153,9 +161,8 @@ void AIBAccessoriesWindow::LayOut() {
     layout->setContentsMargins(margin, margin, margin, margin);
     layout->addWidget(m_Notices);
     layout->addWidget(m_Tabs);
-    layout->addWidget(m_NoBoards, 1);
-    layout->addWidget(m_Board, 1);
-    layout->addWidget(m_Info);
+    // On the smallest screens the panels are scrolled; what stops things stays in sight.
+    layout->addWidget(MakeScrolling(content, tr("Panels of the board"), central), 1);
     layout->addWidget(m_Foot);
     setCentralWidget(central);
     constexpr QSize comfortable(1280, 700);

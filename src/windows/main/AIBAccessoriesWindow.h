@@ -3,6 +3,7 @@
 #include "board/Detection.h"
 #include "journal/UnfinishedRuns.h"
 #include "reports/ReportFile.h"
+#include "windows/desktop/AccessKeys.h"
 #include "windows/desktop/FileQuestion.h"
 
 #include <QMainWindow>
@@ -13,7 +14,6 @@
 #include <string>
 #include <string_view>
 
-class QSettings;
 class QTabBar;
 
 namespace ombrix {
@@ -47,8 +47,6 @@ struct MainWindowServices {
     std::string Options{};
     /// What is simulated, in a line; empty for real boards.
     std::string Simulation{};
-    /// Where places of windows are remembered; none when they are not.
-    QSettings* Settings = nullptr;
     /// Has the program begin anew once this window is closed. @param library path of the board
     /// library, for this time and the next ones; empty for the simulated bench, this time alone
     std::function<void(const std::string& library)> StartAnew = [](const std::string&) {};
@@ -117,6 +115,7 @@ class AIBAccessoriesWindow final : public QMainWindow, private DetectionView {
     BoardPanel* m_Board;
     ProcedureBar* m_Foot;
     std::unique_ptr<StopKeys> m_StopKeys;
+    AccessKeys m_AccessKeys;
     QTimer* m_UpdateInput;
     std::unique_ptr<ACUHealthCheckWindow> m_HealthCheck;
     std::unique_ptr<ACUCommands> m_ACUCommands;

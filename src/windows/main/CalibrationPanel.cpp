@@ -45,6 +45,7 @@ QPushButton* MakeIdleCommand(const IdleCommand& command, QWidget* parent) {
     auto* button = MakeButton(QLatin1String(command.ObjectName),
                               CalibrationPanel::tr(command.Caption), parent);
     button->setEnabled(false);
+    button->setFocusPolicy(Qt::NoFocus);
     button->setToolTip(CalibrationPanel::tr("This button has no function."));
     return button;
 }

@@ -29,7 +29,7 @@ InfoPanel::InfoPanel(QWidget* parent)
     m_First->setFont(strong);
     m_AirFlow->setMinimumWidth(m_AirFlow->sizeHint().width());
     m_AirFlow->setToolTip(tr("Drives a flow board and records it against a measure board."));
-    m_Cancel->setToolTip(tr("Ends the air flow test with the outputs at zero."));
+    m_Cancel->setToolTip(tr("Ends the air flow test with the outputs at zero (Esc)."));
     ShowAirFlowTest(false);
     connect(m_AirFlow, &QPushButton::clicked, this, &InfoPanel::AirFlowTestWanted);
     connect(m_Cancel, &QPushButton::clicked, this, &InfoPanel::CancelWanted);

@@ -21,7 +21,7 @@ TestsPanel::TestsPanel(QWidget* parent)
     m_HealthCheck->setToolTip(tr("Opens the health check of the ACU."));
     m_DigitalMFCs->setToolTip(
         tr("Runs ten demand steps on each channel and compares the way up with the way down."));
-    m_Cancel->setToolTip(tr("Ends the test with both channels at zero."));
+    m_Cancel->setToolTip(tr("Ends the test with both channels at zero (Esc)."));
     m_Cancel->setEnabled(false);
     m_Stage->ShowValue(tr("[DMFC Stage]"));
     m_Stage->CutToFit();
@@ -74,7 +74,8 @@ AirTestPanel::AirTestPanel(QWidget* parent)
                              SweepPlan::LongestDelay_ms, SweepPlan::UsualDelay_ms, delayStep_ms});
     m_All->setToolTip(tr("Steps the four outputs from 0 to 65000 and logs the inputs."));
     m_Channel1->setToolTip(tr("Steps the four outputs from 32000 to 65000 and logs the inputs."));
-    m_Cancel->setToolTip(tr("Ends the test with all outputs at zero."));
+    m_BothWays->setToolTip(tr("Steps the outputs down again too."));
+    m_Cancel->setToolTip(tr("Ends the test with all outputs at zero (Esc)."));
     m_Cancel->setEnabled(false);
     auto* lastRow = new QHBoxLayout;
     lastRow->addWidget(m_BothWays, 1);
@@ -94,6 +95,7 @@ QScrollBar* AirTestPanel::AddScrollRow(QGridLayout& grid, const ScrollRow& row) 
     bar->setPageStep(pageStep);
     bar->setValue(row.Value);
     bar->setFocusPolicy(Qt::StrongFocus);
+    bar->setToolTip(tr("%1 from %2 to %3").arg(caption).arg(row.Smallest).arg(row.Largest));
     auto* value = new ValueLabel(QLatin1String(row.Label), caption, this);
     value->ReserveFor(QString::number(row.Largest));
     value->ShowValue(QString::number(row.Value));

@@ -8,9 +8,8 @@
 
 namespace ombrix {
 
-ToolWindows::ToolWindows(Station& station, QWidget& owner, QSettings* settings)
-    : m_Rig(station), m_RigOptions(m_Rig), m_UARTs(station), m_Station(station), m_Owner(owner),
-      m_Settings(settings) {
+ToolWindows::ToolWindows(Station& station, QWidget& owner)
+    : m_Rig(station), m_RigOptions(m_Rig), m_UARTs(station), m_Station(station), m_Owner(owner) {
     for (QWidget* window : std::initializer_list<QWidget*>{&m_RigOptions, &m_Rig, &m_UARTs})
         KeepAbove(*window, owner);
     connect(&m_RigOptions, &AIBTestRigOptionsWindow::Closed, this, &ToolWindows::RigWindowClosed);
@@ -20,14 +19,12 @@ ToolWindows::ToolWindows(Station& station, QWidget& owner, QSettings* settings)
 ToolWindows::~ToolWindows() = default;
 
 template <class Window>
-Window& ToolWindows::Made(Placed<Window>& window) {
-    if (!window.It) {
-        window.It = std::make_unique<Window>(m_Station);
-        KeepAbove(*window.It, m_Owner);
-        if (m_Settings != nullptr)
-            window.Place = std::make_unique<WindowPlace>(*window.It, *m_Settings);
+Window& ToolWindows::Made(std::unique_ptr<Window>& window) {
+    if (!window) {
+        window = std::make_unique<Window>(m_Station);
+        KeepAbove(*window, m_Owner);
     }
-    return *window.It;
+    return *window;
 }
 
 void ToolWindows::ShowTrend() {
@@ -50,26 +47,26 @@ void ToolWindows::ShowEPROMFields() {
 }
 
 void ToolWindows::ShowBoard() {
-    if (m_EPROMFields.It)
-        m_EPROMFields.It->ShowBoard();
+    if (m_EPROMFields)
+        m_EPROMFields->ShowBoard();
 }
 
 void ToolWindows::ShowLost(bool lost) {
-    if (m_EPROMFields.It)
-        m_EPROMFields.It->ShowLost(lost);
+    if (m_EPROMFields)
+        m_EPROMFields->ShowLost(lost);
 }
 
 QString ToolWindows::UnwrittenText() const {
-    return m_EPROMFields.It ? m_EPROMFields.It->UnwrittenText() : QString();
+    return m_EPROMFields ? m_EPROMFields->UnwrittenText() : QString();
 }
 
 void ToolWindows::CloseRest() {
-    if (m_Trend.It)
-        m_Trend.It->close();
-    if (m_History.It)
-        m_History.It->close();
-    if (m_EPROMFields.It)
-        m_EPROMFields.It->GiveUp();
+    if (m_Trend)
+        m_Trend->close();
+    if (m_History)
+        m_History->close();
+    if (m_EPROMFields)
+        m_EPROMFields->GiveUp();
 }
 
 void ToolWindows::ShowTestRigOptions() {

@@ -2,7 +2,6 @@
 
 #include "board/Station.h"
 #include "windows/calibration/CalibrationHistoryWindow.h"
-#include "windows/desktop/WindowPlace.h"
 #include "windows/eprom/EPROMFieldsWindow.h"
 #include "windows/testrig/AIBTestRigOptionsWindow.h"
 #include "windows/testrig/AIBTestRigWindow.h"
@@ -14,8 +13,6 @@
 #include <memory>
 #include <string>
 
-class QSettings;
-
 namespace ombrix {
 
 /// The windows beside the main window: the test rig and the UART console, which exercise boards,
@@ -24,8 +21,8 @@ class ToolWindows final : public QObject {
     Q_OBJECT
 
   public:
-    /// @param owner the main window @param settings remember where windows stood; may be none
-    ToolWindows(Station& station, QWidget& owner, QSettings* settings);
+    /// @param owner the main window
+    ToolWindows(Station& station, QWidget& owner);
     ~ToolWindows() override;
 
     void ShowTestRigOptions();
@@ -56,15 +53,9 @@ class ToolWindows final : public QObject {
     void EpromWritten();
 
   private:
-    /// A window that is made when it is first wanted, and remembers its place.
+    /// The window, made when it is first wanted.
     template <class Window>
-    struct Placed {
-        std::unique_ptr<Window> It{};
-        std::unique_ptr<WindowPlace> Place{};
-    };
-
-    template <class Window>
-    Window& Made(Placed<Window>& window);
+    Window& Made(std::unique_ptr<Window>& window);
     void RigWindowClosed();
 
     AIBTestRigWindow m_Rig;
@@ -72,10 +63,9 @@ class ToolWindows final : public QObject {
     UARTsWindow m_UARTs;
     Station& m_Station;
     QWidget& m_Owner;
-    QSettings* m_Settings;
-    Placed<TrendWindow> m_Trend;
-    Placed<CalibrationHistoryWindow> m_History;
-    Placed<EPROMFieldsWindow> m_EPROMFields;
+    std::unique_ptr<TrendWindow> m_Trend;
+    std::unique_ptr<CalibrationHistoryWindow> m_History;
+    std::unique_ptr<EPROMFieldsWindow> m_EPROMFields;
 };
 
 /// Stores the archive of diagnostics in the data folder, tells where it lies and offers to open

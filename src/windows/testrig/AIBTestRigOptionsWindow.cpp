@@ -25,6 +25,7 @@ AIBTestRigOptionsWindow::AIBTestRigOptionsWindow(AIBTestRigWindow& rig) : m_Rig(
                        QStringLiteral("%1 - %2").arg(job + 1).arg(ToQt(TestRigJobName(job))), this);
         constexpr QSize easilyHit(300, 44);
         button->setMinimumSize(ScaledToFonts(*this, easilyHit).expandedTo(button->sizeHint()));
+        button->setToolTip(tr("Opens the test rig with this job."));
         connect(button, &QPushButton::clicked, this, [this, job] { Choose(job); });
         layout->addWidget(button);
     }

@@ -43,6 +43,8 @@ AIBTestRigWindow::AIBTestRigWindow(Station& station)
     m_UpdateScreen->setInterval(UpdateInterval_ms);
     LayOut();
     TakeCancel(false);
+    m_Cancel->setToolTip(tr("Ends the job with the outputs at zero (Esc)."));
+    m_Close->setToolTip(tr("Closes the window (Esc)."));
     connect(m_UpdateScreen, &QTimer::timeout, this, &AIBTestRigWindow::UpdateScreen);
     connect(m_Cancel, &QPushButton::clicked, this, &AIBTestRigWindow::Cancel);
     connect(m_Close, &QPushButton::clicked, this, &QWidget::close);
@@ -82,18 +84,10 @@ QLayout* AIBTestRigWindow::MakeButtons() {
 QGroupBox* AIBTestRigWindow::MakeCurrentValues() {
     auto* frame = Named(new QGroupBox(tr("Current Values"), this), QStringLiteral("fraBoardOnTest"),
                         tr("Current Values"));
-    auto* scroll = new QScrollArea(frame);
-    scroll->setAccessibleName(tr("Inputs and outputs of the boards"));
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setWidgetResizable(true);
-    m_BoardArea = new QWidget(scroll);
+    m_BoardArea = new QWidget(frame);
     new QHBoxLayout(m_BoardArea);
-    scroll->setWidget(m_BoardArea);
-    // The frame's own ground shows through.
-    m_BoardArea->setAutoFillBackground(false);
-    scroll->viewport()->setAutoFillBackground(false);
     auto* layout = new QVBoxLayout(frame);
-    layout->addWidget(scroll);
+    layout->addWidget(MakeScrolling(m_BoardArea, tr("Inputs and outputs of the boards"), frame));
     return frame;
 }
 

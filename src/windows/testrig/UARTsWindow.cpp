@@ -29,6 +29,7 @@ QSlider* MakeSlider(int channel, QWidget* parent) {
                                     UARTChannel::tr("Demand of channel %1").arg(channel),
                                     AIB::DACFullScale, parent);
     constexpr int leastLines = 8; // a handle needs a way to go
+    slider->setToolTip(UARTChannel::tr("What \"Set\" sends to channel %1").arg(channel));
     slider->setMinimumHeight(leastLines * parent->fontMetrics().height());
     return slider;
 }
@@ -64,6 +65,7 @@ QLayout* UARTChannel::MakeDemandColumn() {
     wanted->ShowValue(QString::number(0));
     connect(m_Demand, &QSlider::valueChanged, wanted,
             [wanted](int value) { wanted->ShowValue(QString::number(value)); });
+    set->setToolTip(tr("Sends the demand to the channel."));
     connect(set, &QPushButton::clicked, this,
             [this] { emit SetWanted(m_Channel, m_Demand->value()); });
     auto* column = new QVBoxLayout;
@@ -78,6 +80,7 @@ QLayout* UARTChannel::MakeDemandColumn() {
 
 QLayout* UARTChannel::MakeReadingColumn() {
     auto* get = MakeButton(ElementName("cmdGet", m_Channel), tr("Get"), this);
+    get->setToolTip(tr("Reads the channel once."));
     connect(get, &QPushButton::clicked, this, [this] { emit GetWanted(m_Channel); });
     auto* column = new QVBoxLayout;
     column->addWidget(MakeCaption(tr("Reading"), this), 0, Qt::AlignHCenter);
@@ -150,6 +153,7 @@ UARTsWindow::UARTsWindow(Station& station)
 
 QLayout* UARTsWindow::MakeErrorColumn() {
     auto* clear = MakeButton(QStringLiteral("cmdClear"), tr("Clear"), this);
+    clear->setToolTip(tr("Empties the list of failed exchanges."));
     connect(clear, &QPushButton::clicked, m_Errors, &QListWidget::clear);
     auto* column = new QVBoxLayout;
     column->addWidget(m_BoardName);

@@ -73,6 +73,7 @@ TrendWindow::~TrendWindow() = default;
 
 QLayout* TrendWindow::MakeSourceRow() {
     m_OpenFile = MakeButton(QStringLiteral("cmdOpen"), tr("&Open…"), this);
+    m_OpenFile->setToolTip(tr("Shows a recording, a journal or a report."));
     m_Live = MakeButton(QStringLiteral("cmdLive"), tr("&Live"), this);
     m_Live->setToolTip(tr("Shows what the boards are being asked and told."));
     auto* row = new QHBoxLayout;
@@ -106,6 +107,8 @@ QLayout* TrendWindow::MakeFileRow() {
         control->hide();
     m_ExportPicture = MakeButton(QStringLiteral("cmdExportPNG"), tr("Export P&NG…"), this);
     m_ExportTable = MakeButton(QStringLiteral("cmdExportCSV"), tr("&Export CSV…"), this);
+    m_ExportPicture->setToolTip(tr("Writes the plot as a picture."));
+    m_ExportTable->setToolTip(tr("Writes what the plot shows as a table."));
     auto* close = MakeButton(QStringLiteral("cmdClose"), tr("Close"), this);
     connect(close, &QPushButton::clicked, this, &QWidget::close);
     auto* row = new QHBoxLayout;

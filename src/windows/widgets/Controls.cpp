@@ -11,6 +11,7 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
 #include <QSlider>
 #include <QTreeView>
 
@@ -163,6 +164,18 @@ QSize ScaledToScreen(const QWidget& window, QSize usual) {
     constexpr QSize smallest(853, 440);
     const QSize room = window.screen()->availableGeometry().size() - QSize(0, titleBar);
     return ScaledToFonts(window, usual).boundedTo(room.expandedTo(ScaledToFonts(window, smallest)));
+}
+
+QScrollArea* MakeScrolling(QWidget* content, const QString& name, QWidget* parent) {
+    auto* scroll = new QScrollArea(parent);
+    scroll->setAccessibleName(name);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setFocusPolicy(Qt::NoFocus); // its content is reached by the keys, and comes into sight
+    scroll->setWidget(content);
+    content->setAutoFillBackground(false);
+    scroll->viewport()->setAutoFillBackground(false);
+    return scroll;
 }
 
 QLabel* MakeCaption(const QString& caption, QWidget* parent) {

@@ -12,6 +12,7 @@ class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
+class QScrollArea;
 class QSlider;
 class QAbstractItemView;
 
@@ -71,6 +72,9 @@ QSize ScaledToFonts(const QWidget& widget, QSize usual);
 /// The same for a window's first size, which is no larger than the screen: one of 1280 × 720 pixels
 /// that are shown at 150 % has room for little more than half of that.
 QSize ScaledToScreen(const QWidget& window, QSize usual);
+/// What a widget shows in a frame that is scrolled where the window is too small for it. The
+/// widget's own ground shows through. @param name for those who cannot see it
+QScrollArea* MakeScrolling(QWidget* content, const QString& name, QWidget* parent);
 /// A text that never changes.
 QLabel* MakeCaption(const QString& caption, QWidget* parent);
 

@@ -17,6 +17,22 @@ TEST(Folders, PathsAreTakenApart) {
     EXPECT_EQ(GetFolderOfPath(R"(C:\Logs)"), R"(C:\Logs\)");
 }
 
+TEST(Folders, MessagesThatNameAPathTellItsPlaceOnThisComputer) {
+    TestBench bench;
+    const std::string real = (bench.Folder.Path() / "ACUs" / "a b.xlsx").string();
+    for (const auto& [text, place, added] :
+         {std::tuple(std::string("Not saved:\r\n\r\n   C:\\ACUs\\a b.xlsx\r\n\r\nAgain?"), real,
+                     true),
+          {"Saved:\r\n\r\n   " + real, real, false},
+          {"Missing:\r\n   C:\\ACUs\\a b.xlsx\r\nIt belongs to " + real, real, false},
+          {"Drive C: holds it, under ACUs\\a.xlsx", "", false},
+          {"   Z:\\nowhere\\a.xlsx", "", false}}) {
+        const Message told = WithPlace({text}, bench.Files);
+        EXPECT_EQ(told.Place, place);
+        EXPECT_EQ(told.Text, text + (added ? "\r\n\r\nOn this computer:\r\n\r\n   " + real : ""));
+    }
+}
+
 TEST(Folders, FoldersAreMadeWithTheirParents) {
     TestBench bench;
     Drive& drive = bench.Files;

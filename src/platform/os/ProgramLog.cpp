@@ -1,5 +1,6 @@
 #include "platform/os/ProgramLog.h"
 
+#include "platform/ports/Folders.h"
 #include "platform/text/OleDate.h"
 #include "platform/text/Paths.h"
 
@@ -120,7 +121,8 @@ const char* Name(Answer answer) {
 
 } // namespace
 
-Answer LoggedOperator::Ask(const Message& message) {
+Answer LoggedOperator::Ask(const Message& asked) {
+    const Message message = WithPlace(asked, m_World.Files);
     // Noted before it is answered: the program may die with the box still open.
     WriteLog(m_World, Heading(message.Icon) + message.Text);
     const Answer answer = m_Messages.Ask(message);

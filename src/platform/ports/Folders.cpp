@@ -5,6 +5,8 @@
 
 #include <fmt/format.h>
 
+#include <sstream>
+
 namespace ombrix {
 
 std::string AddBackslash(std::string_view path) {
@@ -107,6 +109,42 @@ std::string StoreUnderFreeName(Drive& files, std::string_view path, std::string_
         files.CreateFile(free, content);
         return free;
     });
+}
+
+namespace {
+
+bool IsDrivePath(std::string_view line) {
+    constexpr std::size_t drive = 3; // "C:\"
+    return line.size() > drive && LowerCase(line[0]) >= 'a' && LowerCase(line[0]) <= 'z' &&
+           line.substr(1, 2) == ":\\";
+}
+
+/// The first line of a text that is a path; empty when there is none.
+std::string PathIn(const std::string& text) {
+    std::istringstream lines(ReplaceAll(text, "\r\n", "\n"));
+    for (std::string line; std::getline(lines, line);) {
+        line = Trimmed(line);
+        if (IsDrivePath(line) || line.starts_with('/'))
+            return line;
+    }
+    return {};
+}
+
+} // namespace
+
+Message WithPlace(Message message, const Drive& files) {
+    const std::string path = PathIn(message.Text);
+    if (path.empty() || !message.Place.empty())
+        return message;
+    try {
+        message.Place = IsDrivePath(path) ? files.RealPath(path) : std::filesystem::path(path);
+    } catch (const DriveError&) {
+        return message; // a path that leads nowhere has no place
+    }
+    // Some texts say themselves where that is.
+    if (message.Text.find(message.Place.parent_path().string()) == std::string::npos)
+        message.Text += "\r\n\r\nOn this computer:\r\n\r\n   " + message.Place.string();
+    return message;
 }
 
 void OpenOrTell(Platform& world, const std::filesystem::path& path) {

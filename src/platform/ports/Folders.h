@@ -37,6 +37,10 @@ std::unique_ptr<OutputFile> OpenUnderFreeName(Drive& files, std::string_view pat
 /// Stores a whole file under its free path. @return that path @throws DriveError
 std::string StoreUnderFreeName(Drive& files, std::string_view path, std::string_view content);
 
+/// A message that names a path on a line of its own, with its place on this computer: a path of the
+/// program's drives ("C:\ACUs\…") gets the real one beneath the text.
+Message WithPlace(Message message, const Drive& files);
+
 /// Opens a file or folder with the program that the desktop has for it, or tells that it has none.
 void OpenOrTell(Platform& world, const std::filesystem::path& path);
 

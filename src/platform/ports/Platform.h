@@ -39,6 +39,8 @@ struct Message {
     /// Has a button "Open" too, for the file that it tells of; on a terminal, which opens nothing,
     /// it has none.
     bool OffersToOpen = false;
+    /// The file or folder that it tells of, on this computer: a desktop offers to show it.
+    std::filesystem::path Place = {};
 };
 
 /// The person at the bench: told of failures and asked for decisions.

@@ -10,10 +10,12 @@
 #include <QInputDialog>
 #include <QMainWindow>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QSpacerItem>
 
 #include <algorithm>
 #include <cstdio>
+#include <system_error>
 #include <utility>
 
 namespace ombrix {
@@ -101,6 +103,25 @@ void FitToLines(QMessageBox& box) {
                   1, grid->columnCount());
 }
 
+/// The folder that shows a place: what of it is there.
+std::filesystem::path FolderOf(std::filesystem::path place) {
+    std::error_code error;
+    while (place.has_relative_path() && !std::filesystem::is_directory(place, error))
+        place = place.parent_path();
+    return place;
+}
+
+/// A button that leaves the question standing.
+void AddShowInFolder(QMessageBox& box, const std::filesystem::path& place,
+                     const std::function<void(const std::filesystem::path&)>& showFolder) {
+    auto* show = box.addButton(QMessageBox::tr("Show in &Folder"), QMessageBox::ActionRole);
+    show->setObjectName(QStringLiteral("cmdShowInFolder"));
+    show->setToolTip(QString::fromStdString(place.string()));
+    show->disconnect(); // the box would take it for an answer
+    QObject::connect(show, &QAbstractButton::clicked, &box,
+                     [place, showFolder] { showFolder(FolderOf(place)); });
+}
+
 } // namespace
 
 Answer QtOperator::Ask(const Message& message) {
@@ -113,9 +134,12 @@ Answer QtOperator::Ask(const Message& message) {
     box.setObjectName(QStringLiteral("messageBox"));
     box.setTextFormat(Qt::PlainText);
     FitToLines(box);
-    if (message.OffersToOpen) {
-        box.addButton(QMessageBox::Open);
+    if ((message.OffersToOpen || !message.Place.empty()) && message.Buttons == MessageButtons::Ok)
         box.setEscapeButton(QMessageBox::Ok);
+    if (message.OffersToOpen)
+        box.addButton(QMessageBox::Open);
+    if (!message.Place.empty()) {
+        AddShowInFolder(box, message.Place, ShowFolder);
     }
     if (message.DefaultsToRefusal)
         box.setDefaultButton(message.Buttons == MessageButtons::YesNo ? QMessageBox::No

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/ports/Platform.h"
+#include "windows/desktop/QtPorts.h"
 
 #include <QMessageBox>
 
@@ -20,6 +20,10 @@ class QtOperator final : public Operator {
     void StopAsking();
     /// The same where even the windows cannot be touched any more, because their display is gone.
     void DisplayIsGone() { m_NobodyIsThere = true; }
+
+    /// What shows a folder that a message tells of; the desktop's file manager at first.
+    std::function<void(const std::filesystem::path& folder)> ShowFolder =
+        [](const std::filesystem::path& folder) { QtDocumentOpener().OpenDocument(folder); };
 
   private:
     bool m_NobodyIsThere = false;

@@ -1,5 +1,7 @@
 #include "windows/desktop/QtOperator.h"
 
+#include "support/TemporaryFolder.h"
+
 #include <QApplication>
 #include <QInputDialog>
 #include <QLineEdit>
@@ -51,6 +53,21 @@ TEST_F(QtOperatorTest, BoxCarriesTextIconAndTheProgramsTitle) {
         QTest::keyClick(&box, Qt::Key_Return);
     });
     EXPECT_EQ(m_Operator.Ask({"Saved:\r\n\r\n   <b>.xlsx", MessageIcon::Warning}), Answer::Ok);
+}
+
+TEST_F(QtOperatorTest, APlaceIsShownInItsFolderWhileTheQuestionStands) {
+    const TemporaryFolder folder;
+    std::vector<std::filesystem::path> shown;
+    m_Operator.ShowFolder = [&shown](const auto& opened) { shown.push_back(opened); };
+    OnceShown<QMessageBox>([](QMessageBox& box) {
+        QTest::mouseClick(box.findChild<QPushButton*>("cmdShowInFolder"), Qt::LeftButton);
+        ASSERT_TRUE(box.isVisible());
+        QTest::keyClick(&box, Qt::Key_Escape);
+    });
+    Message message{"Not saved"};
+    message.Place = folder.Path() / "gone" / "report.xlsx";
+    EXPECT_EQ(m_Operator.Ask(message), Answer::Ok);
+    EXPECT_EQ(shown, std::vector{folder.Path()});
 }
 
 TEST_F(QtOperatorTest, EachButtonGivesItsAnswer) {

@@ -138,9 +138,8 @@ Answer QtOperator::Ask(const Message& message) {
         box.setEscapeButton(QMessageBox::Ok);
     if (message.OffersToOpen)
         box.addButton(QMessageBox::Open);
-    if (!message.Place.empty()) {
+    if (!message.Place.empty())
         AddShowInFolder(box, message.Place, ShowFolder);
-    }
     if (message.DefaultsToRefusal)
         box.setDefaultButton(message.Buttons == MessageButtons::YesNo ? QMessageBox::No
                                                                       : QMessageBox::Cancel);

@@ -45,6 +45,7 @@ void GIOPanel::AddPin(QGridLayout& grid, int pin) {
     auto* input = new ValueLabel(ElementName("lblGIOInputVal", pin),
                                  tr("Input level of pin %1").arg(pin), this);
     input->setAlignment(Qt::AlignCenter);
+    input->CutToFit();
     m_IsOutput.at(index) = isOutput;
     m_Output.at(index) = output;
     m_Input.at(index) = input;

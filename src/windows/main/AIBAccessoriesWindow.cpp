@@ -14,6 +14,7 @@
 #include "windows/main/MainMenu.h"
 #include "windows/main/NoBoardPanel.h"
 #include "windows/main/ToolWindows.h"
+#include "windows/main/WindowCaption.h"
 #include "windows/procedure/BoardNotices.h"
 #include "windows/procedure/ProcedureBar.h"
 #include "windows/procedure/StopKeys.h"
@@ -28,24 +29,8 @@
 #include <QSignalBlocker>
 #include <QTabBar>
 #include <QVBoxLayout>
-#include <fmt/format.h>
-
-#include <array>
-#include <charconv>
 
 namespace ombrix {
-
-std::string WindowCaption(std::string_view version) {
-    std::array<int, 3> parts{};
-    const char* position = version.data();
-    const char* const end = version.data() + version.size();
-    for (int& part : parts) {
-        position = std::from_chars(position, end, part).ptr;
-        if (position != end)
-            ++position; // the point
-    }
-    return fmt::format("Ombrix [v{}.{:02}.{:04}]", parts[0], parts[1], parts[2]);
-}
 
 namespace {
 

@@ -12,14 +12,10 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <string_view>
 
 class QTabBar;
 
 namespace ombrix {
-
-/// Caption of the main window: version "1.2.34" gives "Ombrix [v1.02.0034]".
-std::string WindowCaption(std::string_view version);
 
 class ACUCommands;
 class BenchTestCommands;

@@ -3,6 +3,7 @@
 #include "board/eprom/EpromFields.h"
 #include "calibration/run/ACUSetUp.h"
 #include "windows/widgets/Controls.h"
+#include "windows/widgets/NumberField.h"
 #include "windows/widgets/QtText.h"
 #include "windows/widgets/ValueLabel.h"
 
@@ -108,10 +109,26 @@ QLayout* CalibrationPanel::MakeNumberRow() {
     m_MFCNumber->setToolTip(tr("The MFC number in the ACU's record. The commands that initialise "
                                "write it."));
     m_Commands.push_back(m_MFCNumber);
-    auto* row = new QHBoxLayout;
-    row->addWidget(MakeCaption(tr("MFC Number:"), this));
-    row->addWidget(m_MFCNumber, 1);
-    return row;
+    m_NumberNote = MakeState("lblMFCNumberNote", tr("MFC number"), this);
+    m_NumberNote->setFixedHeight(fontMetrics().height());
+    connect(m_MFCNumber, &QLineEdit::textEdited, this, &CalibrationPanel::JudgeNumber);
+    auto* grid = new QGridLayout;
+    grid->setVerticalSpacing(0);
+    grid->addWidget(MakeCaption(tr("MFC Number:"), this), 0, 0);
+    grid->addWidget(m_MFCNumber, 0, 1);
+    grid->addWidget(m_NumberNote, 1, 0, 1, 2);
+    return grid;
+}
+
+void CalibrationPanel::JudgeNumber(const QString& typed) {
+    const std::string number = typed.toStdString();
+    if (!ACURecord::IsMFCNumber(number))
+        MarkEntry(*m_MFCNumber, *m_NumberNote, Entry::Wrong,
+                  tr("Too long: a unit holds %1 characters").arg(ACUMemoryMap::MFCNumberLength));
+    else if (typed != m_NumberInRecord)
+        MarkEntry(*m_MFCNumber, *m_NumberNote, Entry::Pending, tr("Not in the record yet"));
+    else
+        MarkEntry(*m_MFCNumber, *m_NumberNote, Entry::Taken, {});
 }
 
 QPushButton* CalibrationPanel::MakeCommand(const char* objectName, const QString& caption,
@@ -172,8 +189,10 @@ void CalibrationPanel::ShowSummary(const CalibrationSummary& summary) {
     Show(*m_PressureAudit, summary.PressureAudit);
     // A record that cannot be read may be a good one: nobody is invited to write over it.
     m_Hint->setVisible(!summary.ACUInitialised.value_or(true));
-    m_MFCNumber->setText(
-        ToQt(summary.ACUInitialised ? summary.MFCNumber : ACUSetUp::MFCNumberPlaceholder));
+    m_NumberInRecord =
+        ToQt(summary.ACUInitialised ? summary.MFCNumber : ACUSetUp::MFCNumberPlaceholder);
+    m_MFCNumber->setText(m_NumberInRecord);
+    JudgeNumber(m_NumberInRecord);
 }
 
 void CalibrationPanel::ShowClearProgress(std::int32_t address) {

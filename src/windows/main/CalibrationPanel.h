@@ -37,6 +37,8 @@ class CalibrationPanel final : public QGroupBox {
   private:
     void HoldHintLines();
     QLayout* MakeNumberRow();
+    /// Marks what is typed and not in the record, or does not fit into it.
+    void JudgeNumber(const QString& typed);
     QLayout* MakeCommands();
     QPushButton* MakeCommand(const char* objectName, const QString& caption,
                              const QString& whatItDoes);
@@ -44,6 +46,8 @@ class CalibrationPanel final : public QGroupBox {
     QLayout* MakeRecordCommands();
 
     QLineEdit* m_MFCNumber;
+    QString m_NumberInRecord;
+    ValueLabel* m_NumberNote = nullptr;
     ValueLabel* m_VelocitySystem;
     ValueLabel* m_VelocityAudit;
     ValueLabel* m_PressureSystem;

@@ -77,6 +77,30 @@ TEST(LivePanel, BitsStandInUnitsTooAsFarAsTheUnitIsKnown) {
     }
 }
 
+TEST(LivePanel, ReadingsOfManyDigitsDoNotWidenTheWindow) {
+    WindowBench bench;
+    auto& panel = bench.Find<QWidget>("picACU");
+    const int usual = panel.minimumSizeHint().width();
+    for (const char* name : {"lblDACValue_0", "lblADC_0", "lblADCUnits_0", "lblGIOInputVal_5",
+                             "Label2", "Label3", "lblRecorded"}) {
+        bench.Find<QLabel>(name).setText("-2147483648");
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+        EXPECT_EQ(panel.minimumSizeHint().width(), usual) << name;
+    }
+}
+
+TEST(LivePanel, AnMFCNumberThatIsNotInTheRecordIsMarked) {
+    WindowBench bench;
+    auto& field = bench.Find<QLineEdit>("txtMFCNumber");
+    field.selectAll();
+    for (const auto& [typed, note] : {std::pair("M9200301A", ""),
+                                      {"B", "Not in the record yet"},
+                                      {"BCD", "Too long: a unit holds 12 characters"}}) {
+        QTest::keyClicks(&field, typed);
+        EXPECT_EQ(bench.LabelText("lblMFCNumberNote"), note);
+    }
+}
+
 TEST(LivePanel, SliderSendsTwiceItsPositionAndShowsWhatOthersSend) {
     WindowBench bench;
     auto& slider = bench.Find<QSlider>("sldDACValue_3");

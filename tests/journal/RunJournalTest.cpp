@@ -137,9 +137,11 @@ TEST_P(JournalledMeansTest, EveryResultIsTheMeanOfItsLastSamplesAndNoOtherIsAcce
             continue; // a reading may begin anew
         EXPECT_THROW(ReadJournal(kept + text + "\n" + whole.substr(kept.size())), JournalError)
             << "twice: " << text.substr(0, 40);
-        for (const char* needed : {"result", "judged", "channel", "measured"})
-            if (line.contains(needed))
+        for (const char* needed : {"result", "judged", "channel", "measured"}) {
+            if (line.contains(needed)) {
                 EXPECT_THROW(ReadJournal(kept + After(whole, kept, text)), JournalError) << needed;
+            }
+        }
         if (line.contains("measured")) {
             SingleJson other = line;
             other["passed"] = !line.at("passed").get<bool>();

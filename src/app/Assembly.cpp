@@ -1,5 +1,6 @@
 #include "app/Assembly.h"
 
+#include "board/HostedAIBControl.h"
 #include "board/LoadedAIBControl.h"
 #include "calibration/history/RecordedRun.h"
 #include "healthcheck/HealthCheckJournal.h"
@@ -13,6 +14,8 @@
 #include <fmt/ranges.h>
 
 #include <array>
+#include <chrono>
+#include <cmath>
 #include <system_error>
 #include <unistd.h>
 
@@ -22,12 +25,25 @@ namespace {
 
 namespace fs = std::filesystem;
 
+fs::path FolderOfPrograms() {
+    return fs::canonical("/proc/self/exe").parent_path();
+}
+
 /// A checkout has the templates beside the programs, an installation in its shared data.
 fs::path FolderWithTemplates() {
-    const fs::path programs = fs::canonical("/proc/self/exe").parent_path();
+    const fs::path programs = FolderOfPrograms();
     const fs::path installed = programs.parent_path() / "share" / "ombrix";
     return !fs::exists(programs / "Templates") && fs::exists(installed / "Templates") ? installed
                                                                                       : programs;
+}
+
+/// A checkout has it beside the programs, an installation where programs lie that nobody starts by
+/// hand.
+fs::path BoardHostProgram() {
+    constexpr const char* name = "ombrix-boardhost";
+    const fs::path programs = FolderOfPrograms();
+    const fs::path beside = programs / name;
+    return fs::exists(beside) ? beside : programs.parent_path() / "libexec" / "ombrix" / name;
 }
 
 const fs::path& Made(const fs::path& folder) {
@@ -110,7 +126,8 @@ std::string Assembly::OptionsText() const {
     text += IsSimulated() ? fmt::format("Simulated bench {}, seed {}, time scale {}, faults: {}\n",
                                         m_Options.Bench, m_Options.Seed, m_Options.TimeScale,
                                         fmt::join(m_Options.FaultTexts, ", "))
-                          : fmt::format("Board library {}\n", m_Options.Library);
+                          : fmt::format("Board library {}{}\n", m_Options.Library,
+                                        m_Options.InProcess ? ", in this process" : "");
     text += fmt::format("Data folder {}\n", fs::absolute(m_Options.DataRoot).string());
     if (!m_Options.FpgaFolder.empty())
         text += fmt::format("FPGA files in {}\n", fs::absolute(m_Options.FpgaFolder).string());
@@ -130,9 +147,15 @@ std::string Assembly::SimulationText() const {
     return text;
 }
 
-std::unique_ptr<AIBControl> Assembly::MakeLibrary() const {
-    if (!IsSimulated())
+std::unique_ptr<AIBControl> Assembly::MakeLibrary() {
+    if (!IsSimulated() && m_Options.InProcess)
         return std::make_unique<LoadedAIBControl>(m_Options.Library);
+    if (!IsSimulated())
+        return std::make_unique<HostedAIBControl>(HostedAIBControl::Options{
+            .Program = BoardHostProgram().string(),
+            .Library = m_Options.Library,
+            .CallTimeout = std::chrono::milliseconds(std::llround(m_Options.CallTimeout_s * 1000)),
+            .Log = [this](const std::string& line) { WriteLog(m_World, line); }});
     auto bench = std::make_unique<SimulatedBench>(
         *m_Clock, BenchOptions{m_Options.Bench, Faults::Parse(m_Options.FaultTexts), m_Options.Seed,
                                PrepareSimulatorFolder(fs::absolute(m_Options.DataRoot))});

@@ -43,7 +43,7 @@ class Assembly {
 
   private:
     bool IsSimulated() const { return !m_Options.Bench.empty(); }
-    std::unique_ptr<AIBControl> MakeLibrary() const;
+    std::unique_ptr<AIBControl> MakeLibrary();
     void MountFolders();
     void LogStart();
 

@@ -81,6 +81,21 @@ void AddStationOptions(CLI::App& app, StationOptions& options) {
     app.add_option("--library", options.Library, "The board library to load")
         ->type_name("FILE")
         ->capture_default_str();
+    constexpr double shortest_s = 0.01;
+    constexpr double longest_s = 3600.0;
+    CLI::Option* callTimeout =
+        app.add_option("--call-timeout", options.CallTimeout_s,
+                       "How long a call of the board library may take before it counts as failed; "
+                       "loading an FPGA may take a minute")
+            ->type_name("SECONDS")
+            ->check(CLI::Range(shortest_s, longest_s))
+            ->capture_default_str()
+            ->excludes(simulate);
+    app.add_flag("--in-process", options.InProcess,
+                 "Load the board library into the program itself, for debugging: one that hangs or "
+                 "crashes takes the program with it")
+        ->excludes(simulate)
+        ->excludes(callTimeout);
     app.add_option("--fault", options.FaultTexts,
                    "A fault of the simulated bench, such as no-air or status:32; may be repeated")
         ->type_name("NAME")

@@ -19,6 +19,10 @@ struct StationOptions {
     /// Name of the simulated bench; empty for the board library.
     std::string Bench;
     std::string Library = "libAIBControl.so";
+    /// The library is loaded into the program itself, without a board host.
+    bool InProcess = false;
+    /// How long a call of the library may take, in seconds.
+    double CallTimeout_s = 5.0;
     std::vector<std::string> FaultTexts;
     std::uint64_t Seed = 1;
     /// Image that is first loaded into the chosen board of the simulated bench.

@@ -25,11 +25,19 @@ bool AIBList::OpenAIBAPI(std::int32_t& count) {
         m_Open = m_Count > 0;
         return true;
     } catch (const AIBLibraryError& error) {
-        m_Services.World.Messages.Ask({error.what(), MessageIcon::Critical, MessageButtons::Ok});
-        return false;
+        return OpenFailed(count, error.what());
+    } catch (const BoardError& error) {
+        return OpenFailed(count, error.what());
     } catch (const std::exception&) {
         return false;
     }
+}
+
+bool AIBList::OpenFailed(std::int32_t& count, const std::string& why) {
+    m_Count = 0;
+    count = 0;
+    m_Services.World.Messages.Ask({why, MessageIcon::Critical, MessageButtons::Ok});
+    return false;
 }
 
 bool AIBList::CloseAIBAPI() {

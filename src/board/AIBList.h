@@ -3,6 +3,7 @@
 #include "board/AIB.h"
 
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace ombrix {
@@ -31,6 +32,9 @@ class AIBList {
     const std::vector<std::shared_ptr<ombrix::AIB>>& Boards() const { return m_Boards; }
 
   private:
+    /// Tells the operator, and counts as no boards.
+    bool OpenFailed(std::int32_t& count, const std::string& why);
+
     BoardServices m_Services;
     bool m_Open = false;
     std::int32_t m_Count = 0;

@@ -1,18 +1,19 @@
 #pragma once
 
 #include "board/AIBControl.h"
+#include "boardhost/BoardLibrary.h"
 
-#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
 
 namespace ombrix {
 
-/// The board library, loaded from its file at first use and bound function by function: C
-/// linkage, 32-bit integers, out arguments as pointers, texts as NUL-terminated Windows-1252.
+/// The board library, loaded into this program at first use.
 class LoadedAIBControl final : public AIBControl {
   public:
     /// @param file name or path of the shared library; found as the system finds libraries
-    explicit LoadedAIBControl(std::string file);
-    ~LoadedAIBControl() override;
+    explicit LoadedAIBControl(std::string file) : m_File(std::move(file)) {}
 
     /// @throws AIBLibraryError when the file or a function of it is missing, or it is no library
     /// for this computer
@@ -46,11 +47,10 @@ class LoadedAIBControl final : public AIBControl {
     AIBStatus SetVariable(std::int32_t index, std::int32_t number, std::int32_t value) override;
 
   private:
-    struct Functions;
-    const Functions& Bound();
+    const BoardLibrary& Bound();
 
     std::string m_File;
-    std::unique_ptr<Functions> m_Functions;
+    std::optional<BoardLibrary> m_Library;
 };
 
 } // namespace ombrix

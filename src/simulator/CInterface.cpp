@@ -1,12 +1,17 @@
 // The simulated bench as a board library of its own: a shared library with exactly the C
 // interface of the real one, against which the program and others can be developed.
 // Environment variables choose the bench, since the interface has no place for a choice:
-// AIB_SIMULATOR_BENCH (a bench name) and AIB_SIMULATOR_FOLDER (where EPROM images are kept).
+// AIB_SIMULATOR_BENCH (a bench name), AIB_SIMULATOR_FOLDER (where EPROM images are kept) and
+// AIB_SIMULATOR_FAULTS (faults, with blanks between them).
 #include "platform/os/Clocks.h"
 #include "simulator/SimulatedBench.h"
 
 #include <cstdlib>
 #include <exception>
+#include <iterator>
+#include <sstream>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -19,13 +24,17 @@ std::string Environment(const char* name, const char* otherwise) {
     return value == nullptr ? otherwise : value;
 }
 
+ombrix::Faults ChosenFaults() {
+    std::istringstream words(Environment("AIB_SIMULATOR_FAULTS", ""));
+    return ombrix::Faults::Parse(std::vector<std::string>(std::istream_iterator<std::string>(words),
+                                                          std::istream_iterator<std::string>()));
+}
+
 /// A C interface has no object to hand around, so the library holds its one bench.
 SimulatedBench& Bench() {
     static ombrix::SystemClock clock;
-    static SimulatedBench bench(clock, {Environment("AIB_SIMULATOR_BENCH", "acu"),
-                                        {},
-                                        1,
-                                        Environment("AIB_SIMULATOR_FOLDER", "")});
+    static SimulatedBench bench(clock, {Environment("AIB_SIMULATOR_BENCH", "acu"), ChosenFaults(),
+                                        1, Environment("AIB_SIMULATOR_FOLDER", "")});
     return bench;
 }
 

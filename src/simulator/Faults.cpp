@@ -14,7 +14,7 @@ namespace {
 constexpr std::string_view Forms =
     "status:N, status:N@CALL, eprom-readonly, eprom-flip, eprom-unsteady, stuck-bit:N, "
     "not-ready:CH, hysteresis:CH,BITS, gain:CH,PERCENT, no-air, pressure-frozen, unplug@SECONDS, "
-    "latency:MS, latency:MS@CALL";
+    "latency:MS, latency:MS@CALL, hang@CALL, hang@CALL:N, crash@CALL, crash@CALL:N";
 
 /// Returns the number of boards.
 constexpr std::string_view CallWithoutStatus = "OpenAIBAPI";
@@ -59,15 +59,18 @@ Faults::ChannelFault ParseChannelFault(std::string_view fault, std::string_view 
             ParseInRange(fault, text.substr(comma + 1), -65535.0, 65535.0)};
 }
 
+std::string ParseOperation(std::string_view fault, std::string_view text) {
+    if (std::find(Operations.begin(), Operations.end(), text) == Operations.end())
+        Reject(fault, fmt::format("\"{}\" is no operation of the board library", text));
+    return std::string(text);
+}
+
 /// "N" or "N@CALL": the text of the number, and the operation, which is empty for every one.
 std::pair<std::string_view, std::string> ParseCall(std::string_view fault, std::string_view text) {
     const std::size_t at = text.find('@');
     if (at == std::string_view::npos)
         return {text, {}};
-    const std::string_view operation = text.substr(at + 1);
-    if (std::find(Operations.begin(), Operations.end(), operation) == Operations.end())
-        Reject(fault, fmt::format("\"{}\" is no operation of the board library", operation));
-    return {text.substr(0, at), std::string(operation)};
+    return {text.substr(0, at), ParseOperation(fault, text.substr(at + 1))};
 }
 
 Faults::FailingCall ParseStatus(std::string_view fault, std::string_view text) {
@@ -81,6 +84,15 @@ Faults::SlowCall ParseLatency(std::string_view fault, std::string_view text) {
     constexpr double longest_ms = 60'000.0;
     auto [latency_ms, operation] = ParseCall(fault, text);
     return {ParseInRange(fault, latency_ms, 0.0, longest_ms) / 1000.0, std::move(operation)};
+}
+
+/// "CALL" or "CALL:N"
+Faults::FatalCall ParseFatalCall(std::string_view fault, std::string_view text, bool hangs) {
+    const std::size_t colon = text.find(':');
+    const int nth = colon == std::string_view::npos
+                        ? 1
+                        : ParseInRange(fault, text.substr(colon + 1), 1, 1'000'000'000);
+    return {ParseOperation(fault, text.substr(0, colon)), nth, hangs};
 }
 
 void ParseOne(std::string_view text, Faults& faults) {
@@ -112,6 +124,8 @@ void ParseOne(std::string_view text, Faults& faults) {
         faults.UnplugAt_s = ParseInRange(text, value, 0.0, 1e9);
     else if (name == "latency")
         faults.SlowCalls.push_back(ParseLatency(text, value));
+    else if (name == "hang" || name == "crash")
+        faults.FatalCalls.push_back(ParseFatalCall(text, value, name == "hang"));
     else
         Reject(text, "the name is not known");
 }

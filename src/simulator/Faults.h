@@ -28,6 +28,13 @@ struct Faults {
         /// As of a failing call.
         std::string Operation;
     };
+    /// A call that never returns: the process hangs in it, or dies of it.
+    struct FatalCall {
+        std::string Operation;
+        /// Which call of that operation, from 1.
+        int Nth = 1;
+        bool Hangs = false;
+    };
     struct ChannelFault {
         std::int32_t Channel = 0;
         double Amount = 0;
@@ -35,6 +42,7 @@ struct Faults {
 
     std::vector<FailingCall> FailingCalls;
     std::vector<SlowCall> SlowCalls;
+    std::vector<FatalCall> FatalCalls;
     bool EpromReadOnly = false;
     /// A word written reads back with one bit wrong.
     bool EpromFlip = false;

@@ -2,7 +2,10 @@
 
 #include "platform/os/FolderDrive.h"
 
+#include <chrono>
+#include <csignal>
 #include <system_error>
+#include <thread>
 
 namespace ombrix {
 
@@ -63,6 +66,18 @@ void SimulatedBench::Delay(std::string_view operation) const {
         m_Clock.Rest(end_s - now_s);
 }
 
+void SimulatedBench::Begin(std::string_view operation) {
+    for (const Faults::FatalCall& fatal : m_Options.BenchFaults.FatalCalls) {
+        if (fatal.Operation != operation || ++m_Calls[fatal.Operation] != fatal.Nth)
+            continue;
+        if (!fatal.Hangs)
+            std::raise(SIGSEGV);
+        while (fatal.Hangs)
+            std::this_thread::sleep_for(std::chrono::hours(1));
+    }
+    Delay(operation);
+}
+
 AIBStatus SimulatedBench::FaultOf(std::string_view operation) const {
     if (Unplugged())
         return Status::HardwareError;
@@ -76,7 +91,7 @@ AIBStatus SimulatedBench::FaultOf(std::string_view operation) const {
 template <class Operation>
 AIBStatus SimulatedBench::Call(std::string_view name, std::int32_t index, bool argumentsValid,
                                Operation operation) {
-    Delay(name);
+    Begin(name);
     if (const AIBStatus fault = FaultOf(name); fault != Status::NoError)
         return fault;
     if (!argumentsValid || !InRange(index, static_cast<std::int32_t>(m_Boards.size())))
@@ -86,12 +101,12 @@ AIBStatus SimulatedBench::Call(std::string_view name, std::int32_t index, bool a
 }
 
 std::int32_t SimulatedBench::OpenAIBAPI() {
-    Delay("OpenAIBAPI");
+    Begin("OpenAIBAPI");
     return Unplugged() ? 0 : static_cast<std::int32_t>(m_Boards.size());
 }
 
 AIBStatus SimulatedBench::CloseAIBAPI() {
-    Delay("CloseAIBAPI");
+    Begin("CloseAIBAPI");
     return FaultOf("CloseAIBAPI");
 }
 

@@ -6,6 +6,8 @@
 #include "simulator/SimulatedBoard.h"
 
 #include <filesystem>
+#include <functional>
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
@@ -79,6 +81,8 @@ class SimulatedBench final : public AIBControl {
     bool Unplugged() const;
     /// Lets the time pass that the bench's faults take for a call of this name.
     void Delay(std::string_view operation) const;
+    /// Begins a call: does not return from one that is to be fatal.
+    void Begin(std::string_view operation);
     /// The status that the bench's faults give to a call of this name.
     AIBStatus FaultOf(std::string_view operation) const;
     /// One bit of a word that an unsteady link gets wrong; mostly none.
@@ -96,6 +100,8 @@ class SimulatedBench final : public AIBControl {
     Noise m_LinkNoise;
     /// Words written under the fault "eprom-flip": board and address.
     std::set<std::pair<std::int32_t, std::int32_t>> m_FlippedWords;
+    /// How often each operation with a fatal call has been called.
+    std::map<std::string, int, std::less<>> m_Calls;
 };
 
 } // namespace ombrix

@@ -1,4 +1,6 @@
-// What the program relies on of every board library, the loaded one and the simulated bench.
+// What the program relies on of every board library: the loaded one, in the program or in a host,
+// and the simulated bench.
+#include "board/HostedAIBControl.h"
 #include "board/LoadedAIBControl.h"
 #include "platform/os/Clocks.h"
 #include "platform/os/FolderDrive.h"
@@ -105,16 +107,17 @@ TEST_P(AIBControlContract, DumpsTheEprom) {
 
 INSTANTIATE_TEST_SUITE_P(
     Libraries, AIBControlContract,
-    ::testing::Values(LibraryUnderTest{"Simulated",
-                                       [](Clock& clock) {
-                                           return std::make_unique<SimulatedBench>(clock,
-                                                                                   BenchOptions{});
-                                       }},
-                      LibraryUnderTest{"Loaded",
-                                       [](Clock&) {
-                                           return std::make_unique<LoadedAIBControl>(
-                                               SIMULATED_LIBRARY);
-                                       }}),
+    ::testing::Values(
+        LibraryUnderTest{
+            "Simulated",
+            [](Clock& clock) { return std::make_unique<SimulatedBench>(clock, BenchOptions{}); }},
+        LibraryUnderTest{
+            "Loaded", [](Clock&) { return std::make_unique<LoadedAIBControl>(SIMULATED_LIBRARY); }},
+        LibraryUnderTest{"Hosted",
+                         [](Clock&) {
+                             return std::make_unique<HostedAIBControl>(HostedAIBControl::Options{
+                                 .Program = BOARD_HOST, .Library = SIMULATED_LIBRARY});
+                         }}),
     [](const auto& info) { return info.param.Name; });
 
 } // namespace

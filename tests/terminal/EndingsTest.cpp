@@ -1,4 +1,5 @@
 // The program ended in every way while it drives air: what the bench's outputs are then.
+#include "simulator/SimulatorFiles.h"
 #include "terminal/OmbrixctlTest.h"
 
 #include <chrono>
@@ -59,7 +60,6 @@ class Endings : public OmbrixctlTest {
         EXPECT_EQ(Marks(), 0U);
     }
 
-  private:
     std::vector<fs::path> Files(const char* folder, const char* start, const char* ending) const {
         std::vector<fs::path> files;
         std::error_code none;
@@ -178,6 +178,58 @@ TEST_F(Endings, WindowProgramRecoversAtItsStartAndEndsWithADialogOpen) {
     const int status = End(window, SIGTERM);
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
     ExpectSafe();
+}
+
+/// The board library in its host: the simulated bench as a library of its own, in real time.
+class HostedEndings : public Endings {
+  protected:
+    HostedEndings() {
+        PrepareSimulatorFolder(m_Folder.Path()); // for the FPGA files
+        ::setenv("AIB_SIMULATOR_FOLDER", (m_Folder.Path() / "simulator").c_str(), 1);
+    }
+    ~HostedEndings() override {
+        for (const char* name : {"AIB_SIMULATOR_FOLDER", "AIB_SIMULATOR_FAULTS"})
+            ::unsetenv(name);
+    }
+    std::string Log() const {
+        std::string text;
+        for (const fs::path& file : Files("Logs", "ombrix_", ".log"))
+            text += ReadWholeFile(file);
+        return text;
+    }
+    const std::string m_Library = "--library '" SIMULATED_LIBRARY "' --call-timeout 0.3 ";
+};
+
+TEST_F(HostedEndings, HostSwitchesOffWhatAKilledProgramHasDriven) {
+    const pid_t child = Start(OMBRIXCTL, m_Library + "health-check --short");
+    ASSERT_TRUE(Await([this] { return Outputs() > 0; })) << Errors();
+    const auto killed = std::chrono::steady_clock::now();
+    End(child, SIGKILL);
+    EXPECT_TRUE(Await([this] { return Outputs() == 0; }));
+    EXPECT_LT(std::chrono::steady_clock::now() - killed, 200ms);
+    EXPECT_EQ(Marks(), 1U) << "the operator is told of it";
+    EXPECT_EQ(Run(m_Library + "detect").Status, 0) << Errors();
+    ExpectSafe();
+    EXPECT_EQ(Run(m_Library + "dac 2 12345").Status, 0);
+    EXPECT_EQ(Outputs(), 12345) << "a program that ends as it should leaves what it has set";
+}
+
+TEST_F(HostedEndings, ProgramOutlivesALibraryThatHangsOrCrashes) {
+    for (const auto& [fault, told] :
+         {std::pair{"crash@GetADC:9",
+                    "The board library has ended unexpectedly in GetADC (signal 11)"},
+          {"hang@GetADC:9", "AIB Timeout"}}) {
+        ::setenv("AIB_SIMULATOR_FAULTS", fault, 1);
+        const Outcome outcome = Run(m_Library + "test air-sweep --delay 100 --step 4000");
+        EXPECT_EQ(outcome.Status, 1);
+        EXPECT_NE(outcome.Result["error"].get<std::string>().find(told), std::string::npos)
+            << outcome.Result;
+        EXPECT_NE(Log().find("Outputs of board 0 have been set to zero"), std::string::npos);
+        ExpectSafe();
+    }
+    const Outcome unruly = Run("--library '" UNRULY_LIBRARY "' detect");
+    EXPECT_EQ(unruly.Status, 3) << "no FPGA file of that number";
+    EXPECT_NE(Log().find("Board library: opened"), std::string::npos) << "and not on the terminal";
 }
 
 } // namespace

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <fcntl.h>
+#include <poll.h>
+#include <sched.h>
 #include <unistd.h>
 
 namespace ombrix {
@@ -17,11 +20,15 @@ int Kept(int descriptor) {
     return ::fcntl(descriptor, F_DUPFD_CLOEXEC, first);
 }
 
+/// Calls come in bursts, and waking up takes longer than most calls.
+constexpr std::chrono::microseconds StaysAwake(100);
+
 } // namespace
 
 HostPipes::HostPipes() : m_Requests(Kept(STDIN_FILENO)), m_Answers(Kept(STDOUT_FILENO)) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE})
         ::signal(signal, SIG_IGN);
+    ::fcntl(m_Requests, F_SETFL, O_NONBLOCK);
     const int nothing = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
     ::dup2(nothing, STDIN_FILENO);
     ::close(nothing);
@@ -30,8 +37,18 @@ HostPipes::HostPipes() : m_Requests(Kept(STDIN_FILENO)), m_Answers(Kept(STDOUT_F
 }
 
 bool HostPipes::Read(std::span<char> bytes) const {
+    const auto sleepAt = std::chrono::steady_clock::now() + StaysAwake;
     while (!bytes.empty()) {
         const ssize_t count = ::read(m_Requests, bytes.data(), bytes.size());
+        if (count < 0 && errno == EAGAIN) {
+            if (std::chrono::steady_clock::now() < sleepAt) {
+                ::sched_yield();
+            } else {
+                pollfd entry{m_Requests, POLLIN, 0};
+                ::poll(&entry, 1, -1);
+            }
+            continue;
+        }
         if (count < 0 && errno == EINTR)
             continue;
         if (count <= 0)

@@ -2,11 +2,13 @@
 
 #include "platform/os/Spawn.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <poll.h>
+#include <sched.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -14,6 +16,9 @@
 namespace ombrix {
 
 namespace {
+
+/// Most answers are there sooner than a sleeper is awake again.
+constexpr std::chrono::microseconds StaysAwake(100);
 
 struct Pipe {
     FileDescriptor Reading;
@@ -80,6 +85,7 @@ bool PipedProcess::Send(std::span<const char> bytes) {
 
 PipedProcess::Received PipedProcess::Receive(std::span<char> bytes, TimePoint deadline) {
     using std::chrono::milliseconds;
+    const auto sleepAt = std::min(deadline, std::chrono::steady_clock::now() + StaysAwake);
     while (true) {
         const ssize_t count = ::read(m_Output.Get(), bytes.data(), bytes.size());
         if (count == 0 || (count < 0 && errno != EAGAIN && errno != EINTR))
@@ -90,8 +96,12 @@ PipedProcess::Received PipedProcess::Receive(std::span<char> bytes, TimePoint de
                 return Received::All;
             continue;
         }
-        const auto left =
-            std::chrono::ceil<milliseconds>(deadline - std::chrono::steady_clock::now());
+        const auto now = std::chrono::steady_clock::now();
+        if (now < sleepAt) {
+            ::sched_yield();
+            continue;
+        }
+        const auto left = std::chrono::ceil<milliseconds>(deadline - now);
         if (left <= milliseconds::zero())
             return Received::TimedOut;
         std::array<pollfd, 2> entries{pollfd{m_Output.Get(), POLLIN, 0},

@@ -51,6 +51,18 @@ std::string BoardText(AIB& board) {
                        board.Programmed() ? "" : ", not programmed");
 }
 
+/// That, and why, a board has not been programmed; empty when it has.
+std::string UnprogrammedText(CommandContext& context, const AIB& board) {
+    if (board.Programmed())
+        return {};
+    BoardClaims& claims = context.TheStation.Claims;
+    const std::int32_t serial = board.DevSerialNum();
+    return fmt::format("Board {} has not been programmed: {}.", serial,
+                       claims.ClaimUnlessTaken(serial)
+                           ? "it has refused its configuration file"
+                           : "it is in use by " + claims.Holder(serial));
+}
+
 } // namespace
 
 void DetectBoards(CommandContext& context) {
@@ -75,6 +87,8 @@ AIB& ChosenBoard(CommandContext& context) {
             fmt::format("There is no board {}: {} found, counted from 0.", context.Board, count));
     station.CurrentAIB = station.AIBList.AIB(context.Board);
     station.Calibration().ReadEPROMValues();
+    if (const std::string lack = UnprogrammedText(context, *station.CurrentAIB); !lack.empty())
+        station.World.Messages.Ask({lack, MessageIcon::Warning, MessageButtons::Ok});
     return *station.CurrentAIB;
 }
 
@@ -93,15 +107,11 @@ CommandResult RunDetect(CommandContext& context) {
         AIB& board = *list.AIB(index);
         result.Json["boards"].push_back(BoardJson(board));
         result.Text += BoardText(board);
-        if (board.Programmed())
+        const std::string lack = UnprogrammedText(context, board);
+        if (lack.empty())
             continue;
         result.Status = ExitStatus::NotPassed;
-        BoardClaims& claims = context.TheStation.Claims;
-        result.Error += fmt::format("{}Board {} has not been programmed: {}.",
-                                    result.Error.empty() ? "" : "\n", board.DevSerialNum(),
-                                    claims.ClaimUnlessTaken(board.DevSerialNum())
-                                        ? "it has refused its configuration file"
-                                        : "it is in use by " + claims.Holder(board.DevSerialNum()));
+        result.Error += (result.Error.empty() ? "" : "\n") + lack;
     }
     return result;
 }

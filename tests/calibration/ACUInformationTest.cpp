@@ -93,8 +93,10 @@ TEST(ACUInformation, WordsThatCannotBeReadStayEmptyAndAreCounted) {
     Information information("acu", {"status:2@ReadEEPROM"});
     WorkbookProbe book = information.Made();
     EXPECT_EQ(book.Value("EPROM", "F5"), "");
+    EXPECT_EQ(Cells(book, "ACU", {"I10", "I11", "C14", "C15", "E32"}), std::vector<std::string>(5));
     EXPECT_EQ(information.Bench.Told().front(),
-              "512 of the 512 words of the EPROM could not be read. Their cells are empty.");
+              "512 of the 512 words of the EPROM could not be read. Their cells, and those of the "
+              "ACU's record, are empty.");
 }
 
 } // namespace

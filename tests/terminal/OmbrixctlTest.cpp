@@ -192,6 +192,8 @@ TEST_F(OmbrixctlTest, WrongUsageEndsWithItsStatusAndAClearText) {
           Case{"--simulate identity --serial 1000 --setup both", 2, "--serial"},
           Case{"--simulate health-check", 2, "required"},
           Case{"--simulate --fpga-folder /none detect", 2, "Directory does not exist: /none"},
+          Case{"--simulate mfc-number M9200123Z", 2, "is no MFC number"},
+          Case{"--simulate mfc-number '日本'", 2, "cannot hold"},
           Case{"template check /", 4, "/ is a folder, not a file"},
           Case{"--simulate test air-sweep --step 0", 2, "--step"},
           Case{"--simulate test air-sweep --delay -1", 2, "--delay"},

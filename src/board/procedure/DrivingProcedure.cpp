@@ -24,14 +24,6 @@ void RequireSameIdentity(const AIB& board) {
                                      board.DevSerialNum(), reported));
 }
 
-/// What a board without its configuration does is not what it is told.
-void RequireProgrammed(const AIB& board) {
-    if (!board.Programmed())
-        throw BoardError(fmt::format("Board {} has not been programmed: it has refused its "
-                                     "configuration file.\r\n\r\nPlease detect the boards again.",
-                                     board.DevSerialNum()));
-}
-
 } // namespace
 
 DrivingProcedure::DrivingProcedure(Station& station, std::string name, Boards driven)
@@ -42,7 +34,6 @@ void DrivingProcedure::Begin() {
     for (const auto& board : m_Driven) {
         m_Station.Claims.Require(board->DevSerialNum());
         RequireSameIdentity(*board);
-        RequireProgrammed(*board);
     }
     m_Begun = true;
     m_Insistence.emplace(m_Station.Outputs);

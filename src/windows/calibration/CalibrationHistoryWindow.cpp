@@ -100,6 +100,7 @@ QLayout* CalibrationHistoryWindow::MakeButtons() {
     m_ExportTable = MakeButton(QStringLiteral("cmdExportCSV"), tr("&Export CSV…"), this);
     m_ExportTable->setToolTip(tr("Stores every point of every run of the unit as a table."));
     auto* close = MakeButton(QStringLiteral("cmdClose"), tr("C&lose"), this);
+    close->setToolTip(tr("Closes the window."));
     connect(m_ExportPicture, &QPushButton::clicked, this, [this] {
         Export(QStringLiteral("png"), [this] { return PngOf(m_Plot->Picture(PictureSize)); });
     });

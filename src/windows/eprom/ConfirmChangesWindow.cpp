@@ -22,6 +22,8 @@ ConfirmChangesWindow::ConfirmChangesWindow(const QString& title, const QString& 
     list->Show(differences);
     auto* yes = MakeButton(QStringLiteral("cmdYes"), tr("&Yes"), this);
     auto* no = MakeButton(QStringLiteral("cmdNo"), tr("&No"), this);
+    yes->setToolTip(tr("Does what is asked."));
+    no->setToolTip(tr("Leaves everything as it is."));
     no->setDefault(true);
     connect(yes, &QPushButton::clicked, this, &QDialog::accept);
     connect(no, &QPushButton::clicked, this, &QDialog::reject);

@@ -81,6 +81,7 @@ QLayout* EPROMFieldsWindow::MakeButtons() {
                    tr("Reads the EPROM. What was entered stays."), &EPROMFieldsWindow::ReadBoard);
     row->addStretch(1);
     auto* close = MakeButton(QStringLiteral("cmdClose"), tr("&Close"), this);
+    close->setToolTip(tr("Closes the window; what has not been written is asked about."));
     connect(close, &QPushButton::clicked, this, &QWidget::close);
     row->addWidget(close);
     return row;

@@ -72,7 +72,7 @@ std::string NextLine(std::istream& text) {
     return line.empty() ? "unknown" : line;
 }
 
-std::string ContentOf(const Drive& files, const std::string& path) {
+std::string ClaimTextOf(const Drive& files, const std::string& path) {
     try {
         return files.ReadFile(path);
     } catch (const DriveError&) {
@@ -93,7 +93,7 @@ std::optional<RunningMark> FindMark(Platform& world, std::int32_t serial) {
     const std::string path = ClaimPath(world.Files, serial, MarkKind);
     if (!world.Files.FileExists(path))
         return std::nullopt;
-    std::istringstream text(ContentOf(world.Files, path));
+    std::istringstream text(ClaimTextOf(world.Files, path));
     RunningMark mark;
     for (std::string* field : {&mark.Procedure, &mark.Since, &mark.Program})
         *field = NextLine(text);

@@ -21,7 +21,7 @@ constexpr float RecordTime_s = MeanTime_s;
 constexpr double DisplaySpacing_s = 0.05;
 constexpr float SampleSpacing_s = 0.1F;
 
-std::string Fixed(float value, int decimals) {
+std::string FixedShown(float value, int decimals) {
     return FixedText(static_cast<double>(value), decimals);
 }
 
@@ -120,7 +120,7 @@ void PressureRun::MeasurePoints() {
                                    1.0 - pointsLeft / (Points + 1.0),
                                    pointsLeft * static_cast<double>(LineSettles_s + RecordTime_s)});
         point.Flow_ml_m = flows_ml_m.at(i);
-        m_Log.LogCalibration("Flow Rate: " + Fixed(point.Flow_ml_m, 2) + " lm/min");
+        m_Log.LogCalibration("Flow Rate: " + FixedShown(point.Flow_ml_m, 2) + " lm/min");
         m_Recorder.ReadingBegins(Sweeps::Pressure, i, {0, point.Flow_ml_m}, RecordTime_s);
         const auto reading = RecordPressurePoint(point.Flow_ml_m);
         m_Recorder.ReadingEnds({0, reading.value_or(0.0F), reading.has_value()});
@@ -128,8 +128,8 @@ void PressureRun::MeasurePoints() {
             return; // cancelled: what was not measured is neither driven nor told
         point.Reading = *reading;
         ++m_PointsMeasured;
-        m_Log.LogCalibration("   Result: " + (IsAudit() ? Fixed(point.Reading, 2) + " mBar"
-                                                        : Fixed(point.Reading, 1) + " Bits"));
+        m_Log.LogCalibration("   Result: " + (IsAudit() ? FixedShown(point.Reading, 2) + " mBar"
+                                                        : FixedShown(point.Reading, 1) + " Bits"));
         m_Stages.ShowPoint(i, PressurePoint(point, kind, i));
     }
 }
@@ -169,9 +169,9 @@ void PressureRun::TakeZero() {
 
 void PressureRun::ShowPressure() {
     const auto pressure_mBar = m_Air.PressureGet_mBar();
-    m_Stages.ShowLine(StageLine::Remaining,
-                      "Current pressure: " + (pressure_mBar ? Fixed(*pressure_mBar, 1) : "--") +
-                          " mBar");
+    m_Stages.ShowLine(
+        StageLine::Remaining,
+        "Current pressure: " + (pressure_mBar ? FixedShown(*pressure_mBar, 1) : "--") + " mBar");
 }
 
 std::optional<PressureSample> PressureRun::Read() {
@@ -189,7 +189,7 @@ std::optional<float> PressureRun::RecordPressurePoint(float flow_ml_m) {
     SetChannelAir_ml_m(1, 0.0F);
     m_Stages.BeginProgress(LineSettles_s);
     m_Stages.ShowLine(StageLine::Demand, "Initialising Calibration Point");
-    m_Stages.ShowLine(StageLine::Reading, "Flow rate: " + Fixed(flow_ml_m, 0) + " ml/min");
+    m_Stages.ShowLine(StageLine::Reading, "Flow rate: " + FixedShown(flow_ml_m, 0) + " ml/min");
     m_Stages.ShowLine(StageLine::Remaining, "");
     HiResTimer timer(m_World.Time);
     std::vector<PressureSample> samples;

@@ -9,7 +9,7 @@ namespace ombrix {
 
 namespace {
 
-constexpr int RoomBetweenColumns = 16;
+constexpr int RoomBetweenPointColumns = 16;
 
 /// The widest that a column comes to hold: figures grow while a run goes on, and columns that
 /// moved with them could not be read.
@@ -55,7 +55,8 @@ void PointListWidget::SetColumns(const PointTable& table) {
         const int text =
             std::max(fontMetrics().horizontalAdvance(WidestOf(heads.at(column).toStdString())),
                      header()->fontMetrics().horizontalAdvance(heads.at(column)));
-        setColumnWidth(column, text + RoomBetweenColumns + (column == 0 ? 2 * indentation() : 0));
+        setColumnWidth(column,
+                       text + RoomBetweenPointColumns + (column == 0 ? 2 * indentation() : 0));
     }
 }
 

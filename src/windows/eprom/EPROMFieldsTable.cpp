@@ -15,7 +15,7 @@ namespace ombrix {
 
 namespace {
 
-enum FieldColumn { Name, Address, Type, Value, RawWords, FieldColumnCount };
+enum FieldColumn { FieldName, Address, Type, Value, RawWords, FieldColumnCount };
 
 const char* NameOf(EpromKind kind) {
     switch (kind) {
@@ -241,7 +241,7 @@ void EPROMFieldsTable::ShowRow(int row) {
     }
     QFont marked = font();
     marked.setBold(entered != nullptr);
-    item(row, Name)->setFont(marked);
+    item(row, FieldName)->setFont(marked);
     marked.setBold(entered != nullptr && entered->Entry.IsRight());
     for (const int column : {Value, RawWords})
         item(row, column)->setFont(marked);

@@ -11,9 +11,17 @@ namespace ombrix {
 
 namespace {
 
-enum Column { Number, FirstDemand, SecondDemand, Time, FirstDeviation, SecondDeviation, Result };
+enum StepColumn {
+    StepNumber,
+    FirstDemand,
+    SecondDemand,
+    Time,
+    FirstDeviation,
+    SecondDeviation,
+    StepResult
+};
 
-constexpr int RoomBetweenColumns = 10;
+constexpr int RoomBetweenStepColumns = 10;
 
 QString PercentText(double share, int decimals) {
     constexpr double percent = 100.0;
@@ -40,11 +48,11 @@ StepListWidget::StepListWidget(QWidget* parent) : QTreeWidget(parent) {
                                 QStringLiteral("-100.00"), QStringLiteral("-100.00")};
     for (int column = 0; column < widest.size(); ++column)
         setColumnWidth(column,
-                       fontMetrics().horizontalAdvance(widest.at(column)) + RoomBetweenColumns);
+                       fontMetrics().horizontalAdvance(widest.at(column)) + RoomBetweenStepColumns);
     QFont bold = font();
     bold.setBold(true);
-    setColumnWidth(Result,
-                   QFontMetrics(bold).horizontalAdvance(tr("✗ Pass")) + 2 * RoomBetweenColumns);
+    setColumnWidth(StepResult,
+                   QFontMetrics(bold).horizontalAdvance(tr("✗ Pass")) + 2 * RoomBetweenStepColumns);
 }
 
 int StepListWidget::WholeWidth() const {
@@ -57,12 +65,12 @@ void StepListWidget::AddItem(const StepLine& step) {
         new QTreeWidgetItem(this, {number, PercentText(static_cast<double>(step.Demand[0]), 1),
                                    PercentText(static_cast<double>(step.Demand[1]), 1),
                                    ToQt(GeneralText(step.Duration_s))});
-    item->setData(Number, Qt::AccessibleTextRole, ToQt(step.Text));
+    item->setData(StepNumber, Qt::AccessibleTextRole, ToQt(step.Text));
     for (int column = 0; column < columnCount(); ++column) {
         item->setToolTip(column, ToQt(step.Text));
         item->setTextAlignment(column, Qt::AlignRight);
     }
-    item->setTextAlignment(Result, Qt::AlignLeft);
+    item->setTextAlignment(StepResult, Qt::AlignLeft);
 }
 
 void StepListWidget::ShowEnd(int line, const StepJudgement& judgement) {
@@ -75,14 +83,14 @@ void StepListWidget::ShowEnd(int line, const StepJudgement& judgement) {
                           : PercentText(judged.Deviation_share, 2));
     }
     const StepVerdict whole = judgement.Whole();
-    step->setText(Result, whole == StepVerdict::Pass   ? tr("✓ Pass")
-                          : whole == StepVerdict::Fail ? tr("✗ Fail")
-                                                       : QStringLiteral("-"));
+    step->setText(StepResult, whole == StepVerdict::Pass   ? tr("✓ Pass")
+                              : whole == StepVerdict::Fail ? tr("✗ Fail")
+                                                           : QStringLiteral("-"));
     QFont face = font();
     face.setBold(whole == StepVerdict::Fail);
-    step->setFont(Result, face);
+    step->setFont(StepResult, face);
     if (!judgement.Why.empty())
-        step->setToolTip(Result, ToQt(judgement.Why));
+        step->setToolTip(StepResult, ToQt(judgement.Why));
 }
 
 void StepListWidget::ListIndex(int line) {

@@ -30,7 +30,7 @@ QString SizeText(std::uintmax_t bytes) {
     return QLocale::c().formattedDataSize(static_cast<qint64>(bytes));
 }
 
-QString DurationText(double seconds) {
+QString ClockText(double seconds) {
     constexpr int minute = 60;
     const auto whole = static_cast<int>(seconds);
     return QStringLiteral("%1:%2:%3")
@@ -39,7 +39,7 @@ QString DurationText(double seconds) {
         .arg(whole % minute, 2, 10, QLatin1Char('0'));
 }
 
-ValueLabel* MakeLine(const char* objectName, const QString& meaning, QWidget* parent) {
+ValueLabel* MakeRecordingLine(const char* objectName, const QString& meaning, QWidget* parent) {
     auto* line = new ValueLabel(QLatin1String(objectName), meaning, parent);
     line->CutToFit();
     line->setFixedHeight(line->fontMetrics().height());
@@ -52,9 +52,9 @@ RecordingPanel::RecordingPanel(Station& station, QWidget* parent)
     : QWidget(parent), m_Station(station), m_Recorder(station), m_Timer(new QTimer(this)),
       m_Shown(new QTimer(this)),
       m_Record(MakeCheckBox(QStringLiteral("chkRecordADCs"), tr("Record ADCs"), this)),
-      m_File(MakeLine("lblRecordedFile", tr("File of the recording"), this)),
-      m_Recorded(MakeLine("lblRecorded", tr("Recording"), this)),
-      m_Space(MakeLine("lblRecordedSize", tr("Size of the recording"), this)) {
+      m_File(MakeRecordingLine("lblRecordedFile", tr("File of the recording"), this)),
+      m_Recorded(MakeRecordingLine("lblRecorded", tr("Recording"), this)),
+      m_Space(MakeRecordingLine("lblRecordedSize", tr("Size of the recording"), this)) {
     m_Record->setToolTip(
         tr("Records the four inputs and the pressure register into a file on drive C:."));
     m_Timer->setObjectName(QStringLiteral("timRecordData"));
@@ -97,7 +97,7 @@ void RecordingPanel::Clicked(bool ticked) {
 
 void RecordingPanel::ShowRecorded() {
     QString text =
-        tr("%1 lines, %2").arg(m_Recorder.Lines()).arg(DurationText(m_Recorder.Duration_s()));
+        tr("%1 lines, %2").arg(m_Recorder.Lines()).arg(ClockText(m_Recorder.Duration_s()));
     if (m_Recorder.FailedReadings() > 0)
         text += tr(", %1 failed").arg(m_Recorder.FailedReadings());
     if (!m_Recorder.File().Trouble().empty())

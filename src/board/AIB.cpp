@@ -370,31 +370,38 @@ bool AIB::StartFPGAUpload() {
 
 bool AIB::CheckMFCReady() {
     m_MFCReady = IsFireWire();
+    m_MFCReadyAnswer = {};
     if (IsUsb() && HWVersion() == 0) {
         m_MFCReady = true;
     } else if (IsUsb() && (HWVersion() == 1 || HWVersion() == 2)) {
         std::int32_t word = 0;
-        GetVariable(MFCStatusVariable, word);
-        m_MFCReady = IsChannelReady(0, word) && IsChannelReady(1, word);
+        m_MFCReadyAnswer.Code = GetVariable(MFCStatusVariable, word);
+        m_MFCReady = m_MFCReadyAnswer.Taken() && IsChannelReady(0, word) && IsChannelReady(1, word);
     }
     return m_MFCReady;
 }
 
-bool AIB::RunWalkingRegisterTest(std::vector<int>* failedBits) {
+bool AIB::RunWalkingRegisterTest(WalkingFindings* findings) {
+    WalkingFindings found;
     bool passed = true;
     for (int bit = 0; bit < TestRegisterBits; ++bit) {
         const std::int32_t pattern = 1 << bit;
         std::int32_t value = 0;
-        WriteReg(TestRegister, pattern);
-        ReadReg(TestRegister, value);
-        if (value == pattern)
+        const AIBStatus written = WriteReg(TestRegister, pattern);
+        const BoardAnswer answer{written == Status::NoError ? ReadReg(TestRegister, value)
+                                                            : written};
+        if (answer.Taken() && value == pattern)
             continue;
         passed = false;
-        if (failedBits != nullptr)
-            failedBits->push_back(bit);
+        if (answer.Taken())
+            found.FailedBits.push_back(bit);
+        else if (found.Refusal.Taken())
+            found.Refusal = answer;
         m_Services.World.Messages.Ask(
             {"AIB Walking one bus error!", MessageIcon::Critical, MessageButtons::Ok});
     }
+    if (findings != nullptr)
+        *findings = std::move(found);
     return passed;
 }
 

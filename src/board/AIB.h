@@ -40,6 +40,14 @@ struct BoardAnswer {
     std::string Sentence() const;
 };
 
+/// What a walking-register test has found.
+struct WalkingFindings {
+    /// Numbers of the bits that read back as another pattern.
+    std::vector<int> FailedBits;
+    /// The first write or read that the board has not answered; nothing is known of its bit.
+    BoardAnswer Refusal;
+};
+
 /// What a board object works with.
 struct BoardServices {
     AIBControl& Library;
@@ -190,9 +198,11 @@ class AIB final : public EpromSource, public EpromSink {
     bool CheckMFCReady();
     /// Result of the last CheckMFCReady.
     bool MFCReady() const { return m_MFCReady; }
+    /// Whether the board has said so, and why not when it has not.
+    const BoardAnswer& MFCReadyAnswer() const { return m_MFCReadyAnswer; }
     /// Walks a one through the 16 bits of the test register, with a message for each bit that
-    /// fails. @param failedBits takes the numbers of those bits, when given
-    bool RunWalkingRegisterTest(std::vector<int>* failedBits = nullptr);
+    /// fails. @param findings takes what was found, when given
+    bool RunWalkingRegisterTest(WalkingFindings* findings = nullptr);
 
   private:
     AIBStatus CheckStatus(AIBStatus status);
@@ -226,6 +236,7 @@ class AIB final : public EpromSource, public EpromSink {
     std::array<std::int32_t, DACChannels> m_DAC{};
     bool m_Programmed = false;
     bool m_MFCReady = false;
+    BoardAnswer m_MFCReadyAnswer;
     std::int32_t m_Directions = 0;
     Levels m_Pins;
     Levels m_Extended;

@@ -17,11 +17,16 @@ std::string TimeOfDayText(const Clock& clock) {
     return DateText(clock.Now(), "hh:nn:ss");
 }
 
+std::string ReadinessText(const AIB& board) {
+    if (!board.MFCReadyAnswer().Taken())
+        return "MFCs unknown: " + board.MFCReadyAnswer().Text();
+    return board.MFCReady() ? "MFCs ready" : "MFCs not ready";
+}
+
 void LogIdentity(Platform& world, const AIB& board) {
-    WriteLog(world,
-             fmt::format("Board {}: {}, serial number {}, hardware version {}, {}",
-                         board.BoardIndex(), board.BusTypeText(), board.DevSerialNum(),
-                         board.HWVersion(), board.MFCReady() ? "MFCs ready" : "MFCs not ready"));
+    WriteLog(world, fmt::format("Board {}: {}, serial number {}, hardware version {}, {}",
+                                board.BoardIndex(), board.BusTypeText(), board.DevSerialNum(),
+                                board.HWVersion(), ReadinessText(board)));
 }
 
 } // namespace

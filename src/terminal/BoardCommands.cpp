@@ -33,13 +33,40 @@ bool IsReady(const AIB& board) {
     return board.MFCReady() && board.Programmed();
 }
 
+/// Null when the board has not said.
+Json ReadyJson(const AIB& board) {
+    return board.MFCReadyAnswer().Taken() ? Json(IsReady(board)) : Json();
+}
+
+std::string ReadyText(const AIB& board) {
+    if (!board.MFCReadyAnswer().Taken())
+        return "unknown";
+    return IsReady(board) ? "ready" : "not ready";
+}
+
+/// That, and why, it is not known whether MFCs are ready; empty when it is.
+std::string UnknownReadinessText(const AIB& board) {
+    const BoardAnswer& answer = board.MFCReadyAnswer();
+    return answer.Taken() ? std::string()
+                          : fmt::format("Board {} does not say whether its MFCs are ready: {}",
+                                        board.DevSerialNum(), answer.Sentence());
+}
+
+/// Adds what has failed to the error of a result.
+void AddFailure(CommandResult& result, const std::string& failure) {
+    if (failure.empty())
+        return;
+    result.Status = ExitStatus::NotPassed;
+    result.Error += (result.Error.empty() ? "" : "\n") + failure;
+}
+
 Json BoardJson(AIB& board) {
     return {{"index", board.BoardIndex()},       {"bus", board.BusTypeText()},
             {"serial", board.DevSerialNum()},    {"hwVersion", board.HWVersion()},
             {"devType", board.DevType()},        {"vendor", Trimmed(board.Vendor())},
             {"module", Trimmed(board.Module())}, {"buildDate", Trimmed(board.BuildDate())},
             {"configBits", board.ConfigBits()},  {"digitalSetup", board.IsDigitalSetup()},
-            {"mfcReady", IsReady(board)},        {"fpgaFile", board.FPGAFileName()},
+            {"mfcReady", ReadyJson(board)},      {"fpgaFile", board.FPGAFileName()},
             {"programmed", board.Programmed()}};
 }
 
@@ -47,8 +74,7 @@ std::string BoardText(AIB& board) {
     return fmt::format("AIB_{}: {}, {}, {}, build {}, {} setup, MFCs {}{}\n", board.DevSerialNum(),
                        board.BusTypeText(), Trimmed(board.Vendor()), Trimmed(board.Module()),
                        Trimmed(board.BuildDate()), board.IsDigitalSetup() ? "digital" : "analog",
-                       IsReady(board) ? "ready" : "not ready",
-                       board.Programmed() ? "" : ", not programmed");
+                       ReadyText(board), board.Programmed() ? "" : ", not programmed");
 }
 
 /// That, and why, a board has not been programmed; empty when it has.
@@ -107,11 +133,8 @@ CommandResult RunDetect(CommandContext& context) {
         AIB& board = *list.AIB(index);
         result.Json["boards"].push_back(BoardJson(board));
         result.Text += BoardText(board);
-        const std::string lack = UnprogrammedText(context, board);
-        if (lack.empty())
-            continue;
-        result.Status = ExitStatus::NotPassed;
-        result.Error += (result.Error.empty() ? "" : "\n") + lack;
+        AddFailure(result, UnprogrammedText(context, board));
+        AddFailure(result, UnknownReadinessText(board));
     }
     return result;
 }
@@ -127,8 +150,8 @@ CommandResult RunInfo(CommandContext& context) {
                                     "velocityAudit", "pressureSystem", "pressureAudit"})
             result.Json[unknown] = nullptr;
         result.Text = BoardText(board);
-        result.Status = ExitStatus::NotPassed;
-        result.Error = WithPlainLineEnds(record.UnreadText());
+        AddFailure(result, WithPlainLineEnds(record.UnreadText()));
+        AddFailure(result, UnknownReadinessText(board));
         return result;
     }
     result.Json = {{"board", BoardJson(board)},
@@ -146,27 +169,34 @@ CommandResult RunInfo(CommandContext& context) {
                                        summary.MFCNumber, summary.VelocitySystem.Text,
                                        summary.VelocityAudit.Text, summary.PressureSystem.Text,
                                        summary.PressureAudit.Text);
+    AddFailure(result, UnknownReadinessText(board));
     return result;
 }
 
 CommandResult RunSelfTest(CommandContext& context) {
     AIB& board = ChosenBoard(context);
     context.TheStation.Claims.Require(board.DevSerialNum());
-    std::vector<int> failedBits;
-    const bool registersPassed = board.RunWalkingRegisterTest(&failedBits);
+    WalkingFindings found;
+    const bool passed = board.RunWalkingRegisterTest(&found);
     board.CheckMFCReady();
-    const bool mfcReady = IsReady(board);
+    // A bit that fails settles the verdict, whatever was not answered.
+    const bool isKnown = found.Refusal.Taken() || !found.FailedBits.empty();
     CommandResult result;
-    result.Json = {
-        {"registersPassed", registersPassed}, {"failedBits", failedBits}, {"mfcReady", mfcReady}};
-    result.Text = fmt::format("Registers: {}\nMFCs: {}\n", registersPassed ? "passed" : "failed",
-                              mfcReady ? "ready" : "not ready");
-    if (!registersPassed || !mfcReady) {
-        result.Status = ExitStatus::NotPassed;
-        result.Error = registersPassed ? "The MFCs are not ready."
-                                       : fmt::format("Register bits {} do not read back.",
-                                                     fmt::join(failedBits, ", "));
-    }
+    result.Json = {{"registersPassed", isKnown ? Json(passed) : Json()},
+                   {"failedBits", found.FailedBits},
+                   {"mfcReady", ReadyJson(board)}};
+    result.Text =
+        fmt::format("Registers: {}\nMFCs: {}\n",
+                    !isKnown ? "unknown" : (passed ? "passed" : "failed"), ReadyText(board));
+    if (!found.FailedBits.empty())
+        AddFailure(result, fmt::format("Register bits {} do not read back.",
+                                       fmt::join(found.FailedBits, ", ")));
+    if (!found.Refusal.Taken())
+        AddFailure(result, fmt::format("The test register of board {} was not answered for: {}",
+                                       board.DevSerialNum(), found.Refusal.Sentence()));
+    AddFailure(result, UnknownReadinessText(board));
+    if (board.MFCReadyAnswer().Taken() && !IsReady(board))
+        AddFailure(result, "The MFCs are not ready.");
     return result;
 }
 

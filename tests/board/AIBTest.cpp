@@ -201,9 +201,9 @@ TEST(AIBOnBench, AFailedCallIsPassedOnAndNoted) {
 
 TEST(AIBOnBench, AStuckRegisterBitIsNamedOncePerBit) {
     TestBench bench("acu", {"stuck-bit:3", "stuck-bit:15"});
-    std::vector<int> failed;
-    EXPECT_FALSE(bench.Detect().RunWalkingRegisterTest(&failed));
-    EXPECT_EQ(failed, (std::vector<int>{3, 15}));
+    WalkingFindings found;
+    EXPECT_FALSE(bench.Detect().RunWalkingRegisterTest(&found));
+    EXPECT_EQ(found.FailedBits, (std::vector<int>{3, 15}));
     ASSERT_EQ(bench.Messages.Shown.size(), 2U);
     EXPECT_EQ(bench.Messages.Shown[0].Text, "AIB Walking one bus error!");
 }

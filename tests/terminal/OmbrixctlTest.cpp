@@ -37,6 +37,22 @@ TEST_F(OmbrixctlTest, SelfTestHasAVerdict) {
     EXPECT_EQ(RunSimulated("--fault not-ready:0 self-test").Result["mfcReady"], false);
 }
 
+TEST_F(OmbrixctlTest, WhatTheBoardDoesNotSayIsUnknown) {
+    for (const char* command : {"self-test", "detect", "info"}) {
+        const Outcome mute = RunSimulated(fmt::format("--fault status:32@GetVariable {}", command));
+        EXPECT_EQ(mute.Status, 1) << command;
+        EXPECT_NE(mute.Result.dump().find("\"mfcReady\":null"), std::string::npos) << command;
+        EXPECT_NE(mute.Result["error"].get<std::string>().find("whether its MFCs are ready"),
+                  std::string::npos);
+    }
+    for (const char* call : {"ReadReg", "WriteReg"}) {
+        const Outcome mute = RunSimulated(fmt::format("--fault status:32@{} self-test", call));
+        EXPECT_EQ(mute.Status, 1) << call;
+        EXPECT_EQ(mute.Result["registersPassed"], nullptr) << call;
+        EXPECT_EQ(mute.Result["failedBits"], json::array()) << call;
+    }
+}
+
 TEST_F(OmbrixctlTest, InputsAndOutputs) {
     EXPECT_EQ(RunSimulated("dac 2 70000").Result["value"], 65534);
     EXPECT_EQ(RunSimulated("dac 2 -7").Result["value"], 0);

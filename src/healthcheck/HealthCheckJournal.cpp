@@ -10,6 +10,8 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <numeric>
+
 namespace ombrix {
 
 namespace {
@@ -60,19 +62,22 @@ void HealthCheckRecorder::SequenceBegins(const std::string& sheet,
     for (const StepPlan& step : steps)
         list.push_back({step.Ch1Demand, step.Ch2Demand, step.Duration_s});
     m_Journal.Add(LineOf({{"sequence", sheet}, {"steps", std::move(list)}}));
+    m_Recorded = 0;
 }
 
 void HealthCheckRecorder::StepBegins(std::int32_t index) {
-    m_Journal.Add(LineOf({{"step", index}}));
+    m_Journal.Add(LineOf({{"step", index}, {"recorded", m_Recorded}}));
 }
 
 void HealthCheckRecorder::Sample(const MFCStep::Sample& sample) {
+    ++m_Recorded;
     if (m_Journal.IsOpen())
         m_Journal.Sample(fmt::format("[{}]", fmt::join(sample, ",")));
 }
 
 void HealthCheckRecorder::SequenceEnds(OleDate now, std::int32_t ended) {
-    m_Journal.Add(LineOf({{"sequenceEnd", DateJson(now)}, {"ended", ended}}));
+    m_Journal.Add(
+        LineOf({{"sequenceEnd", DateJson(now)}, {"ended", ended}, {"recorded", m_Recorded}}));
 }
 
 void HealthCheckRecorder::Measured(const std::string& outcome) {
@@ -122,6 +127,8 @@ RecordedHealthCheck::RecordedHealthCheck(ReportTools tools, std::string_view tex
 }
 
 void RecordedHealthCheck::Take(const SingleJson& line) {
+    Require(!m_Ended, "it stands behind the end of the run");
+    Require(!m_Measured || line.contains("end"), "it stands behind what was measured");
     if (!m_HasHeader)
         TakeHeader(line);
     else if (line.contains("sequence"))
@@ -133,9 +140,9 @@ void RecordedHealthCheck::Take(const SingleJson& line) {
     else if (line.contains("sequenceEnd"))
         TakeSequenceEnd(line);
     else if (line.contains("measured"))
-        m_Outcome = line.at("outcome").get<std::string>();
+        TakeMeasured(line);
     else if (line.contains("end"))
-        m_Ended = true;
+        TakeEnd(line);
     else
         throw std::runtime_error("it says nothing that is known");
 }
@@ -153,45 +160,102 @@ void RecordedHealthCheck::TakeHeader(const SingleJson& line) {
 }
 
 void RecordedHealthCheck::TakeSequence(const SingleJson& line) {
+    Require(!m_InSequence, "the sequence before it has no end");
     RecordedSequence sequence{line.at("sequence").get<std::string>(), {}};
-    for (const SingleJson& step : line.at("steps"))
-        sequence.Steps.push_back(
-            {{SingleOf(step.at(0)), SingleOf(step.at(1)), SingleOf(step.at(2))}, {}, false});
+    for (const RecordedSequence& before : m_Sequences)
+        Require(before.Sheet != sequence.Sheet, "the sequence stands before it");
+    for (const SingleJson& step : line.at("steps")) {
+        const StepPlan plan{SingleOf(step.at(0)), SingleOf(step.at(1)), SingleOf(step.at(2))};
+        const auto isShare = [](float demand) { return demand >= 0.0F && demand <= 1.0F; };
+        Require(isShare(plan.Ch1Demand) && isShare(plan.Ch2Demand) && plan.Duration_s > 0.0F,
+                "there is no such step");
+        sequence.Steps.push_back({plan, {}, false});
+    }
     m_Sequences.push_back(std::move(sequence));
-    m_Step = 0;
+    m_Begun = 0;
+    m_InSequence = true;
 }
 
 void RecordedHealthCheck::TakeStep(const SingleJson& line) {
-    m_Step = line.at("step").get<std::size_t>();
-    EndSteps(m_Step);
+    Require(m_InSequence && m_Begun < m_Sequences.back().Steps.size(),
+            "its step belongs to no sequence");
+    Require(IntegerOf<std::size_t>(line.at("step")) == m_Begun,
+            fmt::format("{} steps have begun before it", m_Begun));
+    RequireSamples(line);
+    EndSteps(m_Begun++);
+}
+
+void RecordedHealthCheck::RequireSamples(const SingleJson& line) {
+    const bool tells = line.contains("recorded");
+    Require(tells == m_TellSamples.value_or(tells), "it does not tell how much was recorded");
+    m_TellSamples = tells;
+    const std::size_t samples = m_Sequences.back().SampleCount();
+    Require(!tells || IntegerOf<std::size_t>(line.at("recorded")) == samples,
+            fmt::format("there are {} samples before it", samples));
 }
 
 void RecordedHealthCheck::EndSteps(std::size_t count) {
-    if (m_Sequences.empty() || count > m_Sequences.back().Steps.size())
-        throw std::runtime_error("its steps belong to no sequence");
     for (std::size_t index = 0; index < count; ++index)
         m_Sequences.back().Steps[index].Ended = true;
 }
 
 void RecordedHealthCheck::TakeSequenceEnd(const SingleJson& line) {
+    Require(m_InSequence, "it ends no sequence");
+    RequireSamples(line);
     m_MeasuredAt = DateOf(line.at("sequenceEnd"));
-    EndSteps(line.value("ended", std::size_t{0}));
+    if (line.contains("ended")) { // checks of earlier versions do not say
+        const auto ended = IntegerOf<std::size_t>(line.at("ended"));
+        // The last step that has begun may have been left.
+        Require(ended == m_Begun || ended + 1 == m_Begun,
+                fmt::format("{} steps have begun before it", m_Begun));
+        EndSteps(ended);
+    }
+    m_InSequence = false;
+}
+
+void RecordedHealthCheck::TakeMeasured(const SingleJson& line) {
+    Require(!m_InSequence, "the sequence before it has no end");
+    Require(!m_Sequences.empty(), "nothing was measured before it");
+    DateOf(line.at("measured"));
+    m_Outcome = line.at("outcome").get<std::string>();
+    const bool isWhole = m_Outcome == HealthCheckLayout::Overview::Completed;
+    for (const RecordedSequence& sequence : m_Sequences)
+        Require(!isWhole || !m_TellSamples.value_or(false) ||
+                    SequenceOf(sequence).MeasuredCount() == std::ssize(sequence.Steps),
+                fmt::format("not all steps of \"{}\" were measured", sequence.Sheet));
+    m_Measured = true;
+}
+
+void RecordedHealthCheck::TakeEnd(const SingleJson& line) {
+    Require(m_Measured || m_Sequences.empty(), "it ends a run that was not measured to its end");
+    DateOf(line.at("end"));
+    m_Ended = true;
 }
 
 void RecordedHealthCheck::TakeSamples(const SingleJson& samples) {
-    if (m_Sequences.empty() || m_Step >= m_Sequences.back().Steps.size())
-        throw std::runtime_error("its samples belong to no step");
-    for (const SingleJson& sample : samples)
-        m_Sequences.back().Steps[m_Step].Samples.push_back(sample.get<MFCStep::Sample>());
+    Require(m_InSequence && m_Begun > 0, "its samples belong to no step");
+    std::vector<MFCStep::Sample>& taken = m_Sequences.back().Steps[m_Begun - 1].Samples;
+    for (const SingleJson& figures : samples) {
+        MFCStep::Sample sample{};
+        Require(figures.size() == sample.size(), "its samples are not whole");
+        for (std::size_t column = 0; column < sample.size(); ++column)
+            sample[column] = IntegerOf<std::int32_t>(figures.at(column));
+        Require(taken.empty() || taken.back()[0] <= sample[0], "its samples go back in time");
+        taken.push_back(sample);
+    }
+}
+
+std::size_t RecordedSequence::SampleCount() const {
+    return std::accumulate(
+        Steps.begin(), Steps.end(), std::size_t{0},
+        [](std::size_t count, const RecordedStep& step) { return count + step.Samples.size(); });
 }
 
 std::size_t RecordedHealthCheck::SampleCount() const {
-    std::size_t count = 0;
-    for (const RecordedSequence& sequence : m_Sequences) {
-        for (const RecordedStep& step : sequence.Steps)
-            count += step.Samples.size();
-    }
-    return count;
+    return std::accumulate(m_Sequences.begin(), m_Sequences.end(), std::size_t{0},
+                           [](std::size_t count, const RecordedSequence& sequence) {
+                               return count + sequence.SampleCount();
+                           });
 }
 
 std::string RecordedHealthCheck::Describe() const {

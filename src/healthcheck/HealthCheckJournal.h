@@ -10,6 +10,7 @@
 #include "reports/ReportFile.h"
 
 #include <filesystem>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -45,6 +46,8 @@ class HealthCheckRecorder {
     JournalHeader m_Header;
     std::vector<std::string> m_Options;
     HealthCheckLimits m_Limits;
+    /// Samples of the sequence that runs.
+    int m_Recorded = 0;
 };
 
 /// A step of a sequence as it was run, with what it recorded.
@@ -59,6 +62,8 @@ struct RecordedStep {
 struct RecordedSequence {
     std::string Sheet;
     std::vector<RecordedStep> Steps;
+
+    std::size_t SampleCount() const;
 };
 
 /// A health check as its journal tells it.
@@ -84,8 +89,12 @@ class RecordedHealthCheck final : public JournalledRun {
     void TakeStep(const SingleJson& line);
     void TakeSequenceEnd(const SingleJson& line);
     void TakeSamples(const SingleJson& samples);
+    void TakeMeasured(const SingleJson& line);
+    void TakeEnd(const SingleJson& line);
     /// The first steps of the last sequence have run to their end.
     void EndSteps(std::size_t count);
+    /// @throws std::runtime_error when the sequence has not the samples that a line tells of
+    void RequireSamples(const SingleJson& line);
 
     ReportTools m_Tools;
     JournalHeader m_Header;
@@ -96,8 +105,13 @@ class RecordedHealthCheck final : public JournalledRun {
     /// As the report tells it.
     std::string m_Outcome;
     std::vector<RecordedSequence> m_Sequences;
-    std::size_t m_Step = 0;
+    /// Steps of the last sequence that have begun.
+    std::size_t m_Begun = 0;
     bool m_HasHeader = false;
+    bool m_InSequence = false;
+    /// The lines tell how many samples stand before them; those of older versions do not.
+    std::optional<bool> m_TellSamples;
+    bool m_Measured = false;
     bool m_Ended = false;
 };
 

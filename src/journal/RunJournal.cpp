@@ -146,14 +146,14 @@ SingleJson HeaderJson(const JournalHeader& header, const AIB& board) {
 }
 
 JournalHeader HeaderOf(const SingleJson& line) {
-    if (const int version = line.at("journal").get<int>(); version != JournalVersion)
+    if (const int version = IntegerOf<int>(line.at("journal")); version != JournalVersion)
         throw std::runtime_error(fmt::format(
             "it is a journal of version {}, which this program does not know", version));
     return {line.at("kind").get<std::string>(), DateOf(line.at("start")),
             ProgramIdentity{
                 line.at("program").get<std::string>(), line.at("version").get<std::string>(),
-                line.at("station").get<std::string>(), line.at("process").get<std::int64_t>()},
-            ACU{line.at("board").at("serial").get<std::int32_t>(), RecordOf(line.at("unit"))}};
+                line.at("station").get<std::string>(), IntegerOf<std::int64_t>(line.at("process"))},
+            ACU{IntegerOf<std::int32_t>(line.at("board").at("serial")), RecordOf(line.at("unit"))}};
 }
 
 std::string EndLine(OleDate date, const std::string& verdict,
@@ -174,6 +174,11 @@ std::string KindOfJournal(std::string_view text) {
     const SingleJson header = ObjectOf(text.substr(0, text.find('\n')));
     const auto kind = header.find("kind");
     return kind != header.end() && kind->is_string() ? kind->get<std::string>() : std::string();
+}
+
+void Require(bool holds, const std::string& otherwise) {
+    if (!holds)
+        throw std::runtime_error(otherwise);
 }
 
 void ReadJournalLines(std::string_view text, const std::function<void(const SingleJson&)>& take) {

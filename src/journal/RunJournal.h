@@ -100,6 +100,10 @@ bool HasEnded(std::string_view text);
 /// The kind that a journal names; empty when its first line cannot be read.
 std::string KindOfJournal(std::string_view text);
 
+/// What has to hold of a line. @param otherwise what is wrong with it, as the error goes on
+/// @throws std::runtime_error
+void Require(bool holds, const std::string& otherwise);
+
 /// Hands over line by line. What a crash has cut off at the end is passed over.
 /// @param take may throw what it likes for a line that is damaged
 /// @throws JournalError when a line is damaged, or there is none

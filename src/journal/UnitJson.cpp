@@ -3,6 +3,8 @@
 #include "platform/text/OleDate.h"
 #include "platform/text/Text.h"
 
+#include <fmt/format.h>
+
 #include <cstdio>
 
 namespace ombrix {
@@ -46,10 +48,14 @@ OleDate DateOf(const SingleJson& json) {
     if (json.is_null())
         return {};
     CivilTime time;
-    if (std::sscanf(json.get<std::string>().c_str(), "%d-%d-%dT%d:%d:%d", &time.Year, &time.Month,
-                    &time.Day, &time.Hour, &time.Minute, &time.Second) != 6)
-        throw std::runtime_error("a date cannot be read");
-    return OleDate::FromCivil(time);
+    const auto text = json.get<std::string>();
+    if (std::sscanf(text.c_str(), "%d-%d-%dT%d:%d:%d", &time.Year, &time.Month, &time.Day,
+                    &time.Hour, &time.Minute, &time.Second) == 6) {
+        const OleDate date = OleDate::FromCivil(time);
+        if (date.ToCivil() == time)
+            return date;
+    }
+    throw std::runtime_error(fmt::format("\"{}\" is no date", text));
 }
 
 SingleJson UnitJson(const ACURecord& record) {
@@ -75,15 +81,17 @@ SingleJson UnitJson(const ACURecord& record) {
 ACURecord RecordOf(const SingleJson& json) {
     ACURecord record;
     record.MFCNumber = json.at("mfcNumber").get<std::string>();
-    record.CalibrationPoints = json.at("points").get<std::int32_t>();
-    record.DigitalPressureConfig = json.value("pressureConfig", 0); // older files lack it
-    record.HasSolenoidValves = json.at("valves").get<std::int32_t>();
+    record.CalibrationPoints = IntegerOf<std::int32_t>(json.at("points"));
+    // Older files lack it.
+    record.DigitalPressureConfig =
+        json.contains("pressureConfig") ? IntegerOf<std::int32_t>(json.at("pressureConfig")) : 0;
+    record.HasSolenoidValves = IntegerOf<std::int32_t>(json.at("valves"));
     Fill(record.ChannelCapacity, json.at("capacity_ml_m"));
     for (std::size_t channel = 0; channel < KeptTables; ++channel) {
         const SingleJson& stored = json.at("tables").at(channel);
         ACUChannelCal& table = record.VelocityCal.at(channel);
         for (std::size_t point = 0; point < MaxCalibrationPoints; ++point)
-            table.Demand.at(point) = stored.at("demand").at(point).get<std::int32_t>();
+            table.Demand.at(point) = IntegerOf<std::int32_t>(stored.at("demand").at(point));
         Fill(table.M, stored.at("m"));
         Fill(table.C, stored.at("c"));
     }

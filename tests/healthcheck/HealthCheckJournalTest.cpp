@@ -79,6 +79,56 @@ TEST(HealthCheckJournalCutTest, LosesWhatStandsBehindTheCutOnly) {
                  JournalError);
 }
 
+/// What a text editor may do to the first line that begins so.
+struct Tampering {
+    const char* Name;
+    std::string Line;
+    /// Nothing takes the line out, the line's own beginning doubles it.
+    std::string With;
+};
+
+class HealthCheckTamperTest : public ::testing::TestWithParam<Tampering> {};
+
+TEST_P(HealthCheckTamperTest, IsRefusedWithItsLine) {
+    const auto& [name, what, with] = GetParam();
+    ReportBench bench("acu");
+    RunOn(bench, Option::Short);
+    std::string text = bench.JournalText();
+    const std::size_t place = text.find("\n" + what) + 1;
+    ASSERT_NE(place, 0U);
+    const std::size_t length = text.find('\n', place) + 1 - place;
+    if (with.empty())
+        text.erase(place, length);
+    else if (with == what)
+        text.insert(place, text.substr(place, length));
+    else
+        text.replace(place, what.size(), with);
+    try {
+        SamplesOf(bench, text);
+        ADD_FAILURE() << "was taken";
+    } catch (const JournalError& error) {
+        EXPECT_NE(std::string(error.what()).find("damaged in line "), std::string::npos);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Lines, HealthCheckTamperTest,
+    ::testing::Values(Tampering{"NoSequence", R"({"sequence":)", ""},
+                      Tampering{"SequenceTwice", R"({"sequence":)", R"({"sequence":)"},
+                      Tampering{"NoStep", R"({"step":1,)", ""},
+                      Tampering{"StepTwice", R"({"step":1,)", R"({"step":1,)"},
+                      Tampering{"StepBeyondAll", R"({"step":1,)", R"({"step":1e30,)"},
+                      Tampering{"NoSamples", R"({"samples":[[)", ""},
+                      Tampering{"SamplesTwice", R"({"samples":[[)", R"({"samples":[[)"},
+                      Tampering{"SampleLater", R"({"samples":[[)", R"({"samples":[[9)"},
+                      Tampering{"Fraction", R"({"samples":[[)", R"({"samples":[[0.)"},
+                      Tampering{"NoSequenceEnd", R"({"sequenceEnd":)", ""},
+                      Tampering{"NoDate", R"({"sequenceEnd":"20)", R"({"sequenceEnd":"20-)"},
+                      Tampering{"NoMeasured", R"({"measured":)", ""},
+                      Tampering{"MeasuredTwice", R"({"measured":)", R"({"measured":)"},
+                      Tampering{"EndTwice", R"({"end":)", R"({"end":)"}),
+    [](const auto& info) { return info.param.Name; });
+
 TEST(HealthCheckJournalCutTest, ARunWhoseProgramDiedIsOfferedWithAllButItsLastSecond) {
     ReportBench bench("acu");
     Drive& files = bench.Bench.Files;

@@ -122,8 +122,8 @@ ChannelMeasurement ChannelOf(const SingleJson& json) {
         channel.Falling.push_back(ReadingOf(point.at("falling")));
     }
     for (const SingleJson& step : json.at("steps"))
-        channel.Steps.push_back({step.at("point").get<std::int32_t>(), DemandOf(step.at("demand")),
-                                 ReadingOf(step.at("reading"))});
+        channel.Steps.push_back({IntegerOf<std::int32_t>(step.at("point")),
+                                 DemandOf(step.at("demand")), ReadingOf(step.at("reading"))});
     return channel;
 }
 
@@ -143,11 +143,12 @@ SingleJson CheckJson(const HealthCheckFigures& check) {
 HealthCheckFigures CheckOf(const SingleJson& json) {
     HealthCheckFigures check{
         json.at("outcome").get<std::string>(), json.at("options").get<std::vector<std::string>>(),
-        json.at("steps").get<int>(),           json.at("passed").get<int>(),
-        json.at("failed").get<int>(),          {}};
+        IntegerOf<int>(json.at("steps")),      IntegerOf<int>(json.at("passed")),
+        IntegerOf<int>(json.at("failed")),     {}};
     if (const SingleJson& worst = json.at("worst"); !worst.is_null())
-        check.Worst = {worst.at("sheet").get<std::string>(), worst.at("step").get<int>(),
-                       worst.at("channel").get<int>(), SingleOf(worst.at("percentOfFullScale"))};
+        check.Worst = {worst.at("sheet").get<std::string>(), IntegerOf<int>(worst.at("step")),
+                       IntegerOf<int>(worst.at("channel")),
+                       SingleOf(worst.at("percentOfFullScale"))};
     return check;
 }
 
@@ -210,7 +211,7 @@ SingleJson DemandJson(const PointDemand& demand) {
 }
 
 PointDemand DemandOf(const SingleJson& json) {
-    return {json.at(0).get<std::int32_t>(), SingleOf(json.at(1))};
+    return {IntegerOf<std::int32_t>(json.at(0)), SingleOf(json.at(1))};
 }
 
 std::vector<std::pair<std::string, float>> LimitsOf(RunKind kind) {
@@ -259,7 +260,7 @@ HistoryEntry EntryOf(const SingleJson& json) {
     entry.Program.Name = json.at("program").get<std::string>();
     entry.Program.Version = json.at("version").get<std::string>();
     entry.Program.Computer = json.at("station").get<std::string>();
-    entry.Serial = json.at("serial").get<std::int32_t>();
+    entry.Serial = IntegerOf<std::int32_t>(json.at("serial"));
     entry.Verdict = json.at("verdict").get<std::string>();
     entry.Reasons = json.at("reasons").get<std::vector<std::string>>();
     entry.Found = RecordOf(json.at("asFound"));

@@ -65,11 +65,6 @@ class JournalReader {
     std::set<std::tuple<std::size_t, std::string, std::size_t>> m_Ended;
 };
 
-void Require(bool holds, const std::string& otherwise) {
-    if (!holds)
-        throw std::runtime_error(otherwise);
-}
-
 void JournalReader::RequirePlace(const SingleJson& line) {
     Require(!m_Run.Ended, "it stands behind the end of the run");
     for (const char* key : {"measured", "auditSheet", "stored", "judged"}) {
@@ -123,7 +118,7 @@ void JournalReader::TakeHeader(const SingleJson& line) {
 }
 
 void JournalReader::TakeChannel(const SingleJson& line) {
-    m_Channel = line.at("channel").get<std::size_t>();
+    m_Channel = IntegerOf<std::size_t>(line.at("channel"));
     ChannelMeasurement& channel = Channel();
     Require(m_Begun.insert(m_Channel).second, "the channel has begun before");
     channel.Capacity_ml_m = SingleOf(line.at("capacity_ml_m"));
@@ -135,7 +130,7 @@ void JournalReader::TakeChannel(const SingleJson& line) {
 
 void JournalReader::TakeReading(const SingleJson& line) {
     OpenReading next{line.at("reading").get<std::string>(),
-                     line.at("point").get<std::size_t>(),
+                     IntegerOf<std::size_t>(line.at("point")),
                      DemandOf(line.at("demand")),
                      {},
                      {},
@@ -162,7 +157,7 @@ void JournalReader::TakeSamples(const SingleJson& samples) {
         const float time_s = SingleOf(sample.at(0));
         Require(open.Reading.Trace.empty() || open.Reading.Trace.back().Time_s <= time_s,
                 "its samples go back in time");
-        const auto bits = sample.at(1).get<std::int32_t>();
+        const auto bits = IntegerOf<std::int32_t>(sample.at(1));
         open.Reading.Trace.push_back({time_s, bits});
         open.Pressures.push_back({time_s, bits, sample.size() > 2 ? SingleOf(sample.at(2)) : 0.0F});
     }

@@ -3,8 +3,13 @@
 #include <nlohmann/json.hpp>
 
 #include <cmath>
+#include <concepts>
+#include <cstdint>
 #include <limits>
 #include <optional>
+#include <stdexcept>
+#include <string>
+#include <utility>
 
 namespace ombrix {
 
@@ -40,9 +45,23 @@ inline float SingleOf(const SingleJson& json) {
     using Limits = std::numeric_limits<float>;
     if (json.is_null())
         return Limits::quiet_NaN();
-    if (json.is_string())
-        return json == "infinity" ? Limits::infinity() : -Limits::infinity();
+    if (json == "infinity")
+        return Limits::infinity();
+    if (json == "-infinity")
+        return -Limits::infinity();
     return json.get<float>();
+}
+
+/// A whole number. @throws std::runtime_error for a fraction, and for what the type does not hold
+template <std::integral Integer>
+Integer IntegerOf(const SingleJson& json) {
+    const bool holds =
+        json.is_number_unsigned()
+            ? std::in_range<Integer>(json.get<std::uint64_t>())
+            : json.is_number_integer() && std::in_range<Integer>(json.get<std::int64_t>());
+    if (!holds)
+        throw std::runtime_error(json.dump() + " is no number that may stand there");
+    return json.get<Integer>();
 }
 
 /// One line of a file of JSON lines. Texts of a damaged EPROM may be no UTF-8.

@@ -93,7 +93,12 @@ std::optional<TemplateContents> Open(SpreadsheetApplication& application,
     } catch (const UnsupportedTemplate& error) {
         findings.push_back({{}, {}, true, error.what()});
     } catch (const SpreadsheetError& error) {
-        findings.push_back({{}, {}, true, fmt::format("{}.", error.what())});
+        findings.push_back(
+            {{},
+             {},
+             true,
+             fmt::format("{}. Take a sound copy of it, or save it anew where it was made.",
+                         error.what())});
     }
     return std::nullopt;
 }

@@ -3,6 +3,7 @@
 #include "board/eprom/EpromFields.h"
 #include "board/eprom/EpromGuard.h"
 #include "board/eprom/EpromWriter.h"
+#include "board/eprom/PartialWrite.h"
 #include "board/unit/CalibrationSummary.h"
 #include "platform/os/FolderDrive.h"
 #include "platform/ports/Folders.h"
@@ -89,12 +90,33 @@ std::string UnprogrammedText(CommandContext& context, const AIB& board) {
                            : "it is in use by " + claims.Holder(serial));
 }
 
+void TellOfPartialWrites(Station& station) {
+    for (const auto& [board, write] : PartlyWrittenBoards(station))
+        station.World.Messages.Ask(
+            {PartialWriteWarning(station.World, *board, write) +
+                 "\r\n\r\nPlease repeat what was begun, or restore that file: ombrixctl eprom "
+                 "restore FILE",
+             MessageIcon::Warning, MessageButtons::Ok});
+}
+
+/// What `info` says of an EPROM that was written in part; null when it was not.
+Json PartialWriteJson(const std::optional<PartialWrite>& write) {
+    if (!write)
+        return nullptr;
+    return {{"purpose", write->Purpose},
+            {"begun", write->Since},
+            {"program", write->Program},
+            {"backup", write->Backup}};
+}
+
 } // namespace
 
 void DetectBoards(CommandContext& context) {
     QuietDetectionView view;
-    if (DetectAndProgramBoards(context.TheStation, view))
+    if (DetectAndProgramBoards(context.TheStation, view)) {
+        TellOfPartialWrites(context.TheStation);
         return;
+    }
     const std::string& trouble = context.Messages.LastTrouble();
     throw CommandError(ExitStatus::NoBoard,
                        trouble.empty() ? "No AIBs have been detected. Please check cables and "
@@ -143,9 +165,11 @@ CommandResult RunInfo(CommandContext& context) {
     AIB& board = ChosenBoard(context);
     const ACURecord& record = context.TheStation.Calibration().Record();
     const CalibrationSummary summary = SumUp(record);
+    const auto partial = FindPartialWrite(context.TheStation.World, board.SerialNumber());
     CommandResult result;
     if (!record.IsRead()) {
         result.Json["board"] = BoardJson(board);
+        result.Json["writtenInPart"] = PartialWriteJson(partial);
         for (const char* unknown : {"acuInitialised", "mfcNumber", "velocitySystem",
                                     "velocityAudit", "pressureSystem", "pressureAudit"})
             result.Json[unknown] = nullptr;
@@ -160,7 +184,8 @@ CommandResult RunInfo(CommandContext& context) {
                    {"velocitySystem", summary.VelocitySystem.Text},
                    {"velocityAudit", summary.VelocityAudit.Text},
                    {"pressureSystem", summary.PressureSystem.Text},
-                   {"pressureAudit", summary.PressureAudit.Text}};
+                   {"pressureAudit", summary.PressureAudit.Text},
+                   {"writtenInPart", PartialWriteJson(partial)}};
     result.Text =
         BoardText(board) + fmt::format("ACU record       {}\nMFC number       {}\n"
                                        "Velocity system  {}\nVelocity audit   {}\n"
@@ -169,6 +194,8 @@ CommandResult RunInfo(CommandContext& context) {
                                        summary.MFCNumber, summary.VelocitySystem.Text,
                                        summary.VelocityAudit.Text, summary.PressureSystem.Text,
                                        summary.PressureAudit.Text);
+    if (partial)
+        AddFailure(result, fmt::format("EPROM {}", PartialWriteText(*partial)));
     AddFailure(result, UnknownReadinessText(board));
     return result;
 }

@@ -1,5 +1,6 @@
 #include "board/eprom/EpromGuard.h"
 
+#include "board/eprom/PartialWrite.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/text/Paths.h"
 #include "support/TestBench.h"
@@ -84,6 +85,36 @@ TEST_F(EpromGuardTest, WorkThatIsBrokenOffIsLoggedAndPassedOn) {
                              }),
                  std::runtime_error);
     EXPECT_NE(Log().find("EPROM 1040: -1 → 5\n"), std::string::npos);
+}
+
+TEST_F(EpromGuardTest, AnEpromWrittenInPartIsNotedUntilItIsWhole) {
+    const auto noted = [this] { return FindPartialWrite(m_Bench->World, 301); };
+    const auto write = [this](const char* purpose, const EpromWords& words, int longest = 512) {
+        EpromGuard(m_Bench->TheStation, purpose).Write(words, [&](std::int32_t /*address*/) {
+            return longest-- > 0;
+        });
+    };
+    EpromWords words = SpareWord();
+    words.WriteEPROM(1044, 6);
+    write("first", words, 1);
+    ASSERT_TRUE(noted());
+    EXPECT_EQ(noted()->Purpose, "first");
+    EXPECT_EQ(File(noted()->Backup), m_Before);
+    write("another", SpareWord());
+    EXPECT_TRUE(noted()) << "one of its words has not been written";
+    write("again", words);
+    EXPECT_FALSE(noted());
+
+    EpromGuard setUp(m_Bench->TheStation, "set-up");
+    setUp.KeepOpen();
+    WriteCapacity(setUp);
+    EXPECT_TRUE(noted()) << "there is more to come";
+    EXPECT_TRUE(setUp.PutBack());
+    EXPECT_FALSE(noted());
+
+    Use({"eprom-readonly"});
+    EXPECT_THROW(write("refused", words), EpromMismatch);
+    EXPECT_FALSE(noted()) << "nothing has been changed";
 }
 
 struct Trouble {

@@ -167,6 +167,27 @@ TEST_F(Endings, BoardOfAnotherProgramIsNeitherDrivenNorSwitchedOff) {
     EXPECT_EQ(RunSimulated("dac 0 0").Status, 0);
 }
 
+TEST_F(Endings, AKillAmidTheEpromIsToldUntilTheContentFromBeforeIsBack) {
+    const std::string before = RunSimulated("info").Result["mfcNumber"];
+    const pid_t killed =
+        Start(OMBRIXCTL, "--simulate --yes --fault latency:5@WriteEEPROM eprom fill 5");
+    ASSERT_TRUE(Await([this] { return !Files("Claims", "AIB", ".eprom").empty(); }));
+    std::this_thread::sleep_for(300ms);
+    End(killed, SIGKILL);
+    const Outcome told = RunSimulated("info");
+    EXPECT_EQ(told.Status, 1);
+    EXPECT_EQ(told.Result["writtenInPart"]["purpose"], "EPROM To All");
+    const auto backups = Files("Backups", "ACU00301", ".bin");
+    ASSERT_EQ(backups.size(), 1U);
+    EXPECT_NE(Errors().find("ombrixctl eprom restore"), std::string::npos);
+    EXPECT_NE(Errors().find(backups[0].string()), std::string::npos) << Errors();
+    EXPECT_EQ(RunSimulated("--yes eprom restore '" + backups[0].string() + "'").Status, 0);
+    const Outcome whole = RunSimulated("info");
+    EXPECT_EQ(whole.Status, 0);
+    EXPECT_EQ(whole.Result["writtenInPart"], nullptr);
+    EXPECT_EQ(whole.Result["mfcNumber"], before);
+}
+
 TEST_F(Endings, WindowProgramRecoversAtItsStartAndEndsWithADialogOpen) {
     ASSERT_TRUE(::setenv("QT_QPA_PLATFORM", "offscreen", 1) == 0);
     const pid_t killed = Start(OMBRIXCTL, Sweep);

@@ -1,5 +1,6 @@
 #include "board/eprom/EpromGuard.h"
 
+#include "board/eprom/PartialWrite.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/ports/Folders.h"
 #include "platform/text/OleDate.h"
@@ -115,6 +116,7 @@ bool EpromGuard::Write(const EpromWords& words, const Progress& progress) {
     else
         MakeReady();
     const EpromImage before = m_Content;
+    NoteBeginning(words);
     Written written;
     bool whole = false;
     try {
@@ -122,6 +124,7 @@ bool EpromGuard::Write(const EpromWords& words, const Progress& progress) {
     } catch (const std::exception& error) {
         // The log is to say what has been changed, and the operator that it is a part only.
         ReadBack(written);
+        NoteEnd(words, false);
         if (m_Content == before)
             throw;
         throw EpromError(fmt::format(
@@ -130,7 +133,48 @@ bool EpromGuard::Write(const EpromWords& words, const Progress& progress) {
             m_Unit, error.what(), m_Purpose, m_World.Files.RealPath(m_Backup).string()));
     }
     ReadBack(written);
+    NoteEnd(words, whole);
     return whole;
+}
+
+void EpromGuard::NoteBeginning(const EpromWords& words) const {
+    std::set<std::int32_t> addresses;
+    for (const EpromWords::Word& word : words.All())
+        addresses.insert(word.Address);
+    try {
+        NotePartialWrite(m_World, m_Board.SerialNumber(), m_Purpose, m_Backup, addresses);
+    } catch (const DriveError& error) {
+        Refuse(fmt::format("It cannot be noted that it is written: {}.\r\n\r\nPlease make room on "
+                           "the disk, or the folder writable, then try again.",
+                           error.what()));
+    }
+}
+
+void EpromGuard::NoteEnd(const EpromWords& words, bool whole) const {
+    const std::int32_t serial = m_Board.SerialNumber();
+    const auto noted = FindPartialWrite(m_World, serial);
+    if (!noted || m_IsOpen)
+        return;
+    std::set<std::int32_t> missing = noted->Addresses;
+    if (whole) {
+        for (const EpromWords::Word& word : words.All())
+            missing.erase(word.Address);
+    }
+    if (missing.empty() || IsAsIn(noted->Backup))
+        RemovePartialWrite(m_World, serial);
+}
+
+bool EpromGuard::IsAsIn(const std::string& backup) const {
+    try {
+        return EpromImage::FromBytes(m_World.Files.ReadFile(backup)) == m_Content;
+    } catch (const std::exception&) {
+        return false; // it is gone, or no image
+    }
+}
+
+void EpromGuard::Settle() {
+    m_IsOpen = false;
+    RemovePartialWrite(m_World, m_Board.SerialNumber());
 }
 
 bool EpromGuard::WriteWords(const EpromWords& words, const Progress& progress, Written& written) {
@@ -170,16 +214,21 @@ void EpromGuard::ReadBack(const Written& written) {
     m_Content = found;
     if (status != Status::NoError)
         ReportUnreadable(status);
-    if (!wrong.empty())
+    if (!wrong.empty()) {
+        NoteEnd({}, false);
         Report(wanted, std::move(wrong), written.Failure);
+    }
 }
 
 bool EpromGuard::PutBack() {
     std::set<std::int32_t> addresses = DifferingWords(m_Found, m_Content);
     addresses.insert(m_Unread.begin(), m_Unread.end());
     m_NotPutBack.clear();
-    if (addresses.empty())
+    m_IsOpen = false;
+    if (addresses.empty()) {
+        NoteEnd({}, false);
         return true;
+    }
     EpromWords words;
     for (const std::int32_t address : addresses)
         words.WriteEPROM(address, m_Found.Word(address));

@@ -77,6 +77,12 @@ class EpromGuard {
     /// @throws EpromError, EpromMismatch, BoardError
     bool Write(const EpromWords& words, const Progress& progress = {});
 
+    /// What is written from now on is a part of something larger: an end of this program before
+    /// Settle or PutBack leaves the EPROM written in part.
+    void KeepOpen() { m_IsOpen = true; }
+    /// What has been written is whole.
+    void Settle();
+
     /// Puts back whatever Write has changed since MakeReady, and makes sure that the EPROM holds
     /// it. False when it does not: ChangesText says why then, and what to do.
     bool PutBack();
@@ -99,6 +105,11 @@ class EpromGuard {
     void Save();
     bool WriteWords(const EpromWords& words, const Progress& progress, Written& written);
     void ReadBack(const Written& written);
+    void NoteBeginning(const EpromWords& words) const;
+    /// Takes the note of a writing back when the EPROM is whole: all of its words have been
+    /// written now, or are as they were. @param whole every word has been written
+    void NoteEnd(const EpromWords& words, bool whole) const;
+    bool IsAsIn(const std::string& backup) const;
     [[noreturn]] void ReportUnreadable(AIBStatus status) const;
     [[noreturn]] void Report(const EpromImage& wanted, std::vector<EpromMismatch::Word> wrong,
                              AIBStatus failure) const;
@@ -119,6 +130,7 @@ class EpromGuard {
     EpromImage m_Content;
     /// Addresses of words that were written and could not be read back.
     std::set<std::int32_t> m_Unread;
+    bool m_IsOpen = false;
     /// Why PutBack has failed; empty when it has not.
     std::string m_NotPutBack;
 };

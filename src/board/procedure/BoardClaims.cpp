@@ -62,23 +62,23 @@ void BoardClaims::Require(std::int32_t serial) {
                                      serial, Holder(serial)));
 }
 
-namespace {
-
-constexpr const char* MarkKind = "running";
-
-std::string NextLine(std::istream& text) {
+std::string LineOfClaim(std::istream& text) {
     std::string line;
     std::getline(text, line);
     return line.empty() ? "unknown" : line;
 }
 
-std::string ClaimTextOf(const Drive& files, const std::string& path) {
+std::string TextOfClaim(const Drive& files, const std::string& path) {
     try {
         return files.ReadFile(path);
     } catch (const DriveError&) {
         return {};
     }
 }
+
+namespace {
+
+constexpr const char* MarkKind = "running";
 
 } // namespace
 
@@ -93,10 +93,10 @@ std::optional<RunningMark> FindMark(Platform& world, std::int32_t serial) {
     const std::string path = ClaimPath(world.Files, serial, MarkKind);
     if (!world.Files.FileExists(path))
         return std::nullopt;
-    std::istringstream text(ClaimTextOf(world.Files, path));
+    std::istringstream text(TextOfClaim(world.Files, path));
     RunningMark mark;
     for (std::string* field : {&mark.Procedure, &mark.Since, &mark.Program})
-        *field = NextLine(text);
+        *field = LineOfClaim(text);
     return mark;
 }
 

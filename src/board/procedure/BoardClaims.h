@@ -3,6 +3,7 @@
 #include "platform/ports/Platform.h"
 
 #include <cstdint>
+#include <iosfwd>
 #include <map>
 #include <memory>
 #include <optional>
@@ -56,6 +57,11 @@ std::string NameOf(const ProgramIdentity& program);
 /// Path of a file about a board in the folder of claims, which it makes: the lock, or the mark
 /// of a procedure that drives the board. @param kind ending of the name ("lock")
 std::string ClaimPath(Drive& files, std::int32_t serial, const char* kind);
+
+/// The text of a file about a board; empty when it cannot be read.
+std::string TextOfClaim(const Drive& files, const std::string& path);
+/// Its next line; what is missing is "unknown".
+std::string LineOfClaim(std::istream& text);
 
 /// What a program notes before a procedure drives a board and takes back when the outputs are
 /// off: a mark that is found tells that nobody has switched them off.

@@ -148,6 +148,8 @@ void ACUSetUp::PutBack(Sequence& sequence) {
 
 /// A set-up that has come to no table is put back.
 void ACUSetUp::SettleSystemRun(Sequence& sequence, const CalibrationOutcome& run, bool isLast) {
+    if (run.Saved && !sequence.TableStored)
+        sequence.Guard.Settle();
     sequence.TableStored = sequence.TableStored || run.Saved;
     const bool goesOn =
         (run.Ended == End::Passed || run.Ended == End::Failed) && !run.NoFurtherRun && !isLast;
@@ -180,8 +182,11 @@ void ACUSetUp::ListAndRunStages(Sequence& sequence, bool velocity, bool pressure
 }
 
 void ACUSetUp::RunStages(Sequence& sequence, bool velocity, bool pressure, Initialisation& result) {
-    if (velocity && StoreOrTell(sequence, result,
-                                [&] { m_Station.Calibration().SaveFreshHeader(sequence.Guard); }))
+    if (velocity && StoreOrTell(sequence, result, [&] {
+            // A header without the table that is to follow is a mixture.
+            sequence.Guard.KeepOpen();
+            m_Station.Calibration().SaveFreshHeader(sequence.Guard);
+        }))
         RunVelocityStages(sequence, result);
     if (!result.Error.empty())
         return; // told already

@@ -205,13 +205,32 @@ void EPROMPanel::WriteAll() {
 }
 
 void EPROMPanel::Restore() {
-    const EpromEnd ended = WriteShown([this](const EpromProgress& progress) {
+    RestoreFrom([this]() -> std::optional<EpromImage> {
         RestoreEPROMWindow form(m_Station, this);
         if (form.exec() != QDialog::Accepted)
+            return std::nullopt;
+        return form.Content();
+    });
+}
+
+void EPROMPanel::OfferRestore(const PartialWrite& write) {
+    Platform& world = m_Station.World;
+    Message question{PartialWriteWarning(world, *m_Station.CurrentAIB, write) +
+                         "\r\n\r\nIs that content to be restored now?",
+                     MessageIcon::Warning, MessageButtons::YesNo};
+    question.DefaultsToRefusal = true;
+    if (world.Messages.Ask(question) == Answer::Yes)
+        RestoreFrom([&] { return ReadEpromFile(world.Files.RealPath(write.Backup)); });
+}
+
+void EPROMPanel::RestoreFrom(const std::function<std::optional<EpromImage>()>& content) {
+    const EpromEnd ended = WriteShown([&](const EpromProgress& progress) {
+        const std::optional<EpromImage> image = content();
+        if (!image)
             return EpromEnd::Declined;
-        // The window has shown the differences already.
+        // The operator has agreed already.
         return RestoreEPROM(
-            m_Station, form.Content(), [](const auto& /*differences*/) { return true; }, progress);
+            m_Station, *image, [](const auto& /*differences*/) { return true; }, progress);
     });
     if (ended == EpromEnd::Done)
         m_Station.World.Messages.Ask({"The EPROM holds what the file holds."});

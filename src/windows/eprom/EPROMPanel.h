@@ -2,6 +2,7 @@
 
 #include "board/Station.h"
 #include "board/eprom/EpromWriter.h"
+#include "board/eprom/PartialWrite.h"
 
 #include <QGroupBox>
 
@@ -34,6 +35,8 @@ class EPROMPanel final : public QGroupBox {
     /// A new value that cannot be written goes back to 0.
     void ClearError();
     void StopPolling();
+    /// Asks whether an EPROM that was written in part is to get back what it held before.
+    void OfferRestore(const PartialWrite& write);
 
   signals:
     /// The EPROM has been written, or a part of it.
@@ -46,6 +49,8 @@ class EPROMPanel final : public QGroupBox {
     void AddValueRows(QGridLayout& grid);
     QWidget* MakeCommands();
     void Restore();
+    /// @param content is fetched when the writing begins
+    void RestoreFrom(const std::function<std::optional<EpromImage>()>& content);
     void ShowEPROMAddress(std::int32_t address);
     /// The address that stands in the field; nothing where that is none.
     std::optional<std::int32_t> GoToAddressTyped() const;

@@ -1,10 +1,12 @@
 #include "windows/main/AIBAccessoriesWindow.h"
 
+#include "board/eprom/PartialWrite.h"
 #include "board/procedure/SafeOutputs.h"
 #include "platform/ports/Folders.h"
 #include "platform/text/Paths.h"
 #include "windows/desktop/KeepAbove.h"
 #include "windows/desktop/QtOperator.h"
+#include "windows/eprom/EPROMPanel.h"
 #include "windows/healthcheck/ACUHealthCheckWindow.h"
 #include "windows/live/DACPanel.h"
 #include "windows/main/ACUCommands.h"
@@ -168,7 +170,19 @@ bool AIBAccessoriesWindow::DetectAndProgramAIBs() {
     ShowPanels(m_BoardsFound);
     m_NoBoards->ShowDetecting(false);
     UpdateCommands();
+    OfferRestores();
     return m_BoardsFound;
+}
+
+void AIBAccessoriesWindow::OfferRestores() {
+    if (!m_BoardsFound)
+        return;
+    Guarded(m_Station.World.Messages, [this] {
+        for (const auto& [board, write] : PartlyWrittenBoards(m_Station)) {
+            ShowTab(board->BoardIndex());
+            m_Board->EPROM().OfferRestore(write);
+        }
+    });
 }
 
 void AIBAccessoriesWindow::ShowTab(int board) {

@@ -77,6 +77,8 @@ class AIBAccessoriesWindow final : public QMainWindow, private DetectionView {
     void ConnectNoBoards();
     void LayOut();
     bool Detect();
+    /// Of what an EPROM held before it was written in part.
+    void OfferRestores();
     void ResetPanels();
     void RemoveTabsFrom(int count);
     void SelectBoard(int tab);

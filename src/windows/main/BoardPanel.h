@@ -28,6 +28,7 @@ class BoardPanel final : public QWidget {
     CalibrationPanel& Calibration() { return *m_Calibration; }
     IdentityPanel& Identity() { return *m_Identity; }
     TestsPanel& Tests() { return *m_Tests; }
+    EPROMPanel& EPROM() { return *m_EPROM; }
     AirTestPanel& AirTests() { return *m_AirTests; }
     /// Fills every panel for the current board.
     void ShowBoard();

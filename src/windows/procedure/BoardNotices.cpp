@@ -1,6 +1,7 @@
 #include "windows/procedure/BoardNotices.h"
 
 #include "board/Detection.h"
+#include "board/eprom/PartialWrite.h"
 #include "platform/ports/Clock.h"
 #include "platform/text/OleDate.h"
 #include "windows/widgets/Controls.h"
@@ -60,11 +61,13 @@ BoardNotices::BoardNotices(Station& station, QTabBar& tabs, const std::string& s
     : QWidget(parent), m_Station(station), m_Tabs(tabs),
       m_Simulation(MakeStrip("lblSimulation", SimulationGround, Qt::black, this)),
       m_Lost(MakeStrip("lblBoardLost", AlarmGround, Qt::white, this)),
-      m_ReadOnly(MakeStrip("lblReadOnly", ReadOnlyGround, Qt::white, this)) {
+      m_ReadOnly(MakeStrip("lblReadOnly", ReadOnlyGround, Qt::white, this)),
+      m_PartialWrite(MakeStrip("lblPartialWrite", AlarmGround, Qt::white, this)) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_Lost);
     layout->addWidget(m_ReadOnly);
+    layout->addWidget(m_PartialWrite);
     layout->addWidget(m_Simulation);
     if (simulation.empty())
         return;
@@ -106,6 +109,7 @@ void BoardNotices::ShowLost(bool lost) {
 
 bool BoardNotices::MarkTabs() {
     ShowReadOnly();
+    ShowPartialWrite();
     bool anyDrives = false;
     for (int tab = 0; tab < m_Tabs.count() && tab < m_Station.AIBList.AIBCount(); ++tab) {
         const AIB& board = *m_Station.AIBList.AIB(tab);
@@ -147,6 +151,21 @@ void BoardNotices::Reset() {
     m_Since_s.reset();
     ShowLost(false);
     ShowReadOnly();
+    ShowPartialWrite();
+}
+
+void BoardNotices::ShowPartialWrite() {
+    if (m_Station.Procedures.Running())
+        return; // it may be writing now
+    const auto write = FindPartialWrite(m_Station.World, m_Station.CurrentAIB->SerialNumber());
+    m_PartialWrite->setVisible(write.has_value());
+    if (!write)
+        return;
+    const QString text =
+        tr("The EPROM has been %1. Repeat that, or restore the content from before (F5).")
+            .arg(ToQt(PartialWriteText(*write)));
+    m_PartialWrite->setText(text);
+    m_PartialWrite->setAccessibleName(text);
 }
 
 } // namespace ombrix

@@ -13,8 +13,9 @@ class QTabBar;
 namespace ombrix {
 
 /// What must not be overlooked, above everything else: that the bench is a simulated one, that a
-/// board does not answer any more, and that it is read only because another program has it. Marks
-/// the tabs of boards that are read only or whose outputs stand above zero.
+/// board does not answer any more, that it is read only because another program has it, and that
+/// its EPROM was written in part. Marks the tabs of boards that are read only or whose outputs
+/// stand above zero.
 class BoardNotices final : public QWidget {
     Q_OBJECT
 
@@ -37,6 +38,7 @@ class BoardNotices final : public QWidget {
   private:
     void ShowLost(bool lost);
     void ShowReadOnly();
+    void ShowPartialWrite();
     QString TipOf(const AIB& board) const;
 
     Station& m_Station;
@@ -44,6 +46,7 @@ class BoardNotices final : public QWidget {
     QLabel* m_Simulation;
     QLabel* m_Lost;
     QLabel* m_ReadOnly;
+    QLabel* m_PartialWrite;
     bool m_IsReadOnly = false;
     /// Monotonic seconds since the board has not answered.
     std::optional<double> m_Since_s;

@@ -1,4 +1,5 @@
 #include "board/eprom/EpromFields.h"
+#include "board/eprom/EpromGuard.h"
 #include "windows/WindowBench.h"
 
 #include <QAction>
@@ -24,6 +25,32 @@ TEST(Detection, OneTabForEachBoardAndTheFirstIsCurrent) {
     EXPECT_EQ(bench.LabelText("lblDeviceInfo_4"), "Simulated Instruments");
     EXPECT_EQ(bench.LabelText("lblProgramming_1"), "2 board(s) detected and programmed");
     EXPECT_FALSE(bench.Find<QWidget>("picNoAIBs").isVisible());
+}
+
+TEST(Detection, AnEpromWrittenInPartShowsAndIsOfferedWhatItHeldBefore) {
+    WindowBench bench;
+    const std::string before = bench.Bench.Bench.Board(0).Eprom().Image();
+    EpromWords words;
+    words.WriteEPROM(1040, 5);
+    words.WriteEPROM(1044, 6);
+    EpromGuard(bench.Bench.TheStation, "EPROM Fields").Write(words, [](std::int32_t address) {
+        return address == 1040;
+    });
+    auto& detect = bench.Find<QAction>("mnuDetectAIBs");
+    auto& messages = bench.Bench.Messages;
+    const auto& strip = bench.Find<QLabel>("lblPartialWrite");
+    for (const Answer answer : {Answer::No, Answer::Yes}) {
+        messages.Shown.clear();
+        messages.Answers = {answer};
+        detect.trigger();
+        ASSERT_FALSE(messages.Shown.empty());
+        EXPECT_TRUE(messages.Shown[0].DefaultsToRefusal);
+        EXPECT_NE(messages.Shown[0].Text.find("written in part: \"EPROM Fields\""),
+                  std::string::npos);
+        QTest::qWait(250); // for the window's tick
+        EXPECT_EQ(strip.isVisible(), answer == Answer::No);
+        EXPECT_EQ(bench.Bench.Bench.Board(0).Eprom().Image() == before, answer == Answer::Yes);
+    }
 }
 
 TEST(Detection, ABoardOfAnotherProgramIsReadOnlyUntilThatHasEnded) {

@@ -1,6 +1,7 @@
 #include "board/unit/ACUCalibration.h"
 
 #include "board/eprom/EpromGuard.h"
+#include "board/eprom/PartialWrite.h"
 #include "board/unit/RecordCoding.h"
 #include "platform/text/Text.h"
 
@@ -96,6 +97,8 @@ bool ACUCalibration::ReadEPROMValues_v02(EpromSource& from) {
     if (!ReadCapacities(from, m_Record))
         return false; // what cannot be read is not known to be missing
     if (!HasCapacities(m_Record)) {
+        if (FindPartialWrite(m_World, m_Board.SerialNumber()))
+            return false; // it is to be made whole, not initialised
         // What a fresh header rewrites must not be lost to a record that has read nothing yet.
         TakeWrittenMFCNumber(from, m_Record);
         const Message question{"This ACU has not been initialised.\r\n\r\n"

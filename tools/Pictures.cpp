@@ -7,6 +7,7 @@
 #include "windows/eprom/EPROMFieldsTable.h"
 #include "windows/eprom/EPROMFieldsWindow.h"
 #include "windows/main/AIBAccessoriesWindow.h"
+#include "windows/procedure/ProcedureBar.h"
 #include "windows/trend/TrendWindow.h"
 #include "windows/widgets/ProgressBar.h"
 
@@ -34,6 +35,8 @@ using namespace ombrix;
 
 constexpr QSize Screen(1366, 728);
 constexpr QSize Stages(1000, 680);
+/// After which no air flows any more.
+constexpr double Settled_s = 5.0;
 
 /// Nobody sits before the pictures: gauges count as placed, questions are all answered alike.
 class AbsentOperator final : public Operator {
@@ -114,14 +117,20 @@ class Photographer {
     void HealthCheck(const char* file) {
         for (int channel = 0; channel < 4; ++channel)
             Find<QSlider>(m_Window, QStringLiteral("sldDACValue_%1").arg(channel)).setValue(0);
-        constexpr double settled_s = 5.0;
-        LetTimePass(settled_s);
+        LetTimePass(Settled_s);
         Find<QAbstractButton>(m_Window, QStringLiteral("Command3")).click();
         QWidget& window = TopLevel("frmACUHealthCheck");
         window.resize(Screen);
         CheckUntil(window, "chkLowCh2", 800, [&] { Take(window, file); });
         CheckUntil(window, "chkPressureCheck", 400, [] {});
         window.close();
+    }
+
+    /// The initial calibrations from the first run to the last.
+    void Calibrated(const char* file) {
+        InitialiseVelocity();
+        LetTimePass(Settled_s);
+        MainWindow(file);
     }
 
     /// The stage window in the middle of the second stage. @param channel that is measured, from 1
@@ -140,9 +149,7 @@ class Photographer {
             Find<QAbstractButton>(window, QStringLiteral("cmdCancel")).click();
         });
         moment.start(0);
-        Find<QLineEdit>(m_Window, QStringLiteral("txtMFCNumber"))
-            .setText(QStringLiteral("M9200302C"));
-        Find<QAbstractButton>(m_Window, QStringLiteral("cmdVelocity_Init")).click();
+        InitialiseVelocity();
     }
 
     /// The history of the unit, several months after its last calibration.
@@ -253,6 +260,12 @@ class Photographer {
         throw std::runtime_error(std::string("no window ") + name);
     }
 
+    void InitialiseVelocity() {
+        Find<QLineEdit>(m_Window, QStringLiteral("txtMFCNumber"))
+            .setText(QStringLiteral("M9200302C"));
+        Find<QAbstractButton>(m_Window, QStringLiteral("cmdVelocity_Init")).click();
+    }
+
     void LetTimePass(double seconds) {
         const Clock& clock = m_Assembly.Time();
         const auto until = clock.Counter() + static_cast<std::int64_t>(
@@ -263,6 +276,7 @@ class Photographer {
 
     void Refresh() {
         Find<QAbstractButton>(m_Window, QStringLiteral("cmdUpdate")).click();
+        Find<ProcedureBar>(m_Window, QStringLiteral("picProcedure")).Refresh();
         QCoreApplication::processEvents();
     }
 
@@ -286,7 +300,10 @@ class Studio {
           m_Window(m_Assembly.TheStation(),
                    {[this] { m_Events.EndProgram(); },
                     [this](OpenExcelView& wait) { return m_Assembly.Reports(wait); },
-                    ReadersOfJournals, OMBRIX_VERSION}),
+                    ReadersOfJournals,
+                    OMBRIX_VERSION,
+                    {},
+                    options.Bench}),
           m_Photographer(m_Assembly, m_Window, folder) {}
 
     Photographer* operator->() { return &m_Photographer; }
@@ -310,6 +327,10 @@ StationOptions InVirtualTime(const char* bench, const std::filesystem::path& dat
 }
 
 void MakePictures(const std::filesystem::path& folder, const std::filesystem::path& dataRoot) {
+    Studio(InVirtualTime("none", dataRoot), Answer::No, folder)->MainWindow("first-start.png");
+    Studio newUnit(InVirtualTime("fresh", dataRoot / "new"), Answer::Yes, folder);
+    newUnit->MainWindow("new-unit.png");
+    newUnit->Calibrated("calibrated.png");
     const StationOptions fresh = InVirtualTime("fresh", dataRoot);
     Studio(fresh, Answer::Yes, folder)->Calibration("calibration.png", 1);
     Studio(fresh, Answer::No, folder)->History("history.png");

@@ -3,8 +3,8 @@
 #include "board/eprom/EpromStorage.h"
 #include "platform/text/Paths.h"
 #include "reports/ReportFile.h"
-#include "spreadsheet/LibreOfficeConverter.h"
 #include "spreadsheet/XlsxApplication.h"
+#include "support/NoConverter.h"
 #include "support/TestBench.h"
 
 #include <memory>
@@ -18,15 +18,6 @@ class RecordedWait final : public OpenExcelView {
     std::vector<std::string> Story;
     void Show(const std::string& message) override { Story.push_back(message); }
     void Close() override { Story.emplace_back("closed"); }
-};
-
-/// Keeps the content as it is, so that a ".xls" can be looked into.
-class SameContent final : public DocumentConverter {
-  public:
-    std::string Convert(std::string_view content, std::string_view /*from*/,
-                        std::string_view /*to*/) override {
-        return std::string(content);
-    }
 };
 
 /// A bench with everything that report files are made with; its current board's record is read.

@@ -115,9 +115,11 @@ inline void PutWord(AIB& board, std::int32_t address, std::int32_t word) {
 /// A station on a simulated bench in virtual time, with its data in a temporary folder.
 class TestBench {
   public:
+    /// @param library in the place of the bench
     explicit TestBench(const std::string& bench = "acu",
-                       const std::vector<std::string>& faults = {})
-        : Bench(Time, {bench, Faults::Parse(faults), 1, {}}), TheStation({Bench, World}) {
+                       const std::vector<std::string>& faults = {}, AIBControl* library = nullptr)
+        : Bench(Time, {bench, Faults::Parse(faults), 1, {}}),
+          TheStation({library == nullptr ? Bench : *library, World}) {
         PrepareSimulatorFolder(Folder.Path()); // for the FPGA files; EPROMs stay in memory
         std::filesystem::create_directory(Folder.Path() / "Kept");
         Files.Mount("T:", Folder.Path() / "Kept");

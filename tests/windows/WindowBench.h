@@ -27,8 +27,8 @@ namespace ombrix {
 class WindowBench {
   public:
     explicit WindowBench(const std::string& bench = "acu",
-                         const std::vector<std::string>& faults = {})
-        : Bench(bench, faults),
+                         const std::vector<std::string>& faults = {}, AIBControl* library = nullptr)
+        : Bench(bench, faults, library),
           Window(Bench.TheStation,
                  {.EndProgram = [this] { Bench.Events.EndProgram(); },
                   .Reports = [this](OpenExcelView& wait) { return Reports(wait); },
@@ -39,6 +39,7 @@ class WindowBench {
                           return readers;
                       },
                   .Version = "1.2.34",
+                  .Simulation = library == nullptr ? bench : "",
                   .StartAnew =
                       [this](const std::string& library) { StartedAnew.push_back(library); }}) {
         Bench.Files.Mount(Paths::Program, PROGRAMS_FOLDER);
@@ -122,7 +123,7 @@ class WindowBench {
                 wait, Paths::Templates};
     }
 
-    NoConverter m_Converter;
+    SameContent m_Converter;
 };
 
 } // namespace ombrix

@@ -144,10 +144,12 @@ void AIBAccessoriesWindow::LayOut() {
     auto* central = new QWidget(this);
     central->setAccessibleName(tr("Boards"));
     auto* layout = new QVBoxLayout(central);
+    // All panels fit on a screen of 1280 × 720 pixels, with nothing to spare.
     constexpr int margin = 8;
-    layout->setContentsMargins(margin, margin, margin, margin);
+    constexpr int narrow = 4;
+    layout->setContentsMargins(margin, narrow, margin, narrow);
+    layout->setSpacing(narrow);
     layout->addWidget(m_Notices);
-    layout->addWidget(m_Tabs);
     // On the smallest screens the panels are scrolled; what stops things stays in sight.
     layout->addWidget(MakeScrolling(content, tr("Panels of the board"), central), 1);
     layout->addWidget(m_Foot);

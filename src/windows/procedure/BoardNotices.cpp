@@ -6,7 +6,9 @@
 #include "platform/text/OleDate.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/QtText.h"
+#include "windows/widgets/ValueLabel.h"
 
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
 #include <QTabBar>
@@ -23,21 +25,24 @@ constexpr QColor SimulationGround(255, 200, 60);
 constexpr QColor AlarmGround(176, 0, 32);
 constexpr QColor ReadOnlyGround(64, 78, 100);
 
-QLabel* MakeStrip(const char* objectName, const QColor& ground, const QColor& text,
-                  QWidget* parent) {
-    auto* strip = new QLabel(parent);
-    strip->setObjectName(QLatin1String(objectName));
-    strip->setTextFormat(Qt::PlainText);
-    strip->setWordWrap(true);
-    strip->setAutoFillBackground(true);
-    QPalette palette = strip->palette();
+void ColourStrip(QLabel& strip, const QColor& ground, const QColor& text) {
+    strip.setAutoFillBackground(true);
+    QPalette palette = strip.palette();
     palette.setColor(QPalette::Window, ground);
     palette.setColor(QPalette::WindowText, text);
-    strip->setPalette(palette);
+    strip.setPalette(palette);
     constexpr int margin = 3;
-    strip->setMargin(margin);
-    strip->hide();
-    return strip;
+    strip.setMargin(margin);
+    strip.hide();
+}
+
+QLabel* MakeNotice(const char* objectName, const QColor& ground, QWidget* parent) {
+    auto* notice = new QLabel(parent);
+    notice->setObjectName(QLatin1String(objectName));
+    notice->setTextFormat(Qt::PlainText);
+    notice->setWordWrap(true);
+    ColourStrip(*notice, ground, Qt::white);
+    return notice;
 }
 
 QIcon DrivingIcon() {
@@ -59,20 +64,25 @@ QIcon DrivingIcon() {
 BoardNotices::BoardNotices(Station& station, QTabBar& tabs, const std::string& simulation,
                            QWidget* parent)
     : QWidget(parent), m_Station(station), m_Tabs(tabs),
-      m_Simulation(MakeStrip("lblSimulation", SimulationGround, Qt::black, this)),
-      m_Lost(MakeStrip("lblBoardLost", AlarmGround, Qt::white, this)),
-      m_ReadOnly(MakeStrip("lblReadOnly", ReadOnlyGround, Qt::white, this)),
-      m_PartialWrite(MakeStrip("lblPartialWrite", AlarmGround, Qt::white, this)) {
+      m_Simulation(new ValueLabel(QStringLiteral("lblSimulation"), tr("Simulation"), this)),
+      m_Lost(MakeNotice("lblBoardLost", AlarmGround, this)),
+      m_ReadOnly(MakeNotice("lblReadOnly", ReadOnlyGround, this)),
+      m_PartialWrite(MakeNotice("lblPartialWrite", AlarmGround, this)) {
+    ColourStrip(*m_Simulation, SimulationGround, Qt::black);
+    m_Simulation->CutToFit();
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_Lost);
     layout->addWidget(m_ReadOnly);
     layout->addWidget(m_PartialWrite);
-    layout->addWidget(m_Simulation);
+    // Beside the tabs: a line of its own would push the panels off a small screen.
+    auto* row = new QHBoxLayout;
+    row->addWidget(&m_Tabs);
+    row->addWidget(m_Simulation, 1);
+    layout->addLayout(row);
     if (simulation.empty())
         return;
-    m_Simulation->setText(tr("Simulated bench: %1").arg(ToQt(simulation)));
-    m_Simulation->setAccessibleName(m_Simulation->text());
+    m_Simulation->ShowValue(tr("Simulated bench: %1").arg(ToQt(simulation)));
     m_Simulation->show();
 }
 

@@ -12,10 +12,12 @@ class QTabBar;
 
 namespace ombrix {
 
-/// What must not be overlooked, above everything else: that the bench is a simulated one, that a
-/// board does not answer any more, that it is read only because another program has it, and that
-/// its EPROM was written in part. Marks the tabs of boards that are read only or whose outputs
-/// stand above zero.
+class ValueLabel;
+
+/// The tabs of the boards with what must not be overlooked, above everything else: that the bench
+/// is a simulated one, that a board does not answer any more, that it is read only because another
+/// program has it, and that its EPROM was written in part. Marks the tabs of boards that are read
+/// only or whose outputs stand above zero.
 class BoardNotices final : public QWidget {
     Q_OBJECT
 
@@ -43,7 +45,7 @@ class BoardNotices final : public QWidget {
 
     Station& m_Station;
     QTabBar& m_Tabs;
-    QLabel* m_Simulation;
+    ValueLabel* m_Simulation;
     QLabel* m_Lost;
     QLabel* m_ReadOnly;
     QLabel* m_PartialWrite;

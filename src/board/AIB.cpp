@@ -326,7 +326,7 @@ bool IsChannelReady(std::uint32_t channel, std::int32_t statusWord) {
 /// Where on this computer a file that is missing is looked for.
 std::string WhereFPGAFileBelongs(const Drive& files, std::string_view path, std::int32_t version) {
     if (path.empty())
-        return fmt::format("There is no such file for hardware version {}. Please have the "
+        return fmt::format("There is no such file for hardware version 0x{}. Please have the "
                            "identity of the board looked at.",
                            HexText(version));
     std::string folders;

@@ -259,9 +259,9 @@ std::size_t RecordedHealthCheck::SampleCount() const {
 }
 
 std::string RecordedHealthCheck::Describe() const {
-    return fmt::format(
-        "Health Check of {}, {}: {} sequences, {} samples", m_Header.Unit.SerialNumberStr(),
-        DateText(m_Header.Start, "dd/mm/yyyy hh:nn:ss"), m_Sequences.size(), SampleCount());
+    return fmt::format("Health Check of {}, {}: {} sequences, {} samples",
+                       m_Header.Unit.SerialNumberStr(), IsoText(m_Header.Start), m_Sequences.size(),
+                       SampleCount());
 }
 
 RemadeReport RecordedHealthCheck::MakeReport() const {

@@ -25,9 +25,9 @@ std::string RunText(const HistoryEntry& run) {
         remarks.push_back(run.Eprom);
     if (const std::string worst = WorstText(run.Check); !worst.empty())
         remarks.push_back(worst);
-    return fmt::format("ACU{:05}  {}  {:<27}  {:<18}  {:<12}  {}\n", run.Serial,
-                       DateText(run.When, "yyyy-mm-dd hh:nn:ss"), TitleOf(run.Kind),
-                       ShownVerdict(run), run.Program.Computer, fmt::join(remarks, "; "));
+    return fmt::format("ACU{:05}  {}  {:<27}  {:<18}  {:<12}  {}\n", run.Serial, IsoText(run.When),
+                       TitleOf(run.Kind), ShownVerdict(run), run.Program.Computer,
+                       fmt::join(remarks, "; "));
 }
 
 /// The unfinished run's journal among the program's own; nothing for a copy elsewhere.

@@ -39,7 +39,7 @@ TrendSubject SubjectOf(const BoardNote& note) {
 
 TrendRecorder::TrendRecorder(Station& station)
     : m_Station(station), m_Start_s(MonotonicSeconds(station.World.Time)) {
-    m_Data.Title = "Live since " + DateText(station.World.Time.Now(), "dd/mm/yyyy hh:nn:ss");
+    m_Data.Title = "Live since " + IsoText(station.World.Time.Now());
     m_Notes = station.Feed.Listen([this](const BoardNote& note) { Take(note); });
 }
 

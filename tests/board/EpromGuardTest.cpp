@@ -182,7 +182,7 @@ TEST(EpromFields, DifferencesAreShownAsTheFieldsAreMeant) {
              {24,
               {0x7F800001},
               {0x7F800000},
-              "24 Channel 3 capacity: (no number) (7F800001) → (no number) (7F800000)"},
+              "24 Channel 3 capacity: (no number) (0x7F800001) → (no number) (0x7F800000)"},
              {496,
               {0, 0x40E1D5C0},
               {0, 0},

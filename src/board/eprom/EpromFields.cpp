@@ -183,7 +183,7 @@ std::string ShowField(const EpromField& field, const EpromImage& image) {
 std::string WordsText(const EpromField& field, const EpromImage& image) {
     std::string text;
     for (std::int32_t word = 0; word < field.Words; ++word)
-        text += fmt::format("{}{:08X}", word == 0 ? "" : " ", Bits(image, field, word));
+        text += fmt::format("{}0x{:08X}", word == 0 ? "" : " ", Bits(image, field, word));
     return text;
 }
 

@@ -149,29 +149,42 @@ bool IsHexadecimal(std::string_view typed) {
     return typed.starts_with("0x") || typed.starts_with("0X");
 }
 
+/// "0x" and up to eight digits, or a whole number of 32 bits, with or without a sign.
+std::optional<std::int32_t> ParseWord(std::string_view typed) {
+    constexpr std::size_t mostDigits = 8;
+    constexpr int decimal = 10;
+    constexpr int hexadecimal = 16;
+    const bool isHexadecimal = IsHexadecimal(typed);
+    if (isHexadecimal)
+        typed.remove_prefix(2);
+    std::int64_t word = 0;
+    const char* const end = typed.data() + typed.size();
+    const auto [read, error] =
+        std::from_chars(typed.data(), end, word, isHexadecimal ? hexadecimal : decimal);
+    const bool fits = isHexadecimal ? typed.size() <= mostDigits && !typed.starts_with('-')
+                                    : word >= std::numeric_limits<std::int32_t>::min() &&
+                                          word <= std::numeric_limits<std::uint32_t>::max();
+    if (error != std::errc{} || read != end || !fits)
+        return std::nullopt;
+    return static_cast<std::int32_t>(word);
+}
+
 } // namespace
 
 FieldEntry ParseWords(const EpromField& field, std::string_view typed) {
     FieldEntry entry;
     std::istringstream groups{std::string(typed)};
-    constexpr std::size_t mostDigits = 8;
-    constexpr int base = 16;
     for (std::string group; groups >> group;) {
-        if (IsHexadecimal(group))
-            group.erase(0, 2);
-        std::uint32_t word = 0;
-        const char* const end = group.data() + group.size();
-        const auto [read, error] = std::from_chars(group.data(), end, word, base);
-        if (error != std::errc{} || read != end || group.size() > mostDigits)
-            return Wrong("Not hexadecimal. Enter up to eight of the digits 0 to 9 and A to F a "
-                         "word.");
-        entry.Words.push_back(static_cast<std::int32_t>(word));
+        const auto word = ParseWord(group);
+        if (!word)
+            return Wrong("No word of 32 bits. Enter 0x and up to eight hexadecimal digits, or a "
+                         "whole number.");
+        entry.Words.push_back(*word);
     }
     if (std::ssize(entry.Words) != field.Words)
         return Wrong(field.Words == 1
-                         ? std::string("Enter one word of up to eight hexadecimal digits.")
-                         : fmt::format("Enter {} words of up to eight hexadecimal digits, divided "
-                                       "by blanks; these are {}.",
+                         ? std::string("Enter one word, such as 0x3FC00000.")
+                         : fmt::format("Enter {} words, divided by blanks; these are {}.",
                                        field.Words, entry.Words.size()));
     return entry;
 }

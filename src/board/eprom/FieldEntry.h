@@ -24,7 +24,7 @@ struct FieldEntry {
 /// up with blanks. All but texts may be given as words too, each beginning with 0x.
 FieldEntry ParseValue(const EpromField& field, std::string_view typed);
 
-/// The words of a field in hexadecimal, divided by blanks, with or without 0x.
+/// The words of a field, divided by blanks, each in decimal or as 0x….
 FieldEntry ParseWords(const EpromField& field, std::string_view typed);
 
 /// What stands in a field, as it is to be edited: ParseValue takes it. Empty where nothing that

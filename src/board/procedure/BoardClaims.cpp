@@ -83,10 +83,9 @@ constexpr const char* MarkKind = "running";
 } // namespace
 
 void LeaveMark(Platform& world, std::int32_t serial, const std::string& procedure) {
-    world.Files.ReplaceFile(ClaimPath(world.Files, serial, MarkKind),
-                            fmt::format("{}\n{}\n{}\n", procedure,
-                                        DateText(world.Time.Now(), "yyyy-mm-dd hh:nn:ss"),
-                                        NameOf(world.Program)));
+    world.Files.ReplaceFile(
+        ClaimPath(world.Files, serial, MarkKind),
+        fmt::format("{}\n{}\n{}\n", procedure, IsoText(world.Time.Now()), NameOf(world.Program)));
 }
 
 std::optional<RunningMark> FindMark(Platform& world, std::int32_t serial) {

@@ -206,7 +206,7 @@ void AddPressureLines(std::string& csv, const std::string& head, const HistoryEn
 }
 
 std::string DateOrNever(OleDate date) {
-    return date == OleDate() ? "never" : DateText(date, "dd/mm/yyyy hh:nn");
+    return date == OleDate() ? "never" : IsoText(date);
 }
 
 std::string ReadingText(const PointReading& reading) {
@@ -259,9 +259,9 @@ std::string HistoryCsv(const CalibrationHistory& history) {
     std::string csv = "when,unit,station,kind,verdict,channel,point,demand_bits,demand_ml_m,"
                       "rising_bits,rising_ml_m,falling_bits,falling_ml_m,pressure\r\n";
     for (const HistoryEntry& run : history.Runs) {
-        const std::string head = fmt::format(
-            "{},ACU{:05},{},{},{}", DateText(run.When, "yyyy-mm-dd hh:nn:ss"), run.Serial,
-            Field(run.Program.Computer), NameOf(run.Kind), Field(run.Verdict));
+        const std::string head =
+            fmt::format("{},ACU{:05},{},{},{}", IsoText(run.When), run.Serial,
+                        Field(run.Program.Computer), NameOf(run.Kind), Field(run.Verdict));
         if (!IsCalibration(run.Kind))
             csv += head + ",,,,,,,,,\r\n"; // it has no points
         else if (IsVelocity(run.Kind))
@@ -280,9 +280,9 @@ std::string ShownVerdict(const HistoryEntry& run) {
 }
 
 std::string DetailsOf(const HistoryEntry& run) {
-    std::string text = fmt::format("{}: {}\n{} on {}, {} {}\n", TitleOf(run.Kind),
-                                   ShownVerdict(run), DateText(run.When, "dd/mm/yyyy hh:nn:ss"),
-                                   run.Program.Computer, run.Program.Name, run.Program.Version);
+    std::string text =
+        fmt::format("{}: {}\n{} on {}, {} {}\n", TitleOf(run.Kind), ShownVerdict(run),
+                    IsoText(run.When), run.Program.Computer, run.Program.Name, run.Program.Version);
     for (const std::string& reason : run.Reasons)
         text += reason + "\n";
     text += FoundText(run.Found);

@@ -80,7 +80,7 @@ std::string RecordedCalibration::Describe() const {
                                    ? fmt::format("{} readings", ReadingsOf(m_Run.Velocity.Measured))
                                    : fmt::format("{} points", m_Run.Pressure.size());
     return fmt::format("{} of {}, {}: {}", TitleOf(m_Run.Kind), m_Run.Unit.SerialNumberStr(),
-                       DateText(m_Run.Start, "dd/mm/yyyy hh:nn:ss"), points);
+                       IsoText(m_Run.Start), points);
 }
 
 RemadeReport RecordedCalibration::MakeReport() const {

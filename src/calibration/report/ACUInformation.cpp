@@ -41,7 +41,7 @@ class InformationSheet {
         else if (date.ToCivil() && date.Days() > 0.0)
             m_Sheet.SetValue(address, date);
         else
-            m_Sheet.SetValue(address, DateText(date, "yyyy-mm-dd hh:nn:ss"));
+            m_Sheet.SetValue(address, IsoText(date));
     }
     void SetYesNo(const std::string& address, bool yes) {
         m_Sheet.SetValue(address, std::string(yes ? "Yes" : "No"));

@@ -55,8 +55,8 @@ void WriteLog(Platform& world, std::string_view line) {
     try {
         world.Files.CreateFolder(Paths::Logs);
         world.Files.OpenForAppending(LogPath(world.Time))
-            ->Write(fmt::format("{} {}[{}] {}\n", DateText(world.Time.Now(), "yyyy-mm-dd hh:nn:ss"),
-                                world.Program.Name, world.Program.ProcessId, OneLine(line)));
+            ->Write(fmt::format("{} {}[{}] {}\n", IsoText(world.Time.Now()), world.Program.Name,
+                                world.Program.ProcessId, OneLine(line)));
     } catch (const DriveError&) {
         return; // work goes on without a log
     }
@@ -144,9 +144,8 @@ void TellOfFile(Platform& world, Message message, const std::filesystem::path& f
     message.OffersToOpen = !file.empty();
     if (world.Events.ProgramEnding())
         WriteLog(world, "Not shown: " + message.Text);
-    else if (world.Messages.Ask(message) == Answer::Open && !world.Documents.OpenDocument(file))
-        world.Messages.Ask({"The desktop has no program that opens it:\r\n\r\n   " + file.string(),
-                            MessageIcon::Warning, MessageButtons::Ok});
+    else if (world.Messages.Ask(message) == Answer::Open)
+        OpenOrTell(world, file);
 }
 
 void LoggedEnd::EndProgram(ExitStatus status) {

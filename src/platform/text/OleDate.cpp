@@ -82,4 +82,8 @@ std::string DateText(OleDate date, std::string_view pattern) {
     return text;
 }
 
+std::string IsoText(OleDate date) {
+    return DateText(date, "yyyy-mm-dd hh:nn:ss");
+}
+
 } // namespace ombrix

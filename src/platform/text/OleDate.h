@@ -48,4 +48,8 @@ class OleDate {
 /// stands for itself. Bits that are no date give "(no date)".
 std::string DateText(OleDate date, std::string_view pattern);
 
+/// The same as windows, messages and lists show it wherever no other form is prescribed:
+/// "2026-11-24 13:05:09".
+std::string IsoText(OleDate date);
+
 } // namespace ombrix

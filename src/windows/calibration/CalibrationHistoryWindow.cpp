@@ -155,9 +155,8 @@ void CalibrationHistoryWindow::ShowUnit() {
             [this] { m_History = ReadHistory(m_Station.World.Files, Serial()); });
     m_Runs->clear();
     for (const HistoryEntry& run : m_History.Runs)
-        new QTreeWidgetItem(m_Runs,
-                            {ToQt(DateText(run.When, "dd/mm/yyyy hh:nn:ss")), tr(TitleOf(run.Kind)),
-                             ToQt(ShownVerdict(run)), ToQt(run.Program.Computer)});
+        new QTreeWidgetItem(m_Runs, {ToQt(IsoText(run.When)), tr(TitleOf(run.Kind)),
+                                     ToQt(ShownVerdict(run)), ToQt(run.Program.Computer)});
     AutoSizeColumns(*m_Runs);
     const bool any = !m_History.Runs.empty();
     if (any)

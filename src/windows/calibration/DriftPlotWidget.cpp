@@ -188,7 +188,7 @@ void DriftPlotWidget::DrawLevels(QPainter& painter, const Frame& frame) const {
 
 void DriftPlotWidget::DrawRuns(QPainter& painter, const Frame& frame) const {
     const double width =
-        painter.fontMetrics().horizontalAdvance(QStringLiteral("00/00/0000")) + PlotGap;
+        painter.fontMetrics().horizontalAdvance(QStringLiteral("0000-00-00")) + PlotGap;
     const double line = painter.fontMetrics().height();
     const auto fit = std::max<std::size_t>(1, static_cast<std::size_t>(frame.Plot.width() / width));
     const std::size_t every = (frame.Runs + fit - 1) / fit;
@@ -199,7 +199,7 @@ void DriftPlotWidget::DrawRuns(QPainter& painter, const Frame& frame) const {
         painter.setPen(frame.Ink());
         painter.drawText(QRectF(x - width / 2, frame.Plot.bottom() + PlotGap / 2, width, 2 * line),
                          Qt::AlignHCenter | Qt::AlignTop,
-                         ToQt(DateText(m_Drift.Runs.at(run), "dd/mm/yyyy\nhh:nn")));
+                         ToQt(IsoText(m_Drift.Runs.at(run))).replace(' ', '\n'));
     }
 }
 

@@ -1,6 +1,7 @@
 #include "windows/eprom/EPROMFieldsTable.h"
 
 #include "windows/widgets/Controls.h"
+#include "windows/widgets/NumberField.h"
 #include "windows/widgets/QtText.h"
 
 #include <QEvent>
@@ -41,7 +42,7 @@ class CellEditor final : public QStyledItemDelegate {
         QObject::connect(line, &QLineEdit::textEdited, &m_Table,
                          [this, line, row = index.row(), column = index.column()] {
                              const QString error = m_Table.Judge(row, column, line->text());
-                             ShowAsWrong(*line, !error.isEmpty());
+                             ColourEntry(*line, error.isEmpty() ? Entry::Taken : Entry::Wrong);
                              emit m_Table.Judged(error);
                          });
         return line;
@@ -71,8 +72,7 @@ class CellEditor final : public QStyledItemDelegate {
 EPROMFieldsTable::EPROMFieldsTable(QWidget* parent) : QTableWidget(parent) {
     Named(this, QStringLiteral("tblFields"), tr("Fields of the EPROM"));
     setColumnCount(FieldColumnCount);
-    setHorizontalHeaderLabels(
-        {tr("Field"), tr("Address"), tr("Type"), tr("Value"), tr("Words (hexadecimal)")});
+    setHorizontalHeaderLabels({tr("Field"), tr("Address"), tr("Type"), tr("Value"), tr("Words")});
     for (int column = 0; column < FieldColumnCount; ++column)
         horizontalHeaderItem(column)->setTextAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     horizontalHeader()->setHighlightSections(false);

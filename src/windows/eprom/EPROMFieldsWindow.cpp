@@ -224,8 +224,7 @@ void EPROMFieldsWindow::Undo() {
             return Agreed(tr("Undo Last Write"),
                           tr("Undo the last write to the EPROM of %1, \"%2\"? This brings back "
                              "what was saved before it, on %3.")
-                              .arg(UnitName(), ToQt(last->Purpose),
-                                   ToQt(DateText(last->When, "dd/mm/yyyy hh:nn:ss"))),
+                              .arg(UnitName(), ToQt(last->Purpose), ToQt(IsoText(last->When))),
                           differences);
         };
         return RestoreEPROM(m_Station, *last->Content, agreed, progress);

@@ -7,6 +7,7 @@
 #include "windows/eprom/RestoreEPROMWindow.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/Guarded.h"
+#include "windows/widgets/NumberField.h"
 #include "windows/widgets/QtText.h"
 
 #include <QGridLayout>
@@ -14,7 +15,6 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTimer>
-#include <QToolTip>
 
 #include <cmath>
 #include <limits>
@@ -103,7 +103,12 @@ void EPROMPanel::AddValueRows(QGridLayout& grid) {
     grid.addWidget(m_NewValueHex, 3, 2);
     m_Error = MakeValue("lblValueError", tr("Error of the new value"), {}, this);
     m_Error->setFixedHeight(m_Error->fontMetrics().height());
-    grid.addWidget(m_Error, 4, 1, 1, 2);
+    m_AddressError = MakeValue("lblAddressError", tr("Error of the address"), {}, this);
+    m_AddressError->CutToFit();
+    auto* errors = new QHBoxLayout;
+    errors->addWidget(m_AddressError, 1);
+    errors->addWidget(m_Error);
+    grid.addLayout(errors, 4, 0, 1, 3);
 }
 
 QWidget* EPROMPanel::MakeCommands() {
@@ -165,10 +170,8 @@ void EPROMPanel::GoToAddress() {
     const bool wrong = !address && !m_GoTo->text().isEmpty();
     if (address)
         Guarded(m_Station.World.Messages, [&] { ShowEPROMAddress(*address); });
-    ShowAsWrong(*m_GoTo, wrong);
-    if (wrong)
-        QToolTip::showText(m_GoTo->mapToGlobal(QPoint(0, m_GoTo->height())),
-                           tr("No address: 0 to 2044 in steps of 4, or 0x0 to 0x7FC."), m_GoTo);
+    MarkEntry(*m_GoTo, *m_AddressError, wrong ? Entry::Wrong : Entry::Taken,
+              wrong ? tr("No address: 0 to 2044 in steps of 4, or 0x0 to 0x7FC.") : QString());
     // What is about to be written must not go to another word than the one that is meant.
     TakeNewValue();
 }
@@ -182,7 +185,10 @@ void EPROMPanel::ValidateNewValue(std::optional<double> value) {
     const double rounded = value ? std::nearbyint(*value) : 0.0;
     const bool inRange = value && rounded >= 0.0 && rounded <= largest;
     // What is no number must not leave an earlier value ready to be written.
-    m_Error->ShowValue(!value ? tr("Not a Number") : inRange ? QString() : tr("Out of Range"));
+    MarkEntry(*m_NewText, *m_Error, inRange ? Entry::Taken : Entry::Wrong,
+              !value    ? tr("Not a Number")
+              : inRange ? QString()
+                        : tr("Out of Range"));
     m_NewValue = inRange ? RoundHalfEven(rounded) : 0;
     m_Write->setEnabled(inRange && (m_GoTo->text().isEmpty() || GoToAddressTyped()));
     m_WriteAll->setEnabled(inRange);

@@ -71,6 +71,7 @@ class EPROMPanel final : public QGroupBox {
     ClickableLabel* m_CurrentValueDec = nullptr;
     QLineEdit* m_NewText = nullptr;
     ValueLabel* m_NewValueHex = nullptr;
+    ValueLabel* m_AddressError = nullptr;
     ValueLabel* m_Error = nullptr;
     QPushButton* m_Write = nullptr;
     QPushButton* m_WriteAll = nullptr;

@@ -101,9 +101,8 @@ void RestoreEPROMWindow::ListAll() {
         const EpromBackup& backup = m_Backups[i];
         const QString changed = ToQt(ChangedAfter(m_Backups, i, serial, m_Now));
         auto* line = new QTreeWidgetItem(
-            m_List,
-            {QStringLiteral("ACU%1").arg(backup.Serial, 5, 10, QLatin1Char('0')),
-             ToQt(DateText(backup.When, "dd/mm/yyyy hh:nn:ss")), ToQt(backup.Purpose), changed});
+            m_List, {QStringLiteral("ACU%1").arg(backup.Serial, 5, 10, QLatin1Char('0')),
+                     ToQt(IsoText(backup.When)), ToQt(backup.Purpose), changed});
         line->setToolTip(m_List->columnCount() - 1, changed);
         if (newest == nullptr && backup.Serial == serial)
             newest = line;

@@ -104,7 +104,7 @@ void BoardNotices::ShowLost(bool lost) {
         return;
     }
     const AIB& board = *m_Station.CurrentAIB;
-    m_Banner = DateText(m_Station.World.Time.Now(), "yyyy-mm-dd hh:nn:ss");
+    m_Banner = IsoText(m_Station.World.Time.Now());
     QString text = tr("Board %1 (%2) has not answered since %3.")
                        .arg(board.DevSerialNum())
                        .arg(ToQt(board.BusTypeText()), ToQt(*m_Banner));

@@ -7,7 +7,6 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QScreen>
@@ -144,14 +143,6 @@ QComboBox* MakeChooser(const char* objectName, const QString& caption, QHBoxLayo
     row.addWidget(label);
     row.addWidget(chooser);
     return chooser;
-}
-
-void ShowAsWrong(QLineEdit& field, bool wrong) {
-    QPalette own;
-    if (wrong)
-        own.setColor(QPalette::Text,
-                     ReadableColour(WrongRed, field.palette().color(QPalette::Base)));
-    field.setPalette(own);
 }
 
 QSize ScaledToFonts(const QWidget& widget, QSize usual) {

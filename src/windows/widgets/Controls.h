@@ -10,7 +10,6 @@ class QCheckBox;
 class QComboBox;
 class QHBoxLayout;
 class QLabel;
-class QLineEdit;
 class QPushButton;
 class QScrollArea;
 class QSlider;
@@ -65,8 +64,6 @@ QComboBox* MakeChooser(const char* objectName, const QString& caption, QHBoxLayo
                        QWidget* parent);
 /// Of what was entered and cannot be taken.
 inline constexpr Colour WrongRed{176, 0, 32};
-/// Shows what is typed in a field in red, or in the colour of ordinary text again.
-void ShowAsWrong(QLineEdit& field, bool wrong);
 /// A size that suits fonts of 96 dots to the inch, for the dots of the desktop's fonts.
 QSize ScaledToFonts(const QWidget& widget, QSize usual);
 /// The same for a window's first size, which is no larger than the screen: one of 1280 × 720 pixels

@@ -24,16 +24,19 @@ QColor GroundOf(Entry entry, const QPalette& palette) {
 
 } // namespace
 
-void MarkEntry(QLineEdit& field, ValueLabel& note, Entry entry, const QString& text) {
-    constexpr Colour red{192, 0, 0};
+void ColourEntry(QLineEdit& field, Entry entry) {
     QPalette palette;
     if (entry != Entry::Taken)
         palette.setColor(QPalette::Base, GroundOf(entry, palette));
     field.setPalette(entry == Entry::Taken ? QPalette() : palette);
+}
+
+void MarkEntry(QLineEdit& field, ValueLabel& note, Entry entry, const QString& text) {
+    ColourEntry(field, entry);
     field.setAccessibleDescription(text);
     note.ShowValue(text);
     if (entry == Entry::Wrong)
-        note.ShowInColour(red);
+        note.ShowInColour(WrongRed);
     else
         note.ShowInPaletteColour();
 }

@@ -11,7 +11,10 @@ namespace ombrix {
 /// How what stands in a field compares with what has been taken.
 enum class Entry { Taken, Pending, Wrong };
 
-/// Marks a field by the colour of its ground, and says beneath it what is the matter.
+/// Marks a field by the colour of its ground.
+void ColourEntry(QLineEdit& field, Entry entry);
+
+/// The same, and says beneath it what is the matter.
 /// @param note its label; empty for what has been taken
 void MarkEntry(QLineEdit& field, ValueLabel& note, Entry entry, const QString& text);
 

@@ -87,13 +87,13 @@ TEST_F(EPROMFieldsTest, EntriesOfEveryTypeAreWrittenAsTheirWords) {
     const RightEntry entries[] = {
         {"Channel 1 capacity", Value, "1.5", 16, {0x3FC00000}},
         {"Channel 2 capacity", Value, "0x3fc00001", 20, {0x3FC00001}},
-        {"Channel 3 capacity", Words, "C0490FDB", 24, {0xC0490FDB}},
+        {"Channel 3 capacity", Words, "0xC0490FDB", 24, {0xC0490FDB}},
         {"Calibration points", Value, "-7", 32, {0xFFFFFFF9}},
         {"Digital MFC config", Value, " 0xFFFFFFFE ", 40, {0xFFFFFFFE}},
         {"Velocity system date", Value, "01/01/2000", 496, {0, 0x40E1D5C0}},
         {"Velocity audit date", Value, "2000-01-01T12:00:00", 504, {0, 0x40E1D5D0}},
         {"Pressure audit date", Value, "never", 652, {0, 0}},
-        {"Pressure system date", Words, "0x1 40E1D5C0", 644, {1, 0x40E1D5C0}},
+        {"Pressure system date", Words, "1 0x40E1D5C0", 644, {1, 0x40E1D5C0}},
         {"MFC number", Value, "0xA€", 1024, {0x80417830, 0x20202020, 0x20202020}}};
     std::string expected = Image();
     for (const RightEntry& entry : entries) {
@@ -114,7 +114,7 @@ TEST_F(EPROMFieldsTest, EntriesOfEveryTypeAreWrittenAsTheirWords) {
     EXPECT_EQ(std::count(shown.begin(), shown.end(), '\n'), 10);
     EXPECT_EQ(Image(), expected);
     EXPECT_EQ(Cell("Velocity audit date", Value), "01/01/2000 12:00:00");
-    EXPECT_EQ(Cell("Velocity audit date", Words), "00000000 40E1D5D0");
+    EXPECT_EQ(Cell("Velocity audit date", Words), "0x00000000 0x40E1D5D0");
     EXPECT_EQ(State(), "Written and read back at 14:05:09.");
     EXPECT_EQ(m_Bench->Bench.TheStation.Calibration().Record().ChannelCapacity[0], 1.5F);
 }
@@ -131,8 +131,8 @@ TEST_F(EPROMFieldsTest, WrongEntriesTurnRedSayWhyAndAreNotWritten) {
     for (const WrongEntry& entry :
          {WrongEntry{"Calibration points", Value, "2147483648", "Out of range"},
           {"Calibration points", Value, "2.5", "Not a whole number"},
-          {"Calibration points", Value, "0x123456789", "Not hexadecimal"},
-          {"Calibration points", Words, "12G4", "Not hexadecimal"},
+          {"Calibration points", Value, "0x123456789", "No word"},
+          {"Calibration points", Words, "C0490FDB", "No word"},
           {"Calibration points", Words, "1 2", "Enter one word"},
           {"Max pressure", Value, "1e39", "Out of range"},
           {"Max pressure", Value, "1e-60", "Out of range"},
@@ -141,7 +141,7 @@ TEST_F(EPROMFieldsTest, WrongEntriesTurnRedSayWhyAndAreNotWritten) {
           {"Velocity system date", Value, "01/01/24", "Not a date"},
           {"Velocity system date", Value, "01/01/2024 24:00", "Not a date"},
           {"Velocity system date", Value, "soon", "Not a date"},
-          {"Velocity system date", Words, "40E1D5C0", "Enter 2 words"},
+          {"Velocity system date", Words, "0x40E1D5C0", "Enter 2 words"},
           {"MFC number", Value, "M9200301A-new", "Too long: 13 characters, 12 fit."},
           {"MFC number", Value, "M92003Ω", "no place"}}) {
         Type(entry.Field, entry.Column, entry.Typed);
@@ -174,7 +174,7 @@ TEST_F(EPROMFieldsTest, NoWritesNothingAndUndoBringsBackWhatAWriteHasReplaced) {
     m_Bench->Bench.Time.Advance(1.0);
     const std::string shown = Press("cmdUndoWrite", "cmdNo");
     EXPECT_EQ(shown, "Undo the last write to the EPROM of ACU00301, \"EPROM Fields\"? This brings "
-                     "back what was saved before it, on 15/03/2024 14:05:09.\n"
+                     "back what was saved before it, on 2024-03-15 14:05:09.\n"
                      "MFC number|\"M9200301B\"|\"M9200301A\"");
     EXPECT_EQ(Image(), written);
     Press("cmdUndoWrite", "cmdYes");
@@ -188,7 +188,7 @@ TEST_F(EPROMFieldsTest, ARefusedWriteIsToldAndTheTableShowsWhatTheBoardHas) {
     Press("cmdWriteFields", "cmdYes");
     EXPECT_EQ(m_Bench->Bench.Messages.Shown.back().Icon, MessageIcon::Critical);
     EXPECT_EQ(Cell("Max pressure", Value), "1000 → 400") << "what was entered is not lost";
-    EXPECT_EQ(Cell("Max pressure", Words), "447A0000 → 43C80000");
+    EXPECT_EQ(Cell("Max pressure", Words), "0x447A0000 → 0x43C80000");
     EXPECT_EQ(State(), "Not written: 604 Max pressure: 1000 → 400");
     Use("acu", {"status:32@ReadEEPROM"});
     EXPECT_EQ(Cell("Max pressure", Value), "--");

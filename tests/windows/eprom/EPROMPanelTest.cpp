@@ -19,6 +19,11 @@ class EPROMPanelTest : public ::testing::Test {
         QTest::keyClicks(&field, text);
     }
     bool CanWrite() { return m_Bench.Find<QPushButton>("cmdWriteValue").isEnabled(); }
+    /// Not marked as wrong.
+    bool IsPlain(const char* field) {
+        return m_Bench.Find<QLineEdit>(field).palette().color(QPalette::Base) ==
+               QApplication::palette().color(QPalette::Base);
+    }
     std::int32_t Word(std::int32_t address) {
         std::int32_t word = 0;
         m_Bench.Bench.TheStation.CurrentAIB->ReadEPROM(address, word);
@@ -66,6 +71,7 @@ TEST_F(EPROMPanelTest, OnlyWhatFitsCanBeWritten) {
         EXPECT_EQ(m_Bench.LabelText("lblValueError"), c.Error) << c.Typed;
         EXPECT_EQ(m_Bench.LabelText("lblNewValueHex"), c.Hex) << c.Typed;
         EXPECT_EQ(CanWrite(), *c.Error == '\0') << c.Typed;
+        EXPECT_EQ(IsPlain("txtNewValue"), *c.Error == '\0') << c.Typed;
     }
 }
 
@@ -106,6 +112,8 @@ TEST_F(EPROMPanelTest, AnAddressCanBeTyped) {
         QTest::keyClicks(&field, c.Typed);
         EXPECT_EQ(m_Bench.LabelText("lblCurrentAddress"), c.Shown) << c.Typed;
         EXPECT_EQ(CanWrite(), c.CanWrite) << c.Typed << ": no word that is not meant";
+        EXPECT_EQ(IsPlain("txtAddress"), c.CanWrite) << c.Typed;
+        EXPECT_EQ(m_Bench.LabelText("lblAddressError").isEmpty(), c.CanWrite) << c.Typed;
     }
     Scroll(2);
     EXPECT_EQ(m_Bench.LabelText("lblCurrentAddress"), "8");
@@ -133,9 +141,9 @@ TEST_F(EPROMPanelTest, SavedContentsAreListedWithWhatCameAfterAndBroughtBack) {
                     texts << list.topLevelItem(line)->text(column);
                 return texts.join('|').toStdString();
             };
-            EXPECT_EQ(row(0), "ACU00301|15/03/2024 14:06:09|EPROM Word 1600|word 1600");
-            EXPECT_EQ(row(1), "ACU00301|15/03/2024 14:05:09|EPROM Word 1024|MFC number");
-            EXPECT_EQ(row(2), "ACU00007|01/01/2024 01:01:01|Damaged|--");
+            EXPECT_EQ(row(0), "ACU00301|2024-03-15 14:06:09|EPROM Word 1600|word 1600");
+            EXPECT_EQ(row(1), "ACU00301|2024-03-15 14:05:09|EPROM Word 1024|MFC number");
+            EXPECT_EQ(row(2), "ACU00007|2024-01-01 01:01:01|Damaged|--");
             list.setCurrentItem(list.topLevelItem(2));
             auto& restore = WindowBench::FindIn<QAbstractButton>(form, button);
             EXPECT_EQ(restore.isEnabled(), restore.objectName() == "cmdCancelRestore");

@@ -132,7 +132,7 @@ TEST_F(TrendWindowTest, WhatIsWrongWithAFileIsToldAndTheEarlierOneStays) {
     EXPECT_TRUE(state.contains("Data_1.csv is of no kind")) << state.toStdString();
     EXPECT_EQ(Cell(0, 0), "CH1 flow");
     Click("cmdLive");
-    EXPECT_TRUE(m_Window->windowTitle().startsWith("Trend - Live since 15/03/2024"));
+    EXPECT_TRUE(m_Window->windowTitle().startsWith("Trend - Live since 2024-03-15 "));
 }
 
 TEST_F(TrendWindowTest, LiveFollowsWhateverReadsTheBoardsUntilPaused) {

@@ -91,9 +91,11 @@ std::size_t TrendTimes::IndexFrom(double time_s) const {
 
 std::optional<float> TrendGroup::ValueAt(std::size_t trace, double time_s) const {
     std::size_t index = Times.IndexFrom(time_s);
-    if (index == Times.Size() && (Times.Empty() || !Traces.at(trace).Held))
+    const bool isBehind = index == Times.Size();
+    if (isBehind &&
+        (Times.Empty() || (!Traces.at(trace).Held && time_s - Times.Last() > LongestSilence_s)))
         return std::nullopt;
-    if (index == Times.Size() || Times[index] > time_s) {
+    if (isBehind || Times[index] > time_s) {
         if (index == Times.First())
             return std::nullopt;
         --index;

@@ -109,13 +109,16 @@ class TrendTimes {
     std::vector<double> m_Bases;
 };
 
+/// Longer than any procedure or panel takes from one reading to the next.
+inline constexpr double LongestSilence_s = 1.5;
+
 /// Traces whose values were taken together.
 struct TrendGroup {
     TrendTimes Times{};
     std::vector<TrendTrace> Traces{};
 
     /// What stood in the trace at a time: its last value until then; nothing before the first,
-    /// in a gap, and behind the end of what was read.
+    /// in a gap, and behind the end of what was read once the next reading is overdue.
     std::optional<float> ValueAt(std::size_t trace, double time_s) const;
 };
 

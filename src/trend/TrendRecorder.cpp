@@ -12,8 +12,6 @@ namespace {
 
 constexpr double Kept_s = 86400.0;
 constexpr double LeastSpacing_s = 0.02;
-/// Longer than any procedure or panel takes from one reading to the next.
-constexpr double LongestSilence_s = 1.5;
 
 std::string NameOf(const BoardNote& note) {
     const std::int32_t serial = note.Board.SerialNumber();

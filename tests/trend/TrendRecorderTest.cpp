@@ -34,7 +34,7 @@ TEST(TrendRecorder, KeepsReadingsApartDemandsAllAndSilenceAsAGap) {
     read({0.0, 0.005, 0.02, 0.05, 3.0});
     board.SetDAC(3, 100);
     board.SetDAC(3, 200);
-    bench.Time.Advance(1.0);
+    bench.Time.Advance(2.0);
     EXPECT_EQ(TimesOf(recorder.Recorded()),
               "Input 3 of 301 0.00 0.03 0.08 0.08- 3.08 | Output 3 of 301 3.08 3.08");
     const TrendGroup& output = recorder.Recorded().Groups[1];

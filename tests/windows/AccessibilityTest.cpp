@@ -178,6 +178,27 @@ TEST_P(EveryWindowTest, KeysReachAndMoveEveryControl) {
     });
 }
 
+TEST_P(EveryWindowTest, TabGoesThroughAPanelInReadingOrder) {
+    GetParam().Show([](QWidget& window) {
+        Settle();
+        const QWidget* before = nullptr;
+        for (QWidget* stop = window.nextInFocusChain(); stop != &window;
+             stop = stop->nextInFocusChain()) {
+            if (!stop->isVisible() || !TakesTab(stop) || BelongsToToolkit(stop))
+                continue;
+            const QRect to = stop->geometry();
+            const QRect from = before != nullptr ? before->geometry() : QRect();
+            const bool isNeighbour =
+                before != nullptr && before->parentWidget() == stop->parentWidget();
+            const bool isSameRow = to.top() < from.bottom() && from.top() < to.bottom();
+            const bool isBack = isSameRow ? to.right() <= from.left()
+                                          : to.bottom() <= from.top() && to.left() < from.right();
+            EXPECT_FALSE(isNeighbour && isBack) << NameOf(before) << " → " << NameOf(stop);
+            before = stop;
+        }
+    });
+}
+
 TEST_P(EveryWindowTest, NoTextIsCutOnTheSmallestScreen) {
     GetParam().Show([](QWidget& window) {
         Settle();

@@ -90,6 +90,7 @@ void EPROMPanel::AddAddressRows(QGridLayout& grid) {
     grid.addWidget(MakeCaption(tr("Current:"), this), 2, 0);
     grid.addWidget(m_CurrentValue, 2, 1);
     grid.addWidget(m_CurrentValueDec, 2, 2);
+    SetTabOrder({m_GoTo, fields, m_Address, restore, m_CurrentValueDec});
 }
 
 void EPROMPanel::AddValueRows(QGridLayout& grid) {

@@ -25,8 +25,6 @@ namespace ombrix {
 
 HealthCheckOptionsPanel::HealthCheckOptionsPanel(QWidget* parent) : QWidget(parent) {
     Named(this, QStringLiteral("picOptions"), tr("Options"));
-    auto* folder = MakeButton(QStringLiteral("cmdOpenFolder"), tr("Folder"), this);
-    folder->setToolTip(tr("Opens the folder of the reports."));
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
     using Option = HealthCheckOption;
@@ -38,11 +36,14 @@ HealthCheckOptionsPanel::HealthCheckOptionsPanel(QWidget* parent) : QWidget(pare
     grid->addWidget(AddOption(5, Option::PressureCheck, "chkPressureCheck", "Pressure"), 0, 1);
     m_Start = MakeButton(QStringLiteral("cmdStart"), tr("Start"), this);
     m_Cancel = MakeButton(QStringLiteral("cmdCancel"), tr("Cancel"), this);
+    auto* folder = MakeButton(QStringLiteral("cmdOpenFolder"), tr("Folder"), this);
+    folder->setToolTip(tr("Opens the folder of the reports."));
     auto* commands = new QHBoxLayout;
     for (QPushButton* command : {m_Start, m_Cancel, folder})
         commands->addWidget(command);
     grid->addLayout(commands, 3, 0, 1, 2);
-    setTabOrder(m_Cancel, folder);
+    const auto box = [this](std::size_t place) { return m_Options.at(place).Box; };
+    SetTabOrder({box(0), box(5), box(1), box(4), box(2), box(3), m_Start, m_Cancel, folder});
     connect(m_Start, &QPushButton::clicked, this, &HealthCheckOptionsPanel::StartWanted);
     connect(m_Cancel, &QPushButton::clicked, this, &HealthCheckOptionsPanel::CancelWanted);
     connect(folder, &QPushButton::clicked, this, &HealthCheckOptionsPanel::FolderWanted);

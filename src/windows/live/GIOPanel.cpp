@@ -86,6 +86,7 @@ QWidget* GIOPanel::MakeFooter() {
     power->addWidget(MakePowerBox(1, tr("Power 2"), footer));
     power->addStretch();
     power->addWidget(update);
+    SetTabOrder({m_Power[0], m_Power[1], update});
     auto* layout = new QVBoxLayout(footer);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addLayout(explanation);

@@ -83,6 +83,7 @@ AirTestPanel::AirTestPanel(QWidget* parent)
     grid->addLayout(MakeCommands(), grid->rowCount(), 0, 1, 3);
     grid->addLayout(lastRow, grid->rowCount(), 0, 1, 3);
     grid->setColumnStretch(2, 1);
+    SetTabOrder({m_Step, m_Delay, m_All, m_Channel1, m_BothWays, m_Cancel});
     connect(m_Cancel, &QPushButton::clicked, this, &AirTestPanel::CancelWanted);
 }
 

@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 namespace ombrix {
@@ -143,6 +144,11 @@ QComboBox* MakeChooser(const char* objectName, const QString& caption, QHBoxLayo
     row.addWidget(label);
     row.addWidget(chooser);
     return chooser;
+}
+
+void SetTabOrder(std::initializer_list<QWidget*> controls) {
+    for (auto next = std::next(controls.begin()); next != controls.end(); ++next)
+        QWidget::setTabOrder(*std::prev(next), *next);
 }
 
 QSize ScaledToFonts(const QWidget& widget, QSize usual) {

@@ -6,6 +6,8 @@
 #include <QColor>
 #include <QWidget>
 
+#include <initializer_list>
+
 class QCheckBox;
 class QComboBox;
 class QHBoxLayout;
@@ -62,6 +64,8 @@ QSlider* MakeDemandSlider(const QString& objectName, const QString& accessibleNa
 /// A list to choose from, with its caption before it. @param row takes both
 QComboBox* MakeChooser(const char* objectName, const QString& caption, QHBoxLayout& row,
                        QWidget* parent);
+/// The tab key goes through these controls in their order.
+void SetTabOrder(std::initializer_list<QWidget*> controls);
 /// Of what was entered and cannot be taken.
 inline constexpr Colour WrongRed{176, 0, 32};
 /// A size that suits fonts of 96 dots to the inch, for the dots of the desktop's fonts.

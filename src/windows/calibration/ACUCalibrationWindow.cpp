@@ -4,6 +4,7 @@
 #include "windows/calibration/DeviationPlotWidget.h"
 #include "windows/calibration/PointListWidget.h"
 #include "windows/calibration/StageListWidget.h"
+#include "windows/desktop/KeepAbove.h"
 #include "windows/desktop/QtOperator.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/ProgressBar.h"
@@ -146,9 +147,7 @@ void ACUCalibrationWindow::Appear() {
     const ACU unit = m_Station.Calibration().Unit();
     m_Unit->ShowValue(tr("%1   MFC number %2")
                           .arg(ToQt(unit.SerialNumberStr()), ToQt(unit.Record.ACUMFCNumber())));
-    show();
-    raise();
-    activateWindow();
+    BringUp(*this);
 }
 
 void ACUCalibrationWindow::Stage_Add(const std::string& name) {

@@ -6,6 +6,7 @@
 #include "platform/text/OleDate.h"
 #include "platform/text/Paths.h"
 #include "windows/calibration/DriftPlotWidget.h"
+#include "windows/desktop/KeepAbove.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/Guarded.h"
 #include "windows/widgets/PlotAxis.h"
@@ -117,9 +118,7 @@ QLayout* CalibrationHistoryWindow::MakeButtons() {
 
 void CalibrationHistoryWindow::Open() {
     FillUnits(isVisible() ? Serial() : m_Station.CurrentAIB->SerialNumber());
-    show();
-    raise();
-    activateWindow();
+    BringUp(*this);
 }
 
 void CalibrationHistoryWindow::ProcedureRunning(bool running) {

@@ -60,6 +60,12 @@ void KeepAbove(QWidget& window, QWidget& owner) {
     new Keeper(window, owner);
 }
 
+void BringUp(QWidget& window) {
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
 void MarkAsProcedureWindow(QWidget& window) {
     window.setProperty(ShowsProcedure, true);
 }

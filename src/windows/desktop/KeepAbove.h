@@ -9,6 +9,9 @@ namespace ombrix {
 /// @param owner outlives the window
 void KeepAbove(QWidget& window, QWidget& owner);
 
+/// Shows a window, or brings the one that is shown to the front.
+void BringUp(QWidget& window);
+
 /// Says that a window shows a procedure: after each question it comes to the front again.
 void MarkAsProcedureWindow(QWidget& window);
 /// The window that shows the procedure which runs; null when there is none.

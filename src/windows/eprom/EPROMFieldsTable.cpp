@@ -258,8 +258,8 @@ void EPROMFieldsTable::ShowCell(int row, int column, const Entered* entered,
     const QString held = text(*m_Content);
     const QString shown = text(wanted) == held ? held : held + QStringLiteral(" → ") + text(wanted);
     cell.setText(wrong ? entered->Text + QLatin1Char('\n') + ToQt(entered->Entry.Error) : shown);
-    cell.setForeground(wrong ? QBrush(ReadableColour(WrongRed, palette().color(QPalette::Base)))
-                             : QBrush());
+    const QColor ground = palette().color(row % 2 == 0 ? QPalette::Base : QPalette::AlternateBase);
+    cell.setForeground(wrong ? QBrush(ReadableColour(WrongRed, ground)) : QBrush());
     // Long ones are cut in the cell.
     cell.setToolTip(entered != nullptr || column == RawWords ? cell.text() : QString());
 }

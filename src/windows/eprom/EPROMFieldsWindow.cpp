@@ -3,6 +3,7 @@
 #include "board/eprom/EpromBackups.h"
 #include "platform/ports/Clock.h"
 #include "platform/text/OleDate.h"
+#include "windows/desktop/KeepAbove.h"
 #include "windows/desktop/QtOperator.h"
 #include "windows/eprom/ConfirmChangesWindow.h"
 #include "windows/eprom/EPROMFieldsTable.h"
@@ -88,9 +89,7 @@ QLayout* EPROMFieldsWindow::MakeButtons() {
 }
 
 void EPROMFieldsWindow::Open() {
-    show();
-    raise();
-    activateWindow();
+    BringUp(*this);
     ShowBoardNow();
 }
 

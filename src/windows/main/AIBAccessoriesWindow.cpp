@@ -4,14 +4,13 @@
 #include "board/procedure/SafeOutputs.h"
 #include "platform/ports/Folders.h"
 #include "platform/text/Paths.h"
-#include "windows/desktop/KeepAbove.h"
 #include "windows/desktop/QtOperator.h"
 #include "windows/eprom/EPROMPanel.h"
-#include "windows/healthcheck/ACUHealthCheckWindow.h"
 #include "windows/live/DACPanel.h"
 #include "windows/main/ACUCommands.h"
 #include "windows/main/BenchTestCommands.h"
 #include "windows/main/BoardPanel.h"
+#include "windows/main/HelpCommands.h"
 #include "windows/main/InfoPanel.h"
 #include "windows/main/MainMenu.h"
 #include "windows/main/NoBoardPanel.h"
@@ -55,7 +54,7 @@ AIBAccessoriesWindow::AIBAccessoriesWindow(Station& station, MainWindowServices 
       m_Board(new BoardPanel(station, this)), m_Foot(new ProcedureBar(station, this)),
       m_StopKeys(std::make_unique<StopKeys>(station)),
       m_UpdateInput(MakeTimer("timUpdateInput", 50, this)),
-      m_Tools(std::make_unique<ToolWindows>(station, *this)) {
+      m_Tools(std::make_unique<ToolWindows>(station, m_Services.Reports, *this)) {
     QCoreApplication::setApplicationName(tr("AIB Test Form"));
     const QString caption = ToQt(WindowCaption(m_Services.Version));
     Named(this, QStringLiteral("frmAIBAccessories"), caption);
@@ -67,7 +66,7 @@ AIBAccessoriesWindow::AIBAccessoriesWindow(Station& station, MainWindowServices 
     connect(m_Tabs, &QTabBar::currentChanged, this, [this](int tab) {
         Guarded(m_Station.World.Messages, [this, tab] { SelectBoard(tab); });
     });
-    connect(m_Board, &BoardPanel::HealthCheckWanted, this, &AIBAccessoriesWindow::ShowHealthCheck);
+    connect(m_Board, &BoardPanel::HealthCheckWanted, m_Tools.get(), &ToolWindows::ShowHealthCheck);
     connect(m_Board, &BoardPanel::UpdateWanted, this, &AIBAccessoriesWindow::Tick);
     connect(m_UpdateInput, &QTimer::timeout, this, &AIBAccessoriesWindow::Tick);
     connect(m_Foot, &ProcedureBar::StopAirWanted, this, &AIBAccessoriesWindow::StopAllAir);
@@ -88,7 +87,8 @@ AIBAccessoriesWindow::~AIBAccessoriesWindow() = default;
 
 void AIBAccessoriesWindow::ConnectMenu() {
     connect(m_Menu, &MainMenu::DetectionWanted, this, &AIBAccessoriesWindow::DetectAndProgramAIBs);
-    connect(m_Menu, &MainMenu::DataFolderWanted, this, [this] { Open(Paths::DriveC); });
+    connect(m_Menu, &MainMenu::DataFolderWanted, this,
+            [this] { OpenFromMenu(m_Station.World, Paths::DriveC); });
     connect(m_Menu, &MainMenu::QuitWanted, this, &QWidget::close);
     connect(m_Menu, &MainMenu::ACUCommandWanted, this,
             [this](const std::function<void(ACUCommands&)>& command) { command(*m_ACUCommands); });
@@ -102,7 +102,8 @@ void AIBAccessoriesWindow::ConnectMenu() {
         Guarded(m_Station.World.Messages,
                 [this] { SaveDiagnostics(m_Station, m_Services.Options); });
     });
-    connect(m_Menu, &MainMenu::AboutWanted, this, &AIBAccessoriesWindow::ShowAbout);
+    connect(m_Menu, &MainMenu::AboutWanted, this,
+            [this] { ShowAbout(m_Station.World.Messages, m_Services.Version); });
 }
 
 void AIBAccessoriesWindow::ConnectNoBoards() {
@@ -122,12 +123,7 @@ void AIBAccessoriesWindow::StartAnew(const std::string& library) {
 }
 
 void AIBAccessoriesWindow::ShowGuide(const QString& file) {
-    Open(Paths::Guides + file.toStdString());
-}
-
-void AIBAccessoriesWindow::Open(const std::string& path) {
-    Platform& world = m_Station.World;
-    Guarded(world.Messages, [&] { OpenOrTell(world, world.Files.RealPath(path)); });
+    OpenFromMenu(m_Station.World, Paths::Guides + file.toStdString());
 }
 
 void AIBAccessoriesWindow::LayOut() {
@@ -286,16 +282,6 @@ void AIBAccessoriesWindow::MarkDriving() {
     setWindowTitle(drives ? tr("%1 – outputs on").arg(caption) : caption);
 }
 
-void AIBAccessoriesWindow::ShowHealthCheck() {
-    if (!m_HealthCheck) {
-        m_HealthCheck = std::make_unique<ACUHealthCheckWindow>(m_Station, m_Services.Reports);
-        KeepAbove(*m_HealthCheck, *this);
-    }
-    m_HealthCheck->show();
-    m_HealthCheck->raise();
-    m_HealthCheck->activateWindow();
-}
-
 void AIBAccessoriesWindow::ConnectEPROM() {
     connect(m_Board, &BoardPanel::EPROMFieldsWanted, m_Tools.get(), &ToolWindows::ShowEPROMFields);
     connect(m_Board, &BoardPanel::RecordRead, m_Tools.get(), &ToolWindows::ShowBoard);
@@ -311,13 +297,6 @@ void AIBAccessoriesWindow::RigShown(bool open) {
     // The rig drives the outputs past the sliders.
     if (!open && m_BoardsFound)
         m_Board->Sliders().ShowBoard();
-}
-
-void AIBAccessoriesWindow::ShowAbout() {
-    m_Station.World.Messages.Ask({"Ombrix " + m_Services.Version +
-                                      "\r\n\r\nProduction and service tool for the accessories of "
-                                      "a powder-testing instrument.",
-                                  MessageIcon::Information, MessageButtons::Ok, "About Ombrix"});
 }
 
 void AIBAccessoriesWindow::EndUnasked() {
@@ -349,8 +328,6 @@ void AIBAccessoriesWindow::closeEvent(QCloseEvent* event) {
     SwitchAllOff(m_Station);
     m_Tools->CloseAll();
     m_Tools->CloseRest();
-    if (m_HealthCheck)
-        m_HealthCheck->close();
     event->accept();
 }
 

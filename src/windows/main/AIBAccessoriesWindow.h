@@ -27,7 +27,6 @@ class NoBoardPanel;
 class ProcedureBar;
 class StopKeys;
 class ToolWindows;
-class ACUHealthCheckWindow;
 
 /// What main hands to the main window beside the station.
 struct MainWindowServices {
@@ -86,7 +85,6 @@ class AIBAccessoriesWindow final : public QMainWindow, private DetectionView {
     void Tick();
     void ProcedureRunning(bool running);
     void UpdateCommands();
-    void ShowHealthCheck();
     void ConnectEPROM();
     void RigShown(bool open);
     void StopAllAir();
@@ -95,8 +93,6 @@ class AIBAccessoriesWindow final : public QMainWindow, private DetectionView {
     void StartAnew(const std::string& library);
     void ShowGuide(const QString& file);
     /// A file or folder of the program's drives.
-    void Open(const std::string& path);
-    void ShowAbout();
 
     void ShowOutcome(const std::string& text) override;
     void ShowInitState(const std::string& text) override;
@@ -115,7 +111,6 @@ class AIBAccessoriesWindow final : public QMainWindow, private DetectionView {
     std::unique_ptr<StopKeys> m_StopKeys;
     AccessKeys m_AccessKeys;
     QTimer* m_UpdateInput;
-    std::unique_ptr<ACUHealthCheckWindow> m_HealthCheck;
     std::unique_ptr<ACUCommands> m_ACUCommands;
     std::unique_ptr<BenchTestCommands> m_BenchTests;
     std::unique_ptr<ToolWindows> m_Tools;

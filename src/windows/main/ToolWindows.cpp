@@ -1,15 +1,13 @@
 #include "windows/main/ToolWindows.h"
 
-#include "platform/ports/Folders.h"
-#include "reports/Diagnostics.h"
 #include "windows/desktop/KeepAbove.h"
-
-#include <QtGlobal>
 
 namespace ombrix {
 
-ToolWindows::ToolWindows(Station& station, QWidget& owner)
-    : m_Rig(station), m_RigOptions(m_Rig), m_UARTs(station), m_Station(station), m_Owner(owner) {
+ToolWindows::ToolWindows(Station& station,
+                         const std::function<ReportTools(OpenExcelView&)>& reports, QWidget& owner)
+    : m_Rig(station), m_RigOptions(m_Rig), m_UARTs(station), m_Station(station), m_Reports(reports),
+      m_Owner(owner) {
     for (QWidget* window : std::initializer_list<QWidget*>{&m_RigOptions, &m_Rig, &m_UARTs})
         KeepAbove(*window, owner);
     connect(&m_RigOptions, &AIBTestRigOptionsWindow::Closed, this, &ToolWindows::RigWindowClosed);
@@ -18,10 +16,10 @@ ToolWindows::ToolWindows(Station& station, QWidget& owner)
 
 ToolWindows::~ToolWindows() = default;
 
-template <class Window>
-Window& ToolWindows::Made(std::unique_ptr<Window>& window) {
+template <class Window, class... Services>
+Window& ToolWindows::Made(std::unique_ptr<Window>& window, Services&... services) {
     if (!window) {
-        window = std::make_unique<Window>(m_Station);
+        window = std::make_unique<Window>(m_Station, services...);
         KeepAbove(*window, m_Owner);
     }
     return *window;
@@ -67,12 +65,16 @@ void ToolWindows::CloseRest() {
         m_History->close();
     if (m_EPROMFields)
         m_EPROMFields->GiveUp();
+    if (m_HealthCheck)
+        m_HealthCheck->close();
+}
+
+void ToolWindows::ShowHealthCheck() {
+    BringUp(Made(m_HealthCheck, m_Reports));
 }
 
 void ToolWindows::ShowTestRigOptions() {
-    m_RigOptions.show();
-    m_RigOptions.raise();
-    m_RigOptions.activateWindow();
+    BringUp(m_RigOptions);
     emit RigShown(true);
 }
 
@@ -93,19 +95,6 @@ void ToolWindows::RigWindowClosed() {
 void ToolWindows::CloseAll() {
     for (QWidget* window : std::initializer_list<QWidget*>{&m_RigOptions, &m_Rig, &m_UARTs})
         window->close();
-}
-
-void SaveDiagnostics(Station& station, const std::string& options) {
-    Platform& world = station.World;
-    const std::string archive =
-        MakeDiagnostics(station, {options, {std::string("Qt ") + qVersion()}});
-    const std::string path = StoreUnderFreeName(world.Files, DiagnosticsPath(world), archive);
-    const Answer answer = world.Messages.Ask({"The diagnostics have been saved:\r\n\r\n   " +
-                                                  world.Files.RealPath(path).string() +
-                                                  "\r\n\r\nDo you want to open the folder?",
-                                              MessageIcon::Question, MessageButtons::YesNo});
-    if (answer == Answer::Yes)
-        ShellOpenFile(world.Files, world.Documents, GetFolderOfPath(path));
 }
 
 } // namespace ombrix

@@ -3,6 +3,7 @@
 #include "board/Station.h"
 #include "windows/calibration/CalibrationHistoryWindow.h"
 #include "windows/eprom/EPROMFieldsWindow.h"
+#include "windows/healthcheck/ACUHealthCheckWindow.h"
 #include "windows/testrig/AIBTestRigOptionsWindow.h"
 #include "windows/testrig/AIBTestRigWindow.h"
 #include "windows/testrig/UARTsWindow.h"
@@ -10,23 +11,26 @@
 
 #include <QObject>
 
+#include <functional>
 #include <memory>
 #include <string>
 
 namespace ombrix {
 
-/// The windows beside the main window: the test rig and the UART console, which exercise boards,
-/// the fields of the EPROM, and the trend and the history, which look on.
+/// The windows beside the main window: the test rig, the UART console and the health check, which
+/// exercise boards, the fields of the EPROM, and the trend and the history, which look on.
 class ToolWindows final : public QObject {
     Q_OBJECT
 
   public:
     /// @param owner the main window
-    ToolWindows(Station& station, QWidget& owner);
+    ToolWindows(Station& station, const std::function<ReportTools(OpenExcelView&)>& reports,
+                QWidget& owner);
     ~ToolWindows() override;
 
     void ShowTestRigOptions();
     void ShowUARTs();
+    void ShowHealthCheck();
     void ShowTrend();
     /// Asks for a file and shows it in the trend window.
     void OpenRecording();
@@ -54,22 +58,20 @@ class ToolWindows final : public QObject {
 
   private:
     /// The window, made when it is first wanted.
-    template <class Window>
-    Window& Made(std::unique_ptr<Window>& window);
+    template <class Window, class... Services>
+    Window& Made(std::unique_ptr<Window>& window, Services&... services);
     void RigWindowClosed();
 
     AIBTestRigWindow m_Rig;
     AIBTestRigOptionsWindow m_RigOptions;
     UARTsWindow m_UARTs;
     Station& m_Station;
+    std::function<ReportTools(OpenExcelView&)> m_Reports;
     QWidget& m_Owner;
     std::unique_ptr<TrendWindow> m_Trend;
     std::unique_ptr<CalibrationHistoryWindow> m_History;
     std::unique_ptr<EPROMFieldsWindow> m_EPROMFields;
+    std::unique_ptr<ACUHealthCheckWindow> m_HealthCheck;
 };
-
-/// Stores the archive of diagnostics in the data folder, tells where it lies and offers to open
-/// that folder. @param options the program's options in use @throws DriveError
-void SaveDiagnostics(Station& station, const std::string& options);
 
 } // namespace ombrix

@@ -1,5 +1,6 @@
 #include "windows/testrig/AIBTestRigWindow.h"
 
+#include "windows/desktop/KeepAbove.h"
 #include "windows/testrig/RigPanels.h"
 #include "windows/widgets/Controls.h"
 #include "windows/widgets/Guarded.h"
@@ -102,9 +103,7 @@ bool AIBTestRigWindow::RunTest(std::int32_t kind) {
     m_CurrentJob->Clear();
     PrepareList();
     PrepareBoards();
-    show();
-    raise();
-    activateWindow();
+    BringUp(*this);
     // The window shows first; the job is its own turn of the event loop.
     QTimer::singleShot(0, this, &AIBTestRigWindow::RunPendingJob);
     return true;

@@ -3,6 +3,7 @@
 #include "platform/os/FolderDrive.h"
 #include "platform/text/Paths.h"
 #include "platform/text/Text.h"
+#include "windows/desktop/KeepAbove.h"
 #include "windows/trend/TrendPlotWidget.h"
 #include "windows/trend/TrendTable.h"
 #include "windows/trend/TrendUnitChoosers.h"
@@ -152,9 +153,7 @@ void TrendWindow::Connect() {
 
 void TrendWindow::Open() {
     Tick();
-    show();
-    raise();
-    activateWindow();
+    BringUp(*this);
 }
 
 void TrendWindow::OpenRecording() {

@@ -5,19 +5,17 @@
 #include "calibration/history/RecordedRun.h"
 #include "healthcheck/HealthCheckJournal.h"
 #include "platform/os/Clocks.h"
+#include "platform/os/Computer.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/text/Paths.h"
 #include "simulator/SimulatorFiles.h"
 #include "spreadsheet/XlsxApplication.h"
 
-#include <climits>
 #include <fmt/ranges.h>
 
-#include <array>
 #include <chrono>
 #include <cmath>
 #include <system_error>
-#include <unistd.h>
 
 namespace ombrix {
 
@@ -26,7 +24,7 @@ namespace {
 namespace fs = std::filesystem;
 
 fs::path FolderOfPrograms() {
-    return fs::canonical("/proc/self/exe").parent_path();
+    return ProgramFile().parent_path();
 }
 
 /// A checkout has the templates beside the programs, an installation in its shared data.
@@ -55,13 +53,8 @@ const fs::path& Made(const fs::path& folder) {
     return folder;
 }
 
-std::string ComputerName() {
-    std::array<char, HOST_NAME_MAX + 1> name{};
-    return ::gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "unknown";
-}
-
 ProgramIdentity Identity(const std::string& program) {
-    return {program, OMBRIX_VERSION, ComputerName(), ::getpid()};
+    return {program, OMBRIX_VERSION, ComputerName(), ProcessId()};
 }
 
 /// A bench that runs in the system's time has the system's clock, whose date follows changes.

@@ -1,5 +1,6 @@
 #include "app/StationOptions.h"
 
+#include "platform/os/Computer.h"
 #include "simulator/BenchDescription.h"
 #include "simulator/Faults.h"
 
@@ -7,20 +8,10 @@
 
 #include <charconv>
 #include <cstdio>
-#include <cstdlib>
 
 namespace ombrix {
 
 namespace {
-
-/// The user's data folder as the XDG base directories say.
-std::filesystem::path DefaultDataRoot() {
-    if (const char* dataHome = std::getenv("XDG_DATA_HOME");
-        dataHome != nullptr && *dataHome == '/')
-        return std::filesystem::path(dataHome) / "ombrix";
-    const char* home = std::getenv("HOME");
-    return std::filesystem::path(home == nullptr ? "." : home) / ".local" / "share" / "ombrix";
-}
 
 /// The text of an error, empty when the operation raises none: the form of a value check.
 template <class Error, class Operation>
@@ -72,7 +63,7 @@ OleDate ParseStart(const std::string& text) {
 } // namespace
 
 void AddStationOptions(CLI::App& app, StationOptions& options) {
-    options.DataRoot = DefaultDataRoot();
+    options.DataRoot = UsersDataFolder() / "ombrix";
     CLI::Option* simulate =
         app.add_flag("--simulate{acu}", options.Bench,
                      "Use the simulated bench of that name: " + BenchNames("or") +

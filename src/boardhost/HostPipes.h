@@ -10,7 +10,8 @@ class HostPipes {
   public:
     /// Takes standard input and output for itself. What the library prints from now on goes where
     /// standard error goes, line by line; it finds nothing to read. Interrupt, terminate and
-    /// hang-up are the program's business: it says when this host may end.
+    /// hang-up are the program's business: it says when this host may end. A library that crashes
+    /// ends the host by the system's own means, which the program tells people.
     HostPipes();
     HostPipes(const HostPipes&) = delete;
     HostPipes& operator=(const HostPipes&) = delete;

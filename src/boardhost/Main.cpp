@@ -4,7 +4,6 @@
 #include "boardhost/HostPipes.h"
 
 #include <algorithm>
-#include <csignal>
 #include <vector>
 
 namespace {
@@ -41,16 +40,9 @@ bool Serve(const HostPipes& pipes, HostCalls& calls) {
     return false;
 }
 
-/// The program tells people which signal a library has ended with: no handler may stand between.
-void EndByTheSignalItself() {
-    for (const int crash : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT})
-        std::signal(crash, SIG_DFL);
-}
-
 } // namespace
 
 int main() {
-    EndByTheSignalItself();
     const HostPipes pipes;
     HostCalls calls;
     if (!pipes.Write(MakeGreeting()))

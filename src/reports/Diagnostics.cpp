@@ -1,7 +1,7 @@
 #include "reports/Diagnostics.h"
 
 #include "board/eprom/EpromFields.h"
-#include "platform/os/FolderDrive.h"
+#include "platform/os/Computer.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/text/OleDate.h"
 #include "platform/text/Paths.h"
@@ -15,7 +15,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <sys/utsname.h>
 #include <system_error>
 #include <vector>
 
@@ -76,27 +75,9 @@ constexpr std::size_t LogLines = 2000;
 constexpr double CrashReportDays = 30.0;
 constexpr int CompressionLevel = 6;
 
-/// The name that the system gives itself.
-std::string SystemName() {
-    constexpr std::string_view key = "PRETTY_NAME=";
-    try {
-        const std::string release = ReadWholeFile("/etc/os-release");
-        const std::size_t start = release.find(key);
-        if (start != std::string::npos)
-            return release.substr(start + key.size(),
-                                  release.find('\n', start) - start - key.size());
-    } catch (const DriveError&) {
-        return "unknown"; // not every system has that file
-    }
-    return "unknown";
-}
-
 std::string VersionsText(const ProgramIdentity& program, const DiagnosticsSource& source) {
-    utsname kernel{};
-    ::uname(&kernel);
-    std::string text =
-        fmt::format("{} {}\nComputer {}\nSystem {}, {} {} {}\n", program.Name, program.Version,
-                    program.Computer, SystemName(), kernel.sysname, kernel.release, kernel.machine);
+    std::string text = fmt::format("{} {}\nComputer {}\nSystem {}\n", program.Name, program.Version,
+                                   program.Computer, SystemText());
     text += fmt::format("fmt {}.{}.{}\n", FMT_VERSION / 10000, FMT_VERSION / 100 % 100,
                         FMT_VERSION % 100);
     text += fmt::format("pugixml {}.{}\nlibzip {}\n", PUGIXML_VERSION / 1000,

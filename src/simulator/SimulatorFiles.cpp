@@ -1,17 +1,15 @@
 #include "simulator/SimulatorFiles.h"
 
-#include "platform/os/FileDescriptor.h"
+#include "platform/os/Files.h"
 #include "platform/os/FolderDrive.h"
 #include "platform/text/Paths.h"
 
 #include <fmt/format.h>
 
 #include <cstring>
-#include <fcntl.h>
 #include <iterator>
 #include <sstream>
 #include <system_error>
-#include <unistd.h>
 
 namespace ombrix {
 
@@ -63,9 +61,11 @@ AIBStatus SimulatedEPROM::Write(std::int32_t address, std::int32_t word) {
     if (m_File.empty())
         return Status::NoError;
     // Word by word in place, as the memory itself is written.
-    const FileDescriptor file(::open(m_File.c_str(), O_WRONLY | O_CLOEXEC));
+    std::array<char, sizeof word> bytes{};
+    std::memcpy(bytes.data(), &word, sizeof word);
+    const FileDescriptor file = OpenInPlace(m_File);
     const bool written =
-        file.IsOpen() && ::pwrite(file.Get(), &word, sizeof word, address) == sizeof word;
+        file.IsOpen() && WriteAt(file, address, std::string_view(bytes.data(), bytes.size()));
     return written ? Status::NoError : Status::HardwareError;
 }
 
@@ -122,7 +122,7 @@ OutputsFile::OutputsFile(const std::filesystem::path& file) {
         m_Kept = Parse(ReadWholeFile(file));
     else
         ReplaceWholeFile(file, TextOf(m_Kept));
-    m_File = FileDescriptor(::open(file.c_str(), O_WRONLY | O_CLOEXEC));
+    m_File = OpenInPlace(file);
     if (!m_File.IsOpen())
         throw DriveError(file.string() + " cannot be opened for writing.");
 }
@@ -131,7 +131,7 @@ void OutputsFile::Keep(const BoardOutputs& outputs) {
     if (!m_File.IsOpen() || outputs == m_Kept)
         return;
     const std::string text = TextOf(outputs);
-    if (::pwrite(m_File.Get(), text.data(), text.size(), 0) == static_cast<ssize_t>(text.size()))
+    if (WriteAt(m_File, 0, text))
         m_Kept = outputs;
 }
 

@@ -1,13 +1,12 @@
 #include "spreadsheet/LibreOfficeConverter.h"
 
 #include "platform/os/ChildProcess.h"
+#include "platform/os/Files.h"
 #include "platform/os/FolderDrive.h"
 #include "spreadsheet/Spreadsheet.h"
 
 #include <fmt/format.h>
 
-#include <cerrno>
-#include <stdlib.h>
 #include <system_error>
 #include <vector>
 
@@ -21,11 +20,11 @@ namespace fs = std::filesystem;
 class ScratchFolder {
   public:
     explicit ScratchFolder(const fs::path& parent) {
-        std::string name = (parent / "ombrix-XXXXXX").string();
-        if (::mkdtemp(name.data()) == nullptr)
-            throw SpreadsheetError(fmt::format("no folder can be made in {}: {}", parent.string(),
-                                               std::generic_category().message(errno)));
-        m_Path = name;
+        std::error_code error;
+        m_Path = MakeScratchFolder(parent, error);
+        if (error)
+            throw SpreadsheetError(
+                fmt::format("no folder can be made in {}: {}", parent.string(), error.message()));
     }
     ScratchFolder(const ScratchFolder&) = delete;
     ScratchFolder& operator=(const ScratchFolder&) = delete;

@@ -4,10 +4,7 @@
 
 #include <fmt/format.h>
 
-#include <array>
 #include <cctype>
-#include <poll.h>
-#include <unistd.h>
 #include <vector>
 
 namespace ombrix {
@@ -20,13 +17,11 @@ bool Interrupts::Poll() {
 std::optional<std::string> Interrupts::ReadLine() {
     std::string line;
     while (!Poll()) {
-        std::array<pollfd, 2> sources = {
-            {{STDIN_FILENO, POLLIN, 0}, {m_Signals.Descriptor(), POLLIN, 0}}};
-        if (::poll(sources.data(), sources.size(), -1) < 0 || (sources[0].revents == 0))
-            continue;
         char character = '\0';
-        const ssize_t count = ::read(STDIN_FILENO, &character, 1);
-        if (count <= 0)
+        const StopSignals::Input input = m_Signals.AwaitInput(character);
+        if (input == StopSignals::Input::Signal)
+            continue;
+        if (input == StopSignals::Input::Ended)
             return line.empty() ? std::nullopt : std::optional(line);
         if (character == '\n')
             return line;

@@ -1,16 +1,16 @@
 #include "terminal/TerminalStages.h"
 
+#include "platform/os/Computer.h"
 #include "terminal/TerminalPorts.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <string>
-#include <unistd.h>
 
 namespace ombrix {
 
-TerminalProgress::TerminalProgress() : m_IsTerminal(::isatty(STDERR_FILENO) == 1) {}
+TerminalProgress::TerminalProgress() : m_IsTerminal(ErrorsGoToTerminal()) {}
 
 TerminalProgress::~TerminalProgress() {
     if (m_ShownPercent >= 0)

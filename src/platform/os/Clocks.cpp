@@ -1,22 +1,15 @@
 #include "platform/os/Clocks.h"
 
+#include "platform/os/SystemTime.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <ctime>
-#include <thread>
 
 namespace ombrix {
 
 namespace {
-
-constexpr double WakeMargin_s = 0.0002;
-
-std::tm LocalTime(std::time_t time) {
-    std::tm local{};
-    localtime_r(&time, &local);
-    return local;
-}
 
 double TimeOfDay(OleDate date) {
     return (date.Days() - std::floor(date.Days())) * SecondsPerDay;
@@ -36,21 +29,21 @@ std::int64_t SystemClock::Frequency() const {
 double SystemClock::SecondsSinceMidnight() const {
     const auto now = std::chrono::system_clock::now();
     const auto wholeSeconds = std::chrono::floor<std::chrono::seconds>(now);
-    const std::tm local = LocalTime(std::chrono::system_clock::to_time_t(wholeSeconds));
+    const std::tm local = SystemTime::Local(std::chrono::system_clock::to_time_t(wholeSeconds));
     const std::chrono::duration<double> fraction = now - wholeSeconds;
     return local.tm_hour * 3600.0 + local.tm_min * 60.0 + local.tm_sec + fraction.count();
 }
 
 OleDate SystemClock::Now() const {
-    const std::tm local = LocalTime(std::time(nullptr));
+    const std::tm local = SystemTime::Local(std::time(nullptr));
     return OleDate::FromCivil({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
                                local.tm_min, std::min(local.tm_sec, 59)});
 }
 
 void SystemClock::Rest(double longest_s) {
-    const double sleep_s = std::min(LongestRest_s, longest_s - WakeMargin_s);
+    const double sleep_s = std::min(LongestRest_s, longest_s - SystemTime::WakeMargin_s);
     if (sleep_s > 0.0)
-        std::this_thread::sleep_for(std::chrono::duration<double>(sleep_s));
+        SystemTime::SleepFor(sleep_s);
 }
 
 ScaledClock::ScaledClock(Clock& base, double scale, OleDate start)

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <unistd.h>
 #include <utility>
 
 namespace ombrix {
 
-/// Owns a file descriptor of the operating system.
+/// Owns a file descriptor of the operating system: the number of an open file, pipe or event, on
+/// Windows of its handle.
 class FileDescriptor {
   public:
     explicit FileDescriptor(int descriptor = -1) noexcept : m_Descriptor(descriptor) {}
@@ -19,13 +19,15 @@ class FileDescriptor {
     FileDescriptor& operator=(const FileDescriptor&) = delete;
     ~FileDescriptor() {
         if (IsOpen())
-            ::close(m_Descriptor);
+            Close(m_Descriptor);
     }
 
     bool IsOpen() const noexcept { return m_Descriptor >= 0; }
     int Get() const noexcept { return m_Descriptor; }
 
   private:
+    static void Close(int descriptor) noexcept;
+
     int m_Descriptor;
 };
 

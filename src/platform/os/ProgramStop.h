@@ -20,6 +20,9 @@ class StopSignals {
 
     /// Takes a signal that has arrived; true when there was one.
     bool Take();
+    enum class Input { Character, Ended, Signal };
+    /// Waits for a character of standard input, or a signal if that comes first.
+    Input AwaitInput(char& character) const;
     /// Becomes readable when one arrives.
     int Descriptor() const { return m_Signals.Get(); }
 

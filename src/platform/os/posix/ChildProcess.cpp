@@ -1,7 +1,7 @@
 #include "platform/os/ChildProcess.h"
 
 #include "platform/os/FileDescriptor.h"
-#include "platform/os/Spawn.h"
+#include "platform/os/posix/Spawn.h"
 
 #include <csignal>
 #include <fcntl.h>

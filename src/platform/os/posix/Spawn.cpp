@@ -1,4 +1,4 @@
-#include "platform/os/Spawn.h"
+#include "platform/os/posix/Spawn.h"
 
 #include "platform/os/FileDescriptor.h"
 

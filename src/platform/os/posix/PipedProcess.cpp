@@ -1,6 +1,6 @@
 #include "platform/os/PipedProcess.h"
 
-#include "platform/os/Spawn.h"
+#include "platform/os/posix/Spawn.h"
 
 #include <algorithm>
 #include <array>

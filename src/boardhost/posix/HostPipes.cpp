@@ -28,6 +28,8 @@ constexpr std::chrono::microseconds StaysAwake(100);
 HostPipes::HostPipes() : m_Requests(Kept(STDIN_FILENO)), m_Answers(Kept(STDOUT_FILENO)) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE})
         ::signal(signal, SIG_IGN);
+    for (const int crash : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT})
+        ::signal(crash, SIG_DFL);
     ::fcntl(m_Requests, F_SETFL, O_NONBLOCK);
     const int nothing = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
     ::dup2(nothing, STDIN_FILENO);

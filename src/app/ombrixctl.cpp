@@ -1,6 +1,7 @@
 // The program from a terminal: one line does one job.
 #include "app/Assembly.h"
 #include "board/eprom/EpromGuard.h"
+#include "platform/os/Computer.h"
 #include "platform/os/CrashReport.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/text/Paths.h"
@@ -121,6 +122,7 @@ CommandResult RunCommand(const ChosenCommand& command, const StationOptions& opt
 } // namespace
 
 int main(int argc, char** argv) {
+    PrepareStandardStreams();
     CLI::App app{"Production and service tool for powder-testing accessories", "ombrixctl"};
     StationOptions options;
     ChosenCommand command;

@@ -94,7 +94,7 @@ std::string BoardHost::HowItEnded() {
     const ChildOutcome outcome = m_Process.AwaitEnd(ForEnding);
     switch (outcome.Kind) {
     case ChildOutcome::Exited: return fmt::format("exit status {}", outcome.Code);
-    case ChildOutcome::Killed: return fmt::format("signal {}", outcome.Code);
+    case ChildOutcome::Killed: return TextOfKilled(outcome.Code);
     default: return "its connection is broken";
     }
 }

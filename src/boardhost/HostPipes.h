@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <span>
 
 namespace ombrix {
@@ -27,6 +28,10 @@ class HostPipes {
         TimeLimit(const TimeLimit&) = delete;
         TimeLimit& operator=(const TimeLimit&) = delete;
         ~TimeLimit();
+
+      private:
+        struct Timer;
+        std::unique_ptr<Timer> m_Timer;
     };
 
   private:

@@ -1,9 +1,9 @@
 #include "simulator/SimulatedBench.h"
 
+#include "platform/os/CrashReport.h"
 #include "platform/os/FolderDrive.h"
 
 #include <chrono>
-#include <csignal>
 #include <system_error>
 #include <thread>
 
@@ -71,7 +71,7 @@ void SimulatedBench::Begin(std::string_view operation) {
         if (fatal.Operation != operation || ++m_Calls[fatal.Operation] != fatal.Nth)
             continue;
         if (!fatal.Hangs)
-            std::raise(SIGSEGV);
+            CrashNow();
         while (fatal.Hangs)
             std::this_thread::sleep_for(std::chrono::hours(1));
     }

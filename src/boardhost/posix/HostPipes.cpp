@@ -72,14 +72,18 @@ bool HostPipes::Write(std::span<const char> bytes) const {
     return true;
 }
 
-HostPipes::TimeLimit::TimeLimit(std::int32_t limit_ms) {
-    // A program that lives ends its host itself, and earlier.
-    constexpr std::int32_t margin_s = 2;
-    ::alarm(static_cast<unsigned>(std::max(limit_ms, 0) / 1000 + margin_s));
-}
+struct HostPipes::TimeLimit::Timer {
+    explicit Timer(std::int32_t limit_ms) {
+        // A program that lives ends its host itself, and earlier.
+        constexpr std::int32_t margin_s = 2;
+        ::alarm(static_cast<unsigned>(std::max(limit_ms, 0) / 1000 + margin_s));
+    }
+    ~Timer() { ::alarm(0); }
+};
 
-HostPipes::TimeLimit::~TimeLimit() {
-    ::alarm(0);
-}
+HostPipes::TimeLimit::TimeLimit(std::int32_t limit_ms)
+    : m_Timer(std::make_unique<Timer>(limit_ms)) {}
+
+HostPipes::TimeLimit::~TimeLimit() = default;
 
 } // namespace ombrix

@@ -15,6 +15,9 @@ struct ChildOutcome {
     int Code = 0;
 };
 
+/// What has killed a program, for people ("signal 11").
+std::string TextOfKilled(int code);
+
 /// Runs a program and waits for it; no shell has a part in it. Its output goes nowhere. One
 /// that takes too long is ended together with the programs it has started.
 /// @param arguments the program first

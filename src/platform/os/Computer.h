@@ -18,5 +18,8 @@ std::string SystemText();
 std::filesystem::path UsersDataFolder();
 /// Whether somebody sees standard error as it is written.
 bool ErrorsGoToTerminal();
+/// Has standard output and standard error take texts as they are: UTF-8, with the line ends that
+/// stand in them.
+void PrepareStandardStreams();
 
 } // namespace ombrix

@@ -28,6 +28,9 @@ class CrashReport {
     std::unique_ptr<Handlers> m_Handlers;
 };
 
+/// Has the program die as of an access to memory that there is not.
+void CrashNow();
+
 /// A text for the operator: what went wrong and where its file lies.
 std::string UnexpectedErrorText(const std::exception& error, const std::filesystem::path& file);
 

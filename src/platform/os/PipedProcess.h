@@ -4,6 +4,7 @@
 #include "platform/os/FileDescriptor.h"
 
 #include <chrono>
+#include <memory>
 #include <span>
 #include <string>
 #include <sys/types.h>
@@ -21,7 +22,7 @@ class PipedProcess {
     PipedProcess(const PipedProcess&) = delete;
     PipedProcess& operator=(const PipedProcess&) = delete;
     /// One that still runs is killed.
-    ~PipedProcess() { Kill(); }
+    ~PipedProcess();
 
     /// False when the program takes nothing more.
     bool Send(std::span<const char> bytes);
@@ -44,11 +45,17 @@ class PipedProcess {
     void ReadErrorOutput();
 
     FileDescriptor m_Input;
+    std::string m_ErrorOutput;
+#ifdef _WIN32
+    /// What there is to read, and the program.
+    struct Parts;
+    std::unique_ptr<Parts> m_Parts;
+#else
     FileDescriptor m_Output;
     FileDescriptor m_Errors;
-    std::string m_ErrorOutput;
     /// 0 when it has ended and is known to have.
     pid_t m_Child = 0;
+#endif
 };
 
 } // namespace ombrix

@@ -2,8 +2,8 @@
 
 #include "platform/os/FileDescriptor.h"
 
-#include <csignal>
 #include <functional>
+#include <memory>
 
 namespace ombrix {
 
@@ -22,13 +22,14 @@ class StopSignals {
     bool Take();
     enum class Input { Character, Ended, Signal };
     /// Waits for a character of standard input, or a signal if that comes first.
-    Input AwaitInput(char& character) const;
+    Input AwaitInput(char& character);
     /// Becomes readable when one arrives.
     int Descriptor() const { return m_Signals.Get(); }
 
   private:
-    sigset_t m_MaskBefore{};
-    struct sigaction m_PipeBefore {};
+    /// How the program has found the system's ways, and leaves them.
+    struct Before;
+    std::unique_ptr<Before> m_Before;
     FileDescriptor m_Signals;
 };
 

@@ -22,4 +22,8 @@ ChildOutcome RunChild(const std::vector<std::string>& arguments, std::chrono::mi
     return inTime ? outcome : ChildOutcome{ChildOutcome::TimedOut, 0};
 }
 
+std::string TextOfKilled(int code) {
+    return "signal " + std::to_string(code);
+}
+
 } // namespace ombrix

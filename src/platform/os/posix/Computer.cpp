@@ -66,4 +66,8 @@ bool ErrorsGoToTerminal() {
     return ::isatty(STDERR_FILENO) == 1;
 }
 
+void PrepareStandardStreams() {
+    // They always do.
+}
+
 } // namespace ombrix

@@ -70,6 +70,10 @@ PipedProcess::PipedProcess(const std::vector<std::string>& arguments) {
     NeverWait(m_Errors);
 }
 
+PipedProcess::~PipedProcess() {
+    Kill();
+}
+
 bool PipedProcess::Send(std::span<const char> bytes) {
     const WithoutPipeSignal asAnError;
     while (!bytes.empty()) {

@@ -1,25 +1,22 @@
 #include "platform/os/CrashReport.h"
 
-#include <climits>
+#include "platform/os/Computer.h"
+#include "platform/os/CrashSystem.h"
+#include "platform/text/Utf8Path.h"
 
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <charconv>
 #include <chrono>
-#include <csignal>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <ctime>
 #include <cxxabi.h>
-#include <execinfo.h>
-#include <fcntl.h>
 #include <stdexcept>
 #include <string_view>
-#include <sys/stat.h>
 #include <typeinfo>
-#include <unistd.h>
 
 namespace ombrix {
 
@@ -54,9 +51,7 @@ class TextBuffer {
     std::size_t m_Length = 0;
 };
 
-constexpr std::array<int, 5> FatalSignals = {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL};
-constexpr std::size_t LongestPath = PATH_MAX;
-constexpr int DeepestCall = 64;
+constexpr std::size_t LongestPath = 4096;
 
 struct Moment {
     TextBuffer<16> Day;
@@ -79,13 +74,6 @@ Moment MomentOf(std::int64_t utc_s, std::int64_t offset_s) {
     return moment;
 }
 
-std::int64_t OffsetFromUtc_s() {
-    const std::time_t now = std::time(nullptr);
-    std::tm local{};
-    ::localtime_r(&now, &local);
-    return local.tm_gmtoff;
-}
-
 std::string TypeName(const std::exception& error) {
     int status = 0;
     const std::unique_ptr<char, decltype(&std::free)> name(
@@ -93,29 +81,15 @@ std::string TypeName(const std::exception& error) {
     return status == 0 ? name.get() : typeid(error).name();
 }
 
-const char* SignalName(int signal) {
-    switch (signal) {
-    case SIGSEGV: return "SIGSEGV (invalid memory access)";
-    case SIGABRT: return "SIGABRT (abort)";
-    case SIGBUS: return "SIGBUS (bus error)";
-    case SIGFPE: return "SIGFPE (arithmetic error)";
-    case SIGILL: return "SIGILL (illegal instruction)";
-    default: return "signal";
-    }
-}
-
 /// What a report needs, laid ready: at the moment of a crash no memory can be asked for.
 class Prepared {
   public:
     Prepared(const std::filesystem::path& folder, const std::string& program,
              const std::string& version)
-        : m_Offset_s(OffsetFromUtc_s()) {
+        : m_Offset_s(CrashSystem::OffsetFromUtc_s()) {
         m_Folder.Text(folder.string());
         m_Program.Text(program);
         m_Version.Text(version);
-        // The first look at the stack loads a library, which must not happen in a crash.
-        std::array<void*, 1> frame{};
-        ::backtrace(frame.data(), 1);
     }
 
     /// Kept for the signal that ends the program of it.
@@ -126,34 +100,23 @@ class Prepared {
     bool Write(std::string_view reason, TextBuffer<LongestPath>& path) const {
         const std::int64_t now_s = std::time(nullptr);
         const Moment moment = MomentOf(now_s, m_Offset_s);
-        ::mkdir(m_Folder.CString(), 0755);
         path.Text(m_Folder.View()).Text("/crash_").Text(moment.Day.View());
         path.Text("_").Text(moment.Time.View()).Text("_").Text(m_Program.View());
-        path.Text("_").Number(::getpid()).Text(".txt");
-        const int file =
-            ::open(path.CString(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, mode_t{0644});
-        if (file < 0)
-            return false;
-        WriteText(file, moment, reason);
-        std::array<void*, DeepestCall> frames{};
-        ::backtrace_symbols_fd(frames.data(), ::backtrace(frames.data(), DeepestCall), file);
-        ::fsync(file);
-        ::close(file);
-        return true;
+        path.Text("_").Number(m_Process).Text(".txt");
+        TextBuffer<2048> text;
+        AddText(text, moment, reason);
+        return CrashSystem::WriteReport(m_Folder.CString(), path.CString(), text.View());
     }
 
   private:
-    void WriteText(int file, const Moment& moment, std::string_view reason) const {
-        TextBuffer<2048> text;
+    void AddText(TextBuffer<2048>& text, const Moment& moment, std::string_view reason) const {
         text.Text(m_Program.View()).Text(" ").Text(m_Version.View());
-        text.Text("\nProcess ").Number(::getpid());
+        text.Text("\nProcess ").Number(m_Process);
         text.Text("\nDate ").Text(moment.Day.View()).Text(", time ").Text(moment.Time.View());
         text.Text("\nReason: ").Text(reason).Text("\n");
         if (!m_Exception.View().empty())
             text.Text("Exception: ").Text(m_Exception.View()).Text("\n");
         text.Text("\nCalls:\n");
-        [[maybe_unused]] const ssize_t written =
-            ::write(file, text.View().data(), text.View().size());
     }
 
     TextBuffer<LongestPath> m_Folder;
@@ -161,19 +124,18 @@ class Prepared {
     TextBuffer<64> m_Version;
     TextBuffer<1024> m_Exception;
     std::int64_t m_Offset_s;
+    std::int64_t m_Process = ProcessId();
 };
 
 /// A signal handler is given no object of ours: this is the one way to it. Empty as soon as a
 /// report has been begun, so that there is one and not one more for each thread that dies.
 std::atomic<Prepared*> Current = nullptr;
 
-void OnFatalSignal(int signal) {
+void OnFatalError(std::string_view reason) {
     if (const Prepared* prepared = Current.exchange(nullptr)) {
         TextBuffer<LongestPath> path;
-        prepared->Write(SignalName(signal), path);
+        prepared->Write(reason, path);
     }
-    // The default action is back in place: it comes when the handler returns.
-    ::raise(signal);
 }
 
 /// The text of the exception that ends the program; the abort that follows writes the report.
@@ -193,44 +155,35 @@ void OnFatalSignal(int signal) {
 
 } // namespace
 
-/// The program's signal handlers, with a stack of their own: the program's may be exhausted.
+/// What catches the program's fatal errors, while it lives.
 class CrashReport::Handlers {
   public:
     explicit Handlers(std::unique_ptr<Prepared> prepared)
-        : m_Prepared(std::move(prepared)), m_Stack(std::make_unique<std::byte[]>(StackBytes)) {
-        Prepared* none = nullptr;
-        if (!Current.compare_exchange_strong(none, m_Prepared.get()))
-            throw std::logic_error("There is a crash report already");
-        stack_t stack{};
-        stack.ss_sp = m_Stack.get();
-        stack.ss_size = StackBytes;
-        ::sigaltstack(&stack, &m_FormerStack);
-        struct sigaction action {};
-        action.sa_handler = OnFatalSignal;
-        action.sa_flags = static_cast<int>(SA_ONSTACK | SA_RESETHAND);
-        for (std::size_t i = 0; i < FatalSignals.size(); ++i)
-            ::sigaction(FatalSignals.at(i), &action, &m_FormerActions.at(i));
+        : m_Prepared(std::move(prepared)), m_Claimed(m_Prepared.get()), m_System(OnFatalError) {
         m_FormerTerminate = std::set_terminate(OnTerminate);
     }
     Handlers(const Handlers&) = delete;
     Handlers& operator=(const Handlers&) = delete;
-    ~Handlers() {
-        std::set_terminate(m_FormerTerminate);
-        for (std::size_t i = 0; i < FatalSignals.size(); ++i)
-            ::sigaction(FatalSignals.at(i), &m_FormerActions.at(i), nullptr);
-        ::sigaltstack(&m_FormerStack, nullptr);
-        Current = nullptr;
-    }
+    ~Handlers() { std::set_terminate(m_FormerTerminate); }
 
     const Prepared& Report() const { return *m_Prepared; }
 
   private:
-    static constexpr std::size_t StackBytes = std::size_t{128} << 10U;
+    /// The one way to the report, as long as there is one.
+    struct Claim {
+        explicit Claim(Prepared* prepared) {
+            Prepared* none = nullptr;
+            if (!Current.compare_exchange_strong(none, prepared))
+                throw std::logic_error("There is a crash report already");
+        }
+        Claim(const Claim&) = delete;
+        Claim& operator=(const Claim&) = delete;
+        ~Claim() { Current = nullptr; }
+    };
 
     std::unique_ptr<Prepared> m_Prepared;
-    std::unique_ptr<std::byte[]> m_Stack;
-    stack_t m_FormerStack{};
-    std::array<struct sigaction, FatalSignals.size()> m_FormerActions{};
+    Claim m_Claimed;
+    CrashSystem m_System;
     std::terminate_handler m_FormerTerminate = nullptr;
 };
 
@@ -244,8 +197,7 @@ CrashReport::~CrashReport() = default;
 std::filesystem::path CrashReport::WriteException(const std::exception& error) const {
     TextBuffer<LongestPath> path;
     const std::string reason = "unexpected error, " + TypeName(error) + ": " + error.what();
-    return m_Handlers->Report().Write(reason, path) ? std::filesystem::path(path.View())
-                                                    : std::filesystem::path();
+    return m_Handlers->Report().Write(reason, path) ? PathOf(path.View()) : std::filesystem::path();
 }
 
 std::string UnexpectedErrorText(const std::exception& error, const std::filesystem::path& file) {

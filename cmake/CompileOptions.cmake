@@ -13,6 +13,12 @@ if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     target_compile_options(ombrix_options INTERFACE -Wno-subobject-linkage)
 endif()
 
+if(WIN32)
+    # The functions of Windows 10, and of its headers no more than is asked for.
+    target_compile_definitions(ombrix_options INTERFACE _WIN32_WINNT=0x0A00 WIN32_LEAN_AND_MEAN
+                               CLI11_HAS_FILESYSTEM=0)
+endif()
+
 if(OMBRIX_SANITIZE)
     target_compile_options(ombrix_options INTERFACE -fsanitize=address,undefined
                            -fno-sanitize-recover=all -fno-omit-frame-pointer)

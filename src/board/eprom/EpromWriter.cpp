@@ -3,6 +3,7 @@
 #include "board/eprom/EpromGuard.h"
 #include "platform/os/FolderDrive.h"
 #include "platform/os/ProgramLog.h"
+#include "platform/text/Utf8Path.h"
 
 #include <fmt/format.h>
 
@@ -79,7 +80,7 @@ EpromImage ReadEpromFile(const std::filesystem::path& file) {
 
 std::string OriginWarning(const std::filesystem::path& file, const AIB& board) {
     int serial = 0;
-    if (std::sscanf(file.filename().c_str(), "ACU%5d_", &serial) != 1 ||
+    if (std::sscanf(TextOf(file.filename()).c_str(), "ACU%5d_", &serial) != 1 ||
         serial == board.SerialNumber())
         return {};
     return fmt::format("This is the EPROM of another unit: ACU{:05}. It is about to go into "

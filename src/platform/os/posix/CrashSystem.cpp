@@ -31,10 +31,10 @@ const char* SignalName(int signal) {
 }
 
 /// A signal handler is given no object of ours: this is the one way to who is told.
-std::atomic<void (*)(std::string_view)> OnFatalError = nullptr;
+std::atomic<void (*)(std::string_view)> Listener = nullptr;
 
 void OnFatalSignal(int signal) {
-    if (const auto tell = OnFatalError.load())
+    if (const auto tell = Listener.load())
         tell(SignalName(signal));
     // The default action is back in place: it comes when the handler returns.
     ::raise(signal);
@@ -53,7 +53,7 @@ struct CrashSystem::Handlers {
 
 CrashSystem::CrashSystem(void (*onFatalError)(std::string_view reason))
     : m_Handlers(std::make_unique<Handlers>()) {
-    OnFatalError = onFatalError;
+    Listener = onFatalError;
     // The first look at the stack loads a library, which must not happen in a crash.
     std::array<void*, 1> frame{};
     ::backtrace(frame.data(), 1);
@@ -72,7 +72,7 @@ CrashSystem::~CrashSystem() {
     for (std::size_t i = 0; i < FatalSignals.size(); ++i)
         ::sigaction(FatalSignals.at(i), &m_Handlers->FormerActions.at(i), nullptr);
     ::sigaltstack(&m_Handlers->FormerStack, nullptr);
-    OnFatalError = nullptr;
+    Listener = nullptr;
 }
 
 std::int64_t CrashSystem::OffsetFromUtc_s() {

@@ -26,6 +26,7 @@ struct Arguments {
     std::int32_t WordCount = 1;
     std::int32_t Serial = 0;
     double Seconds = 0.0;
+    bool Verify = false;
     std::string Setup;
     std::string Text;
     std::string File;
@@ -202,9 +203,14 @@ void AddHistoryCommands(CLI::App& app, CommandAdder& adder,
                         const std::shared_ptr<Arguments>& args) {
     CLI::App* history =
         adder.Add(app, "history", "The calibrations and health checks that units have had",
-                  [args](CommandContext& context) { return RunHistory(context, args->Serial); });
+                  [args](CommandContext& context) {
+                      return args->Verify ? RunVerifyHistory(context, args->Serial)
+                                          : RunHistory(context, args->Serial);
+                  });
     history->add_option("--serial", args->Serial, "Serial number of one unit")
         ->check(CLI::PositiveNumber);
+    history->add_flag("--verify", args->Verify,
+                      "Check that no line was changed, removed or put in");
     CLI::App* report =
         adder.Add(app, "report", "Make the workbooks of a run again from its journal",
                   [args](CommandContext& context) { return RunReport(context, args->File); });

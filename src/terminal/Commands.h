@@ -90,6 +90,8 @@ CommandResult RunTemplateCheck(CommandContext& context, const std::filesystem::p
 
 /// The calibrations of a unit, or of all. No board is needed. @param serial 0 for all
 CommandResult RunHistory(CommandContext& context, std::int32_t serial);
+/// Checks the fingerprints of the history of a unit, 0 for every one.
+CommandResult RunVerifyHistory(CommandContext& context, std::int32_t serial);
 
 /// The workbooks of a run again from its journal. No board is needed.
 /// @param journal a real path; empty to list the journals of unfinished runs

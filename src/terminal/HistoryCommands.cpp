@@ -1,4 +1,5 @@
 #include "calibration/history/CalibrationHistory.h"
+#include "calibration/history/HistoryChain.h"
 #include "calibration/history/HistoryText.h"
 #include "journal/RunJournal.h"
 #include "journal/UnfinishedRuns.h"
@@ -28,6 +29,16 @@ std::string RunText(const HistoryEntry& run) {
     return fmt::format("ACU{:05}  {}  {:<27}  {:<18}  {:<12}  {}\n", run.Serial, IsoText(run.When),
                        TitleOf(run.Kind), ShownVerdict(run), run.Program.Computer,
                        fmt::join(remarks, "; "));
+}
+
+std::string ChainText(const ChainCheck& check) {
+    std::string text = fmt::format("ACU{:05}  {} record(s) verified", check.Serial, check.Records);
+    if (check.Unchained > 0)
+        text += fmt::format(", {} before them from earlier versions, without fingerprints",
+                            check.Unchained);
+    if (check.FirstBroken)
+        text += fmt::format("; broken at record {}: {}", *check.FirstBroken, check.Reason);
+    return text + "\n";
 }
 
 /// The unfinished run's journal among the program's own; nothing for a copy elsewhere.
@@ -87,6 +98,38 @@ CommandResult RunHistory(CommandContext& context, std::int32_t serial) {
         result.Text = "No calibration has been run yet.\n";
     if (damaged > 0)
         result.Text += fmt::format("{} damaged line(s) have been passed over.\n", damaged);
+    return result;
+}
+
+CommandResult RunVerifyHistory(CommandContext& context, std::int32_t serial) {
+    const Drive& files = context.TheStation.World.Files;
+    CommandResult result;
+    int records = 0;
+    Json firstBroken = nullptr;
+    Json units = Json::array();
+    for (const std::int32_t unit : serial > 0 ? std::vector{serial} : UnitsWithChain(files)) {
+        const ChainCheck check = CheckChain(files, unit);
+        records += check.Records;
+        const Json broken = check.FirstBroken ? Json(*check.FirstBroken) : Json();
+        units.push_back({{"serial", unit},
+                         {"records", check.Records},
+                         {"withoutFingerprint", check.Unchained},
+                         {"firstBroken", broken},
+                         {"reason", check.Reason},
+                         {"fingerprint", check.Fingerprint}});
+        result.Text += ChainText(check);
+        if (!check.FirstBroken || !firstBroken.is_null())
+            continue;
+        firstBroken = broken;
+        result.Status = ExitStatus::NotPassed;
+        result.Error = fmt::format("The history of ACU{:05} is broken at record {}: {}.", unit,
+                                   *check.FirstBroken, check.Reason);
+    }
+    result.Json["records"] = records;
+    result.Json["firstBroken"] = firstBroken;
+    result.Json["units"] = units;
+    if (result.Text.empty())
+        result.Text = "No calibration has been run yet.\n";
     return result;
 }
 

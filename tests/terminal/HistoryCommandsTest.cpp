@@ -26,5 +26,23 @@ TEST_F(OmbrixctlTest, ARunWhoseProgramWasKilledGetsItsReport) {
     EXPECT_EQ(Run("report --journal '" + journal + "'").Status, 4);
 }
 
+TEST_F(OmbrixctlTest, AHistoryThatWasChangedFailsItsCheck) {
+    EXPECT_EQ(RunSimulated("--yes --time-scale max calibrate pressure-audit").Status, 0)
+        << Errors();
+    const Outcome whole = Run("history --verify");
+    EXPECT_EQ(whole.Status, 0);
+    EXPECT_EQ(whole.Result["records"], 1);
+    EXPECT_TRUE(whole.Result["firstBroken"].is_null());
+    const std::filesystem::path file = m_Folder.Path() / "History" / "ACU00301.jsonl";
+    std::string text = ReadWholeFile(file);
+    EXPECT_EQ(Run("history").Result["runs"].at(0)["number"], 1);
+    ReplaceWholeFile(file, text.replace(text.find("\"passed\""), 8, "\"failed\""));
+    const Outcome broken = Run("history --verify");
+    EXPECT_EQ(broken.Status, 1);
+    EXPECT_EQ(broken.Result["records"], 0);
+    EXPECT_EQ(broken.Result["firstBroken"], 1);
+    EXPECT_NE(broken.Result["error"].get<std::string>().find("ACU00301"), std::string::npos);
+}
+
 } // namespace
 } // namespace ombrix

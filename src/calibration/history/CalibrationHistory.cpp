@@ -1,43 +1,24 @@
 #include "calibration/history/CalibrationHistory.h"
 
+#include "calibration/history/HistoryChain.h"
 #include "calibration/judge/Judgement.h"
 #include "journal/UnitJson.h"
 #include "platform/os/ProgramLog.h"
-#include "platform/text/Paths.h"
 #include "platform/text/Text.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <sstream>
 
 namespace ombrix {
-
-namespace {
-
-std::string PathOf(std::int32_t serial) {
-    return fmt::format("{}ACU{:05}.jsonl", Paths::History, serial);
-}
-
-/// What a crash has cut off must not spoil the line that comes next.
-bool EndsWithinALine(const Drive& files, const std::string& path) {
-    return files.FileExists(path) && !files.ReadFile(path).ends_with('\n');
-}
-
-} // namespace
 
 bool AppendToHistory(Platform& world, HistoryEntry entry) {
     if (IsCalibration(entry.Kind))
         entry.Limits = LimitsOf(entry.Kind);
     try {
-        world.Files.CreateFolder(Paths::History);
-        const std::string path = PathOf(entry.Serial);
-        const char* const begin = EndsWithinALine(world.Files, path) ? "\n" : "";
-        const auto file = world.Files.OpenForAppending(path);
-        file->Write(begin + LineOf(EntryJson(entry)));
-        file->Sync();
+        AppendToChain(world.Files, world.Time, entry.Serial, EntryJson(entry));
         return true;
     } catch (const DriveError& error) {
         TellOperator(world,
@@ -58,21 +39,17 @@ bool IsInHistory(const Drive& files, const HistoryEntry& run) {
 }
 
 std::vector<std::int32_t> UnitsWithHistory(const Drive& files) {
-    std::vector<std::int32_t> serials;
-    for (const std::string& name : files.FilesIn(Paths::History)) {
-        std::int32_t serial = 0;
-        if (std::sscanf(name.c_str(), "ACU%d", &serial) == 1 && PathOf(serial).ends_with(name))
-            serials.push_back(serial);
-    }
-    std::sort(serials.begin(), serials.end());
+    std::vector<std::int32_t> serials = UnitsWithChain(files);
+    std::erase_if(serials,
+                  [&files](std::int32_t serial) { return !files.FileExists(HistoryPath(serial)); });
     return serials;
 }
 
 CalibrationHistory ReadHistory(const Drive& files, std::int32_t serial) {
     CalibrationHistory history;
-    if (!files.FileExists(PathOf(serial)))
+    if (!files.FileExists(HistoryPath(serial)))
         return history;
-    std::istringstream text(files.ReadFile(PathOf(serial)));
+    std::istringstream text(files.ReadFile(HistoryPath(serial)));
     for (std::string line; std::getline(text, line);) {
         try {
             history.Runs.push_back(EntryOf(SingleJson::parse(line)));
@@ -271,6 +248,8 @@ HistoryEntry EntryOf(const SingleJson& json) {
     for (const auto& [name, value] : json.at("limits").items())
         entry.Limits.emplace_back(name, SingleOf(value));
     entry.Files = json.at("files").get<std::vector<std::string>>();
+    entry.Number = json.value("number", 0); // runs of earlier versions have neither
+    entry.Fingerprint = json.value("fingerprint", "");
     return entry;
 }
 

@@ -67,6 +67,10 @@ struct HistoryEntry {
     /// Names and values of the limits that it was judged by.
     std::vector<std::pair<std::string, float>> Limits{};
     std::vector<std::string> Files{};
+    /// Its place in the history of its unit, from 1, and what tells its line from any other; 0 and
+    /// empty where it stands on no line, or on one of an earlier version.
+    int Number = 0;
+    std::string Fingerprint{};
     /// The line of the file that it stands on.
     std::string Line{};
 };

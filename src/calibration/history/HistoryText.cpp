@@ -298,6 +298,9 @@ std::string DetailsOf(const HistoryEntry& run) {
     } else {
         text += PressureText(run);
     }
+    if (run.Number > 0)
+        text +=
+            fmt::format("\nRecord {} of the unit, fingerprint\n{}\n", run.Number, run.Fingerprint);
     if (!run.Limits.empty())
         text += "\nLimits\n";
     for (const auto& [name, value] : run.Limits)

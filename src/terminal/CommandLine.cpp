@@ -27,6 +27,8 @@ struct Arguments {
     std::int32_t Serial = 0;
     double Seconds = 0.0;
     bool Verify = false;
+    bool Due = false;
+    bool Csv = false;
     std::string Setup;
     std::string Text;
     std::string File;
@@ -211,6 +213,11 @@ void AddHistoryCommands(CLI::App& app, CommandAdder& adder,
         ->check(CLI::PositiveNumber);
     history->add_flag("--verify", args->Verify,
                       "Check that no line was changed, removed or put in");
+    CLI::App* units = adder.Add(
+        app, "units", "How the units stand: last runs, verdict, when they are due",
+        [args](CommandContext& context) { return RunUnits(context, args->Due, args->Csv); });
+    units->add_flag("--due", args->Due, "Only those that are to be calibrated again by now");
+    units->add_flag("--csv", args->Csv, "As comma-separated values");
     CLI::App* report =
         adder.Add(app, "report", "Make the workbooks of a run again from its journal",
                   [args](CommandContext& context) { return RunReport(context, args->File); });

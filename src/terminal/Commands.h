@@ -90,6 +90,8 @@ CommandResult RunTemplateCheck(CommandContext& context, const std::filesystem::p
 
 /// The calibrations of a unit, or of all. No board is needed. @param serial 0 for all
 CommandResult RunHistory(CommandContext& context, std::int32_t serial);
+/// How the units stand. @param dueOnly those that are to be calibrated again by now
+CommandResult RunUnits(CommandContext& context, bool dueOnly, bool asCsv);
 /// Checks the fingerprints of the history of a unit, 0 for every one.
 CommandResult RunVerifyHistory(CommandContext& context, std::int32_t serial);
 

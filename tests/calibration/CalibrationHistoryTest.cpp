@@ -3,6 +3,7 @@
 #include "calibration/CalibrationBench.h"
 #include "calibration/MeasuredChannels.h"
 #include "calibration/history/HistoryText.h"
+#include "calibration/history/UnitSummary.h"
 
 #include <gtest/gtest.h>
 
@@ -117,6 +118,38 @@ TEST(CalibrationHistory, ARunThatWasBrokenOffIsNoBaseline) {
     }
     history.Runs.resize(1);
     EXPECT_FALSE(drift().Deviations.at(0)) << "nothing to compare with";
+}
+
+TEST(UnitSummary, ALateRunThatWasNotGoodMakesTheUnitDue) {
+    HistoryEntry system = AuditEntry(-3.0F);
+    system.Kind = RunKind::VelocitySystem;
+    system.Velocity = GoodRun(CalibrationKind::System).Measured;
+    system.Left.emplace().MFCNumber = "MFC-7       ";
+    CalibrationHistory history{{system}};
+    EXPECT_EQ(SummaryOf(301, history).Due, OleDate(system.When.Days() + 365.0));
+    EXPECT_EQ(SummaryOf(301, history).WorstPoint, std::nullopt);
+    history.Runs = {AuditEntry(0.0F), system, AuditEntry(-60.0F)};
+    history.Runs[2].Velocity.Channels[0].Rising[9].Valid = false; // not judged, no drift
+    history.Runs[2].Verdict = VerdictOf(End::Failed);
+    const UnitSummary failed = SummaryOf(301, history);
+    EXPECT_EQ(failed.LastSystem, system.When);
+    EXPECT_EQ(failed.LastAudit, history.Runs[2].When);
+    EXPECT_EQ(failed.Verdict, VerdictOf(End::Failed));
+    EXPECT_EQ(failed.Due, history.Runs[2].When) << "at once";
+    ASSERT_TRUE(failed.WorstPoint && failed.Drift_percentOfFullScale);
+    EXPECT_EQ(failed.WorstPoint->Channel, 1U);
+    const PointVerdict judged = JudgePoint(history.Runs[2].Velocity.Channels[0],
+                                           CalibrationKind::Audit, failed.WorstPoint->Number - 1);
+    EXPECT_NEAR(failed.WorstPoint->Percent_ofLimit, 100.0 * judged.OfLimit.value(), 1e-9);
+    EXPECT_NEAR(*failed.Drift_percentOfFullScale, -60.0 / 5000.0 * 100.0, 1e-5);
+    history.Runs.push_back(AuditEntry(9.0F));
+    history.Runs.back().Verdict = VerdictOf(End::Cancelled);
+    EXPECT_EQ(SummaryOf(301, history).LastAudit, failed.LastAudit)
+        << "a cancelled run says nothing";
+    history.Runs.back().Verdict = VerdictOf(End::Passed);
+    EXPECT_EQ(SummaryOf(301, history).Due, history.Runs[3].When) << "nothing was stored";
+    EXPECT_EQ(UnitsCsv({failed}).find("serial,mfc_number"), 0U);
+    EXPECT_TRUE(UnitSummary{}.IsDue(OleDate(45000.0))) << "never calibrated";
 }
 
 } // namespace

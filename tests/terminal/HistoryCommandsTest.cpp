@@ -29,6 +29,7 @@ TEST_F(OmbrixctlTest, ARunWhoseProgramWasKilledGetsItsReport) {
 TEST_F(OmbrixctlTest, AHistoryThatWasChangedFailsItsCheck) {
     EXPECT_EQ(RunSimulated("--yes --time-scale max calibrate pressure-audit").Status, 0)
         << Errors();
+    EXPECT_EQ(Run("units --due").Result["units"].at(0)["serial"], 301) << "it has no velocity run";
     const Outcome whole = Run("history --verify");
     EXPECT_EQ(whole.Status, 0);
     EXPECT_EQ(whole.Result["records"], 1);

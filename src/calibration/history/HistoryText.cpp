@@ -69,14 +69,6 @@ std::string PointName(const HistoryEntry& run, std::size_t point) {
         CalPointPrecentage(static_cast<std::int32_t>(point), CalibrationKindOf(run.Kind)));
 }
 
-/// A run that was cancelled, stopped or interrupted may have measured what had not settled: others
-/// are not compared with it.
-bool IsBaseline(const HistoryEntry& run) {
-    constexpr std::array whole = {End::Passed, End::Failed, End::NotStored};
-    return std::any_of(whole.begin(), whole.end(),
-                       [&run](End end) { return run.Verdict == VerdictOf(end); });
-}
-
 /// A run as a part of the drift.
 struct DriftRun {
     const HistoryEntry* Run;
@@ -123,7 +115,7 @@ std::optional<double> ShareAt(const DriftRun& run, std::size_t point) {
 DriftSeries SeriesOf(const std::vector<DriftRun>& runs, std::size_t point) {
     const auto has = [point](const DriftRun& run) { return ShareAt(run, point).has_value(); };
     const auto first = std::find_if(runs.begin(), runs.end(), [&](const DriftRun& run) {
-        return has(run) && IsBaseline(*run.Run);
+        return has(run) && CameToItsEnd(*run.Run);
     });
     const auto named = std::find_if(runs.begin(), runs.end(),
                                     [&](const DriftRun& run) { return point < run.Points.size(); });
@@ -168,16 +160,6 @@ Drift DriftOf(const CalibrationHistory& history, RunKind kind, std::size_t chann
 }
 
 namespace {
-
-/// A field of comma-separated values.
-std::string Field(const std::string& text) {
-    if (text.find_first_of(",\"\r\n") == std::string::npos)
-        return text;
-    std::string quoted = "\"";
-    for (const char character : text)
-        quoted += character == '"' ? "\"\"" : std::string(1, character);
-    return quoted + "\"";
-}
 
 std::string ReadingFields(const PointReading& reading) {
     return reading.Valid
@@ -261,7 +243,7 @@ std::string HistoryCsv(const CalibrationHistory& history) {
     for (const HistoryEntry& run : history.Runs) {
         const std::string head =
             fmt::format("{},ACU{:05},{},{},{}", IsoText(run.When), run.Serial,
-                        Field(run.Program.Computer), NameOf(run.Kind), Field(run.Verdict));
+                        CsvField(run.Program.Computer), NameOf(run.Kind), CsvField(run.Verdict));
         if (!IsCalibration(run.Kind))
             csv += head + ",,,,,,,,,\r\n"; // it has no points
         else if (IsVelocity(run.Kind))
@@ -270,6 +252,18 @@ std::string HistoryCsv(const CalibrationHistory& history) {
             AddPressureLines(csv, head, run);
     }
     return csv;
+}
+
+std::string CsvField(const std::string& text) {
+    if (text.find_first_of(",\"\r\n") == std::string::npos)
+        return text;
+    return "\"" + ReplaceAll(text, "\"", "\"\"") + "\"";
+}
+
+bool CameToItsEnd(const HistoryEntry& run) {
+    constexpr std::array whole = {End::Passed, End::Failed, End::NotStored};
+    return std::any_of(whole.begin(), whole.end(),
+                       [&run](End end) { return run.Verdict == VerdictOf(end); });
 }
 
 std::string ShownVerdict(const HistoryEntry& run) {

@@ -39,6 +39,13 @@ Drift DriftOf(const CalibrationHistory& history, RunKind kind, std::size_t chann
 /// line without points.
 std::string HistoryCsv(const CalibrationHistory& history);
 
+/// A text as a field of comma-separated values.
+std::string CsvField(const std::string& text);
+
+/// A calibration that was cancelled, stopped or interrupted may have measured what had not settled:
+/// others are not compared with it, and no unit is judged by it.
+bool CameToItsEnd(const HistoryEntry& run);
+
 /// The verdict in lists: one that a system run has passed is no table in the unit yet ("passed, not
 /// stored").
 std::string ShownVerdict(const HistoryEntry& run);

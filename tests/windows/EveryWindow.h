@@ -2,6 +2,8 @@
 
 #include "board/eprom/EpromWriter.h"
 #include "board/unit/CalibrationSummary.h"
+#include "calibration/MeasuredChannels.h"
+#include "calibration/history/CalibrationHistory.h"
 #include "windows/WindowBench.h"
 #include "windows/calibration/ACUCalibrationWindow.h"
 #include "windows/calibration/PressureSensorWindow.h"
@@ -96,6 +98,22 @@ inline void ShowHistory(const Visit& visit) {
     visit(*WindowBench::TopLevel("frmCalibrationHistory"));
 }
 
+inline void ShowUnits(const Visit& visit) {
+    WindowBench bench;
+    for (const std::int32_t serial : {7, 301}) {
+        HistoryEntry run;
+        run.Kind = RunKind::VelocityAudit;
+        run.When = OleDate(45000.0);
+        run.Serial = serial;
+        run.Verdict = VerdictOf(serial == 7 ? End::Failed : End::Passed);
+        run.Found.MFCNumber = "M9200301A   ";
+        run.Velocity = GoodRun(CalibrationKind::Audit).Measured;
+        AppendToHistory(bench.Bench.World, run);
+    }
+    bench.Find<QAction>("mnuUnits").trigger();
+    visit(*WindowBench::TopLevel("frmUnits"));
+}
+
 inline void ShowTrend(const Visit& visit) {
     WindowBench bench;
     auto& trend = bench.Find<QAction>("mnuTrend");
@@ -172,6 +190,7 @@ inline std::vector<WindowOfProgram> EveryWindow() {
             {"RigOptions", ShowRigOptions},
             {"Rig", ShowRig},
             {"History", ShowHistory},
+            {"Units", ShowUnits},
             {"Trend", ShowTrend},
             {"Restore", ShowRestore},
             {"ConfirmChanges", ShowConfirmChanges},

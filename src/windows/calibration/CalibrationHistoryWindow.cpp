@@ -117,7 +117,11 @@ QLayout* CalibrationHistoryWindow::MakeButtons() {
 }
 
 void CalibrationHistoryWindow::Open() {
-    FillUnits(isVisible() ? Serial() : m_Station.CurrentAIB->SerialNumber());
+    OpenUnit(isVisible() ? Serial() : m_Station.CurrentAIB->SerialNumber());
+}
+
+void CalibrationHistoryWindow::OpenUnit(std::int32_t serial) {
+    FillUnits(serial);
     BringUp(*this);
 }
 

@@ -29,6 +29,8 @@ class CalibrationHistoryWindow final : public QWidget {
 
     /// Reads the histories anew and shows the window, with the current board's unit if it has one.
     void Open();
+    /// The same with a unit that is asked for.
+    void OpenUnit(std::int32_t serial);
 
     FileQuestion AskFileToWrite;
 

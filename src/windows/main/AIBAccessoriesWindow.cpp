@@ -95,6 +95,7 @@ void AIBAccessoriesWindow::ConnectMenu() {
     connect(m_Menu, &MainMenu::EPROMFieldsWanted, m_Tools.get(), &ToolWindows::ShowEPROMFields);
     connect(m_Menu, &MainMenu::UARTsWanted, m_Tools.get(), &ToolWindows::ShowUARTs);
     connect(m_Menu, &MainMenu::HistoryWanted, m_Tools.get(), &ToolWindows::ShowHistory);
+    connect(m_Menu, &MainMenu::UnitsWanted, m_Tools.get(), &ToolWindows::ShowUnits);
     connect(m_Menu, &MainMenu::TrendWanted, m_Tools.get(), &ToolWindows::ShowTrend);
     connect(m_Menu, &MainMenu::RecordingWanted, m_Tools.get(), &ToolWindows::OpenRecording);
     connect(m_Menu, &MainMenu::GuideWanted, this, &AIBAccessoriesWindow::ShowGuide);

@@ -44,6 +44,7 @@ void MainMenu::AddTools(QMenuBar& bar) {
         tools->addAction(tr("&UART Console"), this, &MainMenu::UARTsWanted), "mnuUARTs"));
     NamedAction(tools->addAction(tr("Calibration &History…"), this, &MainMenu::HistoryWanted),
                 "mnuCalibrationHistory");
+    NamedAction(tools->addAction(tr("U&nits…"), this, &MainMenu::UnitsWanted), "mnuUnits");
     tools->addSeparator();
     NamedAction(tools->addAction(tr("&Trend"), QKeySequence(Qt::CTRL | Qt::Key_T), this,
                                  &MainMenu::TrendWanted),

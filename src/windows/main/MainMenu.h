@@ -32,6 +32,7 @@ class MainMenu final : public QObject {
     void EPROMFieldsWanted();
     void UARTsWanted();
     void HistoryWanted();
+    void UnitsWanted();
     void TrendWanted();
     void RecordingWanted();
     /// @param file name of the guide in its folder

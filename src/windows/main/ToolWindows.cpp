@@ -37,6 +37,17 @@ void ToolWindows::ShowHistory() {
     Made(m_History).Open();
 }
 
+void ToolWindows::ShowUnits() {
+    UnitsWindow& units = Made(m_Units);
+    connect(&units, &UnitsWindow::HistoryWanted, this, &ToolWindows::ShowHistoryOf,
+            Qt::UniqueConnection);
+    units.Open();
+}
+
+void ToolWindows::ShowHistoryOf(int serial) {
+    Made(m_History).OpenUnit(serial);
+}
+
 void ToolWindows::ShowEPROMFields() {
     EPROMFieldsWindow& fields = Made(m_EPROMFields);
     connect(&fields, &EPROMFieldsWindow::Written, this, &ToolWindows::EpromWritten,
@@ -63,6 +74,8 @@ void ToolWindows::CloseRest() {
         m_Trend->close();
     if (m_History)
         m_History->close();
+    if (m_Units)
+        m_Units->close();
     if (m_EPROMFields)
         m_EPROMFields->GiveUp();
     if (m_HealthCheck)

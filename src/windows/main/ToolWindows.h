@@ -2,6 +2,7 @@
 
 #include "board/Station.h"
 #include "windows/calibration/CalibrationHistoryWindow.h"
+#include "windows/calibration/UnitsWindow.h"
 #include "windows/eprom/EPROMFieldsWindow.h"
 #include "windows/healthcheck/ACUHealthCheckWindow.h"
 #include "windows/testrig/AIBTestRigOptionsWindow.h"
@@ -18,7 +19,8 @@
 namespace ombrix {
 
 /// The windows beside the main window: the test rig, the UART console and the health check, which
-/// exercise boards, the fields of the EPROM, and the trend and the history, which look on.
+/// exercise boards, the fields of the EPROM, and the trend, the history and the list of units,
+/// which look on.
 class ToolWindows final : public QObject {
     Q_OBJECT
 
@@ -42,6 +44,8 @@ class ToolWindows final : public QObject {
     void CloseRest();
 
     void ShowHistory();
+    /// How the units stand; one that is chosen there shows its history.
+    void ShowUnits();
     void ShowEPROMFields();
     /// The record of the current board has been read anew, or another board is current.
     void ShowBoard();
@@ -61,6 +65,7 @@ class ToolWindows final : public QObject {
     template <class Window, class... Services>
     Window& Made(std::unique_ptr<Window>& window, Services&... services);
     void RigWindowClosed();
+    void ShowHistoryOf(int serial);
 
     AIBTestRigWindow m_Rig;
     AIBTestRigOptionsWindow m_RigOptions;
@@ -70,6 +75,7 @@ class ToolWindows final : public QObject {
     QWidget& m_Owner;
     std::unique_ptr<TrendWindow> m_Trend;
     std::unique_ptr<CalibrationHistoryWindow> m_History;
+    std::unique_ptr<UnitsWindow> m_Units;
     std::unique_ptr<EPROMFieldsWindow> m_EPROMFields;
     std::unique_ptr<ACUHealthCheckWindow> m_HealthCheck;
 };

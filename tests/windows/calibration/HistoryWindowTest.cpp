@@ -5,9 +5,11 @@
 #include "windows/WindowBench.h"
 #include "windows/calibration/CalibrationHistoryWindow.h"
 #include "windows/calibration/DriftPlotWidget.h"
+#include "windows/calibration/UnitsWindow.h"
 
 #include <QAction>
 #include <QComboBox>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTreeWidget>
@@ -99,6 +101,29 @@ TEST_F(HistoryWindowTest, AnUnfinishedRunIsOfferedAtTheStart) {
     m_Bench.Window.OfferUnfinishedRuns();
     EXPECT_TRUE(files.FilesIn(Paths::Journals).empty())
         << "nothing to report: discarded, as agreed";
+}
+
+TEST_F(HistoryWindowTest, AUnitOfTheListOpensItsHistory) {
+    m_Window->close();
+    m_Bench.Find<QAction>("mnuUnits").trigger();
+    auto& window = dynamic_cast<UnitsWindow&>(*WindowBench::TopLevel("frmUnits"));
+    auto& list = WindowBench::FindIn<QTreeWidget>(window, "lvwUnits");
+    ASSERT_EQ(list.topLevelItemCount(), 2);
+    auto& filter = WindowBench::FindIn<QLineEdit>(window, "txtFilter");
+    QTest::keyClicks(&filter, "acu00301");
+    EXPECT_TRUE(list.topLevelItem(0)->isHidden());
+    QTreeWidgetItem* unit = list.topLevelItem(1);
+    EXPECT_FALSE(unit->isHidden());
+    EXPECT_EQ(unit->text(5), "2023-03-17, due") << "it has failed";
+    window.AskFileToWrite = [](const QString& proposed, const auto& chosen) { chosen(proposed); };
+    QTest::mouseClick(&WindowBench::FindIn<QPushButton>(window, "cmdExportCSV"), Qt::LeftButton);
+    const std::string csv = m_Bench.Bench.Files.ReadFile(R"(C:\units.csv)");
+    EXPECT_EQ(csv.find("\r\n12,"), std::string::npos) << "filtered out: " << csv;
+    EXPECT_NE(csv.find("\r\n301,"), std::string::npos) << csv;
+    list.setCurrentItem(unit);
+    QTest::keyClick(&list, Qt::Key_Return);
+    EXPECT_TRUE(m_Window->isVisible());
+    EXPECT_EQ(Find<QComboBox>("cboUnit").currentText(), "ACU00301");
 }
 
 } // namespace

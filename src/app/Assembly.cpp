@@ -86,6 +86,7 @@ Assembly::Assembly(const StationOptions& options, const UserPorts& ports,
 void Assembly::MountFolders() {
     m_Drive.Mount(Paths::Program, FolderWithTemplates());
     m_Drive.Mount(Paths::TemporaryDrive, fs::temp_directory_path());
+    MountClaims();
     if (!m_Options.Share.empty())
         m_Drive.Mount(Paths::ShareDrive, m_Options.Share);
     if (m_Options.FpgaFolder.empty())
@@ -96,6 +97,17 @@ void Assembly::MountFolders() {
     for (const std::string_view folder : Paths::SystemFolders)
         m_Drive.Mount(folder, m_Options.FpgaFolder);
     m_Drive.Mount(logs, present);
+}
+
+void Assembly::MountClaims() {
+    // Boards are the machine's, whoever works with them; those of a bench are the data folder's.
+    fs::path folder = m_Options.ClaimsFolder;
+    if (folder.empty() && IsSimulated())
+        return;
+    if (folder.empty())
+        folder = BoardsFolder();
+    MakeSharedFolder(folder);
+    m_Drive.Mount(Paths::Claims, folder);
 }
 
 Assembly::~Assembly() {

@@ -45,6 +45,7 @@ class Assembly {
     bool IsSimulated() const { return !m_Options.Bench.empty(); }
     std::unique_ptr<AIBControl> MakeLibrary();
     void MountFolders();
+    void MountClaims();
     void LogStart();
 
     StationOptions m_Options;

@@ -1,6 +1,7 @@
 #include "app/StationOptions.h"
 
 #include "platform/os/Computer.h"
+#include "platform/text/Utf8Path.h"
 #include "simulator/BenchDescription.h"
 #include "simulator/Faults.h"
 
@@ -63,7 +64,8 @@ OleDate ParseStart(const std::string& text) {
 } // namespace
 
 void AddStationOptions(CLI::App& app, StationOptions& options) {
-    options.DataRoot = UsersDataFolder() / "ombrix";
+    if (const std::filesystem::path folder = UsersDataFolder(); !folder.empty())
+        options.DataRoot = folder / "ombrix";
     CLI::Option* simulate =
         app.add_flag("--simulate{acu}", options.Bench,
                      "Use the simulated bench of that name: " + BenchNames("or") +
@@ -121,6 +123,17 @@ void AddStationOptions(CLI::App& app, StationOptions& options) {
     app.add_option("--data-root", options.DataRoot, "The folder that stands for drive C:")
         ->type_name("DIR")
         ->capture_default_str();
+    app.final_callback([&options] {
+        if (options.DataRoot.empty())
+            throw CLI::ValidationError("--data-root",
+                                       "There is no data folder: HOME is not set. Choose one with "
+                                       "--data-root");
+    });
+    app.add_option("--claims-folder", options.ClaimsFolder,
+                   "Where programs tell each other which boards they have; " +
+                       TextOf(BoardsFolder()) +
+                       " if not given, with a simulated bench in the data folder")
+        ->type_name("DIR");
     app.add_option("--share", options.Share, "The production file server's share")
         ->type_name("DIR");
     app.add_option("--board", options.Board, "Board index, from 0")

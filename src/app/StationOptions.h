@@ -34,6 +34,9 @@ struct StationOptions {
     /// Where the FPGA configuration files lie; empty for the system folder on drive C:.
     std::filesystem::path FpgaFolder;
     std::filesystem::path DataRoot;
+    /// Where programs tell each other which boards they have; empty for the folder of the machine,
+    /// with a simulated bench for that of the data folder.
+    std::filesystem::path ClaimsFolder;
     std::filesystem::path Share;
     std::int32_t Board = 0;
 };

@@ -90,8 +90,8 @@ void ClaimBoards(Station& station) {
                      "programmed nor driven.");
     if (!untried.empty())
         warn("The boards cannot be kept from other programs:\r\n\r\n" + untried +
-             "\r\nThey can be looked at, but not driven. Please make the data folder writable, "
-             "then detect the boards again.");
+             "\r\nThey can be looked at, but not driven. Please make that folder writable, then "
+             "detect the boards again.");
 }
 
 } // namespace

@@ -93,7 +93,7 @@ std::string UnprogrammedText(CommandContext& context, const AIB& board) {
 void TellOfPartialWrites(Station& station) {
     for (const auto& [board, write] : PartlyWrittenBoards(station))
         station.World.Messages.Ask(
-            {PartialWriteWarning(station.World, *board, write) +
+            {PartialWriteWarning(*board, write) +
                  "\r\n\r\nPlease repeat what was begun, or restore that file: ombrixctl eprom "
                  "restore FILE",
              MessageIcon::Warning, MessageButtons::Ok});

@@ -99,7 +99,7 @@ TEST_F(EpromGuardTest, AnEpromWrittenInPartIsNotedUntilItIsWhole) {
     write("first", words, 1);
     ASSERT_TRUE(noted());
     EXPECT_EQ(noted()->Purpose, "first");
-    EXPECT_EQ(File(noted()->Backup), m_Before);
+    EXPECT_EQ(ReadWholeFile(noted()->Backup), m_Before);
     write("another", SpareWord());
     EXPECT_TRUE(noted()) << "one of its words has not been written";
     write("again", words);

@@ -74,6 +74,31 @@ TEST_F(FolderDriveTest, ALockIsHeldByOneAndGoesWithIt) {
     EXPECT_TRUE(m_Drive.TryLock(R"(C:\board.lock)", "second"));
 }
 
+TEST_F(FolderDriveTest, FilesOfASharedFolderAreEveryUsersAndNoLinks) {
+    const std::filesystem::path folder = m_Folder.Path() / "shared";
+    const mode_t mask = ::umask(077);
+    MakeSharedFolder(folder);
+    m_Drive.Mount(R"(C:\Shared)", folder);
+    m_Drive.OverwriteFile(R"(C:\Shared\mark)", "a long first text");
+    m_Drive.OverwriteFile(R"(C:\Shared\mark)", "short");
+    const auto lock = m_Drive.TryLock(R"(C:\Shared\lock)", "program");
+    ::umask(mask);
+    EXPECT_EQ(m_Drive.ReadFile(R"(C:\Shared\mark)"), "short");
+    const auto mode = [](const std::filesystem::path& path) {
+        return static_cast<unsigned>(std::filesystem::status(path).permissions());
+    };
+    EXPECT_EQ(mode(folder), 01777U);
+    EXPECT_EQ(mode(folder / "mark"), 0666U);
+    EXPECT_EQ(mode(folder / "lock"), 0666U);
+    ReplaceWholeFile(m_Folder.Path() / "precious", "precious");
+    std::filesystem::create_symlink(m_Folder.Path() / "precious", folder / "trap");
+    EXPECT_THROW(m_Drive.OverwriteFile(R"(C:\Shared\trap)", "spoilt"), DriveError);
+    EXPECT_THROW(m_Drive.TryLock(R"(C:\Shared\trap)", "spoilt"), DriveError);
+    EXPECT_EQ(ReadWholeFile(m_Folder.Path() / "precious"), "precious");
+    std::filesystem::create_symlink(folder, m_Folder.Path() / "link");
+    EXPECT_THROW(MakeSharedFolder(m_Folder.Path() / "link"), DriveError);
+}
+
 TEST_F(FolderDriveTest, ADiskThatFillsUpLeavesWholeTexts) {
     const auto file = m_Drive.OpenForWriting(R"(C:\log.csv)");
     rlimit before{};

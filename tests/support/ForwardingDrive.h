@@ -25,6 +25,9 @@ class ForwardingDrive : public Drive {
     void ReplaceFile(std::string_view path, std::string_view content) override {
         m_Drive.ReplaceFile(path, content);
     }
+    void OverwriteFile(std::string_view path, std::string_view content) override {
+        m_Drive.OverwriteFile(path, content);
+    }
     void CreateFile(std::string_view path, std::string_view content) override {
         m_Drive.CreateFile(path, content);
     }

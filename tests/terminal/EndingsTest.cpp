@@ -18,9 +18,8 @@ class Endings : public OmbrixctlTest {
   protected:
     /// Starts a program that ends by a signal at the latest, its input at its end.
     pid_t Start(const std::string& program, const std::string& arguments) const {
-        const std::string line =
-            fmt::format("exec '{}' --data-root '{}' {} </dev/null >/dev/null 2>'{}'", program,
-                        m_Folder.Path().string(), arguments, ErrorFile().string());
+        const std::string line = fmt::format("exec '{}' {} {} </dev/null >/dev/null 2>'{}'",
+                                             program, Folders(), arguments, ErrorFile().string());
         const pid_t child = ::fork();
         if (child == 0) {
             ::execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
@@ -117,6 +116,19 @@ TEST_P(EndedWhileDriving, NoAirFlowsAfterwardsOrTheNextStartSwitchesItOff) {
     EXPECT_NE(Errors().find("left the outputs of board"), std::string::npos) << Errors();
     Run(bench.substr(0, bench.find(' ')) + " detect");
     EXPECT_EQ(Errors(), "") << "told once";
+}
+
+TEST_F(Endings, BoardIsOneForProgramsOfEveryDataFolder) {
+    const pid_t other = Start(OMBRIXCTL, Sweep);
+    ASSERT_TRUE(Await([this] { return Outputs() > 0; }));
+    const TemporaryFolder elsewhere;
+    m_Data = elsewhere.Path();
+    EXPECT_EQ(RunSimulated("dac 0 100").Status, 1);
+    EXPECT_NE(Errors().find("in use by ombrixctl"), std::string::npos) << Errors();
+    End(other, SIGKILL);
+    EXPECT_EQ(RunSimulated("detect").Status, 0);
+    EXPECT_NE(Errors().find("left the outputs of board 301 on"), std::string::npos) << Errors();
+    EXPECT_EQ(Marks(), 0U);
 }
 
 TEST_F(Endings, BoardThatDoesNotAnswerKeepsItsMarkUntilItTakesTheZeros) {

@@ -30,8 +30,8 @@ class OmbrixctlTest : public ::testing::Test {
     Outcome Run(const std::string& arguments, const std::string& input = "",
                 const std::string& under = "") const {
         const std::string line =
-            fmt::format("printf '{}' | {} '{}' --json --data-root '{}' {} 2>'{}'", input, under,
-                        OMBRIXCTL, m_Folder.Path().string(), arguments, ErrorFile().string());
+            fmt::format("printf '{}' | {} '{}' --json {} {} 2>'{}'", input, under, OMBRIXCTL,
+                        Folders(), arguments, ErrorFile().string());
         std::string output;
         FILE* pipe = ::popen(line.c_str(), "r");
         std::array<char, 4096> buffer{};
@@ -45,18 +45,23 @@ class OmbrixctlTest : public ::testing::Test {
     }
     /// Ctrl-C as soon as the procedure has begun to drive, however slow the machine is.
     Outcome RunUntilItDrives(const std::string& arguments) const {
-        const std::filesystem::path claims = m_Folder.Path() / "Claims";
-        std::filesystem::remove_all(claims); // with the mark of a run that was unplugged before
+        std::filesystem::remove_all(Claims()); // with the mark of a run that was unplugged before
         return Run(arguments, "",
                    fmt::format("sh -c '\"$@\" & "
                                "while kill -0 $! && ! ls {}/*.running; do sleep 0.02; done "
                                ">/dev/null 2>&1; kill -INT $!; wait $!' sh",
-                               claims.string()));
+                               Claims().string()));
+    }
+    std::filesystem::path Claims() const { return m_Folder.Path() / "Claims"; }
+    std::string Folders() const {
+        return fmt::format("--data-root '{}' --claims-folder '{}'", m_Data.string(),
+                           Claims().string());
     }
     std::filesystem::path ErrorFile() const { return m_Folder.Path() / "stderr.txt"; }
     std::string Errors() const { return ReadWholeFile(ErrorFile()); }
 
     TemporaryFolder m_Folder;
+    std::filesystem::path m_Data = m_Folder.Path();
 };
 
 } // namespace ombrix

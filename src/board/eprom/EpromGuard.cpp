@@ -1,6 +1,7 @@
 #include "board/eprom/EpromGuard.h"
 
 #include "board/eprom/PartialWrite.h"
+#include "platform/os/FolderDrive.h"
 #include "platform/os/ProgramLog.h"
 #include "platform/ports/Folders.h"
 #include "platform/text/OleDate.h"
@@ -142,7 +143,8 @@ void EpromGuard::NoteBeginning(const EpromWords& words) const {
     for (const EpromWords::Word& word : words.All())
         addresses.insert(word.Address);
     try {
-        NotePartialWrite(m_World, m_Board.SerialNumber(), m_Purpose, m_Backup, addresses);
+        NotePartialWrite(m_World, m_Board.SerialNumber(), m_Purpose,
+                         m_World.Files.RealPath(m_Backup), addresses);
     } catch (const DriveError& error) {
         Refuse(fmt::format("It cannot be noted that it is written: {}.\r\n\r\nPlease make room on "
                            "the disk, or the folder writable, then try again.",
@@ -166,7 +168,7 @@ void EpromGuard::NoteEnd(const EpromWords& words, bool whole) const {
 
 bool EpromGuard::IsAsIn(const std::string& backup) const {
     try {
-        return EpromImage::FromBytes(m_World.Files.ReadFile(backup)) == m_Content;
+        return EpromImage::FromBytes(ReadWholeFile(backup)) == m_Content;
     } catch (const std::exception&) {
         return false; // it is gone, or no image
     }

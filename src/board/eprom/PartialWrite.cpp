@@ -1,6 +1,5 @@
 #include "board/eprom/PartialWrite.h"
 
-#include "platform/os/ProgramLog.h"
 #include "platform/text/OleDate.h"
 
 #include <fmt/format.h>
@@ -12,48 +11,38 @@ namespace ombrix {
 
 namespace {
 
-std::string NotePath(Platform& world, std::int32_t serial) {
-    return ClaimPath(world.Files, serial, "eprom");
-}
+constexpr const char* PartialWriteKind = "eprom";
 
 } // namespace
 
 void NotePartialWrite(Platform& world, std::int32_t serial, const std::string& purpose,
-                      const std::string& backup, const std::set<std::int32_t>& addresses) {
+                      const std::filesystem::path& backup,
+                      const std::set<std::int32_t>& addresses) {
     PartialWrite write =
         FindPartialWrite(world, serial)
-            .value_or(PartialWrite{purpose,
-                                   DateText(world.Time.Now(), "yyyy-mm-dd hh:nn:ss"),
-                                   NameOf(world.Program),
-                                   backup,
-                                   {}});
+            .value_or(PartialWrite{
+                purpose, IsoText(world.Time.Now()), NameOf(world.Program), backup.string(), {}});
     write.Addresses.insert(addresses.begin(), addresses.end());
-    world.Files.ReplaceFile(NotePath(world, serial),
-                            fmt::format("{}\n{}\n{}\n{}\n{}\n", write.Purpose, write.Since,
-                                        write.Program, write.Backup,
-                                        fmt::join(write.Addresses, " ")));
+    LeaveNote(world, serial, PartialWriteKind,
+              fmt::format("{}\n{}\n{}\n{}\n{}\n", write.Purpose, write.Since, write.Program,
+                          write.Backup, fmt::join(write.Addresses, " ")));
 }
 
-std::optional<PartialWrite> FindPartialWrite(Platform& world, std::int32_t serial) {
-    const std::string path = NotePath(world, serial);
-    if (!world.Files.FileExists(path))
+std::optional<PartialWrite> FindPartialWrite(const Platform& world, std::int32_t serial) {
+    const auto note = FindNote(world.Files, serial, PartialWriteKind);
+    if (!note)
         return std::nullopt;
-    std::istringstream text(TextOfClaim(world.Files, path));
+    std::istringstream text(*note);
     PartialWrite write;
     for (std::string* field : {&write.Purpose, &write.Since, &write.Program, &write.Backup})
-        *field = LineOfClaim(text);
+        *field = NextLine(text);
     for (std::int32_t address = 0; text >> address;)
         write.Addresses.insert(address);
     return write;
 }
 
 void RemovePartialWrite(Platform& world, std::int32_t serial) {
-    try {
-        world.Files.RemoveFile(NotePath(world, serial));
-    } catch (const DriveError& error) {
-        WriteLog(world,
-                 fmt::format("The note of an EPROM written in part stays: {}", error.what()));
-    }
+    RemoveNote(world, serial, PartialWriteKind);
 }
 
 std::string PartialWriteText(const PartialWrite& write) {
@@ -61,16 +50,11 @@ std::string PartialWriteText(const PartialWrite& write) {
                        write.Program);
 }
 
-std::string PartialWriteWarning(Platform& world, const AIB& board, const PartialWrite& write) {
-    std::string backup = write.Backup;
-    try {
-        backup = world.Files.RealPath(write.Backup).string();
-    } catch (const DriveError&) { // a damaged note: its text is all there is
-    }
+std::string PartialWriteWarning(const AIB& board, const PartialWrite& write) {
     return fmt::format("The EPROM of ACU{:05} has been {}, which has not come to its end. It holds "
                        "a mixture of two contents.\r\n\r\nThe content from before lies in\r\n\r\n"
                        "   {}",
-                       board.SerialNumber(), PartialWriteText(write), backup);
+                       board.SerialNumber(), PartialWriteText(write), write.Backup);
 }
 
 std::vector<PartlyWrittenBoard> PartlyWrittenBoards(Station& station) {

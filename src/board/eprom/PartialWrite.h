@@ -3,6 +3,7 @@
 #include "board/Station.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <set>
@@ -21,7 +22,7 @@ struct PartialWrite {
     std::string Since;
     /// "ombrixctl, process 1234 on bench7"
     std::string Program;
-    /// Path on a drive of what the EPROM held before.
+    /// Real path, which holds for every user, of what the EPROM held before.
     std::string Backup;
     /// Addresses of all words that are a part of it.
     std::set<std::int32_t> Addresses;
@@ -30,16 +31,16 @@ struct PartialWrite {
 /// Notes that words are about to be written, flushed to the disk. A writing that is noted already
 /// stays, and has these words added. @throws DriveError
 void NotePartialWrite(Platform& world, std::int32_t serial, const std::string& purpose,
-                      const std::string& backup, const std::set<std::int32_t>& addresses);
+                      const std::filesystem::path& backup, const std::set<std::int32_t>& addresses);
 /// What is noted for a unit; what a damaged file does not tell stands as "unknown".
-std::optional<PartialWrite> FindPartialWrite(Platform& world, std::int32_t serial);
+std::optional<PartialWrite> FindPartialWrite(const Platform& world, std::int32_t serial);
 /// The EPROM is whole again. A note that cannot be removed is logged.
 void RemovePartialWrite(Platform& world, std::int32_t serial);
 
 /// "written in part: \"EPROM Restore\", begun on … (ombrix, process 12 on bench7)"
 std::string PartialWriteText(const PartialWrite& write);
 /// For the operator: that, and where the content from before lies.
-std::string PartialWriteWarning(Platform& world, const AIB& board, const PartialWrite& write);
+std::string PartialWriteWarning(const AIB& board, const PartialWrite& write);
 
 /// A board that this program has, and whose EPROM was written in part.
 struct PartlyWrittenBoard {

@@ -13,10 +13,16 @@
 
 namespace ombrix {
 
-std::string ClaimPath(Drive& files, std::int32_t serial, const char* kind) {
-    files.CreateFolder(Paths::Claims);
+namespace {
+
+constexpr const char* LockKind = "lock";
+constexpr const char* MarkKind = "running";
+
+std::string ClaimPath(std::int32_t serial, const char* kind) {
     return fmt::format("{}AIB_{:05}.{}", Paths::Claims, serial, kind);
 }
+
+} // namespace
 
 std::string NameOf(const ProgramIdentity& program) {
     return fmt::format("{}, process {} on {}", program.Name, program.ProcessId, program.Computer);
@@ -27,8 +33,8 @@ bool BoardClaims::Claim(std::int32_t serial) {
     if (claim)
         return true;
     try {
-        claim = m_World.Files.TryLock(ClaimPath(m_World.Files, serial, "lock"),
-                                      NameOf(m_World.Program));
+        m_World.Files.CreateFolder(Paths::Claims);
+        claim = m_World.Files.TryLock(ClaimPath(serial, LockKind), NameOf(m_World.Program));
         m_Refusals[serial] = claim ? "" : "in use by " + Holder(serial);
     } catch (const DriveError& error) {
         m_Refusals[serial] = std::string("not kept from other programs: ") + error.what();
@@ -51,7 +57,7 @@ bool BoardClaims::ClaimUnlessTaken(std::int32_t serial) noexcept {
 }
 
 std::string BoardClaims::Holder(std::int32_t serial) const {
-    const std::string holder = m_World.Files.ReadFile(ClaimPath(m_World.Files, serial, "lock"));
+    const std::string holder = m_World.Files.ReadFile(ClaimPath(serial, LockKind));
     return holder.empty() ? "another program" : holder;
 }
 
@@ -62,50 +68,30 @@ void BoardClaims::Require(std::int32_t serial) {
                                      serial, Holder(serial)));
 }
 
-std::string LineOfClaim(std::istream& text) {
-    std::string line;
-    std::getline(text, line);
-    return line.empty() ? "unknown" : line;
+void LeaveNote(Platform& world, std::int32_t serial, const char* kind, const std::string& text) {
+    world.Files.CreateFolder(Paths::Claims);
+    world.Files.OverwriteFile(ClaimPath(serial, kind), text);
 }
 
-std::string TextOfClaim(const Drive& files, const std::string& path) {
+std::optional<std::string> FindNote(const Drive& files, std::int32_t serial, const char* kind) {
+    const std::string path = ClaimPath(serial, kind);
+    if (!files.FileExists(path))
+        return std::nullopt;
     try {
-        return files.ReadFile(path);
+        std::string text = files.ReadFile(path);
+        return text.empty() ? std::nullopt : std::optional(std::move(text));
     } catch (const DriveError&) {
-        return {};
+        return "\n"; // it tells nothing, and is there all the same
     }
 }
 
-namespace {
-
-constexpr const char* MarkKind = "running";
-
-} // namespace
-
-void LeaveMark(Platform& world, std::int32_t serial, const std::string& procedure) {
-    world.Files.ReplaceFile(
-        ClaimPath(world.Files, serial, MarkKind),
-        fmt::format("{}\n{}\n{}\n", procedure, IsoText(world.Time.Now()), NameOf(world.Program)));
-}
-
-std::optional<RunningMark> FindMark(Platform& world, std::int32_t serial) {
-    const std::string path = ClaimPath(world.Files, serial, MarkKind);
-    if (!world.Files.FileExists(path))
-        return std::nullopt;
-    std::istringstream text(TextOfClaim(world.Files, path));
-    RunningMark mark;
-    for (std::string* field : {&mark.Procedure, &mark.Since, &mark.Program})
-        *field = LineOfClaim(text);
-    return mark;
-}
-
-std::vector<std::int32_t> MarkedBoards(const Drive& files) {
+std::vector<std::int32_t> NotedBoards(const Drive& files, const char* kind) {
     std::vector<std::int32_t> serials;
     for (const std::string& name : files.FilesIn(Paths::Claims)) {
         std::int32_t serial = 0;
         constexpr std::string_view begin = "AIB_";
         const std::size_t dot = name.find('.');
-        if (name.starts_with(begin) && name.ends_with(std::string(".") + MarkKind) &&
+        if (name.starts_with(begin) && name.ends_with(std::string(".") + kind) &&
             std::from_chars(name.data() + begin.size(), name.data() + dot, serial).ec ==
                 std::errc{})
             serials.push_back(serial);
@@ -113,13 +99,50 @@ std::vector<std::int32_t> MarkedBoards(const Drive& files) {
     return serials;
 }
 
-void RemoveMark(Platform& world, std::int32_t serial) {
+void RemoveNote(Platform& world, std::int32_t serial, const char* kind) {
+    const std::string path = ClaimPath(serial, kind);
+    if (!world.Files.FileExists(path))
+        return;
     try {
-        world.Files.RemoveFile(ClaimPath(world.Files, serial, MarkKind));
+        // Emptied first: a user cannot remove what another one has left in a shared folder.
+        world.Files.OverwriteFile(path, "");
+        world.Files.RemoveFile(path);
     } catch (const DriveError& error) {
-        WriteLog(world,
-                 fmt::format("The mark of a procedure that has ended stays: {}", error.what()));
+        if (!FindNote(world.Files, serial, kind))
+            return;
+        WriteLog(world, fmt::format("The mark of what has ended stays: {}", error.what()));
     }
+}
+
+std::string NextLine(std::istream& note) {
+    std::string line;
+    std::getline(note, line);
+    return line.empty() ? "unknown" : line;
+}
+
+void LeaveMark(Platform& world, std::int32_t serial, const std::string& procedure) {
+    LeaveNote(
+        world, serial, MarkKind,
+        fmt::format("{}\n{}\n{}\n", procedure, IsoText(world.Time.Now()), NameOf(world.Program)));
+}
+
+std::optional<RunningMark> FindMark(const Platform& world, std::int32_t serial) {
+    const auto note = FindNote(world.Files, serial, MarkKind);
+    if (!note)
+        return std::nullopt;
+    std::istringstream text(*note);
+    RunningMark mark;
+    for (std::string* field : {&mark.Procedure, &mark.Since, &mark.Program})
+        *field = NextLine(text);
+    return mark;
+}
+
+std::vector<std::int32_t> MarkedBoards(const Drive& files) {
+    return NotedBoards(files, MarkKind);
+}
+
+void RemoveMark(Platform& world, std::int32_t serial) {
+    RemoveNote(world, serial, MarkKind);
 }
 
 } // namespace ombrix

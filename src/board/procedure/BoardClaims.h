@@ -20,7 +20,7 @@ class BoardInUse : public std::runtime_error {
 };
 
 /// The boards that this program has to itself, by serial number: what it writes into their
-/// EPROM or drives at their outputs no other program of this data folder touches meanwhile. A
+/// EPROM or drives at their outputs no other program touches meanwhile, whoever runs it. A
 /// claim ends with the program, however that dies.
 class BoardClaims {
   public:
@@ -54,14 +54,19 @@ class BoardClaims {
 /// A program as others are told of it: "ombrixctl, process 1234 on bench7".
 std::string NameOf(const ProgramIdentity& program);
 
-/// Path of a file about a board in the folder of claims, which it makes: the lock, or the mark
-/// of a procedure that drives the board. @param kind ending of the name ("lock")
-std::string ClaimPath(Drive& files, std::int32_t serial, const char* kind);
+// Notes about a board beside its claim, which outlive the program that has left them. A kind is the
+// ending of the file's name ("running").
 
-/// The text of a file about a board; empty when it cannot be read.
-std::string TextOfClaim(const Drive& files, const std::string& path);
-/// Its next line; what is missing is "unknown".
-std::string LineOfClaim(std::istream& text);
+/// Leaves a note, flushed to the disk, in the place of one that is there. @throws DriveError
+void LeaveNote(Platform& world, std::int32_t serial, const char* kind, const std::string& text);
+/// The text of a note; an empty line of one that cannot be read, nothing where there is none.
+std::optional<std::string> FindNote(const Drive& files, std::int32_t serial, const char* kind);
+/// Serial numbers of the boards that have a note of a kind.
+std::vector<std::int32_t> NotedBoards(const Drive& files, const char* kind);
+/// A note of another user is emptied, which is as good. One that stays is logged.
+void RemoveNote(Platform& world, std::int32_t serial, const char* kind);
+/// A line of a note; "unknown" where it has none.
+std::string NextLine(std::istream& note);
 
 /// What a program notes before a procedure drives a board and takes back when the outputs are
 /// off: a mark that is found tells that nobody has switched them off.
@@ -77,7 +82,7 @@ struct RunningMark {
 /// Leaves the mark of a procedure that begins now, flushed to the disk. @throws DriveError
 void LeaveMark(Platform& world, std::int32_t serial, const std::string& procedure);
 /// The mark of a board; what a damaged or unreadable one does not tell stands as "unknown".
-std::optional<RunningMark> FindMark(Platform& world, std::int32_t serial);
+std::optional<RunningMark> FindMark(const Platform& world, std::int32_t serial);
 /// Serial numbers of the boards that have a mark.
 std::vector<std::int32_t> MarkedBoards(const Drive& files);
 /// A mark that cannot be removed costs the next start a needless switching off; it is logged.

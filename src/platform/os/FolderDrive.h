@@ -23,6 +23,7 @@ class FolderDrive final : public Drive {
     std::unique_ptr<OutputFile> OpenForAppending(std::string_view path) override;
     std::string ReadFile(std::string_view path) const override;
     void ReplaceFile(std::string_view path, std::string_view content) override;
+    void OverwriteFile(std::string_view path, std::string_view content) override;
     void CreateFile(std::string_view path, std::string_view content) override;
     std::vector<std::string> FilesIn(std::string_view folder) const override;
     void RemoveFile(std::string_view path) override;
@@ -36,6 +37,10 @@ class FolderDrive final : public Drive {
     };
     std::vector<MountPoint> m_Mounts;
 };
+
+/// Makes a folder in which every user may make files and none can take away another one's. One
+/// that is there stays as it is. @throws DriveError for a link, which may lead anywhere
+void MakeSharedFolder(const std::filesystem::path& folder);
 
 /// Reads a whole real file. @throws DriveError
 std::string ReadWholeFile(const std::filesystem::path& path);

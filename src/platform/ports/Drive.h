@@ -63,15 +63,20 @@ class Drive {
     /// Stores a whole file: under a temporary name, flushed, then renamed, so that the name
     /// holds either what it held or all of the new content. @throws DriveError
     virtual void ReplaceFile(std::string_view path, std::string_view content) = 0;
-    /// Stores a whole file in the same way under a name that is still free.
+    /// Stores a whole file in its place, readable and writable by every user: for folders that
+    /// users share, where none may put a file in the place of another one's. Never through a link.
+    /// @throws DriveError
+    virtual void OverwriteFile(std::string_view path, std::string_view content) = 0;
+    /// Stores a whole file by way of a temporary name under a name that is still free.
     /// @throws DriveError also when there is a file of that name
     virtual void CreateFile(std::string_view path, std::string_view content) = 0;
     /// Names of the files of a folder in their alphabetical order; none when there is no folder.
     virtual std::vector<std::string> FilesIn(std::string_view folder) const = 0;
     /// Removes a file; no error when there is none. @throws DriveError
     virtual void RemoveFile(std::string_view path) = 0;
-    /// Takes a file, made when there is none, for this program alone; empty while another one
-    /// has it. @param holder text that the file then holds, for those who come too late
+    /// Takes a file, made for every user when there is none, for this program alone; empty while
+    /// another one has it. Never through a link. @param holder text that the file then holds, for
+    /// those who come too late
     /// @throws DriveError
     virtual std::unique_ptr<FileLock> TryLock(std::string_view path, std::string_view holder) = 0;
 

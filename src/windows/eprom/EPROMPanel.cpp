@@ -222,12 +222,12 @@ void EPROMPanel::Restore() {
 
 void EPROMPanel::OfferRestore(const PartialWrite& write) {
     Platform& world = m_Station.World;
-    Message question{PartialWriteWarning(world, *m_Station.CurrentAIB, write) +
+    Message question{PartialWriteWarning(*m_Station.CurrentAIB, write) +
                          "\r\n\r\nIs that content to be restored now?",
                      MessageIcon::Warning, MessageButtons::YesNo};
     question.DefaultsToRefusal = true;
     if (world.Messages.Ask(question) == Answer::Yes)
-        RestoreFrom([&] { return ReadEpromFile(world.Files.RealPath(write.Backup)); });
+        RestoreFrom([&] { return ReadEpromFile(write.Backup); });
 }
 
 void EPROMPanel::RestoreFrom(const std::function<std::optional<EpromImage>()>& content) {

@@ -59,7 +59,11 @@ fs::path UsersDataFolder() {
         dataHome != nullptr && *dataHome == '/')
         return dataHome;
     const char* home = std::getenv("HOME");
-    return fs::path(home == nullptr ? "." : home) / ".local" / "share";
+    return home != nullptr && *home == '/' ? fs::path(home) / ".local" / "share" : fs::path();
+}
+
+fs::path BoardsFolder() {
+    return "/var/tmp/ombrix-boards";
 }
 
 bool ErrorsGoToTerminal() {

@@ -33,13 +33,36 @@ void WriteAll(const FileDescriptor& file, std::string_view content, const fs::pa
     }
 }
 
+DriveError NotWritable(const fs::path& path) {
+    return DriveError(fmt::format("{} cannot be opened for writing: {}", path.string(), Reason()));
+}
+
 /// A descriptor of the file. @throws DriveError
 FileDescriptor OpenFile(const fs::path& path, int flags) {
     constexpr mode_t everybody = 0666;
     FileDescriptor file(::open(path.c_str(), flags | O_CLOEXEC, everybody));
     if (!file.IsOpen())
-        throw DriveError(
-            fmt::format("{} cannot be opened for writing: {}", path.string(), Reason()));
+        throw NotWritable(path);
+    return file;
+}
+
+/// A file that every user may read, write and lock; one that is a link, or no file, is refused.
+FileDescriptor OpenShared(const fs::path& path) {
+    constexpr int flags = O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+    constexpr mode_t everybody = 0666;
+    // Where users share a folder, the system lets nobody make a file that another user has made
+    // already: one that is there is opened as it is.
+    FileDescriptor file(::open(path.c_str(), flags));
+    if (!file.IsOpen() && errno == ENOENT) {
+        file = FileDescriptor(::open(path.c_str(), flags | O_CREAT | O_EXCL, everybody));
+        if (file.IsOpen())
+            ::fchmod(file.Get(), everybody); // whatever the user's mask
+        else if (errno == EEXIST)            // made by another program meanwhile
+            file = FileDescriptor(::open(path.c_str(), flags));
+    }
+    struct stat status {};
+    if (file.IsOpen() && (::fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode)))
+        throw DriveError(fmt::format("{} is no file", path.string()));
     return file;
 }
 
@@ -115,6 +138,17 @@ int TakeFreeName(const char* temporary, const fs::path& path) {
 
 } // namespace
 
+void MakeSharedFolder(const fs::path& folder) {
+    constexpr mode_t everybody = 01777;
+    if (::mkdir(folder.c_str(), everybody) == 0)
+        ::chmod(folder.c_str(), everybody); // whatever the user's mask
+    std::error_code error;
+    if (fs::is_symlink(folder, error))
+        throw DriveError(fmt::format("The folder {} is a link, which may lead anywhere. Please "
+                                     "remove it.",
+                                     folder.string()));
+}
+
 void ReplaceWholeFile(const fs::path& path, std::string_view content) {
     StoreByTemporaryName(path, content, [&path](const char* temporary) {
         return ::rename(temporary, path.c_str());
@@ -137,6 +171,17 @@ void FolderDrive::ReplaceFile(std::string_view path, std::string_view content) {
     ReplaceWholeFile(RealPath(path), content);
 }
 
+void FolderDrive::OverwriteFile(std::string_view path, std::string_view content) {
+    const fs::path real = RealPath(path);
+    const FileDescriptor file = OpenShared(real);
+    if (!file.IsOpen())
+        throw NotWritable(real);
+    WriteAll(file, content, real);
+    if (::ftruncate(file.Get(), static_cast<off_t>(content.size())) != 0 ||
+        ::fsync(file.Get()) != 0)
+        throw DriveError(fmt::format("{} cannot be written: {}", real.string(), Reason()));
+}
+
 void FolderDrive::CreateFile(std::string_view path, std::string_view content) {
     const fs::path real = RealPath(path);
     StoreByTemporaryName(real, content,
@@ -145,11 +190,11 @@ void FolderDrive::CreateFile(std::string_view path, std::string_view content) {
 
 std::unique_ptr<FileLock> FolderDrive::TryLock(std::string_view path, std::string_view holder) {
     const fs::path real = RealPath(path);
-    FileDescriptor file(::open(real.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666));
-    // Another user's file can be locked all the same.
+    FileDescriptor file = OpenShared(real);
+    // A file that another user has made for himself can be locked all the same.
     const bool readOnly = !file.IsOpen();
     if (readOnly)
-        file = OpenFile(real, O_RDONLY);
+        file = OpenFile(real, O_RDONLY | O_NOFOLLOW);
     if (::flock(file.Get(), LOCK_EX | LOCK_NB) != 0) {
         if (errno == EWOULDBLOCK)
             return nullptr;

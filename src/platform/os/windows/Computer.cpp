@@ -45,9 +45,23 @@ std::string SystemText() {
                        version.dwBuildNumber);
 }
 
+namespace {
+
+/// The folder that a variable of the environment names; empty when it names none.
+fs::path FolderIn(const wchar_t* variable) {
+    const wchar_t* folder = ::_wgetenv(variable);
+    return folder != nullptr && fs::path(folder).is_absolute() ? folder : fs::path();
+}
+
+} // namespace
+
 fs::path UsersDataFolder() {
-    const wchar_t* folder = ::_wgetenv(L"LOCALAPPDATA");
-    return folder == nullptr ? L"." : folder;
+    return FolderIn(L"LOCALAPPDATA");
+}
+
+fs::path BoardsFolder() {
+    const fs::path folder = FolderIn(L"ProgramData");
+    return (folder.empty() ? fs::path(LR"(C:\ProgramData)") : folder) / L"ombrix-boards";
 }
 
 bool ErrorsGoToTerminal() {

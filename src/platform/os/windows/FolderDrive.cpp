@@ -1,11 +1,13 @@
 #include "platform/os/FolderDrive.h"
 
+#include "platform/os/Files.h"
 #include "platform/os/windows/WindowsApi.h"
 #include "platform/text/Utf8Path.h"
 
 #include <fmt/format.h>
 
 #include <random>
+#include <sddl.h>
 
 namespace ombrix {
 
@@ -18,19 +20,28 @@ DriveError NotWritten(const fs::path& path) {
 }
 
 /// Others may read, write, rename and remove it meanwhile, as they are used to from elsewhere.
-FileDescriptor OpenShared(const fs::path& path, DWORD access, DWORD disposition) {
+/// @param flags FILE_FLAG_OPEN_REPARSE_POINT for a link itself in place of where it leads
+FileDescriptor OpenShared(const fs::path& path, DWORD access, DWORD disposition, DWORD flags = 0) {
     return Owned(::CreateFileW(path.c_str(), access,
                                FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                               disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
+                               disposition, FILE_ATTRIBUTE_NORMAL | flags, nullptr));
 }
 
 /// @throws DriveError
-FileDescriptor OpenFile(const fs::path& path, DWORD access, DWORD disposition) {
-    FileDescriptor file = OpenShared(path, access, disposition);
+FileDescriptor OpenFile(const fs::path& path, DWORD access, DWORD disposition, DWORD flags = 0) {
+    FileDescriptor file = OpenShared(path, access, disposition, flags);
     if (!file.IsOpen())
         throw DriveError(
             fmt::format("{} cannot be opened for writing: {}", TextOf(path), LastErrorText()));
     return file;
+}
+
+/// Refuses a link, which may lead anywhere. @throws DriveError
+void RequireNoLink(const fs::path& path) {
+    const DWORD attributes = ::GetFileAttributesW(path.c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0)
+        throw DriveError(
+            fmt::format("{} is a link, which may lead anywhere. Please remove it.", TextOf(path)));
 }
 
 void WriteAll(const FileDescriptor& file, std::string_view content, const fs::path& path) {
@@ -150,6 +161,16 @@ bool Lock(const FileDescriptor& file) {
 
 } // namespace
 
+void MakeSharedFolder(const fs::path& folder) {
+    // All may do everything with what is in it: what others have left is emptied, and removed.
+    SECURITY_ATTRIBUTES everybody{sizeof everybody, nullptr, FALSE};
+    ::ConvertStringSecurityDescriptorToSecurityDescriptorW(
+        L"D:(A;OICI;GA;;;WD)", SDDL_REVISION_1, &everybody.lpSecurityDescriptor, nullptr);
+    ::CreateDirectoryW(folder.c_str(), &everybody);
+    ::LocalFree(everybody.lpSecurityDescriptor);
+    RequireNoLink(folder);
+}
+
 void ReplaceWholeFile(const fs::path& path, std::string_view content) {
     StoreByTemporaryName(path, content, MOVEFILE_REPLACE_EXISTING);
 }
@@ -170,17 +191,31 @@ void FolderDrive::ReplaceFile(std::string_view path, std::string_view content) {
     ReplaceWholeFile(RealPath(path), content);
 }
 
+void FolderDrive::OverwriteFile(std::string_view path, std::string_view content) {
+    const fs::path real = RealPath(path);
+    const FileDescriptor file =
+        OpenFile(real, GENERIC_WRITE, OPEN_ALWAYS, FILE_FLAG_OPEN_REPARSE_POINT);
+    RequireNoLink(real);
+    LARGE_INTEGER length{};
+    length.QuadPart = static_cast<LONGLONG>(content.size());
+    if (!WriteAt(file, 0, content) || !CutOff(file, length) ||
+        ::FlushFileBuffers(HandleOf(file)) == 0)
+        throw NotWritten(real);
+}
+
 void FolderDrive::CreateFile(std::string_view path, std::string_view content) {
     StoreByTemporaryName(RealPath(path), content, 0);
 }
 
 std::unique_ptr<FileLock> FolderDrive::TryLock(std::string_view path, std::string_view holder) {
     const fs::path real = RealPath(path);
-    FileDescriptor file = OpenShared(real, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS);
+    RequireNoLink(real);
+    FileDescriptor file =
+        OpenShared(real, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS, FILE_FLAG_OPEN_REPARSE_POINT);
     // Another user's file can be locked all the same.
     const bool readOnly = !file.IsOpen();
     if (readOnly)
-        file = OpenFile(real, GENERIC_READ, OPEN_EXISTING);
+        file = OpenFile(real, GENERIC_READ, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT);
     if (!Lock(file)) {
         if (::GetLastError() == ERROR_LOCK_VIOLATION || ::GetLastError() == ERROR_IO_PENDING)
             return nullptr;

@@ -1,6 +1,7 @@
 // The program from a terminal: one line does one job.
 #include "app/Assembly.h"
 #include "board/eprom/EpromGuard.h"
+#include "board/procedure/SafeOutputs.h"
 #include "platform/os/Computer.h"
 #include "platform/os/CrashReport.h"
 #include "platform/os/ProgramLog.h"
@@ -108,6 +109,9 @@ CommandResult RunCommand(const ChosenCommand& command, const StationOptions& opt
             assembly.OptionsText()};
         ProcedureLog log(context.TheStation.World, "Command " + command.Name);
         CommandResult result = Attempt(messages, crash, [&] { return command.Run(context); });
+        // What has failed to be switched off keeps its mark for the next start.
+        if (!context.TheStation.AirMayFlow)
+            LeaveOutputsAsSet(context.TheStation);
         // A script must not go on beside a unit that may be blowing.
         if (context.TheStation.AirMayFlow && result.Status == ExitStatus::Done) {
             result.Status = ExitStatus::NotPassed;

@@ -26,6 +26,22 @@ BoardAnswer Outputs::WhenClaimed(const AIB& board, const Call& call) {
     return {m_Claims.Claim(board.DevSerialNum()) ? call() : Status::AccessDenied};
 }
 
+template <class Call>
+BoardAnswer Outputs::WhenMarked(const AIB& board, std::int32_t bits, const Call& call) {
+    const std::int32_t serial = board.DevSerialNum();
+    return WhenClaimed(board, [&] {
+        // A procedure leaves a mark of its own; one that is there says more.
+        if (bits != 0 && !m_Insists && !FindMark(m_World, serial))
+            LeaveMark(m_World, serial, DrivingByHand);
+        const BoardAnswer answer{call()};
+        // What was refused may have been taken all the same.
+        if (bits == 0 && !m_Insists && answer.Taken() && !board.Drives() &&
+            IsOwnMarkByHand(m_World, serial))
+            RemoveMark(m_World, serial);
+        return answer.Code;
+    });
+}
+
 BoardAnswer Outputs::Noted(AIB& board, const std::string& output, const BoardAnswer& answer,
                            const std::function<void()>& again) {
     const std::pair key(&board, output);
@@ -61,7 +77,7 @@ BoardAnswer Outputs::Set(AIB& board, std::int32_t channel, std::int32_t bits) {
     // A procedure waits for MFCs that are about to be ready.
     if (m_Insists && !board.Reaches(channel))
         board.CheckMFCReady();
-    BoardAnswer answer = WhenClaimed(board, [&] { return board.SetDAC(channel, bits); });
+    BoardAnswer answer = WhenMarked(board, bits, [&] { return board.SetDAC(channel, bits); });
     answer.MFCsNotReady = !board.Reaches(channel);
     Noted(board, NameOfChannel(board, channel), answer,
           [this, &board, channel, bits] { Set(board, channel, bits); });
@@ -70,7 +86,7 @@ BoardAnswer Outputs::Set(AIB& board, std::int32_t channel, std::int32_t bits) {
 }
 
 BoardAnswer Outputs::SetDigital(AIB& board, std::int32_t channel, std::int32_t bits) {
-    BoardAnswer answer = WhenClaimed(board, [&] { return board.SetDAC_UART(channel, bits); });
+    BoardAnswer answer = WhenMarked(board, bits, [&] { return board.SetDAC_UART(channel, bits); });
     answer.MFCsNotReady = !board.MFCReady();
     return Noted(board, fmt::format("MFC {}", channel), answer,
                  [this, &board, channel, bits] { SetDigital(board, channel, bits); });

@@ -20,13 +20,15 @@ struct OutputChange {
 };
 
 /// The one way in which the outputs of a board are told anything: the board is claimed, told, and
-/// whoever shows its outputs hears of it. The answer goes to the one who asked.
+/// whoever shows its outputs hears of it. The answer goes to the one who asked. While no procedure
+/// drives, a board has a mark from before its first demand until it drives nothing any more.
 class Outputs {
   public:
     /// How long a board may refuse what a procedure tells it.
     static constexpr double Patience_s = 1.0;
 
-    Outputs(BoardClaims& claims, const Clock& clock) : m_Claims(claims), m_Clock(clock) {}
+    Outputs(BoardClaims& claims, Platform& world)
+        : m_Claims(claims), m_World(world), m_Clock(world.Time) {}
 
     /// Tells a DAC or, of a digital setup, an MFC.
     /// @param channel 0 to 3 @param bits 0 to 65535
@@ -89,11 +91,15 @@ class Outputs {
 
     template <class Call>
     BoardAnswer WhenClaimed(const AIB& board, const Call& call);
+    /// Tells a claimed board a demand, with the mark of a board that is driven by hand.
+    template <class Call>
+    BoardAnswer WhenMarked(const AIB& board, std::int32_t bits, const Call& call);
     /// @param output as messages name it ("DAC 0") @param again tells it once more
     BoardAnswer Noted(AIB& board, const std::string& output, const BoardAnswer& answer,
                       const std::function<void()>& again);
 
     BoardClaims& m_Claims;
+    Platform& m_World;
     const Clock& m_Clock;
     Listeners<const OutputChange&> m_Listeners;
     bool m_Insists = false;

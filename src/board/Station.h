@@ -19,7 +19,7 @@ struct Station {
     explicit Station(const BoardServices& services)
         : World(services.World), AIBList({services.Library, services.World, &Feed}),
           CurrentAIB(std::make_shared<AIB>(services)), Claims(services.World),
-          Outputs(Claims, services.World.Time) {}
+          Outputs(Claims, services.World) {}
     Station(const Station&) = delete;
     Station& operator=(const Station&) = delete;
 

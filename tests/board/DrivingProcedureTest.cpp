@@ -4,6 +4,7 @@
 #include "board/procedure/SafeOutputs.h"
 #include "support/TestBench.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 namespace ombrix {
@@ -126,6 +127,41 @@ TEST(Recovery, AMarkedBoardThatIsNotThereIsWarnedOf) {
     TellOfMissingBoards(bench.TheStation);
     ASSERT_EQ(bench.Messages.Shown.size(), 1U);
     EXPECT_NE(bench.Messages.Shown[0].Text.find("Board 301: \"air test\""), std::string::npos);
+}
+
+TEST(Recovery, EveryBoardThatWasDrivenByHandIsSwitchedOff) {
+    TestBench bench("pair");
+    bench.Detect();
+    const Boards boards = bench.TheStation.AIBList.Boards();
+    ASSERT_EQ(boards.size(), 2U);
+    for (const auto& board : boards) {
+        const std::int32_t serial = board->DevSerialNum();
+        bench.TheStation.Outputs.Set(*board, 2, 30000);
+        EXPECT_EQ(FindMark(bench.World, serial)->Procedure, "driving by hand");
+        bench.TheStation.Outputs.Set(*board, 2, 0);
+        EXPECT_FALSE(FindMark(bench.World, serial)) << "nothing is driven any more";
+        bench.TheStation.Outputs.Set(*board, 1, 20000);
+        bench.TheStation.Outputs.Set(*board, 2, 30000);
+        bench.TheStation.Outputs.Set(*board, 1, 0);
+        EXPECT_TRUE(FindMark(bench.World, serial)) << "another output still drives";
+    }
+    // The program is gone here; the next one finds both.
+    FinishRecovery(bench.TheStation, SwitchOffUnfinished(bench.TheStation));
+    ASSERT_EQ(bench.Messages.Shown.size(), 1U);
+    for (const auto& board : boards) {
+        const std::int32_t serial = board->DevSerialNum();
+        EXPECT_EQ(bench.Bench.Board(board->BoardIndex()).DAC(2), 0);
+        EXPECT_FALSE(FindMark(bench.World, serial));
+        EXPECT_NE(bench.Messages.Shown[0].Text.find(fmt::format("outputs of board {} on", serial)),
+                  std::string::npos);
+    }
+}
+
+TEST(Recovery, ADemandThatWasRefusedLeavesItsMark) {
+    TestBench bench("acu", {"status:32@SetDAC"});
+    AIB& board = bench.Detect();
+    EXPECT_FALSE(bench.TheStation.Outputs.Set(board, 2, 30000).Taken());
+    EXPECT_TRUE(FindMark(bench.World, 301)) << "it may have been taken all the same";
 }
 
 TEST(Recovery, ALockThatCannotBeTakenDoesNotKeepTheAirOn) {

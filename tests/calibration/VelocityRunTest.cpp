@@ -323,7 +323,9 @@ TEST_F(VelocityRunTest, WhatIsDeclinedOrDrivesNothingLeavesTheOperatorsOutputsAl
         m_Bench->Bench.Messages.Texts = {std::nullopt};
         command();
         EXPECT_EQ(m_Bench->Board.DAC(0), 20000) << &command - commands;
-        EXPECT_FALSE(FindMark(m_Bench->Bench.World, 301));
+        const auto mark = FindMark(m_Bench->Bench.World, 301);
+        ASSERT_TRUE(mark) << "the operator drives the board";
+        EXPECT_EQ(mark->Procedure, "driving by hand");
     }
 }
 

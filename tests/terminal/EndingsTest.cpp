@@ -145,6 +145,14 @@ TEST_F(Endings, BoardThatDoesNotAnswerKeepsItsMarkUntilItTakesTheZeros) {
     ExpectSafe();
 }
 
+TEST_F(Endings, WhatACommandSetsStaysForTheNextOne) {
+    EXPECT_EQ(RunSimulated("dac 2 12344").Status, 0);
+    EXPECT_EQ(RunSimulated("adc").Status, 0);
+    EXPECT_EQ(Errors(), "") << "it was set on purpose";
+    EXPECT_EQ(Outputs(), 12344);
+    EXPECT_EQ(Marks(), 0U);
+}
+
 TEST_F(Endings, SpeedTestLeavesNoSetPointAtABoardWithAnalogMFCs) {
     for (const char* bench : {"--simulate=plain", "--simulate=pair --board 1"}) {
         EXPECT_EQ(Run(std::string(bench) + " test speed").Status, 0) << Errors();

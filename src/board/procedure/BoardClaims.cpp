@@ -137,6 +137,11 @@ std::optional<RunningMark> FindMark(const Platform& world, std::int32_t serial) 
     return mark;
 }
 
+bool IsOwnMarkByHand(const Platform& world, std::int32_t serial) {
+    const auto mark = FindMark(world, serial);
+    return mark && mark->Procedure == DrivingByHand && mark->Program == NameOf(world.Program);
+}
+
 std::vector<std::int32_t> MarkedBoards(const Drive& files) {
     return NotedBoards(files, MarkKind);
 }

@@ -79,10 +79,15 @@ struct RunningMark {
     std::string Program;
 };
 
+/// Stands in a mark for the procedure where an operator drives a board.
+inline constexpr const char* DrivingByHand = "driving by hand";
+
 /// Leaves the mark of a procedure that begins now, flushed to the disk. @throws DriveError
 void LeaveMark(Platform& world, std::int32_t serial, const std::string& procedure);
 /// The mark of a board; what a damaged or unreadable one does not tell stands as "unknown".
 std::optional<RunningMark> FindMark(const Platform& world, std::int32_t serial);
+/// This program has left the mark when its operator began to drive the board.
+bool IsOwnMarkByHand(const Platform& world, std::int32_t serial);
 /// Serial numbers of the boards that have a mark.
 std::vector<std::int32_t> MarkedBoards(const Drive& files);
 /// A mark that cannot be removed costs the next start a needless switching off; it is logged.

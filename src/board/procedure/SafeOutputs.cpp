@@ -25,7 +25,7 @@ std::string AirMayFlowText(const Boards& boards) {
 void MarkForNextStart(Platform& world, std::int32_t serial) noexcept {
     try {
         if (!FindMark(world, serial))
-            LeaveMark(world, serial, "driving by hand");
+            LeaveMark(world, serial, DrivingByHand);
     } catch (const std::exception& error) {
         WriteLog(world, std::string("No mark can be left: ") + error.what());
     }
@@ -80,6 +80,14 @@ bool SwitchAllOff(Station& station) noexcept {
 void StopAir(Station& station) noexcept {
     station.Procedures.Cancel();
     SwitchAllOff(station);
+}
+
+void LeaveOutputsAsSet(Station& station) noexcept {
+    for (const auto& board : station.AIBList.Boards()) {
+        const std::int32_t serial = board->DevSerialNum();
+        if (IsOwnMarkByHand(station.World, serial))
+            RemoveMark(station.World, serial);
+    }
 }
 
 std::vector<UnfinishedBoard> SwitchOffUnfinished(Station& station) {

@@ -27,6 +27,10 @@ bool SwitchAllOff(Station& station) noexcept;
 /// Cancels the procedure that runs, and switches off at once what all boards drive.
 void StopAir(Station& station) noexcept;
 
+/// Takes back this program's marks of boards that are driven by hand: a command that ends as it
+/// should leaves what it was to set, and no later program takes that for forgotten.
+void LeaveOutputsAsSet(Station& station) noexcept;
+
 /// A board with the mark of a procedure whose program was gone before its outputs were off.
 struct UnfinishedBoard {
     std::shared_ptr<AIB> Board;
